@@ -1,0 +1,48 @@
+# cmake -DLIST=migrations.cmake -DOUT=embedded_migrations.cpp -P EmbedMigrations.cmake
+# Writes one table per engine, in order of number. A file not named 0001_words.sql, a number used twice or a gap is an
+# error of the build.
+cmake_minimum_required(VERSION 3.25)
+include("${LIST}")
+
+function(migration_rows engine files)
+  set(rows "")
+  set(expected 1)
+  list(SORT files)
+  foreach(file IN LISTS files)
+    cmake_path(GET file STEM stem)
+    if(NOT stem MATCHES "^([0-9][0-9][0-9][0-9])_([a-z0-9_]+)$")
+      message(FATAL_ERROR "${file}: a migration is named 0001_what_it_does.sql")
+    endif()
+    set(name "${CMAKE_MATCH_2}")
+    string(REGEX REPLACE "^0+" "" number "${CMAKE_MATCH_1}")
+    if(NOT number EQUAL expected)
+      message(FATAL_ERROR "${file}: migrations are numbered without gaps, the next one is ${expected}")
+    endif()
+    math(EXPR expected "${expected} + 1")
+    file(READ "${file}" text)
+    string(APPEND rows "    {${number}, \"${name}\", R\"orvane_sql(${text})orvane_sql\"},\n")
+  endforeach()
+  math(EXPR count "${expected} - 1")
+  set(${engine}_table "constexpr std::array<EmbeddedMigration, ${count}> k${engine} = {{\n${rows}}};\n" PARENT_SCOPE)
+endfunction()
+
+migration_rows(Sqlite "${sqlite}")
+migration_rows(Postgres "${postgres}")
+
+file(WRITE "${OUT}" "// Generated from src/server/schema/*/*.sql; edit those.
+#include \"server/schema/embedded_migrations.h\"
+
+#include <array>
+
+namespace orvane {
+namespace {
+
+${Sqlite_table}
+${Postgres_table}
+}  // namespace
+
+std::span<const EmbeddedMigration> SqliteMigrations() { return kSqlite; }
+std::span<const EmbeddedMigration> PostgresMigrations() { return kPostgres; }
+
+}  // namespace orvane
+")
