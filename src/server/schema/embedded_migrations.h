@@ -1,5 +1,5 @@
-// The numbered SQL files of server/schema/{sqlite,postgres}, carried inside the binary. The tables are written by the
-// build; a new file in the folder is a new row.
+// The numbered SQL files of server/schema/{sqlite,postgres}, carried inside the binary. The tables
+// are written by the build; a new file in the folder is a new row.
 #pragma once
 
 #include <span>
@@ -7,14 +7,16 @@
 
 namespace orvane {
 
-/// One migration: `0007_department_chief_index.sql` has number 7, name "department_chief_index" and the file's text.
+/// One migration: `0007_department_chief_index.sql` has number 7, name "department_chief_index" and
+/// the file's text.
 struct EmbeddedMigration {
   int number;
   std::string_view name;
   std::string_view text;
 };
 
-/// Migrations of the engine in ascending order, numbered from 1 without gaps; empty when it has none.
+/// Migrations of the engine in ascending order, numbered from 1 without gaps; empty when it has
+/// none.
 std::span<const EmbeddedMigration> SqliteMigrations();
 std::span<const EmbeddedMigration> PostgresMigrations();
 
