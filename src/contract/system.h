@@ -1,0 +1,34 @@
+#pragma once
+
+// What every screen reads beside its own data: users, nomenclatures, the current employee, the
+// parameter store and the generic search class.
+
+#include "contract/field.h"
+
+namespace orvane::system {
+
+/// The generic search class and its provider, which runs a search statement.
+inline constexpr std::string_view kSearchClass = "TsmSQL";
+inline constexpr std::string_view kSearchProvider = "dspSQL";
+
+/// Users (WSysUsers), as offered where a user is chosen.
+inline constexpr auto ShortName = String("ShortName", 10, Key, "Код");
+inline constexpr auto UserName = String("UserName", 30, Plain, "Име");
+inline constexpr auto UserName2 = String("UserName2", 30, Plain, "Име2");
+
+/// TsmLevelsApproval.GetCurremtEmployee: [0] login; answer [0] employee code, 0 when the user has no
+/// employee record, -1 when there is more than one.
+inline constexpr std::string_view kLevelsApprovalClass = "TsmLevelsApproval";
+inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
+
+/// TsmParameters.GetParams: [0] group; answer: an array of [number, text] pairs, one per parameter
+/// that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null.
+inline constexpr std::string_view kParametersClass = "TsmParameters";
+inline constexpr std::string_view kGetParams = "GetParams";
+inline constexpr std::string_view kSetParam = "SetParam";
+
+/// Groups of the parameter store.
+inline constexpr int kHostGroup = 1;
+inline constexpr int kModuleGroup = 11;
+
+}  // namespace orvane::system

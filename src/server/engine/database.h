@@ -1,0 +1,131 @@
+#pragma once
+
+// One small interface over the two engines. Statements are texts with ?1, ?2 … for parameters (the
+// PostgreSQL engine renders them as $1, $2 …); results are packets of typed columns, because the same
+// amount is an integer of ten-thousandths in SQLite and a numeric in PostgreSQL.
+//
+//   auto packets = database.ReadSnapshot({guard, head, rows});      // one snapshot, one round trip
+//
+//   auto transaction = database.Begin();
+//   (*transaction)->Execute(update);
+//   (*transaction)->Commit();                                       // otherwise rolled back
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "packet/data_packet.h"
+#include "packet/failure.h"
+#include "packet/variant.h"
+
+namespace orvane {
+
+enum class Engine : std::uint8_t { Sqlite, Postgres };
+
+enum class EngineErrorKind : std::uint8_t {
+  Unique,      ///< a unique or primary key would hold twice
+  ForeignKey,  ///< a row that others refer to, or a reference to nothing
+  NotNull,
+  Check,       ///< a check constraint or a trigger refused
+  Retry,       ///< serialisation failure or deadlock: the same transaction may be tried again
+  Limit,       ///< a row or time limit of a fenced search was reached
+  LinkDown,    ///< the database is not reachable
+  Other,
+};
+
+/// An engine's failure; `text` is the engine's own (English) message, for logs only.
+struct EngineError {
+  EngineErrorKind kind = EngineErrorKind::Other;
+  std::string constraint;  ///< name of the constraint or column concerned, when the engine tells
+  std::string text;
+};
+
+template <class T>
+using EngineAnswer = Answer<T, EngineError>;
+
+/// A column of a result: how to read the engine's value.
+struct ResultColumn {
+  std::string name;
+  ValueKind kind = ValueKind::Int32;
+  std::uint16_t size = 0;
+};
+
+/// A statement ready to run. `text` is prepared once per connection and kept by its content.
+struct Statement {
+  std::string text;
+  VariantArray params;
+  std::vector<ResultColumn> columns;  ///< empty for statements without a result
+};
+
+/// A write transaction. Destroyed without Commit it is rolled back. PostgreSQL: read committed with
+/// row locks taken by the statements; SQLite: BEGIN IMMEDIATE on the one writing connection.
+class Transaction {
+ public:
+  virtual ~Transaction() = default;
+
+  virtual EngineAnswer<DataPacket> Query(const Statement& statement) = 0;
+  /// One packet per statement, in order, in one round trip.
+  virtual EngineAnswer<std::vector<DataPacket>> QueryAll(std::span<const Statement> statements) = 0;
+  /// Number of rows touched.
+  virtual EngineAnswer<std::int64_t> Execute(const Statement& statement) = 0;
+  /// Numbers of rows touched, one per statement, in one round trip; stops at the first failure.
+  virtual EngineAnswer<std::vector<std::int64_t>> ExecuteAll(
+      std::span<const Statement> statements) = 0;
+  virtual EngineAnswer<Done> Savepoint() = 0;
+  virtual EngineAnswer<Done> RollbackToSavepoint() = 0;
+  virtual EngineAnswer<Done> ReleaseSavepoint() = 0;
+  /// Acknowledged means on disk.
+  virtual EngineAnswer<Done> Commit() = 0;
+};
+
+/// What a fenced search may cost.
+struct SearchLimits {
+  std::int32_t milliseconds = 3000;
+};
+
+/// Counted since the database was opened; tests look at differences.
+struct EngineCounters {
+  std::atomic<std::int64_t> statements{0};
+  std::atomic<std::int64_t> roundTrips{0};
+};
+
+/// Implementations are thread-safe.
+class Database {
+ public:
+  virtual ~Database() = default;
+
+  virtual Engine Kind() const = 0;
+  /// All statements see one snapshot; one round trip. One packet per statement.
+  virtual EngineAnswer<std::vector<DataPacket>> ReadSnapshot(
+      std::span<const Statement> statements) = 0;
+  virtual EngineAnswer<std::unique_ptr<Transaction>> Begin() = 0;
+  /// Runs statements whose text a client had a say in, behind the engine's own fences: read-only,
+  /// only readable tables, a time limit. `guard` is trusted and runs in the same round trip first;
+  /// its packet comes first.
+  virtual EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
+                                                       std::span<const Statement> statements,
+                                                       SearchLimits limits) = 0;
+  /// Runs a migration script (several statements) in one transaction.
+  virtual EngineAnswer<Done> RunScript(std::string_view script) = 0;
+  const EngineCounters& Counters() const { return counters_; }
+
+ protected:
+  EngineCounters counters_;
+};
+
+/// Opens or creates an SQLite file (WAL, synchronous FULL, foreign keys on, one writing connection
+/// behind a queue and readers beside it).
+EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path);
+
+struct PostgresOptions {
+  std::string connectionInfo;  ///< libpq conninfo
+  int poolSize = 8;
+};
+/// Connects to PostgreSQL through a pool; prepared statements, pipeline mode.
+EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& options);
+
+}  // namespace orvane
