@@ -1,0 +1,61 @@
+#pragma once
+
+// What search statements may read: tables, their columns with the types the statements are checked
+// against, and from which points each table may be read. A table or a column that is not here does
+// not exist for a search statement.
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "contract/points.h"
+#include "packet/value_kind.h"
+
+namespace orvane {
+
+enum CatalogueFlags : std::uint8_t {
+  kPlainColumn = 0,
+  kKeyColumn = 1,  ///< part of the table's key; never null
+  kNotNull = 2,    ///< never null
+  kFolded = 4,     ///< text with its stored fold beside it, in the column Fold<name>
+  kSetting = 8,  ///< column of a single-row table whose value the asker supplies (see SearchInput)
+};
+
+struct CatalogueColumn {
+  std::string_view name;
+  ValueKind kind = ValueKind::Int32;
+  std::uint16_t size = 0;  ///< code points of a String
+  std::uint8_t flags = kPlainColumn;
+  /// When the column is not stored: SQL that derives it, the same on both engines, with {t} for the
+  /// table's alias and {today} for the company's day.
+  std::string_view expression;
+
+  constexpr bool Is(CatalogueFlags flag) const { return (flags & flag) != 0; }
+  constexpr bool MayBeNull() const { return (flags & (kKeyColumn | kNotNull)) == 0; }
+};
+
+/// Whose rows of a table an asker sees.
+enum class RowsSeen : std::uint8_t {
+  All,      ///< whoever may read the table sees every row
+  Visible,  ///< only the rows that the visibility predicate of the document lets through
+};
+
+struct CatalogueTable {
+  std::string_view name;    ///< as search statements write it
+  std::string_view stored;  ///< as the database calls it
+  RowsSeen rows = RowsSeen::All;
+  bool singleRow = false;  ///< holds one row at most
+  /// A session with open on one of these points may read it; empty: every session may.
+  std::span<const Point> readers;
+  std::span<const CatalogueColumn> columns;
+
+  /// Null pointer when there is no such column; case does not matter.
+  const CatalogueColumn* Find(std::string_view column) const;
+};
+
+/// All tables that search statements may read.
+std::span<const CatalogueTable> SearchCatalogue();
+/// Null pointer when the table is not listed; case does not matter.
+const CatalogueTable* FindCatalogueTable(std::string_view name);
+
+}  // namespace orvane
