@@ -53,7 +53,7 @@ struct SessionInfo {
   std::string login;
   std::string userName;
   std::string userName2;
-  std::int32_t userLevel = 0;   ///< 0 sees everything; 3 and more must have an employee record
+  std::int32_t userLevel = 0;     ///< 0 sees everything; 3 and more must have an employee record
   std::int32_t userLanguage = 1;  ///< 1 first, 2 second language
   std::vector<PointRights> points;
   std::string companyName;

@@ -20,12 +20,12 @@ namespace orvane {
 struct PacketColumn {
   std::string name;
   ValueKind kind = ValueKind::Int32;
-  std::uint16_t size = 0;                ///< code points of a String, 0 otherwise
-  std::vector<std::uint64_t> nulls;      ///< bit (row % 64) of word (row / 64)
-  std::vector<std::int64_t> integers;    ///< Storage::Integer
-  std::vector<double> reals;             ///< Storage::Real
-  std::string heap;                      ///< Storage::Text, all texts one after the other
-  std::vector<std::uint32_t> ends;       ///< Storage::Text, end offset of each row's text
+  std::uint16_t size = 0;              ///< code points of a String, 0 otherwise
+  std::vector<std::uint64_t> nulls;    ///< bit (row % 64) of word (row / 64)
+  std::vector<std::int64_t> integers;  ///< Storage::Integer
+  std::vector<double> reals;           ///< Storage::Real
+  std::string heap;                    ///< Storage::Text, all texts one after the other
+  std::vector<std::uint32_t> ends;     ///< Storage::Text, end offset of each row's text
 
   bool IsNull(std::size_t row) const {
     return row / 64 < nulls.size() && (nulls[row / 64] >> (row % 64) & 1u) != 0;
@@ -53,10 +53,14 @@ class DataPacket {
   Variant At(std::size_t row, std::string_view column) const;
   /// One value per column, each already of the column's kind (asserted).
   void AppendRow(std::span<const Variant> values);
-  /// Arrays have the row count, offsets ascend and end at the heap's end, texts are UTF-8 of the
-  /// column's size, integers lie in their kind's range. What came from outside is checked by this.
+  /// Arrays have the row count, offsets ascend and end at the heap's end, texts are UTF-8 without
+  /// zero bytes and of the column's size (0: no limit), integers lie in their kind's range, reals
+  /// are finite, rows without a value hold a zero. What came from outside is checked by this.
   bool IsSound() const;
 };
+
+/// Same columns (names by case too), same values, same continuation.
+bool operator==(const DataPacket& left, const DataPacket& right);
 
 /// Appends one value to one column; `row` is its position. Writers that fill column by column use
 /// this, and set rowCount when all columns are filled.

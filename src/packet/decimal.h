@@ -1,7 +1,7 @@
 #pragma once
 
-// Exact decimal numbers for money, rates and prices. A value is an integer mantissa times a power of
-// ten; nothing is ever rounded silently: the rounding stands at the call.
+// Exact decimal numbers for money, rates and prices. A value is an integer mantissa times a power
+// of ten; nothing is ever rounded silently: the rounding stands at the call.
 //
 //   Decimal amount = *Decimal::Parse("3878,28");
 //   auto national = amount.Times(rate).RoundedHalfUp(2);   // empty when it does not fit
@@ -48,8 +48,9 @@ class Decimal {
   /// no-break ones) may part thousands. Empty for anything else, for more than nine decimals that
   /// are not zero, and for overflow.
   static std::optional<Decimal> Parse(std::string_view text);
-  /// The decimal nearest to `value` at `scale` places, half away from zero; empty when out of range
-  /// or not a number. For quantities and rates that are kept as doubles.
+  /// `value`, read as the shortest decimal that stands for it, at `scale` places, half away from
+  /// zero; empty when out of range or not a number. For quantities and rates kept as doubles: what
+  /// was typed as 2,675 becomes 2.68 although the double lies below it.
   static std::optional<Decimal> FromDouble(double value, int scale);
 
   std::int64_t Mantissa() const { return mantissa_; }

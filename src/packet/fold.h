@@ -10,13 +10,14 @@
 
 namespace orvane {
 
-/// Lower-case form of `text` without trailing blanks. Bytes that are not UTF-8 are kept as they are.
-/// The result never has more code points than the text; Fold(Fold(x)) == Fold(x), and the fold of a
-/// beginning of a text (one not ending in blanks) is a beginning of the text's fold.
+/// Lower-case form of `text` without trailing blanks. Bytes that are not UTF-8 are kept as they
+/// are. The result never has more code points than the text; Fold(Fold(x)) == Fold(x), and the fold
+/// of a beginning of a text (one not ending in blanks) is a beginning of the text's fold.
 std::string Fold(std::string_view text);
 
 /// The smallest text that is greater, byte for byte, than every text beginning with `prefix`; empty
-/// when there is none. With it a search by beginning is a range over a plain index.
+/// when there is none. With it a search by beginning is a range over a plain index. The bound of
+/// UTF-8 is UTF-8.
 std::string PrefixUpperBound(std::string_view prefix);
 
 /// Number of code points.

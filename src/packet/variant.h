@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -22,8 +23,8 @@ class Variant;
 using VariantArray = std::vector<Variant>;
 
 /// A value or Null. Integers of every size are 64-bit; Amount and Rate are Decimals of their scale.
-/// Packets and arrays occur only in server-method arguments, answers and owner data; they are shared
-/// and never changed after they were put in.
+/// Packets and arrays occur only in server-method arguments, answers and owner data; they are
+/// shared and never changed after they were put in.
 class Variant {
  public:
   Variant() = default;
@@ -38,6 +39,9 @@ class Variant {
   Variant(std::string_view value) : value_(std::string(value)) {}
   Variant(const char* value) : value_(std::string(value)) {}
   Variant(DataPacket packet);
+  /// A pointer is no value: without this one it would become a bool.
+  template <class T>
+  Variant(T*) = delete;
   Variant(VariantArray array);
 
   bool IsNull() const { return std::holds_alternative<std::monostate>(value_); }
@@ -57,13 +61,14 @@ class Variant {
   const DataPacket* AsPacket() const;
   const VariantArray* AsArray() const;
 
-  /// Any scalar as plain text: digits, point for decimals, dd.mm.yyyy, UTC stamps in ISO form, empty
-  /// for Null. For logs, history and messages; screens format by field.
+  /// Any scalar as plain text: digits, point for decimals, dd.mm.yyyy, UTC stamps in ISO form,
+  /// empty for Null. For logs, history and messages; screens format by field.
   std::string ToText() const;
 
   /// The value as a field of `kind` keeps it (texts longer than `size` code points, fractions that
-  /// would be lost and values out of range are refused in a Bulgarian sentence without field name).
-  /// Null stays Null. Numbers and texts are not turned into each other.
+  /// would be lost and values out of range are refused as BadRequest in a Bulgarian sentence
+  /// without field name). A size of 0 does not limit. Null stays Null. Numbers and texts are not
+  /// turned into each other.
   Answer<Variant> As(ValueKind kind, int size = 0) const;
 
   /// Same kind and same value; Decimals compare by value, 2.50 equals 2.5.
@@ -73,9 +78,9 @@ class Variant {
   /// be compared count as equal.
   static int Compare(const Variant& left, const Variant& right);
 
-  using Storage = std::variant<std::monostate, bool, std::int64_t, double, Decimal, Date, Stamp,
-                               std::string, std::shared_ptr<const DataPacket>,
-                               std::shared_ptr<const VariantArray>>;
+  using Storage =
+      std::variant<std::monostate, bool, std::int64_t, double, Decimal, Date, Stamp, std::string,
+                   std::shared_ptr<const DataPacket>, std::shared_ptr<const VariantArray>>;
   const Storage& Raw() const { return value_; }
 
  private:
