@@ -16,8 +16,8 @@ inline constexpr auto ShortName = String("ShortName", 10, Key, "Код");
 inline constexpr auto UserName = String("UserName", 30, Plain, "Име");
 inline constexpr auto UserName2 = String("UserName2", 30, Plain, "Име2");
 
-/// TsmLevelsApproval.GetCurremtEmployee: [0] login; answer [0] employee code, 0 when the user has no
-/// employee record, -1 when there is more than one.
+/// TsmLevelsApproval.GetCurremtEmployee: [0] login; answer [0] employee code, 0 when the user has
+/// no employee record, -1 when there is more than one.
 inline constexpr std::string_view kLevelsApprovalClass = "TsmLevelsApproval";
 inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
 

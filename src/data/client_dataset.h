@@ -77,9 +77,9 @@ class TField {
   /// The value before the current edit or, of a posted row, as it was loaded.
   Variant OldValue() const;
 
-  /// Sets the row in edit (asserts that one is). Setting the value it has is no change; a change runs
-  /// OnChange at once. A value the field cannot hold is a programmer's error: texts of the user go
-  /// through SetText.
+  /// Sets the row in edit (asserts that one is). Setting the value it has is no change; a change
+  /// runs OnChange at once. A value the field cannot hold is a programmer's error: texts of the
+  /// user go through SetText.
   void Set(const Variant& value);
   void Clear() { Set(Variant()); }
 
@@ -158,8 +158,8 @@ class TVosClientDataSet {
   TField& FieldByName(std::string_view name);
   TField* FindField(std::string_view name);
   std::vector<TField*> Fields();
-  /// Adds a field that shows `resultField` of `source` where its `lookupKeyField` equals `keyField`.
-  /// What it shows is settled when rows arrive or the key changes, never by a paint.
+  /// Adds a field that shows `resultField` of `source` where its `lookupKeyField` equals
+  /// `keyField`. What it shows is settled when rows arrive or the key changes, never by a paint.
   TField& AddLookup(const FieldDef& field, TVosClientDataSet& source, std::string_view keyField,
                     std::string_view lookupKeyField, std::string_view resultField);
   /// Another column of the lookup's source (the second language).
@@ -173,7 +173,8 @@ class TVosClientDataSet {
   Variant Param(std::string_view name) const;
   std::string Sql;
   std::int32_t RowLimit = 0;  ///< portion size; 0 is everything
-  /// In-memory order: field names parted by semicolons, texts by their fold. Kept while rows change.
+  /// In-memory order: field names parted by semicolons, texts by their fold. Kept while rows
+  /// change.
   void SetIndexFieldNames(std::string_view names);
 
   bool Active() const;

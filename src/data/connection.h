@@ -1,7 +1,7 @@
 #pragma once
 
-// A data module's way to its server class. A connection is open only while a request runs; opening it
-// costs nothing, the link beneath is the session's.
+// A data module's way to its server class. A connection is open only while a request runs; opening
+// it costs nothing, the link beneath is the session's.
 
 #include <cstdint>
 #include <string>
@@ -12,12 +12,12 @@
 
 namespace orvane {
 
-/// The session as the client's floors see it: the door, the ticket, and what the login told. One per
-/// logged-in user; outlives every screen.
+/// The session as the client's floors see it: the door, the ticket, and what the login told. One
+/// per logged-in user; outlives every screen.
 struct ClientSession {
   IApplicationServer* server = nullptr;
   SessionInfo info;
-  std::int64_t calls = 0;         ///< calls made to the server so far
+  std::int64_t calls = 0;          ///< calls made to the server so far
   std::int64_t nextClientKey = 1;  ///< the next change's key is the session's name and this number
 };
 

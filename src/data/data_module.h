@@ -1,7 +1,7 @@
 #pragma once
 
-// What every screen's data module has: its own connection, the shared search connection, and fetches
-// that travel together.
+// What every screen's data module has: its own connection, the shared search connection, and
+// fetches that travel together.
 
 #include <initializer_list>
 #include <memory>

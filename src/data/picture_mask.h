@@ -1,8 +1,8 @@
 #pragma once
 
-// Picture masks of grid columns and inspector rows: # a digit, @ any character, ? a letter, {a,b} one
-// of, [x] optional, *3[x] up to three times x, *2x exactly twice, ;x the character x itself, the rest
-// literal. "{1,2,3,4,5,6,7,8,9}[*3[#]]" takes 1 to 9999.
+// Picture masks of grid columns and inspector rows: # a digit, @ any character, ? a letter, {a,b}
+// one of, [x] optional, *3[x] up to three times x, *2x exactly twice, ;x the character x itself,
+// the rest literal. "{1,2,3,4,5,6,7,8,9}[*3[#]]" takes 1 to 9999.
 
 #include <memory>
 #include <string_view>

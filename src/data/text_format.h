@@ -14,11 +14,11 @@ namespace orvane {
 
 struct TextFormat {
   ValueKind kind = ValueKind::Int32;
-  int size = 0;             ///< code points of a String
-  int decimals = -1;        ///< shown decimals of a decimal; -1: as many as it has, without zeros
-  bool grouped = false;     ///< thousands parted (amounts; never codes)
+  int size = 0;              ///< code points of a String
+  int decimals = -1;         ///< shown decimals of a decimal; -1: as many as it has, without zeros
+  bool grouped = false;      ///< thousands parted (amounts; never codes)
   bool withSeconds = false;  ///< stamps with seconds
-  TimeZone zone;            ///< for stamps
+  TimeZone zone;             ///< for stamps
 };
 
 /// Null is the empty text; a Bool is "Да" or "Не".

@@ -1,0 +1,140 @@
+#pragma once
+
+// The host application as a module sees it: who works, in which language, with which parameters;
+// the registry of screen classes; the module's points and what the user may do at them.
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "host/access.h"
+#include "host/toolkit.h"
+#include "packet/application_server.h"
+#include "packet/clock.h"
+
+namespace orvane {
+
+class TVosBaseForm;
+class VosApplication;
+
+/// A module point as the host knows it.
+struct ModulePoint {
+  std::int32_t number = 0;
+  std::string name;
+  std::string screenClass;
+  std::string caption;
+  TPointAccess access;
+};
+
+/// What a new screen is given by the host or by the screen that opens it.
+struct FormIdentity {
+  VosApplication* app = nullptr;
+  TVosBaseForm* opener = nullptr;
+  std::int32_t moduleNo = 0;
+  std::int32_t pointNo = 0;
+  ModulePoint* point = nullptr;
+  TPointAccess access;
+};
+
+using FormFactory = std::unique_ptr<TVosBaseForm> (*)(const FormIdentity& identity);
+
+/// Screen classes by name, in the order they were registered.
+class ClassRegistry {
+ public:
+  void Register(std::string_view className, FormFactory factory);
+  FormFactory Find(std::string_view className) const;
+  const std::vector<std::string>& Names() const { return names_; }
+
+ private:
+  std::vector<std::string> names_;
+  std::vector<FormFactory> factories_;
+};
+
+/// A sibling module that the documents call into. A handle of 0 means not loaded.
+struct ModuleEntry {
+  std::string key;
+  std::string packageName;
+  std::int64_t libraryHandle = 0;
+};
+
+/// One logged-in user's application. Two may live side by side (two sessions in one walk).
+class VosApplication {
+ public:
+  VosApplication(IApplicationServer& server, IToolkit& toolkit, const Clock& clock);
+  ~VosApplication();
+  VosApplication(const VosApplication&) = delete;
+  VosApplication& operator=(const VosApplication&) = delete;
+
+  Answer<Done> LogIn(std::string_view login, std::string_view password);
+  /// Logs in again as the same user after a session ended; what is open stays open.
+  Answer<Done> LogInAgain(std::string_view password);
+  void LogOut();
+
+  IToolkit& Toolkit() const { return toolkit_; }
+  const Clock& TheClock() const { return clock_; }
+  Stamp Now() const { return clock_.Now(); }
+  Date Today() const;
+  ClientSession& Session() { return session_; }
+  const SessionInfo& Info() const { return session_.info; }
+  const std::string& UserName() const { return session_.info.login; }
+  std::int32_t UserCategory() const { return session_.info.userLevel; }
+
+  // --- languages --------------------------------------------------------------------------------
+  bool AppNotMultiLang() const { return session_.info.languageNames.size() < 2; }
+  /// Number of the language the user works in, from 1.
+  int GetLanguageNumber() const { return language_; }
+  bool FirstLanguage() const { return language_ == 1; }
+  void SwitchLanguage();
+  /// Name of a language, 1 first or 2 second; empty when there is none.
+  std::string LanguageName(int number) const;
+
+  // --- parameters -------------------------------------------------------------------------------
+  /// Null when unset or blank. A group is fetched once and kept until RefreshParams.
+  Variant GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number);
+  void SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
+                const Variant& value);
+  void RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group);
+
+  // --- module, points, classes ------------------------------------------------------------------
+  ClassRegistry classes;
+  std::vector<ModuleEntry> modules;
+  std::vector<ModulePoint> points;
+  ModuleEntry* FindModule(std::string_view key);
+  ModulePoint* FindPoint(std::string_view name);
+  ModulePoint* FindPoint(std::int32_t number);
+  /// Takes the access sets of the points from the session.
+  void TakeRights();
+
+  /// Code of the logged-in employee; Null when the user has no employee record.
+  Variant vCurrentEmployee;
+
+  /// Creates a screen; it has not been shown. Null (and the user was told) when the class is
+  /// unknown or the point does not hold paOpen; Abort of the constructor passes through.
+  std::unique_ptr<TVosBaseForm> CreateVosForm(TVosBaseForm* opener, std::string_view className,
+                                              std::int32_t moduleNo, std::int32_t pointNo,
+                                              ModulePoint* point);
+  /// Opens the screen of a point from the menu and keeps it until it closes. False when refused.
+  bool OpenPoint(std::string_view pointName);
+  const std::vector<std::unique_ptr<TVosBaseForm>>& OpenForms() const { return openForms_; }
+  /// Frees forms that were closed; called by toolkits between events.
+  void FreeClosedForms();
+
+  /// Five values: session name, process number, login, machine, program version.
+  VariantArray ConnectionInfo() const;
+
+ private:
+  IToolkit& toolkit_;
+  const Clock& clock_;
+  ClientSession session_;
+  int language_ = 1;
+  std::map<int, std::map<int, std::string>> params_;
+  std::vector<std::unique_ptr<TVosBaseForm>> openForms_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,37 @@
+#pragma once
+
+// Dialogs of the host: messages, reconciling a refused or conflicting change.
+
+#include <string_view>
+
+#include "data/client_dataset.h"
+#include "host/toolkit.h"
+
+namespace orvane {
+
+class TVosBaseForm;
+
+enum class DialogButtons : unsigned char { Ok, YesNo };
+
+/// Shows a message over `form` and returns the answer (12 is Yes). The refusal mark of the server
+/// is dropped from the text.
+int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::string_view text,
+                  DialogButtons buttons = DialogButtons::Ok);
+/// True when a question was answered with Yes.
+bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text);
+
+/// The host's question before a row is deleted.
+inline constexpr std::string_view _rDeleteCaption = "Изтриване";
+inline constexpr std::string_view _rDeleteText = "Желаете ли да изтриете текущия запис?";
+
+/// What a refusal of the server does to the typed change.
+enum class AfterRefusal : unsigned char { Correct, Cancel };
+
+/// Tells the user why a change was not applied and returns what to do with it. A refusal is shown
+/// as an error and answers as `afterRefusal` says; a conflict opens the table of differences (mine,
+/// theirs, was) where the user keeps typing on theirs, overwrites field by field, or drops his own.
+ReconcileAction HandleReconcileError(TVosBaseForm& form, TVosClientDataSet& dataSet,
+                                     const ReconcileError& error,
+                                     AfterRefusal afterRefusal = AfterRefusal::Correct);
+
+}  // namespace orvane

@@ -1,0 +1,195 @@
+#pragma once
+
+// Forms: a screen as the user lives in it, without drawing. Every event enters through Dispatch,
+// the one gate: rules run, a refusal ends in Abort there and nowhere else, then the live actions
+// are settled once and the changes announced.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "data/abort.h"
+#include "data/data_module.h"
+#include "host/access.h"
+#include "host/action.h"
+#include "host/application.h"
+#include "host/control.h"
+#include "host/layout.h"
+
+namespace orvane {
+
+// --- events -------------------------------------------------------------------------------------
+
+/// A key as pressed. Live actions' shortcuts come first, then the focused control, then the form.
+struct KeyPressed {
+  KeyStroke key;
+};
+/// Characters typed into the focused control.
+struct TextTyped {
+  std::string text;
+};
+/// The whole text of the open in-place editor changed (a toolkit with an editor of its own).
+struct EditorTextChanged {
+  std::string text;
+};
+/// An action chosen from ribbon, bar or menu.
+struct ActionChosen {
+  std::string action;
+};
+/// The user pointed at a control, or at a place in it (grid: row and column; inspector: item).
+struct Pointed {
+  Control* control = nullptr;
+  int row = -1;
+  int column = -1;
+  bool openEditor = false;  ///< double click
+};
+/// An entry of the open combo list was picked.
+struct ListPicked {
+  int index = 0;
+};
+/// The list under a combo was asked for (button, Alt+Down).
+struct ListWanted {};
+struct PageChosen {
+  std::string pageControl;
+  std::string page;
+};
+/// A view came near the last row that has arrived.
+struct EndNeared {
+  Control* control = nullptr;
+};
+struct CloseWanted {};
+
+using Event = std::variant<KeyPressed, TextTyped, EditorTextChanged, ActionChosen, Pointed,
+                           ListPicked, ListWanted, PageChosen, EndNeared, CloseWanted>;
+
+// --- forms --------------------------------------------------------------------------------------
+
+/// Status of a form, kept by the host.
+enum FormStatus : std::uint8_t { fsInserting = 1 };
+
+class TVosBaseForm {
+ public:
+  TVosBaseForm(const FormIdentity& identity, std::string_view className, std::string_view caption);
+  virtual ~TVosBaseForm();
+  TVosBaseForm(const TVosBaseForm&) = delete;
+  TVosBaseForm& operator=(const TVosBaseForm&) = delete;
+
+  VosApplication& App() const { return *identity_.app; }
+  const std::string& ClassName() const { return className_; }
+  std::string caption;
+  std::int32_t ModuleNo() const { return identity_.moduleNo; }
+  std::int32_t PointNo() const { return identity_.pointNo; }
+  ModulePoint* Point() const { return identity_.point; }
+  const FormIdentity& Identity() const { return identity_; }
+
+  // --- rights and status ------------------------------------------------------------------------
+  TPointAccess Access() const { return access_; }
+  bool May(PointAccessRight right) const { return access_.Has(right); }
+  /// The host or an opener sets the rights; runs OnChangeAccess.
+  void SetAccess(TPointAccess access);
+  std::uint8_t Status() const { return status_; }
+  void SetVosFormStatus(FormStatus status, bool on);
+
+  // --- the gate ---------------------------------------------------------------------------------
+  /// Never throws. Nested calls (a modal dialog inside an event) are fine.
+  void Dispatch(const Event& event) noexcept;
+  /// Runs `work` through the same gate: construction steps, OnShow, answers of the toolkit.
+  void RunInGate(const std::function<void()>& work) noexcept;
+
+  // --- life -------------------------------------------------------------------------------------
+  /// First showing: OnShow, first focus. Called by the toolkit before it draws.
+  void BeShown();
+  bool IsShown() const { return shown_; }
+  /// Asks the form to close: a control refuses by Abort, otherwise the form is closed.
+  void Close();
+  bool IsClosed() const { return closed_; }
+  /// Shows it modally; returns when it is closed.
+  void ShowModal();
+
+  // --- actions ----------------------------------------------------------------------------------
+  TAction& AddAction(TAction action);
+  TAction* FindAction(std::string_view name);
+  const std::vector<std::unique_ptr<TAction>>& Actions() const { return actions_; }
+  /// Runs a live action; false when it is not live.
+  bool Execute(std::string_view name);
+  /// Settles which actions are live from the live table; every event ends with it.
+  void RefreshActions();
+  std::vector<RibbonTab> ribbon;
+  LayoutNode layout;
+
+  // --- controls and focus -----------------------------------------------------------------------
+  const std::vector<Control*>& Controls() const { return controls_; }
+  Control* FindControl(std::string_view name) const;
+  Control* ActiveControl() const { return activeControl_; }
+  /// OnExit of the old control, OnEnter of the new one; no events when it has the focus already.
+  void FocusControl(Control* control);
+  /// To the next (or previous) control of the layout's order that can take the focus.
+  void FocusNext(bool backwards = false);
+  /// Name of the combo in use, else of the active control.
+  std::string FocusName() const;
+
+  // --- language ---------------------------------------------------------------------------------
+  /// True when the screen works in the first language.
+  bool FirstLanguage() const { return App().FirstLanguage(); }
+
+  // --- messages ---------------------------------------------------------------------------------
+  /// Error with the form's caption, then Abort.
+  [[noreturn]] void Refuse(std::string_view text);
+  void RefuseIf(bool condition, std::string_view text) {
+    if (condition) Refuse(text);
+  }
+
+  /// Text of the left half of the status bar beside the connection.
+  virtual std::string StatusText() const;
+  /// The main dataset, whose state the live table reads; null when there is none.
+  virtual TVosClientDataSet* MainDataSet() const { return nullptr; }
+
+ protected:
+  virtual void OnShow() {}
+  virtual void OnChangeAccess() {}
+  /// The form's own live table.
+  virtual std::span<const LiveRow> LiveRows() const { return {}; }
+  /// After the table: what the table cannot say (shared keys). Rarely needed.
+  virtual void AfterRefreshActions() {}
+  /// Keys that neither an action nor the control used.
+  virtual bool HandleFormKey(KeyStroke) { return false; }
+  virtual void OnLanguageChanged() {}
+
+ private:
+  friend class Control;
+  void Handle(const Event& event);
+  void HandleKey(KeyStroke key);
+
+  FormIdentity identity_;
+  std::string className_;
+  TPointAccess access_;
+  std::uint8_t status_ = 0;
+  std::vector<std::unique_ptr<TAction>> actions_;
+  std::vector<Control*> controls_;
+  Control* activeControl_ = nullptr;
+  bool shown_ = false;
+  bool closed_ = false;
+};
+
+/// A form over a data module of its own.
+class TVosDBForm : public TVosBaseForm {
+ public:
+  using TVosBaseForm::TVosBaseForm;
+  ScreenPoint DataPoint() const { return {ModuleNo(), PointNo()}; }
+};
+
+/// Main form of a module.
+class TVosModuleForm : public TVosBaseForm {
+ public:
+  using TVosBaseForm::TVosBaseForm;
+};
+
+/// Adds the host's own actions (exit, help, language, about …) that every screen shows.
+void AddHostActions(TVosBaseForm& form);
+
+}  // namespace orvane

@@ -1,0 +1,69 @@
+#pragma once
+
+// The small controls of document screens: the key edit with its navigation bar, pages, and labels.
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/action.h"
+#include "host/cell_editor.h"
+#include "host/control.h"
+
+namespace orvane {
+
+/// An edit that holds a document's key (identifier, version). Enter ends the in-place edit.
+class TKeyEdit : public Control {
+ public:
+  TKeyEdit(TVosBaseForm& form, std::string_view name, std::string_view caption);
+
+  std::string caption;
+  bool readOnly = false;
+  /// The in-place edit ends with a text; throws Abort to keep it open.
+  std::function<void(const std::string& text)> OnEditClosed;
+
+  const std::string& Text() const { return text_; }
+  void SetText(std::string_view text);
+
+  bool HandleKey(KeyStroke key) override;
+  bool HandleText(std::string_view text) override;
+  CellEditor* Editor() override { return editor_.IsOpen() ? &editor_ : nullptr; }
+  void CommitEditor() override;
+  void BeforeLeave() override;
+
+ private:
+  std::string text_;
+  CellEditor editor_;
+};
+
+struct TabPage {
+  std::string name;
+  std::string caption;
+  Control* content = nullptr;
+  bool visible = true;
+};
+
+/// Pages of which one is shown.
+class TPageControl : public Control {
+ public:
+  TPageControl(TVosBaseForm& form, std::string_view name);
+
+  std::vector<TabPage> pages;
+  int active = 0;
+  TabPage* FindPage(std::string_view name);
+  /// Shows the page and focuses its content.
+  void ShowPage(std::string_view name);
+  bool CanFocus() const override { return false; }
+};
+
+/// A text the screen sets: a caption, or the status of a document in words.
+class TLabel : public Control {
+ public:
+  TLabel(TVosBaseForm& form, std::string_view name);
+  std::string text;
+  bool chip = false;  ///< drawn as the status chip
+  bool CanFocus() const override { return false; }
+};
+
+}  // namespace orvane

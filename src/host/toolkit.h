@@ -1,0 +1,45 @@
+#pragma once
+
+// The one door to a real toolkit. Two implementations: Qt, and the scripted one of tests and walks.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace orvane {
+
+class TVosBaseForm;
+struct ReportDocument;
+
+/// Answers of message dialogs.
+inline constexpr int kAnswerOk = 1;
+inline constexpr int kAnswerYes = 12;
+inline constexpr int kAnswerNo = 13;
+
+struct MessageDialog {
+  int kind = 0;  ///< 0 error, 1 question or information, 2 warning, 3 warning question
+  std::string caption;
+  std::string text;
+  bool yesNo = false;  ///< Да and Не, the harmless one being the default; otherwise one button
+};
+
+class IToolkit {
+ public:
+  virtual ~IToolkit() = default;
+
+  /// Shows a form and returns at once.
+  virtual void Show(TVosBaseForm& form) = 0;
+  /// Returns when the form closes.
+  virtual void ShowModal(TVosBaseForm& form) = 0;
+  /// The form's model changed: whatever shows it should look again.
+  virtual void FormChanged(TVosBaseForm& form) = 0;
+  /// The form is about to be freed.
+  virtual void FormGone(TVosBaseForm& form) = 0;
+  /// Returns the answer; closing the dialog is the harmless one.
+  virtual int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) = 0;
+  /// Preview, from which the user prints or saves.
+  virtual void PreviewReport(TVosBaseForm& owner, const ReportDocument& report) = 0;
+  virtual void SetClipboard(const std::string& text) = 0;
+};
+
+}  // namespace orvane
