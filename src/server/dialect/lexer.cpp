@@ -1,0 +1,168 @@
+#include "server/dialect/lexer.h"
+
+#include <optional>
+#include <utility>
+
+#include "packet/fold.h"
+
+namespace orvane::dialect {
+namespace {
+
+bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+bool IsSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+class Lexer {
+ public:
+  explicit Lexer(std::string_view sql) : sql_(sql) {}
+
+  Answer<std::vector<Token>> Run() {
+    while (true) {
+      SkipBlanks();
+      const Place place = place_;
+      if (at_ == sql_.size()) {
+        tokens_.push_back({TokenKind::End, {}, false, place});
+        return std::move(tokens_);
+      }
+      if (!ReadToken(place)) return *failure_;
+    }
+  }
+
+ private:
+  char Peek(std::size_t ahead = 0) const {
+    return at_ + ahead < sql_.size() ? sql_[at_ + ahead] : '\0';
+  }
+
+  void Step() {
+    const char c = sql_[at_++];
+    if (c == '\n') {
+      ++place_.line;
+      place_.column = 1;
+    } else if ((static_cast<unsigned char>(c) & 0xC0u) != 0x80u) {
+      ++place_.column;
+    }
+  }
+
+  void SkipBlanks() {
+    while (at_ < sql_.size()) {
+      if (IsSpace(Peek())) {
+        Step();
+      } else if (Peek() == '-' && Peek(1) == '-') {
+        while (at_ < sql_.size() && Peek() != '\n')
+          Step();
+      } else {
+        return;
+      }
+    }
+  }
+
+  bool Refuse(Place place, const std::string& what) {
+    failure_ = NotUnderstood(place, what);
+    return false;
+  }
+
+  bool ReadToken(Place place) {
+    const char c = Peek();
+    if (IsLetter(c)) {
+      tokens_.push_back({TokenKind::Word, ReadName(), false, place});
+      return true;
+    }
+    if (IsDigit(c)) return ReadNumber(place);
+    if (c == '\'') return ReadText(place);
+    if (c == ':' || c == '@') {
+      Step();
+      if (!IsLetter(Peek())) return Refuse(place, "след „:“ или „@“ се очаква име на параметър");
+      tokens_.push_back({TokenKind::Variable, ReadName(), c == '@', place});
+      return true;
+    }
+    return ReadSign(place);
+  }
+
+  std::string ReadName() {
+    const std::size_t from = at_;
+    while (IsLetter(Peek()) || IsDigit(Peek()))
+      Step();
+    return std::string(sql_.substr(from, at_ - from));
+  }
+
+  bool ReadNumber(Place place) {
+    const std::size_t from = at_;
+    while (IsDigit(Peek()))
+      Step();
+    TokenKind kind = TokenKind::Integer;
+    if (Peek() == '.' && IsDigit(Peek(1))) {
+      kind = TokenKind::Decimal;
+      Step();
+      while (IsDigit(Peek()))
+        Step();
+    }
+    if (IsLetter(Peek())) return Refuse(place, "числото е слято с дума");
+    tokens_.push_back({kind, std::string(sql_.substr(from, at_ - from)), false, place});
+    return true;
+  }
+
+  bool ReadText(Place place) {
+    Step();
+    std::string text;
+    while (at_ < sql_.size()) {
+      if (Peek() == '\'') {
+        Step();
+        if (Peek() != '\'') {
+          tokens_.push_back({TokenKind::Text, std::move(text), false, place});
+          return true;
+        }
+      }
+      text += Peek();
+      Step();
+    }
+    return Refuse(place, "текстът в апострофи не е затворен");
+  }
+
+  bool ReadSign(Place place) {
+    std::string sign(1, Peek());
+    const char next = Peek(1);
+    if ((sign == "<" && (next == '=' || next == '>')) || (sign == ">" && next == '=') ||
+        (sign == "!" && next == '=')) {
+      sign += next;
+    }
+    static constexpr std::string_view kSigns[] = {
+        "=", "<", ">", "<=", ">=", "<>", "!=", "(", ")", ",", ".", "+", "-"};
+    for (const std::string_view known : kSigns) {
+      if (known != sign) continue;
+      for (std::size_t i = 0; i < sign.size(); ++i)
+        Step();
+      tokens_.push_back({TokenKind::Sign, sign == "!=" ? "<>" : sign, false, place});
+      return true;
+    }
+    const std::string_view character = Utf8Cut(sql_.substr(at_), 1);
+    return Refuse(place, "знакът „" + std::string(character) + "“ не се допуска");
+  }
+
+  std::string_view sql_;
+  std::size_t at_ = 0;
+  Place place_;
+  std::vector<Token> tokens_;
+  std::optional<Failure> failure_;
+};
+
+}  // namespace
+
+Failure NotUnderstood(Place place, const std::string& what) {
+  return {FailureKind::BadRequest, "Търсенето не е разбрано на ред " + std::to_string(place.line) +
+                                       ", позиция " + std::to_string(place.column) + ": " + what +
+                                       "."};
+}
+
+Answer<std::vector<Token>> Tokenise(std::string_view sql) {
+  if (sql.size() > kLongestStatement) return NotUnderstood({}, "текстът е твърде дълъг");
+  if (!IsUtf8(sql)) return NotUnderstood({}, "текстът не е в UTF-8");
+  return Lexer(sql).Run();
+}
+
+}  // namespace orvane::dialect

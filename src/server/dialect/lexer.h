@@ -1,0 +1,47 @@
+#pragma once
+
+// Words of a search statement with their places.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "packet/failure.h"
+
+namespace orvane::dialect {
+
+/// Where something stands in the statement: line and column, counted from 1, in code points.
+struct Place {
+  int line = 1;
+  int column = 1;
+};
+
+/// The refusal of a statement: BadRequest with the place in front of the sentence's rest.
+Failure NotUnderstood(Place place, const std::string& what);
+
+enum class TokenKind : unsigned char {
+  Word,      ///< identifier or keyword
+  Variable,  ///< :Name or @Name, `text` is the name without its mark
+  Integer,
+  Decimal,
+  Text,  ///< string literal, `text` without quotes
+  Sign,  ///< one of = < > <= >= <> ( ) , . + -
+  End,
+};
+
+struct Token {
+  TokenKind kind = TokenKind::End;
+  std::string text;
+  bool declared = false;  ///< Variable written with @
+  Place place;
+};
+
+/// Longest statement, in bytes.
+inline constexpr std::size_t kLongestStatement = 32 * 1024;
+
+/// Tokens of the statement, the last of kind End. Refuses statements that are too long, are not
+/// UTF-8, or hold a character that no token begins with.
+Answer<std::vector<Token>> Tokenise(std::string_view sql);
+
+}  // namespace orvane::dialect
