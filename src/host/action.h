@@ -28,6 +28,8 @@ struct TAction {
   bool enabled = false;
   bool visible = true;
   std::function<void()> OnExecute;
+  KeyStroke secondShortcut{};  ///< another key for the same ("Escape" beside Alt+F4 in dialogs)
+  bool always = false;         ///< live everywhere without a row of the live table
 };
 
 /// States of the main dataset in which a row of the live table holds.

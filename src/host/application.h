@@ -8,10 +8,12 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "contract/points.h"
 #include "data/connection.h"
 #include "host/access.h"
 #include "host/toolkit.h"
@@ -30,6 +32,16 @@ struct ModulePoint {
   std::string screenClass;
   std::string caption;
   TPointAccess access;
+  std::int32_t moduleNo = kOrvaneModuleNo;
+};
+
+/// What the program knows of itself and of the machine; set by whoever starts it.
+struct ProgramInfo {
+  std::string version = "0.1.0";
+  std::string machineName;
+  std::int32_t processNumber = 0;
+  /// Where the server is, for the status bar: "127.0.0.1:8011"; empty: inside this program.
+  std::string serverName;
 };
 
 /// What a new screen is given by the host or by the screen that opens it.
@@ -47,7 +59,10 @@ using FormFactory = std::unique_ptr<TVosBaseForm> (*)(const FormIdentity& identi
 /// Screen classes by name, in the order they were registered.
 class ClassRegistry {
  public:
+  /// A name registered again keeps its place and takes the new factory. A null factory is a screen
+  /// that is not available yet.
   void Register(std::string_view className, FormFactory factory);
+  /// Null when there is none.
   FormFactory Find(std::string_view className) const;
   const std::vector<std::string>& Names() const { return names_; }
 
@@ -71,10 +86,16 @@ class VosApplication {
   VosApplication(const VosApplication&) = delete;
   VosApplication& operator=(const VosApplication&) = delete;
 
+  Answer<Greeting> Greet();
   Answer<Done> LogIn(std::string_view login, std::string_view password);
   /// Logs in again as the same user after a session ended; what is open stays open.
   Answer<Done> LogInAgain(std::string_view password);
   void LogOut();
+  bool IsLoggedIn() const { return !session_.info.ticket.empty(); }
+
+  ProgramInfo program;
+  /// What waits for the user ("2 документа чакат Вас"), for the status bar; may be empty.
+  std::string waitingText;
 
   IToolkit& Toolkit() const { return toolkit_; }
   const Clock& TheClock() const { return clock_; }
@@ -90,6 +111,8 @@ class VosApplication {
   /// Number of the language the user works in, from 1.
   int GetLanguageNumber() const { return language_; }
   bool FirstLanguage() const { return language_ == 1; }
+  /// To the other of the first two languages; every form is told. Nothing happens with one
+  /// language.
   void SwitchLanguage();
   /// Name of a language, 1 first or 2 second; empty when there is none.
   std::string LanguageName(int number) const;
@@ -110,6 +133,14 @@ class VosApplication {
   ModulePoint* FindPoint(std::int32_t number);
   /// Takes the access sets of the points from the session.
   void TakeRights();
+  /// Adds a module's points behind those that are there, with the rights of the session.
+  void AddPoints(std::int32_t moduleNo, std::span<const PointRow> rows);
+  /// Whether a module is served through the application server; every module of this host is.
+  bool CheckDataSnapModule(std::string_view moduleKey) const { return !moduleKey.empty(); }
+  bool dataSnap = false;
+  /// Brings a sibling module in and returns its handle, never 0. Siblings are linked into the
+  /// program, so that bringing one in is running its registration.
+  std::function<std::int64_t(const ModuleEntry&)> LoadPackage;
 
   /// Code of the logged-in employee; Null when the user has no employee record.
   Variant vCurrentEmployee;
@@ -121,19 +152,32 @@ class VosApplication {
                                               ModulePoint* point);
   /// Opens the screen of a point from the menu and keeps it until it closes. False when refused.
   bool OpenPoint(std::string_view pointName);
+  /// The same by the name of the screen class.
+  bool OpenScreen(std::string_view className);
   const std::vector<std::unique_ptr<TVosBaseForm>>& OpenForms() const { return openForms_; }
   /// Frees forms that were closed; called by toolkits between events.
   void FreeClosedForms();
+  /// Closes the opened screens, the last one first; false when one refused.
+  bool CloseForms();
+  /// Every form that lives, opened from the menu or modally.
+  const std::vector<TVosBaseForm*>& LivingForms() const { return livingForms_; }
 
   /// Five values: session name, process number, login, machine, program version.
   VariantArray ConnectionInfo() const;
 
  private:
+  friend class TVosBaseForm;
+  void TakeSession(SessionInfo info);
+  LoginRequest MakeLoginRequest(std::string_view login, std::string_view password) const;
+  bool Open(ModulePoint& point);
+  std::map<int, std::string>& ParamGroup(ScreenPoint point, int group);
+
   IToolkit& toolkit_;
   const Clock& clock_;
   ClientSession session_;
   int language_ = 1;
   std::map<int, std::map<int, std::string>> params_;
+  std::vector<TVosBaseForm*> livingForms_;
   std::vector<std::unique_ptr<TVosBaseForm>> openForms_;
 };
 

@@ -69,6 +69,9 @@ using Event = std::variant<KeyPressed, TextTyped, EditorTextChanged, ActionChose
 
 // --- forms --------------------------------------------------------------------------------------
 
+/// What an action of the host asks of the window; the toolkit does it and clears the request.
+enum class WindowRequest : std::uint8_t { None, Minimize, Maximize, ResetPosition };
+
 /// Status of a form, kept by the host.
 enum FormStatus : std::uint8_t { fsInserting = 1 };
 
@@ -96,20 +99,28 @@ class TVosBaseForm {
   void SetVosFormStatus(FormStatus status, bool on);
 
   // --- the gate ---------------------------------------------------------------------------------
-  /// Never throws. Nested calls (a modal dialog inside an event) are fine.
+  /// Never throws. Nested calls (a modal dialog inside an event) are fine. A failure of the server
+  /// is told by its kind; whatever was typed stays.
   void Dispatch(const Event& event) noexcept;
   /// Runs `work` through the same gate: construction steps, OnShow, answers of the toolkit.
   void RunInGate(const std::function<void()>& work) noexcept;
+  /// An event of the form is being handled: the form must not be freed now.
+  bool IsBusy() const { return gateDepth_ > 0; }
+  /// Tells the user of a failure; after an ended session the same user may log in again here.
+  void ShowFailure(const Failure& failure);
 
   // --- life -------------------------------------------------------------------------------------
   /// First showing: OnShow, first focus. Called by the toolkit before it draws.
   void BeShown();
   bool IsShown() const { return shown_; }
-  /// Asks the form to close: a control refuses by Abort, otherwise the form is closed.
+  /// Asks the form to close. Unsaved typing is asked about; a control or OnClose refuses by Abort,
+  /// otherwise the form is closed.
   void Close();
   bool IsClosed() const { return closed_; }
   /// Shows it modally; returns when it is closed.
   void ShowModal();
+  WindowRequest windowRequest = WindowRequest::None;
+  bool stayOnTop = false;
 
   // --- actions ----------------------------------------------------------------------------------
   TAction& AddAction(TAction action);
@@ -119,6 +130,11 @@ class TVosBaseForm {
   bool Execute(std::string_view name);
   /// Settles which actions are live from the live table; every event ends with it.
   void RefreshActions();
+  /// The live action that a key belongs to: of several the first in the live table; null when none.
+  TAction* LiveActionFor(KeyStroke key) const;
+  /// Keys that more than one live action has now ("F9: acSave, acForConfirmation"): a mistake of
+  /// the live table.
+  std::vector<std::string> DuplicateLiveKeys() const;
   std::vector<RibbonTab> ribbon;
   LayoutNode layout;
 
@@ -126,7 +142,8 @@ class TVosBaseForm {
   const std::vector<Control*>& Controls() const { return controls_; }
   Control* FindControl(std::string_view name) const;
   Control* ActiveControl() const { return activeControl_; }
-  /// OnExit of the old control, OnEnter of the new one; no events when it has the focus already.
+  /// OnExit of the old control, OnEnter of the new one; no events when it has the focus already. A
+  /// rule of the old control that throws Abort, or asks for the focus elsewhere, wins.
   void FocusControl(Control* control);
   /// To the next (or previous) control of the layout's order that can take the focus.
   void FocusNext(bool backwards = false);
@@ -136,6 +153,8 @@ class TVosBaseForm {
   // --- language ---------------------------------------------------------------------------------
   /// True when the screen works in the first language.
   bool FirstLanguage() const { return App().FirstLanguage(); }
+  /// The application's language was switched.
+  void LanguageChanged();
 
   // --- messages ---------------------------------------------------------------------------------
   /// Error with the form's caption, then Abort.
@@ -159,11 +178,25 @@ class TVosBaseForm {
   /// Keys that neither an action nor the control used.
   virtual bool HandleFormKey(KeyStroke) { return false; }
   virtual void OnLanguageChanged() {}
+  /// Before the form closes; may throw Abort.
+  virtual void OnClose() {}
+  /// Whether closing would lose something the user typed. By default: a row in edit of the main
+  /// dataset, or of the focused control's when that is kept on the server.
+  virtual bool HasUnsavedTyping() const;
+  /// Drops what HasUnsavedTyping told of.
+  virtual void DropTyping();
 
  private:
   friend class Control;
   void Handle(const Event& event);
   void HandleKey(KeyStroke key);
+  void HandlePointed(const Pointed& event);
+  void HandleListPicked(int index);
+  void HandleEditorText(const std::string& text);
+  bool GoesToEditor(KeyStroke key) const;
+  bool Matches(const LiveRow& row) const;
+  void LeaveControl(Control& control);
+  void ReportTo(const std::function<void()>& report) noexcept;
 
   FormIdentity identity_;
   std::string className_;
@@ -172,9 +205,23 @@ class TVosBaseForm {
   std::vector<std::unique_ptr<TAction>> actions_;
   std::vector<Control*> controls_;
   Control* activeControl_ = nullptr;
+  Control* focusTarget_ = nullptr;
+  bool leaving_ = false;
+  int gateDepth_ = 0;
   bool shown_ = false;
   bool closed_ = false;
 };
+
+/// The status bar's two halves: "● Свързан: 127.0.0.1:8011   5 реда" and what waits, help key,
+/// date.
+struct StatusBarText {
+  std::string left;
+  std::string right;
+};
+StatusBarText StatusBar(const TVosBaseForm& form);
+
+/// Identity of a dialog over a form: the form's own, with the form as opener.
+FormIdentity DialogIdentity(TVosBaseForm& owner);
 
 /// A form over a data module of its own.
 class TVosDBForm : public TVosBaseForm {
@@ -189,7 +236,10 @@ class TVosModuleForm : public TVosBaseForm {
   using TVosBaseForm::TVosBaseForm;
 };
 
-/// Adds the host's own actions (exit, help, language, about …) that every screen shows.
+/// Adds the host's own actions (exit, help, language, about …) that every screen shows. They are
+/// live wherever the focus is and need no rows of the live table.
 void AddHostActions(TVosBaseForm& form);
+/// Adds only acExit, for dialogs: Escape closes it beside Alt+F4.
+void AddDialogExit(TVosBaseForm& form);
 
 }  // namespace orvane

@@ -17,6 +17,14 @@ class TVosDBGrid;
 
 enum class Align : unsigned char { Left, Right, Center };
 
+/// Identifies a report of the generator: group, number and variant, as registers state them.
+struct ReportKey {
+  int group = 0;
+  int number = 0;
+  int variant = 0;
+  bool operator==(const ReportKey&) const = default;
+};
+
 struct ReportColumn {
   std::string title;  ///< '~' breaks the line
   std::string group;
@@ -40,6 +48,7 @@ struct ReportTable {
 };
 
 struct ReportDocument {
+  ReportKey key;
   std::string company;
   std::string title;
   std::string number;  ///< printed large with its barcode; empty for lists
@@ -48,14 +57,6 @@ struct ReportDocument {
   std::vector<ReportFact> facts;
   std::vector<ReportTable> tables;
   std::vector<std::string> footLines;
-};
-
-/// Identifies a report of the generator: group, number and variant, as registers state them.
-struct ReportKey {
-  int group = 0;
-  int number = 0;
-  int variant = 0;
-  bool operator==(const ReportKey&) const = default;
 };
 
 /// Prints a register: the columns its grid shows, all rows, in the order shown, under `caption`
