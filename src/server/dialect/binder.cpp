@@ -1,0 +1,828 @@
+#include "server/dialect/binder.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "packet/fold.h"
+#include "server/dialect/fold_of.h"
+#include "server/dialect/like_pattern.h"
+
+namespace orvane::dialect {
+namespace {
+
+/// Kinds that compare with each other.
+enum class Sort : unsigned char { Number, Amount, Rate, Real, Day, Moment, Text };
+
+Sort SortOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::Bool:
+    case ValueKind::Byte:
+    case ValueKind::Int16:
+    case ValueKind::Int32:
+    case ValueKind::Code:
+      return Sort::Number;
+    case ValueKind::Amount:
+      return Sort::Amount;
+    case ValueKind::Rate:
+      return Sort::Rate;
+    case ValueKind::Double:
+      return Sort::Real;
+    case ValueKind::Date:
+      return Sort::Day;
+    case ValueKind::Stamp:
+      return Sort::Moment;
+    case ValueKind::String:
+    case ValueKind::Memo:
+      return Sort::Text;
+  }
+  return Sort::Text;
+}
+
+bool Comparable(ValueKind left, ValueKind right) {
+  const auto isNumber = [](Sort sort) { return sort == Sort::Number || sort == Sort::Real; };
+  const Sort a = SortOf(left);
+  const Sort b = SortOf(right);
+  return a == b || (isNumber(a) && isNumber(b));
+}
+
+/// The kind in which two kinds of number meet; empty when they do not.
+std::optional<ValueKind> Common(ValueKind left, ValueKind right) {
+  if (left == right) return left;
+  if (!Comparable(left, right)) return std::nullopt;
+  if (SortOf(left) == Sort::Text) return ValueKind::Memo;
+  if (left == ValueKind::Double || right == ValueKind::Double) return ValueKind::Double;
+  return std::max(left, right);  // whole numbers stand in order of their size
+}
+
+bool Holds(int order, const std::string& sign) {
+  if (sign == "=") return order == 0;
+  if (sign == "<>") return order != 0;
+  if (sign == "<") return order < 0;
+  if (sign == ">") return order > 0;
+  if (sign == "<=") return order <= 0;
+  return order >= 0;
+}
+
+std::string Turned(const std::string& sign) {
+  if (sign == "<") return ">";
+  if (sign == ">") return "<";
+  if (sign == "<=") return ">=";
+  if (sign == ">=") return "<=";
+  return sign;
+}
+
+/// The kind a literal or parameter has when nothing else decides.
+ValueKind OwnKind(const Variant& value) {
+  if (value.AsString() != nullptr) return ValueKind::Memo;
+  if (value.AsDate()) return ValueKind::Date;
+  if (value.AsStamp()) return ValueKind::Stamp;
+  if (value.AsInt()) return ValueKind::Code;
+  return ValueKind::Double;
+}
+
+class Binder {
+ public:
+  explicit Binder(const SearchInput& input) : input_(input) {}
+
+  Answer<TypedSelect> Run(const SyntaxStatement& statement) {
+    TypedSelect select;
+    if (!BindVariables(statement) || !BindSelect(statement.select, select)) return *failure_;
+    return select;
+  }
+
+ private:
+  struct Scope {
+    const SyntaxSelect* syntax = nullptr;
+    TypedSelect* select = nullptr;
+    bool itemsBound = false;
+  };
+  struct Variable {
+    std::string name;
+    Variant value;
+  };
+
+  // --- refusals
+
+  std::nullptr_t Refuse(Place place, const std::string& what) {
+    if (!failure_) failure_ = NotUnderstood(place, what);
+    return nullptr;
+  }
+  bool RefuseAll(Place place, const std::string& what) {
+    Refuse(place, what);
+    return false;
+  }
+
+  // --- DECLARE and SET
+
+  bool BindVariables(const SyntaxStatement& statement) {
+    for (const SyntaxVariable& variable : statement.variables) {
+      Variant value;
+      if (variable.value) {
+        const TermPtr term = BindTerm(*variable.value);
+        if (!term) return false;
+        const std::optional<Variant> declared = Declared(variable, term->value);
+        if (!declared) {
+          return RefuseAll(variable.value->place,
+                           "стойността не е от вида на променливата „@" + variable.name + "“");
+        }
+        value = *declared;
+      }
+      variables_.push_back({variable.name, std::move(value)});
+    }
+    return true;
+  }
+
+  std::optional<Variant> Declared(const SyntaxVariable& variable, const Variant& value) const {
+    if (value.IsNull()) return value;
+    switch (variable.type) {
+      case DeclaredType::Bit: {
+        const std::optional<std::int64_t> bit = value.AsInt();
+        return bit ? std::optional<Variant>(std::int64_t{*bit != 0}) : std::nullopt;
+      }
+      case DeclaredType::Integer:
+        return Conform(value, ValueKind::Code, input_.zone);
+      case DeclaredType::Date:
+        return Conform(value, ValueKind::Date, input_.zone);
+      case DeclaredType::Text:
+        break;
+    }
+    const std::string* text = value.AsString();
+    if (text == nullptr) return std::nullopt;
+    return Variant(Utf8Cut(*text, static_cast<std::size_t>(variable.size)));
+  }
+
+  // --- SELECT
+
+  bool BindSelect(const SyntaxSelect& syntax, TypedSelect& select) {
+    select.distinct = syntax.distinct;
+    select.where = MakeTruth(Truth::True);
+    scopes_.push_back({&syntax, &select, false});
+    const bool bound = BindTables(syntax, select) && BindItems(syntax, select) &&
+                       BindWhere(syntax, select) && BindOrder(syntax, select);
+    scopes_.pop_back();
+    return bound;
+  }
+
+  bool BindTables(const SyntaxSelect& syntax, TypedSelect& select) {
+    for (const SyntaxTable& written : syntax.tables) {
+      TypedTable table;
+      table.table = FindCatalogueTable(written.name);
+      if (table.table == nullptr) {
+        return RefuseAll(written.place, "непозната таблица „" + written.name + "“");
+      }
+      if (!MayRead(*table.table)) return false;
+      table.number = ++lastTable_;
+      table.alias = written.alias.empty() ? written.name : written.alias;
+      table.join = written.join;
+      const auto same = [&](const TypedTable& other) { return SameName(other.alias, table.alias); };
+      if (std::any_of(select.tables.begin(), select.tables.end(), same)) {
+        return RefuseAll(written.place, "името „" + table.alias + "“ е дадено на две таблици");
+      }
+      if (table.table->rows == RowsSeen::Visible) table.predicate = input_.visibility(*table.table);
+      select.tables.push_back(std::move(table));
+      if (!written.on) continue;
+      const ConditionPtr on = BindCondition(*written.on);
+      if (!on) return false;
+      select.tables.back().on = AsFilter(on);
+    }
+    return true;
+  }
+
+  bool MayRead(const CatalogueTable& table) {
+    const bool may = input_.mayRead ? input_.mayRead(table) : table.readers.empty();
+    if (may && (table.rows == RowsSeen::All || input_.visibility)) return true;
+    if (!failure_) {
+      failure_ = Failure{FailureKind::NoRight, "Нямате право да търсите в таблица „" +
+                                                   std::string(table.name) + "“ оттук."};
+    }
+    return false;
+  }
+
+  bool BindItems(const SyntaxSelect& syntax, TypedSelect& select) {
+    const bool nested = scopes_.size() > 1;
+    for (const SyntaxItem& written : syntax.items) {
+      const TermPtr value = written.value->kind == SyntaxKind::Max && nested
+                                ? BindMax(*written.value)
+                                : BindTerm(*written.value);
+      if (!value) return false;
+      TypedItem item;
+      item.value = Typed(value);
+      item.name = written.alias;
+      if (item.name.empty() && written.value->kind == SyntaxKind::Name) {
+        item.name = written.value->text;
+      }
+      if (!nested && item.name.empty()) {
+        return RefuseAll(written.place, "колоната няма име, дайте ѝ с AS");
+      }
+      const auto same = [&](const TypedItem& other) { return SameName(other.name, item.name); };
+      if (!nested && std::any_of(select.items.begin(), select.items.end(), same)) {
+        return RefuseAll(written.place, "две колони се казват „" + item.name + "“");
+      }
+      select.items.push_back(std::move(item));
+    }
+    if (nested && select.items.size() != 1) {
+      return RefuseAll(syntax.place, "вложената заявка чете точно една колона");
+    }
+    scopes_.back().itemsBound = true;
+    return true;
+  }
+
+  bool BindWhere(const SyntaxSelect& syntax, TypedSelect& select) {
+    if (!syntax.where) return true;
+    const ConditionPtr where = BindCondition(*syntax.where);
+    if (!where) return false;
+    select.where = AsFilter(where);
+    return true;
+  }
+
+  bool BindOrder(const SyntaxSelect& syntax, TypedSelect& select) {
+    for (const SyntaxOrder& written : syntax.order) {
+      const TypedItem* item = nullptr;
+      if (written.value->kind == SyntaxKind::Name && written.value->table.empty()) {
+        item = FindItem(select, written.value->text);
+      } else if (written.value->kind == SyntaxKind::Integer) {
+        return RefuseAll(written.value->place, "подрежда се по име на колона, не по номер");
+      }
+      const TermPtr value = item != nullptr ? item->value : BindTerm(*written.value);
+      if (!value) return false;
+      if (select.distinct && item == nullptr && !IsAmongItems(select, *value)) {
+        return RefuseAll(written.value->place, "при DISTINCT се подрежда само по прочетена колона");
+      }
+      if (!value->IsConstant()) select.order.push_back({value, written.descending});
+    }
+    return true;
+  }
+
+  static const TypedItem* FindItem(const TypedSelect& select, std::string_view name) {
+    for (const TypedItem& item : select.items) {
+      if (SameName(item.name, name)) return &item;
+    }
+    return nullptr;
+  }
+
+  static bool IsAmongItems(const TypedSelect& select, const Term& term) {
+    return std::any_of(select.items.begin(), select.items.end(),
+                       [&](const TypedItem& item) { return SameTerm(*item.value, term); });
+  }
+
+  /// Gives a constant that met nothing typed a kind of its own.
+  static TermPtr Typed(const TermPtr& term) {
+    if (term->typed) return term;
+    if (term->IsNull()) return MakeTyped({}, ValueKind::Int32, 0);
+    const ValueKind kind = OwnKind(term->value);
+    if (kind == ValueKind::Double) return MakeTyped(*term->value.AsDouble(), kind, 0);
+    if (kind == ValueKind::Code) return MakeTyped(*term->value.AsInt(), kind, 0);
+    return MakeTyped(term->value, kind, 0);
+  }
+
+  // --- terms
+
+  TermPtr BindTerm(const SyntaxExpr& syntax) {
+    switch (syntax.kind) {
+      case SyntaxKind::Integer:
+      case SyntaxKind::Decimal:
+        return BindNumber(syntax);
+      case SyntaxKind::Text:
+        return MakeConstant(syntax.text, syntax.place);
+      case SyntaxKind::Null:
+        return MakeConstant({}, syntax.place);
+      case SyntaxKind::Variable:
+        return BindVariable(syntax);
+      case SyntaxKind::Name:
+        return BindName(syntax);
+      case SyntaxKind::IsNullOf:
+        return BindIsNullOf(syntax);
+      case SyntaxKind::Max:
+        return Refuse(syntax.place, "MAX се допуска само сам във вложена заявка");
+      case SyntaxKind::CastText:
+        return BindCastText(syntax);
+      case SyntaxKind::CastInt:
+        return BindCastInt(syntax);
+      case SyntaxKind::Case:
+        return BindCase(syntax);
+      case SyntaxKind::Select:
+        return BindScalar(syntax);
+      case SyntaxKind::Negate:
+        return BindNegate(syntax);
+      case SyntaxKind::Add:
+      case SyntaxKind::Subtract:
+        return BindSum(syntax);
+      default:
+        return Refuse(syntax.place, "очаква се стойност вместо условие");
+    }
+  }
+
+  TermPtr BindNumber(const SyntaxExpr& syntax) {
+    const std::optional<Decimal> number = Decimal::Parse(syntax.text);
+    if (!number) return Refuse(syntax.place, "числото е извън допустимото");
+    if (syntax.kind == SyntaxKind::Integer) return MakeConstant(number->Mantissa(), syntax.place);
+    return MakeConstant(*number, syntax.place);
+  }
+
+  TermPtr BindVariable(const SyntaxExpr& syntax) {
+    if (syntax.declared) {
+      for (const Variable& variable : variables_) {
+        if (SameName(variable.name, syntax.text)) {
+          return MakeConstant(variable.value, syntax.place);
+        }
+      }
+    }
+    const Variant* value = FindValue(input_.params, syntax.text);
+    if (value == nullptr) {
+      return Refuse(syntax.place, "няма стойност за параметър „" + syntax.text + "“");
+    }
+    if (value->AsPacket() != nullptr || value->AsArray() != nullptr ||
+        (value->AsString() != nullptr && !IsUtf8(*value->AsString()))) {
+      return Refuse(syntax.place, "параметърът „" + syntax.text + "“ не е проста стойност");
+    }
+    if (const std::optional<bool> bit = value->AsBool();
+        bit && std::holds_alternative<bool>(value->Raw())) {
+      return MakeConstant(std::int64_t{*bit}, syntax.place);
+    }
+    return MakeConstant(*value, syntax.place);
+  }
+
+  TermPtr BindName(const SyntaxExpr& syntax) {
+    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
+      std::vector<TermPtr> found = FindColumns(*scope->select, syntax);
+      if (failure_) return nullptr;
+      const bool plain = syntax.table.empty() && scope->itemsBound;
+      const TypedItem* item = plain ? FindItem(*scope->select, syntax.text) : nullptr;
+      if (found.size() == 1) return found.front();
+      if (item != nullptr) return item->value;
+      if (found.size() > 1) {
+        return Refuse(syntax.place, "колоната „" + syntax.text + "“ е в няколко таблици");
+      }
+    }
+    const std::string name = syntax.table.empty() ? syntax.text : syntax.table + "." + syntax.text;
+    return Refuse(syntax.place, "непозната колона „" + name + "“");
+  }
+
+  std::vector<TermPtr> FindColumns(const TypedSelect& select, const SyntaxExpr& syntax) {
+    std::vector<TermPtr> found;
+    for (const TypedTable& table : select.tables) {
+      if (!syntax.table.empty() && !SameName(table.alias, syntax.table)) continue;
+      const CatalogueColumn* column = table.table->Find(syntax.text);
+      if (column == nullptr) continue;
+      if (column->Is(kSetting)) {
+        found.push_back(SettingOf(*table.table, *column));
+      } else {
+        found.push_back(MakeColumn(table.number, *column, table.join == JoinKind::Left));
+      }
+    }
+    return found;
+  }
+
+  TermPtr SettingOf(const CatalogueTable& table, const CatalogueColumn& column) {
+    const std::string name = std::string(table.name) + "." + std::string(column.name);
+    const Variant* value = FindValue(input_.settings, name);
+    const std::optional<Variant> conformed =
+        Conform(value != nullptr ? *value : Variant(), column.kind, input_.zone);
+    return MakeTyped(conformed ? *conformed : Variant(), column.kind, column.size);
+  }
+
+  TermPtr BindIsNullOf(const SyntaxExpr& syntax) {
+    std::vector<TermPtr> parts = {BindTerm(*syntax.parts[0]), BindTerm(*syntax.parts[1])};
+    if (!parts[0] || !parts[1]) return nullptr;
+    if (parts[0]->IsNull()) return parts[1];
+    if (!parts[0]->mayBeNull) return parts[0];
+    Term term;
+    term.kind = TermKind::FirstNotNull;
+    if (!Unify(parts, term, syntax.place)) return nullptr;
+    term.mayBeNull = parts[1]->mayBeNull;
+    term.parts = std::move(parts);
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  TermPtr BindCastText(const SyntaxExpr& syntax) {
+    TermPtr inner = BindTerm(*syntax.parts[0]);
+    if (!inner) return nullptr;
+    inner = Typed(inner);
+    const auto size = static_cast<std::uint16_t>(syntax.size);
+    const bool isText = IsText(*inner);
+    if (!isText && !inner->IsNull() && SortOf(inner->type) != Sort::Number) {
+      return Refuse(syntax.place, "само текст и цяло число стават на VARCHAR");
+    }
+    if (inner->IsConstant()) {
+      if (inner->IsNull()) return MakeTyped({}, ValueKind::String, size);
+      return MakeTyped(Utf8Cut(inner->value.ToText(), size), ValueKind::String, size);
+    }
+    if (inner->type == ValueKind::String && inner->size <= size) return inner;
+    Term term;
+    term.kind = isText ? TermKind::Cut : TermKind::NumberText;
+    term.typed = true;
+    term.type = ValueKind::String;
+    term.size = size;
+    term.mayBeNull = inner->mayBeNull;
+    term.parts = {std::move(inner)};
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  TermPtr BindCastInt(const SyntaxExpr& syntax) {
+    const TermPtr inner = BindTerm(*syntax.parts[0]);
+    if (!inner) return nullptr;
+    if (inner->IsNull()) return MakeTyped({}, ValueKind::Int32, 0);
+    const TermPtr typed = Typed(inner);
+    if (SortOf(typed->type) != Sort::Number) {
+      return Refuse(syntax.place, "само цяло число става на INT");
+    }
+    if (typed->type == ValueKind::Code || typed->type == ValueKind::Int32) return typed;
+    Term term = *typed;  // whole numbers differ in their range only
+    term.type = ValueKind::Int32;
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  TermPtr BindCase(const SyntaxExpr& syntax) {
+    TermPtr operand;
+    if (syntax.parts.front()) {
+      operand = BindTerm(*syntax.parts.front());
+      if (!operand) return nullptr;
+    }
+    Term term;
+    term.kind = TermKind::Case;
+    std::vector<TermPtr> values;
+    bool decided = false;
+    for (std::size_t i = 1; i + 1 < syntax.parts.size(); i += 2) {
+      const ConditionPtr when =
+          operand ? BindEqual(operand, *syntax.parts[i]) : BindCondition(*syntax.parts[i]);
+      const TermPtr value = when ? BindTerm(*syntax.parts[i + 1]) : nullptr;
+      if (!value) return nullptr;
+      if (decided || Is(when, Truth::False) || Is(when, Truth::Unknown)) continue;
+      decided = Is(when, Truth::True);
+      if (!decided) term.conditions.push_back(when);
+      values.push_back(value);
+    }
+    TermPtr otherwise = MakeConstant({}, syntax.place);
+    if (syntax.parts.back()) otherwise = BindTerm(*syntax.parts.back());
+    if (!otherwise) return nullptr;
+    if (!decided) values.push_back(std::move(otherwise));
+    if (term.conditions.empty()) return values.front();
+    if (!Unify(values, term, syntax.place)) return nullptr;
+    term.mayBeNull = std::any_of(values.begin(), values.end(),
+                                 [](const TermPtr& value) { return value->mayBeNull; });
+    term.parts = std::move(values);
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  ConditionPtr BindEqual(const TermPtr& operand, const SyntaxExpr& syntax) {
+    const TermPtr value = BindTerm(syntax);
+    return value ? Compare(operand, "=", value, syntax.place) : nullptr;
+  }
+
+  /// Brings alternatives to one kind and sets it on `term`.
+  bool Unify(std::vector<TermPtr>& parts, Term& term, Place place) {
+    std::optional<ValueKind> kind;
+    for (const TermPtr& part : parts) {
+      if (!part->typed) continue;
+      kind = kind ? Common(*kind, part->type) : part->type;
+      if (!kind) return RefuseAll(place, "стойностите са от различен вид");
+    }
+    for (const TermPtr& part : parts) {
+      if (kind) break;
+      if (!part->IsNull()) kind = OwnKind(part->value);
+    }
+    term.typed = true;
+    term.type = kind.value_or(ValueKind::Int32);
+    for (TermPtr& part : parts) {
+      if (!part->IsConstant()) {
+        term.size = std::max(term.size, part->size);
+        continue;
+      }
+      const std::optional<Variant> value = Conform(part->value, term.type, input_.zone);
+      if (!value) return RefuseAll(place, "стойностите са от различен вид");
+      part = MakeTyped(*value, term.type, part->size);
+      const std::string* text = value->AsString();
+      if (text == nullptr) continue;
+      const std::size_t length = Utf8Length(*text);
+      if (length > 0xFFFF) return RefuseAll(place, "текстът е твърде дълъг");
+      term.size = std::max(term.size, static_cast<std::uint16_t>(length));
+    }
+    if (term.type != ValueKind::String) term.size = 0;
+    return true;
+  }
+
+  TermPtr BindMax(const SyntaxExpr& syntax) {
+    const TermPtr inner = BindTerm(*syntax.parts[0]);
+    if (!inner) return nullptr;
+    const TermPtr typed = Typed(inner);
+    if (IsText(*typed)) return Refuse(syntax.place, "MAX чете само числа и дати");
+    Term term;
+    term.kind = TermKind::Max;
+    term.typed = true;
+    term.type = typed->type;
+    term.parts = {typed};
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  std::shared_ptr<TypedSelect> BindSubselect(const SyntaxSelect& syntax) {
+    auto select = std::make_shared<TypedSelect>();
+    if (!BindSelect(syntax, *select)) return nullptr;
+    return select;
+  }
+
+  TermPtr BindScalar(const SyntaxExpr& syntax) {
+    const auto select = BindSubselect(*syntax.select);
+    if (!select) return nullptr;
+    const Term& value = *select->items.front().value;
+    if (value.kind != TermKind::Max) {
+      return Refuse(syntax.place, "вложена заявка е стойност само с MAX");
+    }
+    Term term;
+    term.kind = TermKind::Scalar;
+    term.typed = true;
+    term.type = value.type;
+    term.select = select;
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  TermPtr BindNegate(const SyntaxExpr& syntax) {
+    const TermPtr inner = BindTerm(*syntax.parts[0]);
+    if (!inner) return nullptr;
+    if (!inner->IsConstant() || inner->typed) {
+      return Refuse(syntax.place, "знак минус се допуска само пред число");
+    }
+    if (inner->IsNull()) return inner;
+    const std::optional<Decimal> number = inner->value.AsDecimal();
+    if (number) {
+      const std::optional<Decimal> negative = Decimal(0, number->Scale()).Minus(*number);
+      if (!negative) return Refuse(syntax.place, "числото е извън допустимото");
+      if (inner->value.AsInt()) return MakeConstant(*Variant(*negative).AsInt(), syntax.place);
+      return MakeConstant(*negative, syntax.place);
+    }
+    const std::optional<double> real = inner->value.AsDouble();
+    if (!real) return Refuse(syntax.place, "знак минус се допуска само пред число");
+    return MakeConstant(-*real, syntax.place);
+  }
+
+  TermPtr BindSum(const SyntaxExpr& syntax) {
+    std::vector<TermPtr> parts = {BindTerm(*syntax.parts[0]), BindTerm(*syntax.parts[1])};
+    if (!parts[0] || !parts[1]) return nullptr;
+    const bool adds = syntax.kind == SyntaxKind::Add;
+    Term term;
+    term.kind = adds ? TermKind::Add : TermKind::Subtract;
+    if (!Unify(parts, term, syntax.place)) return nullptr;
+    const Sort sort = SortOf(term.type);
+    if (sort == Sort::Text || sort == Sort::Day || sort == Sort::Moment) {
+      return Refuse(syntax.place, "събират се и се изваждат само числа");
+    }
+    if (sort == Sort::Number) term.type = ValueKind::Code;
+    if (parts[0]->IsConstant() && parts[1]->IsConstant())
+      return ConstantSum(parts, adds, syntax.place);
+    term.mayBeNull = parts[0]->mayBeNull || parts[1]->mayBeNull;
+    term.parts = std::move(parts);
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  TermPtr ConstantSum(const std::vector<TermPtr>& parts, bool adds, Place place) {
+    if (parts[0]->IsNull() || parts[1]->IsNull()) return MakeConstant({}, place);
+    const std::optional<Decimal> left = parts[0]->value.AsDecimal();
+    const std::optional<Decimal> right = parts[1]->value.AsDecimal();
+    if (!left || !right) {
+      const std::optional<double> a = parts[0]->value.AsDouble();
+      const std::optional<double> b = parts[1]->value.AsDouble();
+      if (!a || !b) return Refuse(place, "събират се и се изваждат само числа");
+      return MakeConstant(adds ? *a + *b : *a - *b, place);
+    }
+    const std::optional<Decimal> sum = adds ? left->Plus(*right) : left->Minus(*right);
+    if (!sum) return Refuse(place, "числото е извън допустимото");
+    if (const std::optional<std::int64_t> whole = Variant(*sum).AsInt()) {
+      return MakeConstant(*whole, place);
+    }
+    return MakeConstant(*sum, place);
+  }
+
+  // --- conditions
+
+  ConditionPtr BindCondition(const SyntaxExpr& syntax) {
+    switch (syntax.kind) {
+      case SyntaxKind::Compare:
+        return BindCompare(syntax);
+      case SyntaxKind::Like:
+        return BindLike(syntax);
+      case SyntaxKind::In:
+        return syntax.select ? BindInSelect(syntax) : BindInList(syntax);
+      case SyntaxKind::IsNull:
+        return BindIsNull(syntax);
+      case SyntaxKind::And:
+      case SyntaxKind::Or: {
+        std::vector<ConditionPtr> parts;
+        for (const SyntaxPtr& part : syntax.parts) {
+          parts.push_back(BindCondition(*part));
+          if (!parts.back()) return nullptr;
+        }
+        return syntax.kind == SyntaxKind::And ? MakeAnd(std::move(parts))
+                                              : MakeOr(std::move(parts));
+      }
+      case SyntaxKind::Not: {
+        ConditionPtr inner = BindCondition(*syntax.parts[0]);
+        return inner ? MakeNot(std::move(inner)) : nullptr;
+      }
+      default:
+        return Refuse(syntax.place, "очаква се условие вместо стойност");
+    }
+  }
+
+  ConditionPtr BindCompare(const SyntaxExpr& syntax) {
+    const TermPtr left = BindTerm(*syntax.parts[0]);
+    const TermPtr right = left ? BindTerm(*syntax.parts[1]) : nullptr;
+    return right ? Compare(left, syntax.text, right, syntax.place) : nullptr;
+  }
+
+  ConditionPtr Compare(TermPtr left, std::string sign, TermPtr right, Place place) {
+    if (left->IsNull() || right->IsNull()) return MakeTruth(Truth::Unknown);
+    if (left->IsConstant() && right->IsConstant())
+      return CompareConstants(*left, sign, *right, place);
+    if (left->IsConstant()) {
+      std::swap(left, right);
+      sign = Turned(sign);
+    }
+    if (right->IsConstant()) {
+      const std::optional<Variant> value = Conform(right->value, left->type, input_.zone);
+      if (!value) return RefuseCompare(place);
+      right = MakeTyped(*value, left->type, 0);
+    } else if (!Comparable(left->type, right->type)) {
+      return RefuseCompare(place);
+    }
+    if (!IsText(*left)) return MakeCompare(std::move(left), std::move(sign), std::move(right));
+    return CompareTexts(std::move(left), std::move(sign), std::move(right));
+  }
+
+  ConditionPtr RefuseCompare(Place place) {
+    return Refuse(place, "сравняват се стойности от различен вид");
+  }
+
+  /// By stored folds where both sides have them, else by the texts as they are.
+  ConditionPtr CompareTexts(TermPtr left, std::string sign, TermPtr right) {
+    TermPtr leftFold = Folded(left);
+    TermPtr rightFold = Folded(right);
+    if (leftFold && rightFold) {
+      return MakeCompare(std::move(leftFold), std::move(sign), std::move(rightFold));
+    }
+    return MakeCompare(std::move(left), std::move(sign), std::move(right));
+  }
+
+  TermPtr Folded(const TermPtr& text) {
+    for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
+      if (TermPtr fold = FoldOf(text, scope->select->tables)) return fold;
+    }
+    return nullptr;
+  }
+
+  ConditionPtr CompareConstants(const Term& left, const std::string& sign, const Term& right,
+                                Place place) {
+    const Variant& a = left.value;
+    const Variant& b = right.value;
+    const ValueKind kind = OwnKind(a);
+    if (kind == ValueKind::Memo && b.AsString() != nullptr) {
+      return MakeTruth(Holds(Fold(*a.AsString()).compare(Fold(*b.AsString())), sign)
+                           ? Truth::True
+                           : Truth::False);
+    }
+    const std::optional<Decimal> decimalA = a.AsDecimal();
+    const std::optional<Decimal> decimalB = b.AsDecimal();
+    if (decimalA && decimalB) {
+      const int order = *decimalA < *decimalB ? -1 : (*decimalA > *decimalB ? 1 : 0);
+      return MakeTruth(Holds(order, sign) ? Truth::True : Truth::False);
+    }
+    const bool aIsText = a.AsString() != nullptr;
+    const ValueKind meeting = aIsText ? OwnKind(b) : kind;
+    const std::optional<Variant> x = Conform(a, meeting, input_.zone);
+    const std::optional<Variant> y = Conform(b, meeting, input_.zone);
+    if (!x || !y || meeting == ValueKind::Memo) return RefuseCompare(place);
+    return MakeTruth(Holds(Variant::Compare(*x, *y), sign) ? Truth::True : Truth::False);
+  }
+
+  ConditionPtr BindLike(const SyntaxExpr& syntax) {
+    const TermPtr text = BindTerm(*syntax.parts[0]);
+    const TermPtr pattern = text ? BindTerm(*syntax.parts[1]) : nullptr;
+    if (!pattern) return nullptr;
+    if (text->IsNull() || pattern->IsNull()) return MakeTruth(Truth::Unknown);
+    const std::string* written = pattern->value.AsString();
+    if (!pattern->IsConstant() || written == nullptr) {
+      return Refuse(syntax.parts[1]->place, "след LIKE се очаква текст или параметър");
+    }
+    if (!IsText(*text) || text->IsConstant()) {
+      return Refuse(syntax.parts[0]->place, "LIKE търси само в текстови колони");
+    }
+    const TermPtr fold = Folded(text);
+    const std::optional<LikePattern> like = ReadLikePattern(*written, fold != nullptr);
+    if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
+    ConditionPtr condition = LikeCondition(fold ? fold : text, *like);
+    return syntax.negated ? MakeNot(std::move(condition)) : condition;
+  }
+
+  static ConditionPtr LikeCondition(const TermPtr& text, const LikePattern& like) {
+    const auto constant = [](const std::string& value) {
+      return MakeTyped(value, ValueKind::Memo, 0);
+    };
+    if (like.kind == LikeKind::Exact) return MakeCompare(text, "=", constant(like.text));
+    if (like.kind == LikeKind::Beginning) {
+      if (like.text.empty()) return MakeNot(NullTest(text));
+      std::vector<ConditionPtr> range = {MakeCompare(text, ">=", constant(like.text))};
+      const std::string bound = PrefixUpperBound(like.text);
+      if (!bound.empty()) range.push_back(MakeCompare(text, "<", constant(bound)));
+      return MakeAnd(std::move(range));
+    }
+    Condition condition;
+    condition.kind =
+        like.kind == LikeKind::Anywhere ? ConditionKind::Contains : ConditionKind::Matches;
+    condition.parts = {text, constant(like.text)};
+    return std::make_shared<const Condition>(std::move(condition));
+  }
+
+  static ConditionPtr NullTest(const TermPtr& term) {
+    Condition condition;
+    condition.kind = ConditionKind::IsNull;
+    condition.parts = {term};
+    return std::make_shared<const Condition>(std::move(condition));
+  }
+
+  ConditionPtr BindIsNull(const SyntaxExpr& syntax) {
+    const TermPtr term = BindTerm(*syntax.parts[0]);
+    if (!term) return nullptr;
+    ConditionPtr condition;
+    if (term->IsConstant()) {
+      condition = MakeTruth(term->IsNull() ? Truth::True : Truth::False);
+    } else {
+      condition = NullTest(term);
+    }
+    return syntax.negated ? MakeNot(std::move(condition)) : condition;
+  }
+
+  ConditionPtr BindInList(const SyntaxExpr& syntax) {
+    const TermPtr left = BindTerm(*syntax.parts[0]);
+    if (!left) return nullptr;
+    std::vector<TermPtr> values;
+    bool plain = !left->IsConstant();
+    for (std::size_t i = 1; i < syntax.parts.size(); ++i) {
+      values.push_back(BindTerm(*syntax.parts[i]));
+      if (!values.back()) return nullptr;
+      plain = plain && values.back()->IsConstant() && !values.back()->IsNull();
+    }
+    std::vector<ConditionPtr> equal;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      equal.push_back(Compare(left, "=", values[i], syntax.parts[i + 1]->place));
+      if (!equal.back()) return nullptr;
+    }
+    ConditionPtr condition = plain && equal.size() > 1 ? List(equal) : MakeOr(std::move(equal));
+    return syntax.negated ? MakeNot(std::move(condition)) : condition;
+  }
+
+  /// Equalities of one term with constants, as a list.
+  static ConditionPtr List(const std::vector<ConditionPtr>& equal) {
+    Condition list;
+    list.kind = ConditionKind::InList;
+    list.parts.push_back(equal.front()->parts[0]);
+    for (const ConditionPtr& one : equal)
+      list.parts.push_back(one->parts[1]);
+    return std::make_shared<const Condition>(std::move(list));
+  }
+
+  ConditionPtr BindInSelect(const SyntaxExpr& syntax) {
+    TermPtr left = BindTerm(*syntax.parts[0]);
+    if (!left) return nullptr;
+    const auto select = BindSubselect(*syntax.select);
+    if (!select) return nullptr;
+    TermPtr& right = select->items.front().value;
+    if (left->IsConstant()) {
+      const std::optional<Variant> value = Conform(left->value, right->type, input_.zone);
+      if (!value) return RefuseCompare(syntax.place);
+      if (value->IsNull()) return MakeTruth(Truth::Unknown);
+      left = MakeTyped(*value, right->type, 0);
+    }
+    if (!right->IsNull() && !Comparable(left->type, right->type))
+      return RefuseCompare(syntax.place);
+    if (IsText(*left) && !right->IsNull()) {
+      const TermPtr leftFold = Folded(left);
+      const TermPtr rightFold = FoldOf(right, select->tables);
+      if (leftFold && rightFold) {
+        left = leftFold;
+        right = rightFold;
+      }
+    }
+    Condition condition;
+    condition.kind = ConditionKind::InSelect;
+    condition.parts = {std::move(left)};
+    condition.select = select;
+    ConditionPtr made = std::make_shared<const Condition>(std::move(condition));
+    return syntax.negated ? MakeNot(std::move(made)) : made;
+  }
+
+  const SearchInput& input_;
+  std::vector<Variable> variables_;
+  std::vector<Scope> scopes_;
+  std::optional<Failure> failure_;
+  int lastTable_ = 0;
+};
+
+}  // namespace
+
+Answer<TypedSelect> Bind(const SyntaxStatement& statement, const SearchInput& input) {
+  return Binder(input).Run(statement);
+}
+
+}  // namespace orvane::dialect

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orvane::dialect {
+
+enum class LikeKind : unsigned char {
+  Exact,      ///< the whole text is `text`
+  Beginning,  ///< it begins with `text`; with an empty `text`: any text
+  Anywhere,   ///< it has `text` in it
+  Pattern,    ///< anything else: `text` is a pattern of % and _ with \ before literal ones
+};
+
+struct LikePattern {
+  LikeKind kind = LikeKind::Exact;
+  std::string text;  ///< folded when asked for
+};
+
+/// Reads a pattern in which % stands for any text, _ for any character, and [%], [_] and [[] for
+/// the character itself. `folded` says whether the text it is held against is a fold. Empty for
+/// other sets of characters.
+std::optional<LikePattern> ReadLikePattern(std::string_view pattern, bool folded);
+
+}  // namespace orvane::dialect
