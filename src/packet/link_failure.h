@@ -1,0 +1,20 @@
+#pragma once
+
+// The two failures of a link, in the same words wherever a link may break.
+
+#include "packet/failure.h"
+
+namespace orvane {
+
+/// The request did not reach the server, or it was a question and may simply be asked again.
+inline Failure LinkIsDown() {
+  return {FailureKind::LinkDown, "Няма връзка със сървъра. Опитайте отново."};
+}
+
+/// The answer to a write was lost; the write may stand.
+inline Failure OutcomeIsUnknown() {
+  return {FailureKind::OutcomeUnknown,
+          "Връзката със сървъра прекъсна преди отговора. Не е известно дали промяната е записана."};
+}
+
+}  // namespace orvane
