@@ -19,8 +19,8 @@ enum class Visibility : std::uint8_t { fvAlways, fvFirstLang, fvSecondLang, fvHi
 enum class SearchPos : std::uint8_t { spBegin, spAnywhere };
 
 struct SearchField {
-  std::string name;         ///< column of the template, with its table's alias where it needs one
-  std::string displayName;  ///< title
+  std::string name = {};  ///< column of the template, with its table's alias where it needs one
+  std::string displayName = {};  ///< title
   Visibility visibility = Visibility::fvAlways;
   bool allowPartSearch = false;
   bool defaultPartSearch = false;

@@ -159,6 +159,8 @@ class VosApplication {
   void FreeClosedForms();
   /// Closes the opened screens, the last one first; false when one refused.
   bool CloseForms();
+  /// Closes every shown form, the menu too; false when one refused.
+  bool CloseProgram();
   /// Every form that lives, opened from the menu or modally.
   const std::vector<TVosBaseForm*>& LivingForms() const { return livingForms_; }
 
@@ -170,6 +172,7 @@ class VosApplication {
   void TakeSession(SessionInfo info);
   LoginRequest MakeLoginRequest(std::string_view login, std::string_view password) const;
   bool Open(ModulePoint& point);
+  bool CloseAll(const std::vector<TVosBaseForm*>& forms);
   std::map<int, std::string>& ParamGroup(ScreenPoint point, int group);
 
   IToolkit& toolkit_;

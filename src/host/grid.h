@@ -19,11 +19,11 @@ namespace orvane {
 enum class ColumnKind : unsigned char { Text, Check, Memo };
 
 struct GridColumn {
-  std::string field;
+  std::string field = {};
   int width = 10;     ///< characters
-  std::string title;  ///< '~' breaks the line
-  std::string group;  ///< neighbours with the same group share a head cell
-  std::string mask;
+  std::string title = {};  ///< '~' breaks the line
+  std::string group = {};  ///< neighbours with the same group share a head cell
+  std::string mask = {};
   TVosMTCombo* combo = nullptr;
   ColumnKind kind = ColumnKind::Text;
   bool readOnly = false;

@@ -17,12 +17,12 @@ namespace orvane {
 enum class ItemKind : unsigned char { Text, Check, Memo, Password };
 
 struct InspectorItem {
-  std::string field;
-  std::string label;
-  std::string mask;
+  std::string field = {};
+  std::string label = {};
+  std::string mask = {};
   TVosMTCombo* combo = nullptr;
   /// A field shown behind the value (a name beside its code); empty: the combo's name, or nothing.
-  std::string nameField;
+  std::string nameField = {};
   ItemKind kind = ItemKind::Text;
   bool readOnly = false;
   bool visible = true;

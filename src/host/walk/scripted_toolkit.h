@@ -1,0 +1,57 @@
+#pragma once
+
+// The toolkit of tests and walks: shows nothing, keeps what was shown, and hands modal calls to the
+// walk that runs in it.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/toolkit.h"
+#include "host/walk/walk_runner.h"
+
+namespace orvane {
+
+class ScriptedToolkit final : public IToolkit, public IWalkDriver {
+ public:
+  /// The walk that goes on inside modal calls; without one a modal form closes at once and
+  /// questions get the harmless answer.
+  void Attach(WalkRunner* runner) { runner_ = runner; }
+
+  // --- IToolkit ---------------------------------------------------------------------------------
+  void Show(TVosBaseForm& form) override;
+  void ShowModal(TVosBaseForm& form) override;
+  void FormChanged(TVosBaseForm& form) override;
+  void FormGone(TVosBaseForm& form) override;
+  int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) override;
+  void PreviewReport(TVosBaseForm& owner, const ReportDocument& report) override;
+  void SetClipboard(const std::string& text) override { clipboard_ = text; }
+
+  // --- IWalkDriver ------------------------------------------------------------------------------
+  IToolkit& Toolkit() override { return *this; }
+  TVosBaseForm* ActiveForm(VosApplication& app) override;
+  void Press(TVosBaseForm& form, KeyStroke key) override;
+  void TypeText(TVosBaseForm& form, std::string_view text) override;
+  void PointAt(TVosBaseForm& form, Control& control, int row, int column) override;
+  void Choose(TVosBaseForm& form, std::string_view action) override;
+  const MessageDialog* Question() const override;
+  void AnswerQuestion(bool yes) override;
+  std::vector<MessageDialog> TakeMessages() override;
+  std::vector<ReportDocument> TakeReports() override;
+  void Picture(std::string_view) override {}
+
+ private:
+  struct OpenQuestion {
+    MessageDialog dialog;
+    int answer = 0;  ///< 0: not answered yet
+  };
+
+  WalkRunner* runner_ = nullptr;
+  std::vector<TVosBaseForm*> shown_;
+  std::vector<OpenQuestion> questions_;
+  std::vector<MessageDialog> messages_;
+  std::vector<ReportDocument> reports_;
+  std::string clipboard_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,93 @@
+#include "host/walk/walk_places.h"
+
+#include "host/form.h"
+#include "host/grid.h"
+#include "host/inspector.h"
+#include "host/small_controls.h"
+#include "packet/variant.h"
+
+namespace orvane {
+namespace {
+
+std::optional<int> IndexIn(const Control& control, std::string_view name) {
+  if (const auto* grid = dynamic_cast<const TVosDBGrid*>(&control)) {
+    for (std::size_t i = 0; i < grid->columns.size(); ++i) {
+      if (SameName(grid->columns[i].field, name)) return static_cast<int>(i);
+    }
+  }
+  if (const auto* inspector = dynamic_cast<const TVosDataInspector*>(&control)) {
+    for (std::size_t i = 0; i < inspector->items.size(); ++i) {
+      const InspectorItem& item = inspector->items[i];
+      if (item.visible && SameName(item.field, name)) return static_cast<int>(i);
+    }
+  }
+  if (control.Kind() == ControlKind::KeyEdit && SameName(control.Name(), name)) return 0;
+  return std::nullopt;
+}
+
+TVosClientDataSet* DataSetOf(const Control& control) {
+  if (const auto* grid = dynamic_cast<const TVosDBGrid*>(&control)) return &grid->DataSet();
+  if (const auto* inspector = dynamic_cast<const TVosDataInspector*>(&control)) {
+    return &inspector->DataSet();
+  }
+  return nullptr;
+}
+
+std::optional<std::string> TextIn(const Control& control, std::string_view name) {
+  if (const auto* edit = dynamic_cast<const TKeyEdit*>(&control)) {
+    if (SameName(edit->Name(), name)) return edit->Text();
+  }
+  if (const auto* label = dynamic_cast<const TLabel*>(&control)) {
+    if (SameName(label->Name(), name)) return label->text;
+  }
+  TVosClientDataSet* dataSet = DataSetOf(control);
+  if (dataSet == nullptr) return std::nullopt;
+  const TField* field = dataSet->FindField(name);
+  if (field == nullptr) return std::nullopt;
+  return field->Text();
+}
+
+/// The focused control first, then the others in order.
+template <class Found>
+auto FirstOf(const TVosBaseForm& form, Found found)
+    -> decltype(found(std::declval<const Control&>())) {
+  if (form.ActiveControl() != nullptr) {
+    if (auto here = found(*form.ActiveControl())) return here;
+  }
+  for (const Control* control : form.Controls()) {
+    if (auto there = found(*control)) return there;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::optional<FieldPlace> FindPlace(const TVosBaseForm& form, std::string_view name) {
+  const auto in = [&](const Control& control) -> std::optional<FieldPlace> {
+    if (!control.visible) return std::nullopt;
+    const std::optional<int> index = IndexIn(control, name);
+    if (!index) return std::nullopt;
+    return FieldPlace{form.FindControl(control.Name()), *index};
+  };
+  return FirstOf(form, in);
+}
+
+std::optional<std::string> ReadValue(const TVosBaseForm& form, std::string_view name) {
+  return FirstOf(form, [&](const Control& control) { return TextIn(control, name); });
+}
+
+TVosDBGrid* FindGrid(const TVosBaseForm& form, std::string_view name) {
+  if (!name.empty()) return dynamic_cast<TVosDBGrid*>(form.FindControl(name));
+  if (auto* grid = dynamic_cast<TVosDBGrid*>(form.ActiveControl())) return grid;
+  for (Control* control : form.Controls()) {
+    if (auto* grid = dynamic_cast<TVosDBGrid*>(control)) return grid;
+  }
+  return nullptr;
+}
+
+int CurrentRowOf(const Control& control) {
+  const auto* grid = dynamic_cast<const TVosDBGrid*>(&control);
+  return grid == nullptr ? 0 : static_cast<int>(grid->DataSet().RecNo());
+}
+
+}  // namespace orvane

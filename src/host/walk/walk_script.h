@@ -1,0 +1,29 @@
+#pragma once
+
+// A walk is a text that a user of the program could have written: one step a line, a verb and its
+// words. Words with blanks stand in double quotes; # begins a comment; $name is what was
+// remembered.
+//
+//   user ivanova
+//   open TfDepartment
+//   type Name "Механичен цех"
+//   expect Name "Механичен цех"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "packet/failure.h"
+
+namespace orvane {
+
+struct WalkStep {
+  int line = 0;
+  std::vector<std::string> words;  ///< never empty; the verb comes first
+  std::string text;                ///< the line as written, for messages
+};
+
+/// Cuts a walk into steps. Refused, with the line, when a quote is not closed.
+Answer<std::vector<WalkStep>> ParseWalk(std::string_view text);
+
+}  // namespace orvane

@@ -1,0 +1,77 @@
+#include "modules/purchases/frame/screens.h"
+
+#include "contract/points.h"
+#include "data/abort.h"
+#include "host/application.h"
+#include "host/dialogs.h"
+#include "modules/purchases/frame/tf_orvane_main.h"
+#include "modules/purchases/registers/department/tf_department.h"
+#include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
+
+namespace orvane {
+namespace {
+
+template <class FormClass>
+std::unique_ptr<TVosBaseForm> MakeScreen(const FormIdentity& identity) {
+  return std::make_unique<FormClass>(identity);
+}
+
+struct ScreenEntry {
+  std::string_view className;
+  FormFactory factory;  ///< null: not available yet
+};
+
+constexpr ScreenEntry kScreens[] = {
+    {"TfOrvaneMain",           &MakeScreen<TfOrvaneMain>},
+    {"TfDepartment",           &MakeScreen<TfDepartment>},
+    {"TfKindSupplies",         nullptr                  },
+    {"TfEmployeesFinSupp",     nullptr                  },
+    {"TfOrvaneParameters",     nullptr                  },
+    {"TfStructure",            nullptr                  },
+    {"TfStructureDeputies",    nullptr                  },
+    {"TfLevelsApproval",       nullptr                  },
+    {"TfCapExPlan",            nullptr                  },
+    {"TfDeliveries",           nullptr                  },
+    {"TfSuppManifacOrder",     nullptr                  },
+    {"TfAdmissibleNotifiers",  nullptr                  },
+    {"TfSuppliesContracts",    nullptr                  },
+    {"TfPurchaseOrder",        nullptr                  },
+    {"TfRegisterSuppInvoice",  nullptr                  },
+    {"TfPurchaseOrderReport",  nullptr                  },
+    {"TfSuppDocConfirm",       nullptr                  },
+    {"TfQuestionInitEvalMap",  nullptr                  },
+    {"TfInitialEvaluationMap", nullptr                  },
+    {"TfPeriodEvaluationMap",  nullptr                  },
+    {"TfCriteriaEvalSupp",     nullptr                  },
+    {"TfEvalCommitteeSupp",    nullptr                  },
+};
+
+}  // namespace
+
+void RegisterOrvaneModule(VosApplication& app) {
+  for (const ScreenEntry& entry : kScreens)
+    app.classes.Register(entry.className, entry.factory);
+  for (const PointRow& row : kPoints) {
+    app.points.push_back({static_cast<std::int32_t>(row.point),
+                          std::string(row.name),
+                          std::string(row.screenClass),
+                          std::string(row.caption),
+                          {}});
+  }
+  app.modules = {
+      {std::string(kSuppliesModule), "supplies", 0},
+      {std::string(kInvoicesModule), "invoices", 0}
+  };
+  app.TakeRights();
+}
+
+std::unique_ptr<TfOrvaneMain> StartOrvaneModule(VosApplication& app) {
+  try {
+    return std::make_unique<TfOrvaneMain>(
+        FormIdentity{&app, nullptr, kOrvaneModuleNo, 0, nullptr, paOpen});
+  } catch (const Abort&) {
+    return nullptr;
+  }
+}
+
+}  // namespace orvane
