@@ -2,6 +2,7 @@
 
 // Dialogs of the host: messages, reconciling a refused or conflicting change.
 
+#include <string>
 #include <string_view>
 
 #include "data/client_dataset.h"
@@ -19,6 +20,10 @@ int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::s
                   DialogButtons buttons = DialogButtons::Ok);
 /// True when a question was answered with Yes.
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text);
+
+/// A failure of the server as the user reads it: what happened, what became of his typing, and what
+/// to do. The refusal mark is dropped.
+std::string FailureText(const Failure& failure);
 
 /// The host's question before a row is deleted.
 inline constexpr std::string_view _rDeleteCaption = "Изтриване";

@@ -113,8 +113,8 @@ class TVosBaseForm {
   /// First showing: OnShow, first focus. Called by the toolkit before it draws.
   void BeShown();
   bool IsShown() const { return shown_; }
-  /// Asks the form to close. Unsaved typing is asked about; a control or OnClose refuses by Abort,
-  /// otherwise the form is closed.
+  /// Asks the form to close: unsaved typing is asked about, OnClose may refuse; a refusal is an
+  /// Abort.
   void Close();
   bool IsClosed() const { return closed_; }
   /// Shows it modally; returns when it is closed.
@@ -124,7 +124,7 @@ class TVosBaseForm {
 
   // --- actions ----------------------------------------------------------------------------------
   TAction& AddAction(TAction action);
-  TAction* FindAction(std::string_view name);
+  TAction* FindAction(std::string_view name) const;
   const std::vector<std::unique_ptr<TAction>>& Actions() const { return actions_; }
   /// Runs a live action; false when it is not live.
   bool Execute(std::string_view name);
@@ -194,9 +194,12 @@ class TVosBaseForm {
   void HandleListPicked(int index);
   void HandleEditorText(const std::string& text);
   bool GoesToEditor(KeyStroke key) const;
+  bool FocusMatches(std::string_view word) const;
   bool Matches(const LiveRow& row) const;
-  void LeaveControl(Control& control);
-  void ReportTo(const std::function<void()>& report) noexcept;
+  /// Live actions, those of the live table first and in its order, each once.
+  std::vector<TAction*> LiveActions() const;
+  std::vector<Control*> FocusOrder() const;
+  void RunGuarded(const std::function<void()>& work) noexcept;
 
   FormIdentity identity_;
   std::string className_;

@@ -1,0 +1,308 @@
+#include "host/application.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "contract/system.h"
+#include "data/abort.h"
+#include "host/dialogs.h"
+#include "host/form.h"
+#include "packet/fold.h"
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view kOpenCaption = "Отваряне на екран";
+
+void TellOf(VosApplication& app, TVosBaseForm* owner, const std::string& text) {
+  const std::string caption = owner != nullptr ? owner->caption : std::string(kOpenCaption);
+  app.Toolkit().ShowMessage(owner, {.kind = 0, .caption = caption, .text = text, .yesNo = false});
+}
+
+std::string ScreenTitle(std::string_view className, const ModulePoint* point) {
+  const bool named = point != nullptr && point->screenClass == className;
+  return named ? point->caption : std::string(className);
+}
+
+}  // namespace
+
+// --- classes
+// --------------------------------------------------------------------------------------
+
+void ClassRegistry::Register(std::string_view className, FormFactory factory) {
+  const auto found = std::ranges::find(names_, className);
+  if (found != names_.end()) {
+    factories_[static_cast<std::size_t>(found - names_.begin())] = factory;
+    return;
+  }
+  names_.emplace_back(className);
+  factories_.push_back(factory);
+}
+
+FormFactory ClassRegistry::Find(std::string_view className) const {
+  const auto found = std::ranges::find(names_, className);
+  return found == names_.end() ? nullptr
+                               : factories_[static_cast<std::size_t>(found - names_.begin())];
+}
+
+// --- session
+// --------------------------------------------------------------------------------------
+
+VosApplication::VosApplication(IApplicationServer& server, IToolkit& toolkit, const Clock& clock)
+    : toolkit_(toolkit), clock_(clock) {
+  session_.server = &server;
+}
+
+VosApplication::~VosApplication() = default;
+
+Answer<Greeting> VosApplication::Greet() {
+  ++session_.calls;
+  return session_.server->Greet();
+}
+
+LoginRequest VosApplication::MakeLoginRequest(std::string_view login,
+                                              std::string_view password) const {
+  return {.protocolVersion = kProtocolVersion,
+          .login = std::string(login),
+          .password = std::string(password),
+          .machineName = program.machineName,
+          .programVersion = program.version};
+}
+
+void VosApplication::TakeSession(SessionInfo info) {
+  session_.info = std::move(info);
+  params_.clear();
+  TakeRights();
+}
+
+Answer<Done> VosApplication::LogIn(std::string_view login, std::string_view password) {
+  ++session_.calls;
+  Answer<SessionInfo> answer = session_.server->LogIn(MakeLoginRequest(login, password));
+  if (!answer) return answer.GetFailure();
+  TakeSession(*std::move(answer));
+  language_ = !AppNotMultiLang() && session_.info.userLanguage == 2 ? 2 : 1;
+  vCurrentEmployee = Variant();
+  return Done();
+}
+
+Answer<Done> VosApplication::LogInAgain(std::string_view password) {
+  ++session_.calls;
+  Answer<SessionInfo> answer = session_.server->LogIn(MakeLoginRequest(UserName(), password));
+  if (!answer) return answer.GetFailure();
+  TakeSession(*std::move(answer));
+  return Done();
+}
+
+void VosApplication::LogOut() {
+  if (!IsLoggedIn()) return;
+  ++session_.calls;
+  // A session that cannot be ended now ends by itself on the server.
+  (void)session_.server->LogOut({session_.info.ticket, 0, 0});
+  TakeSession({});
+  vCurrentEmployee = Variant();
+}
+
+Date VosApplication::Today() const {
+  return session_.info.zone.DayOf(clock_.Now());
+}
+
+// --- languages
+// ------------------------------------------------------------------------------------
+
+void VosApplication::SwitchLanguage() {
+  if (AppNotMultiLang()) return;
+  language_ = language_ == 1 ? 2 : 1;
+  const std::vector<TVosBaseForm*> forms = livingForms_;
+  for (TVosBaseForm* form : forms) {
+    if (std::ranges::find(livingForms_, form) != livingForms_.end()) form->LanguageChanged();
+  }
+}
+
+std::string VosApplication::LanguageName(int number) const {
+  const auto& names = session_.info.languageNames;
+  const bool known = number >= 1 && static_cast<std::size_t>(number) <= names.size();
+  return known ? names[static_cast<std::size_t>(number) - 1] : std::string();
+}
+
+// --- parameters
+// -----------------------------------------------------------------------------------
+
+std::map<int, std::string>& VosApplication::ParamGroup(ScreenPoint point, int group) {
+  const auto known = params_.find(group);
+  if (known != params_.end()) return known->second;
+  TVosSQLConnection connection(session_, point, system::kParametersClass);
+  const VariantArray answer = connection.Call(system::kGetParams, {Variant(group)});
+  std::map<int, std::string> values;
+  for (const Variant& row : answer) {
+    const VariantArray* pair = row.AsArray();
+    assert(pair != nullptr && pair->size() == 2);
+    const std::optional<std::int64_t> number = (*pair)[0].AsInt();
+    if (number) values[static_cast<int>(*number)] = (*pair)[1].ToText();
+  }
+  return params_[group] = std::move(values);
+}
+
+Variant VosApplication::GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group,
+                                 int number) {
+  const std::map<int, std::string>& values = ParamGroup({moduleNo, pointNo}, group);
+  const auto found = values.find(number);
+  if (found == values.end() || IsBlank(found->second)) return {};
+  return found->second;
+}
+
+void VosApplication::SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
+                              const Variant& value) {
+  const Variant stored = value.IsNull() ? Variant() : Variant(value.ToText());
+  TVosSQLConnection connection(session_, {moduleNo, pointNo}, system::kParametersClass);
+  connection.Call(system::kSetParam, {Variant(group), Variant(number), stored});
+  const auto known = params_.find(group);
+  if (known != params_.end()) known->second[number] = stored.ToText();
+}
+
+void VosApplication::RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group) {
+  params_.erase(group);
+  ParamGroup({moduleNo, pointNo}, group);
+}
+
+// --- module and points
+// ----------------------------------------------------------------------------
+
+ModuleEntry* VosApplication::FindModule(std::string_view key) {
+  const auto found = std::ranges::find(modules, key, &ModuleEntry::key);
+  return found == modules.end() ? nullptr : &*found;
+}
+
+ModulePoint* VosApplication::FindPoint(std::string_view name) {
+  const auto found = std::ranges::find(points, name, &ModulePoint::name);
+  return found == points.end() ? nullptr : &*found;
+}
+
+ModulePoint* VosApplication::FindPoint(std::int32_t number) {
+  const auto found = std::ranges::find(points, number, &ModulePoint::number);
+  return found == points.end() ? nullptr : &*found;
+}
+
+void VosApplication::TakeRights() {
+  for (ModulePoint& point : points) {
+    const auto& given = session_.info.points;
+    const auto found = std::ranges::find(given, point.number, &PointRights::point);
+    point.access = TPointAccess::FromBits(found == given.end() ? 0 : found->rights);
+  }
+}
+
+void VosApplication::AddPoints(std::int32_t moduleNo, std::span<const PointRow> rows) {
+  for (const PointRow& row : rows) {
+    points.push_back({.number = static_cast<std::int32_t>(row.point),
+                      .name = std::string(row.name),
+                      .screenClass = std::string(row.screenClass),
+                      .caption = std::string(row.caption),
+                      .access = {},
+                      .moduleNo = moduleNo});
+  }
+  TakeRights();
+}
+
+// --- screens
+// --------------------------------------------------------------------------------------
+
+std::unique_ptr<TVosBaseForm> VosApplication::CreateVosForm(TVosBaseForm* opener,
+                                                            std::string_view className,
+                                                            std::int32_t moduleNo,
+                                                            std::int32_t pointNo,
+                                                            ModulePoint* point) {
+  const std::string title = ScreenTitle(className, point);
+  if (point != nullptr && !point->access.Has(paOpen)) {
+    TellOf(*this, opener, "Нямате право да отворите „" + title + "“.");
+    return nullptr;
+  }
+  const FormFactory factory = classes.Find(className);
+  if (factory == nullptr) {
+    TellOf(*this, opener, "Екранът „" + title + "“ още не е наличен.");
+    return nullptr;
+  }
+  const TPointAccess access = point == nullptr ? TPointAccess() : point->access;
+  std::unique_ptr<TVosBaseForm> form = factory({.app = this,
+                                                .opener = opener,
+                                                .moduleNo = moduleNo,
+                                                .pointNo = pointNo,
+                                                .point = point,
+                                                .access = access});
+  if (form != nullptr) form->SetAccess(access);
+  return form;
+}
+
+bool VosApplication::Open(ModulePoint& point) {
+  for (const std::unique_ptr<TVosBaseForm>& form : openForms_) {
+    if (form->IsClosed() || form->Point() != &point) continue;
+    toolkit_.Show(*form);
+    return true;
+  }
+  std::unique_ptr<TVosBaseForm> form;
+  try {
+    form = CreateVosForm(nullptr, point.screenClass, point.moduleNo, point.number, &point);
+  } catch (const Abort&) {
+    return false;  // the screen told why it cannot open
+  } catch (const ServerError& error) {
+    TellOf(*this, nullptr, FailureText(error.failure));
+    return false;
+  }
+  if (form == nullptr) return false;
+  openForms_.push_back(std::move(form));
+  toolkit_.Show(*openForms_.back());
+  return true;
+}
+
+bool VosApplication::OpenPoint(std::string_view pointName) {
+  ModulePoint* point = FindPoint(pointName);
+  if (point != nullptr) return Open(*point);
+  TellOf(*this, nullptr, "Няма точка „" + std::string(pointName) + "“.");
+  return false;
+}
+
+bool VosApplication::OpenScreen(std::string_view className) {
+  const auto found = std::ranges::find(points, className, &ModulePoint::screenClass);
+  if (found != points.end()) return Open(*found);
+  TellOf(*this, nullptr, "Екранът „" + std::string(className) + "“ няма място в менюто.");
+  return false;
+}
+
+void VosApplication::FreeClosedForms() {
+  std::erase_if(openForms_, [](const std::unique_ptr<TVosBaseForm>& form) {
+    return form->IsClosed() && !form->IsBusy();
+  });
+}
+
+bool VosApplication::CloseAll(const std::vector<TVosBaseForm*>& forms) {
+  for (std::size_t i = forms.size(); i-- > 0;) {
+    // Closing one may free others: a question on the way lets the toolkit work.
+    const bool lives = std::ranges::find(livingForms_, forms[i]) != livingForms_.end();
+    if (!lives || forms[i]->IsClosed()) continue;
+    forms[i]->Dispatch(CloseWanted());
+    if (!forms[i]->IsClosed()) return false;
+  }
+  return true;
+}
+
+bool VosApplication::CloseForms() {
+  std::vector<TVosBaseForm*> forms;
+  for (const std::unique_ptr<TVosBaseForm>& form : openForms_)
+    forms.push_back(form.get());
+  return CloseAll(forms);
+}
+
+bool VosApplication::CloseProgram() {
+  std::vector<TVosBaseForm*> forms;
+  for (TVosBaseForm* form : livingForms_) {
+    if (form->IsShown()) forms.push_back(form);
+  }
+  return CloseAll(forms);
+}
+
+VariantArray VosApplication::ConnectionInfo() const {
+  // The process number travels as a 16-bit integer.
+  constexpr std::int32_t kBelow16Bits = 0x7FFF;
+  return {session_.info.sessionName, program.processNumber & kBelow16Bits, UserName(),
+          program.machineName, program.version};
+}
+
+}  // namespace orvane

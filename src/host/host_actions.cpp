@@ -1,0 +1,152 @@
+// What the host gives every form: its actions, the texts of the status bar, a dialog's identity.
+
+#include "host/dialogs.h"
+#include "host/form.h"
+#include "host/grid.h"
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view kGeneralHelp =
+    "Enter – към следващото поле или клетка\n"
+    "Tab, Shift+Tab – към следващото или предишното\n"
+    "Alt+Down – отваря списъка на полето\n"
+    "Escape – затваря редактора, после прозореца\n"
+    "Клавишът на всяка операция стои до името ѝ.";
+
+void ShowHelp(TVosBaseForm& form) {
+  VosMessageDlg(form, 1, "Помощ", kGeneralHelp);
+}
+
+/// "Запис – F9" for each action of the form that is live now.
+void ShowFormHelp(TVosBaseForm& form) {
+  std::string text;
+  for (const std::unique_ptr<TAction>& action : form.Actions()) {
+    if (action->always || !action->enabled || !action->visible) continue;
+    text += action->caption;
+    if (!action->shortcut.IsNone()) text += " – " + KeyText(action->shortcut);
+    text += '\n';
+  }
+  if (text.empty()) text = "Сега няма достъпни операции.\n";
+  text.pop_back();
+  VosMessageDlg(form, 1, form.caption, text);
+}
+
+void ShowAbout(TVosBaseForm& form) {
+  const VosApplication& app = form.App();
+  VosMessageDlg(form, 1, "Относно",
+                "Orvane – управление на покупките\nВерсия " + app.program.version + "\n" +
+                    app.Info().companyName);
+}
+
+struct HostAction {
+  std::string_view name;
+  std::string_view caption;
+  KeyStroke key;
+  std::string_view icon;
+  void (*execute)(TVosBaseForm& form);
+};
+
+constexpr HostAction kHostActions[] = {
+    {"acExit",                  "Изход",                       Alt(KeyCode::F4),    "exit",  [](TVosBaseForm& form) { form.Close(); }                                     },
+    {"acHelp",                  "Помощ",                       KeyCode::F1,         "help",  &ShowHelp                                                                    },
+    {"acFormHelp",              "Помощ за формата",   Ctrl(KeyCode::F1),   "help",  &ShowFormHelp                                                                },
+    {"acLanguage",
+     "Смяна език",                                         {},
+     "language",                                                                                  [](TVosBaseForm& form) { form.App().SwitchLanguage(); }                      },
+    {"acAbout",                 "Относно",                   {},                  "about", &ShowAbout                                                                   },
+    {"acStayOnTop",             "Винаги отгоре",        CtrlAlt(KeyCode::T), "",
+     [](TVosBaseForm& form) { form.stayOnTop = !form.stayOnTop; }                                                                                                              },
+    {"acMin",
+     "Минимизиране",                                    {},
+     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Minimize; }     },
+    {"acMax",
+     "Максимизиране",                                  {},
+     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Maximize; }     },
+    {"acResetFormPosition",
+     "Първоначална позиция на формата", {},
+     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::ResetPosition; }},
+    {"acQuickApplicationClose",
+     "Затваряне на програмата",                {},
+     "",                                                                                          [](TVosBaseForm& form) { form.App().CloseProgram(); }                        },
+};
+
+TAction& AddHostAction(TVosBaseForm& form, const HostAction& row) {
+  TAction action;
+  action.name = row.name;
+  action.caption = row.caption;
+  action.shortcut = row.key;
+  action.icon = row.icon;
+  action.always = true;
+  action.OnExecute = [&form, execute = row.execute] { execute(form); };
+  return form.AddAction(std::move(action));
+}
+
+/// The grid whose rows the status bar counts: the focused one, else the first.
+const TVosDBGrid* CountedGrid(const TVosBaseForm& form) {
+  const Control* active = form.ActiveControl();
+  if (active != nullptr && active->Kind() == ControlKind::Grid)
+    return static_cast<const TVosDBGrid*>(active);
+  for (const Control* control : form.Controls()) {
+    if (control->Kind() == ControlKind::Grid && control->visible)
+      return static_cast<const TVosDBGrid*>(control);
+  }
+  return nullptr;
+}
+
+constexpr std::string_view kGap = "     ";
+
+void AddPart(std::string& text, std::string_view part) {
+  if (part.empty()) return;
+  if (!text.empty()) text += kGap;
+  text += part;
+}
+
+}  // namespace
+
+void AddHostActions(TVosBaseForm& form) {
+  for (const HostAction& row : kHostActions)
+    AddHostAction(form, row);
+  if (form.App().AppNotMultiLang()) {
+    TAction& language = *form.FindAction("acLanguage");
+    language.always = false;
+    language.visible = false;
+  }
+}
+
+void AddDialogExit(TVosBaseForm& form) {
+  AddHostAction(form, kHostActions[0]).secondShortcut = KeyCode::Escape;
+}
+
+std::string TVosBaseForm::StatusText() const {
+  const TVosDBGrid* grid = CountedGrid(*this);
+  if (grid == nullptr) return {};
+  const std::size_t rows = grid->DataSet().RecordCount();
+  const std::string count = std::to_string(rows);
+  if (grid->DataSet().HasMore()) return "първите " + count + " реда";
+  return count + (rows == 1 ? " ред" : " реда");
+}
+
+StatusBarText StatusBar(const TVosBaseForm& form) {
+  const VosApplication& app = form.App();
+  StatusBarText bar;
+  const std::string& server = app.program.serverName;
+  if (!app.IsLoggedIn())
+    bar.left = "○ Няма връзка";
+  else
+    bar.left = "● Свързан: " + (server.empty() ? std::string("този компютър") : server);
+  AddPart(bar.left, form.StatusText());
+  AddPart(bar.right, app.waitingText);
+  AddPart(bar.right, form.FindAction("acHelp") != nullptr ? "F1 Помощ" : "");
+  AddPart(bar.right, app.Today().ToText());
+  return bar;
+}
+
+FormIdentity DialogIdentity(TVosBaseForm& owner) {
+  FormIdentity identity = owner.Identity();
+  identity.opener = &owner;
+  identity.access = owner.Access();
+  return identity;
+}
+
+}  // namespace orvane
