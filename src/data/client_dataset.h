@@ -50,6 +50,8 @@ struct ReconcileError {
   NamedValues before;   ///< what was loaded
   NamedValues mine;     ///< what was typed
   NamedValues present;  ///< what the server holds now; empty when the row is gone
+  /// Fields of `mine` that the user gives up when he merges: filled by whoever answers Merge.
+  mutable std::vector<std::string> givenUp;
 };
 
 /// A field of a dataset: a view onto the current row. Named by a FieldDef of the contract.
@@ -133,6 +135,7 @@ class TDataSource {
   std::function<void()> OnStateChange;
 
  private:
+  friend class TVosClientDataSet;
   TVosClientDataSet* dataSet_;
 };
 
@@ -156,6 +159,7 @@ class TVosClientDataSet {
   TField& operator[](const FieldDef& field) { return FieldByName(field.name); }
   /// Names do not depend on case; an unknown name is a programmer's error (asserted).
   TField& FieldByName(std::string_view name);
+  const TField& FieldByName(std::string_view name) const;
   TField* FindField(std::string_view name);
   std::vector<TField*> Fields();
   /// Adds a field that shows `resultField` of `source` where its `lookupKeyField` equals
@@ -164,6 +168,9 @@ class TVosClientDataSet {
                     std::string_view lookupKeyField, std::string_view resultField);
   /// Another column of the lookup's source (the second language).
   void SetLookupResult(const FieldDef& field, std::string_view resultField);
+  /// Keys of loaded rows that the lookup's source does not hold, each once, in the order shown; for
+  /// those who fetch what a portion left behind. Such rows show an empty text.
+  std::vector<Variant> MissingLookupKeys(const TField& lookup) const;
   /// Largest value of an integer field plus `plus` over all rows; Null when there is no row.
   Variant MaxOf(const FieldDef& field, int plus = 0) const;
 
@@ -190,6 +197,8 @@ class TVosClientDataSet {
   void LoadPacket(DataPacket packet);
   /// Adds the rows of the next portion.
   void AppendPacket(DataPacket packet);
+  /// Adds rows that came apart from the portions (one found by its key): HasMore stays as it is.
+  void AppendRows(DataPacket rows);
   /// True when the last packet said that more follows.
   bool HasMore() const;
   /// Fetches the next portion; nothing happens when there is none.
@@ -205,6 +214,8 @@ class TVosClientDataSet {
   bool IsEmpty() const { return RecordCount() == 0; }
   /// Position of the current row in the order shown, 0-based; 0 when there is none.
   std::size_t RecNo() const;
+  /// Moves to a position, to the last row when there are fewer. Moving in any way first posts a
+  /// changed row in edit and ends an untouched one; if it stays in edit, the cursor stays too.
   void SetRecNo(std::size_t position);
   void First();
   void Last();
@@ -216,10 +227,14 @@ class TVosClientDataSet {
   Variant ValueAt(std::size_t position, const TField& field) const;
   std::string TextAt(std::size_t position, const TField& field) const;
   /// Moves to the first row whose field equals the value (texts byte for byte); false leaves the
-  /// cursor. Hash-indexed on first use. Posts nothing.
+  /// cursor. Hash-indexed on first use. Posts nothing: an untouched edit ends, a changed row in
+  /// edit is not left, and the answer is false then.
   bool Locate(std::string_view field, const Variant& value);
+  /// Moves to the first row in which all named fields equal their values.
+  bool Locate(const NamedValues& values);
   /// The same without moving: position of the row.
   std::optional<std::size_t> Find(std::string_view field, const Variant& value) const;
+  std::optional<std::size_t> Find(const NamedValues& values) const;
   Bookmark GetBookmark() const;
   /// False when the row is gone or the dataset was reloaded.
   bool GotoBookmark(const Bookmark& bookmark);
@@ -231,7 +246,8 @@ class TVosClientDataSet {
   void Edit();
   void Insert();
   void Append();
-  /// BeforePost may throw Abort: the row stays in edit. An unchanged edit ends without AfterPost.
+  /// BeforePost may throw Abort: the row stays in edit. An unchanged edit ends quietly, without
+  /// BeforePost and AfterPost.
   void Post();
   void Cancel();
   void Delete();
@@ -239,10 +255,15 @@ class TVosClientDataSet {
   // --- changes ----------------------------------------------------------------------------------
   std::size_t ChangeCount() const;
   /// Sends the log; returns how many changes failed. A failed call keeps the log and what was sent
-  /// (the same bytes go first next time) and throws ServerError.
+  /// (the same bytes go first next time) and throws ServerError; one that was refused as a whole
+  /// goes through OnReconcileError, when that is bound, like a refusal of its changes. What was
+  /// typed after bytes that still wait goes behind them as further changes, and one
+  /// AfterApplyUpdates follows both.
   std::size_t ApplyUpdates(std::int32_t maxErrors);
   /// Owner data for the next apply; set by BeforeApplyUpdates.
   Variant OwnerData;
+  /// Columns of the document's head that the last apply moved.
+  const NamedValues& HeadMoved() const;
   /// Drops the log: every row is as it was loaded.
   void CancelUpdates();
 

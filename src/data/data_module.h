@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "data/client_dataset.h"
 #include "data/connection.h"
