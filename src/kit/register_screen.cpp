@@ -81,17 +81,15 @@ std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int 
 }
 
 void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
-                           std::initializer_list<std::string_view> firstOnly,
-                           std::initializer_list<std::string_view> secondOnly,
-                           std::initializer_list<LanguageColumn> titled) {
+                           const LanguageColumns& columns) {
   if (form.App().AppNotMultiLang()) {
-    for (std::string_view field : secondOnly)
+    for (std::string_view field : columns.secondOnly)
       grid.RemoveColumn(field);
     return;
   }
-  for (std::string_view field : firstOnly)
+  for (std::string_view field : columns.firstOnly)
     grid.RemoveColumn(field);
-  for (const LanguageColumn& column : titled) {
+  for (const LanguageColumn& column : columns.titled) {
     TField& field = grid.DataSet().FieldByName(column.field);
     field.DisplayLabel = LanguageTitle(form, "Име", column.language);
     if (GridColumn* shown = grid.FindColumn(column.field)) shown->title = field.DisplayLabel;

@@ -73,16 +73,22 @@ class RegisterScreen {
 /// Titles of a name column in two languages: "Име (Български)", "Име (English)".
 std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language);
 
-/// Shows the columns of the installation's languages. One language: `secondOnly` fall away. Two:
-/// the columns of `firstOnly` fall away, and each field of `titled` gets "Име (<language>)" as its
-/// display label and column title.
+/// A name column and the language whose name its title shows.
 struct LanguageColumn {
   std::string_view field;
-  int language;
+  int language = 1;
 };
+
+/// How a grid's columns follow the installation's languages.
+struct LanguageColumns {
+  std::vector<std::string_view> firstOnly;   ///< dropped where there are two languages
+  std::vector<std::string_view> secondOnly;  ///< dropped where there is one
+  std::vector<LanguageColumn> titled;        ///< "Име (<language>)" where there are two
+};
+
+/// Drops the columns that the installation has no use for, and sets the display label and title of
+/// each titled one.
 void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
-                           std::initializer_list<std::string_view> firstOnly,
-                           std::initializer_list<std::string_view> secondOnly,
-                           std::initializer_list<LanguageColumn> titled);
+                           const LanguageColumns& columns);
 
 }  // namespace orvane

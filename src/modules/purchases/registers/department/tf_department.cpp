@@ -46,11 +46,15 @@ TfDepartment::TfDepartment(const FormIdentity& identity)
 
 void TfDepartment::VosBaseFormShow() {
   dmDepartment->cdsDepartment.Close();
-  ChooseLanguageColumns(*this, gDepartment,
-                        {
-                            "ChiefName"
-  },
-                        {"Name2", "ChiefName2"}, {{"Name", 1}, {"Name2", 2}, {"ChiefName2", 2}});
+  LanguageColumns languages;
+  languages.firstOnly = {"ChiefName"};
+  languages.secondOnly = {"Name2", "ChiefName2"};
+  languages.titled = {
+      {"Name",       1},
+      {"Name2",      2},
+      {"ChiefName2", 2}
+  };
+  ChooseLanguageColumns(*this, gDepartment, languages);
   dmDepartment->Fetch();
 }
 
