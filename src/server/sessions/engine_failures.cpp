@@ -1,0 +1,32 @@
+#include "server/sessions/engine_failures.h"
+
+#include <spdlog/spdlog.h>
+
+namespace orvane {
+
+Failure ToFailure(const EngineError& error, std::string_view doing) {
+  spdlog::error("{}: {} [{}]", doing, error.text, error.constraint);
+  switch (error.kind) {
+    case EngineErrorKind::LinkDown:
+      return {FailureKind::LinkDown,
+              "Сървърът няма връзка с базата от данни. Опитайте отново след малко."};
+    case EngineErrorKind::Retry:
+      return {FailureKind::Conflict,
+              "Други потребители променят същите данни в момента. Опитайте отново."};
+    case EngineErrorKind::Limit:
+      return {FailureKind::Refused,
+              std::string(kRefusalMark) +
+                  "Търсенето отнема твърде дълго. Уточнете условията и опитайте отново."};
+    case EngineErrorKind::Unique:
+    case EngineErrorKind::ForeignKey:
+    case EngineErrorKind::NotNull:
+    case EngineErrorKind::Check:
+      return Refused("Данните противоречат на вече записаните и не са записани.");
+    case EngineErrorKind::Other:
+      break;
+  }
+  return {FailureKind::Internal,
+          "Сървърът не можа да изпълни заявката. Подробностите са в дневника му."};
+}
+
+}  // namespace orvane
