@@ -51,7 +51,7 @@ struct LiveRow {
   /// Name of a control, of a combo inside a grid or inspector, or one of the words below.
   std::string_view focus;
   InState states = InState::Any;
-  TPointAccess needs;
+  TPointAccess needs{};
   bool (*when)(const TVosBaseForm& form) = nullptr;
 };
 

@@ -51,7 +51,7 @@ struct FormIdentity {
   std::int32_t moduleNo = 0;
   std::int32_t pointNo = 0;
   ModulePoint* point = nullptr;
-  TPointAccess access;
+  TPointAccess access{};
 };
 
 using FormFactory = std::unique_ptr<TVosBaseForm> (*)(const FormIdentity& identity);

@@ -22,7 +22,13 @@ void PointAtCell(TVosDBGrid& grid, const Pointed& event) {
   if (sameRow && sameColumn && grid.Editor() != nullptr) return;
   if (!sameRow) grid.GoToRow(static_cast<std::size_t>(event.row));
   if (!sameColumn) grid.SetCurrentColumn(event.column);
-  if (!event.openEditor || !grid.CanEditCell()) return;
+  if (!event.openEditor) return;
+  if (!grid.CanEditCell()) {
+    // Where nothing can be typed a double click means what Enter means: open, choose.
+    const TAction* action = grid.Form().LiveActionFor(KeyCode::Enter);
+    if (action != nullptr) grid.Form().Execute(action->name);
+    return;
+  }
   const GridColumn& column = grid.columns[static_cast<std::size_t>(grid.CurrentColumn())];
   if (column.kind == ColumnKind::Check)
     grid.ToggleCheck();
