@@ -364,6 +364,10 @@ bool TVosClientDataSet::HasMore() const {
   return !impl_->continuation.empty();
 }
 
+const std::string& TVosClientDataSet::Continuation() const {
+  return impl_->continuation;
+}
+
 void TVosClientDataSet::FetchMore() {
   if (!HasMore()) return;
   FetchRequest request = MakeFetchRequest();

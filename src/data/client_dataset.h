@@ -201,6 +201,8 @@ class TVosClientDataSet {
   void AppendRows(DataPacket rows);
   /// True when the last packet said that more follows.
   bool HasMore() const;
+  /// What asks for the next portion; empty when there is none.
+  const std::string& Continuation() const;
   /// Fetches the next portion; nothing happens when there is none.
   void FetchMore();
   /// Sends `data` as a question to the provider (parameter "Data") and loads the answer.

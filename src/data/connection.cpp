@@ -26,7 +26,9 @@ std::vector<DataPacket> TVosSQLConnection::Fetch(const std::vector<FetchRequest>
   ++session_->calls;
   std::vector<DataPacket> packets = OrThrow(session_->server->Fetch(MakeCaller(), requests));
   if (packets.size() != requests.size()) {
-    throw ServerError{{FailureKind::Internal, "Сървърът не отговори на всички въпроси."}};
+    throw ServerError{
+        {FailureKind::Internal, "Сървърът не отговори на всички въпроси."}
+    };
   }
   return packets;
 }

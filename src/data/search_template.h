@@ -30,7 +30,9 @@ struct SearchField {
 
 enum class SearchMatch : std::uint8_t { Equals, Begins, Contains };
 
-/// One condition of the user. Its value becomes a parameter, never a part of the text.
+/// One condition of the user. Its value becomes a parameter, never a part of the text. Equals takes
+/// Null and an array (any of its values) too. Of a whole number, Begins means its first digits and
+/// Contains the number itself; an empty text to begin with or to contain is no condition.
 struct SearchCondition {
   std::string field;
   SearchMatch match = SearchMatch::Equals;
@@ -41,6 +43,9 @@ struct ComposedSearch {
   std::string sql;
   NamedValues params;  ///< the template's own and those of the conditions ("Cond1" …)
 };
+
+/// True when the template has a place for conditions.
+bool TakesConditions(const std::vector<std::string>& lines);
 
 /// Replaces the macros. `orderField` may be empty: no ORDER BY of its own then.
 ComposedSearch ComposeSearch(const std::vector<std::string>& lines, const NamedValues& params,
