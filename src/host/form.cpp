@@ -86,12 +86,6 @@ void CancelEdit(TVosClientDataSet* dataSet) {
   if (dataSet != nullptr && dataSet->Editing()) dataSet->Cancel();
 }
 
-void CloseEditorOf(Control& control) {
-  if (control.Kind() == ControlKind::Grid) static_cast<TVosDBGrid&>(control).CloseEditor();
-  if (control.Kind() == ControlKind::Inspector)
-    static_cast<TVosDataInspector&>(control).CloseEditor();
-}
-
 void CollectControls(const LayoutNode& node, std::vector<Control*>& found) {
   if (node.control != nullptr && node.control->Kind() == ControlKind::PageControl) {
     const auto& pages = *static_cast<TPageControl*>(node.control);
@@ -193,7 +187,7 @@ bool TVosBaseForm::HasUnsavedTyping() const {
 }
 
 void TVosBaseForm::DropTyping() {
-  if (activeControl_ != nullptr) CloseEditorOf(*activeControl_);
+  if (activeControl_ != nullptr) activeControl_->CancelEditor();
   CancelEdit(KeptDataSet(activeControl_));
   CancelEdit(MainDataSet());
 }
@@ -310,14 +304,30 @@ void TVosBaseForm::FocusControl(Control* control) {
   if (control != nullptr && !control->CanFocus()) return;
   focusTarget_ = control;
   if (leaving_ || control == activeControl_) return;
-  if (activeControl_ != nullptr) {
-    const Meanwhile leaving(leaving_);
-    activeControl_->BeforeLeave();
-    if (activeControl_ != focusTarget_ && activeControl_->OnExit) activeControl_->OnExit();
-  }
+  if (activeControl_ != nullptr) LeaveActiveControl();
   if (focusTarget_ == activeControl_) return;
   activeControl_ = focusTarget_;
-  if (activeControl_ != nullptr && activeControl_->OnEnter) activeControl_->OnEnter();
+  if (activeControl_ == nullptr) return;
+  Control& entered = *activeControl_;
+  if (entered.OnEnter) entered.OnEnter();
+  if (activeControl_ == &entered) entered.Entered();
+}
+
+/// Tells the active control that it loses the focus. A rule that keeps the focus, by Abort or by
+/// asking for it back, leaves the control as it was.
+void TVosBaseForm::LeaveActiveControl() {
+  const Meanwhile leaving(leaving_);
+  Control& left = *activeControl_;
+  left.BeforeLeave();
+  if (focusTarget_ == &left) return;
+  left.Left();
+  try {
+    if (left.OnExit) left.OnExit();
+  } catch (...) {
+    left.Entered();
+    throw;
+  }
+  if (focusTarget_ == &left) left.Entered();
 }
 
 std::vector<Control*> TVosBaseForm::FocusOrder() const {

@@ -191,8 +191,7 @@ class TVosBaseForm {
   void Handle(const Event& event);
   void HandleKey(KeyStroke key);
   void HandlePointed(const Pointed& event);
-  void HandleListPicked(int index);
-  void HandleEditorText(const std::string& text);
+  void LeaveActiveControl();
   bool GoesToEditor(KeyStroke key) const;
   bool FocusMatches(std::string_view word) const;
   bool Matches(const LiveRow& row) const;

@@ -3,7 +3,6 @@
 #include "host/combo.h"
 #include "host/form.h"
 #include "host/grid.h"
-#include "host/inspector.h"
 #include "host/small_controls.h"
 
 namespace orvane {
@@ -14,46 +13,6 @@ template <class... Functions>
 struct Overloaded : Functions... {
   using Functions::operator()...;
 };
-
-void PointAtCell(TVosDBGrid& grid, const Pointed& event) {
-  const bool sameRow =
-      event.row < 0 || static_cast<std::size_t>(event.row) == grid.DataSet().RecNo();
-  const bool sameColumn = event.column < 0 || event.column == grid.CurrentColumn();
-  if (sameRow && sameColumn && grid.Editor() != nullptr) return;
-  if (!sameRow) grid.GoToRow(static_cast<std::size_t>(event.row));
-  if (!sameColumn) grid.SetCurrentColumn(event.column);
-  if (!event.openEditor) return;
-  if (!grid.CanEditCell()) {
-    // Where nothing can be typed a double click means what Enter means: open, choose.
-    const TAction* action = grid.Form().LiveActionFor(KeyCode::Enter);
-    if (action != nullptr) grid.Form().Execute(action->name);
-    return;
-  }
-  const GridColumn& column = grid.columns[static_cast<std::size_t>(grid.CurrentColumn())];
-  if (column.kind == ColumnKind::Check)
-    grid.ToggleCheck();
-  else
-    grid.OpenEditor();
-}
-
-void PointAtItem(TVosDataInspector& inspector, const Pointed& event) {
-  const bool same = event.row < 0 || event.row == inspector.CurrentItem();
-  if (same && inspector.Editor() != nullptr) return;
-  if (!same) inspector.SetCurrentItem(event.row);
-  if (!event.openEditor || !inspector.CanEditItem()) return;
-  const InspectorItem& item = inspector.items[static_cast<std::size_t>(inspector.CurrentItem())];
-  if (item.kind == ItemKind::Check)
-    inspector.ToggleCheck();
-  else
-    inspector.OpenEditor();
-}
-
-void FetchBehind(Control* control) {
-  if (control == nullptr || control->Kind() != ControlKind::Grid) return;
-  TVosClientDataSet& dataSet = static_cast<TVosDBGrid*>(control)->DataSet();
-  // A row being typed must not move under the user.
-  if (!dataSet.Editing() && dataSet.HasMore()) dataSet.FetchMore();
-}
 
 bool IsListKey(KeyStroke key) {
   if (key.modifiers != NoModifier) return false;
@@ -78,12 +37,16 @@ void TVosBaseForm::Handle(const Event& event) {
                  [this](const TextTyped& typed) {
                    if (activeControl_ != nullptr) activeControl_->HandleText(typed.text);
                  },
-                 [this](const EditorTextChanged& changed) { HandleEditorText(changed.text); },
+                 [this](const EditorTextChanged& changed) {
+                   if (activeControl_ != nullptr) activeControl_->EditorTextTyped(changed.text);
+                 },
                  [this](const ActionChosen& chosen) { Execute(chosen.action); },
                  [this](const Pointed& pointed) { HandlePointed(pointed); },
-                 [this](const ListPicked& picked) { HandleListPicked(picked.index); },
+                 [this](const ListPicked& picked) {
+                   if (activeControl_ != nullptr) activeControl_->PickFromList(picked.index);
+                 },
                  [this](const ListWanted&) {
-                   if (activeControl_ != nullptr) activeControl_->HandleKey(Alt(KeyCode::Down));
+                   if (activeControl_ != nullptr) activeControl_->OpenList();
                  },
                  [this](const PageChosen& chosen) {
                    Control* control = FindControl(chosen.pageControl);
@@ -91,7 +54,8 @@ void TVosBaseForm::Handle(const Event& event) {
                      static_cast<TPageControl*>(control)->ShowPage(chosen.page);
                  },
                  [this](const EndNeared& neared) {
-                   FetchBehind(neared.control != nullptr ? neared.control : activeControl_);
+                   Control* control = neared.control != nullptr ? neared.control : activeControl_;
+                   if (control != nullptr) control->NearEnd();
                  },
                  [this](const CloseWanted&) { Close(); },
              },
@@ -121,23 +85,11 @@ void TVosBaseForm::HandlePointed(const Pointed& event) {
   if (event.control == nullptr) return;
   FocusControl(event.control);
   if (activeControl_ != event.control) return;  // the old control kept the focus
-  if (event.control->Kind() == ControlKind::Grid)
-    PointAtCell(static_cast<TVosDBGrid&>(*event.control), event);
-  if (event.control->Kind() == ControlKind::Inspector)
-    PointAtItem(static_cast<TVosDataInspector&>(*event.control), event);
-}
-
-void TVosBaseForm::HandleListPicked(int index) {
-  TVosMTCombo* combo = activeControl_ == nullptr ? nullptr : activeControl_->ActiveCombo();
-  if (combo == nullptr || !combo->List().open) return;
-  combo->MoveInList(index - combo->List().current);
-  activeControl_->CommitEditor();
-}
-
-void TVosBaseForm::HandleEditorText(const std::string& text) {
-  CellEditor* editor = activeControl_ == nullptr ? nullptr : activeControl_->Editor();
-  if (editor == nullptr || !editor->SetText(text)) return;
-  if (TVosMTCombo* combo = activeControl_->ActiveCombo()) combo->TextChanged(editor->Text());
+  activeControl_->PointAt(event.row, event.column, event.openEditor);
+  if (!event.openEditor || event.control->Kind() != ControlKind::Grid) return;
+  if (static_cast<TVosDBGrid*>(event.control)->CanEditCell()) return;
+  // Where nothing can be typed a double click means what Enter means: open, choose.
+  if (const TAction* action = LiveActionFor(KeyCode::Enter)) Execute(action->name);
 }
 
 }  // namespace orvane
