@@ -20,21 +20,36 @@ class CellEditor {
   TVosMTCombo* Combo() const { return combo_; }
   TField* Field() const { return field_; }
 
+  /// What the user calls the place being edited; named in CheckComplete's sentence. Opening sets it
+  /// to the field's label.
+  std::string label;
+  /// Takes line ends too. Opening clears it.
+  bool multiLine = false;
+
   void Open(TField& field, const PictureMask& mask, TVosMTCombo* combo);
   /// For editors without a field (key edits).
   void OpenText(std::string_view text, const PictureMask& mask);
   void Close();
+  /// The first typing goes after what was there instead of replacing it.
+  void KeepText() { fresh_ = false; }
+  /// Starts with nothing, for what is never shown (passwords); this is no change yet.
+  void StartEmpty() { text_.clear(); }
   /// Replaces the whole text. False (and nothing changes) when the mask cannot lead to a match from
-  /// it or the field's size is exceeded.
+  /// it or the field's size is exceeded. The combo's list follows.
   bool SetText(std::string_view text);
   /// Appends typed text; the first typing after opening replaces what was there.
   bool Type(std::string_view text);
+  /// Takes the last character away; false when there is none.
   bool Backspace();
   /// The text may be left: complete under the mask (or empty). Otherwise a sentence for the user.
   Answer<Done> CheckComplete() const;
   bool IsChanged() const { return changed_; }
 
  private:
+  bool Fits(std::string_view text) const;
+  MaskMatch Match(std::string_view text) const;
+  void Accept(std::string text);
+
   bool open_ = false;
   bool fresh_ = false;
   bool changed_ = false;

@@ -3,7 +3,9 @@
 // Lookup combos: edit one field of a grid column or inspector item by the rows of a lookup table,
 // by code or by name, narrowing while typing.
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,28 +38,44 @@ class TVosMTCombo {
   std::string lookupNameField;    ///< name column, first language
   std::string lookupTrNameField;  ///< name column, second language
   std::string dlgCaption;         ///< title of the search dialog
-  std::string mask;
+  std::string mask;               ///< of the code, where the column or item has none
   /// Class name of the register behind the list; empty when there is none to go to.
   std::string nomenclatureClass;
   bool readOnly = false;
+  /// The cell or item of this combo became the current one of the focused control, and stopped
+  /// being it: that is what having the focus means for a combo.
   std::function<void()> OnEnter;
   std::function<void()> OnExit;
 
   /// Name of the lookup's key field.
   const std::string& GetLookupField() const;
-  /// Search dialog on the given field; a chosen row's code goes into the edited field.
+  /// Name column in the form's language; empty when the lookup has none.
+  const std::string& NameField() const;
+  /// A name may be typed in place of the code.
+  bool TakesNames() const { return !NameField().empty(); }
+  /// Name of a code among the rows that have arrived; empty when it is not there.
+  std::string NameOf(const Variant& key) const;
+
+  /// Search dialog on the given field; a chosen row's code goes into the edited field. Nothing
+  /// happens when the combo is not in use.
   void DoSearch(std::string_view field, bool partial);
   void SearchByName();
   void SearchByPartName();
-  /// Opens the register behind the list and takes the code chosen there.
+  /// Opens the register behind the list. What is changed there is fetched again, and the code
+  /// chosen there (TVosBaseForm::chosenCode) goes into the edited field.
   void OpenNomenclature();
 
   // --- while the editor of the field is open ----------------------------------------------------
-  /// The text in the editor changed: narrows the list.
+  /// The text in the editor changed: narrows the list; an empty text closes it.
   void TextChanged(std::string_view text);
+  /// Opens the list of all entries with `current` highlighted.
+  void OpenWholeList(const Variant& current);
+  /// Moves the highlight; at the end of what was listed more is fetched.
   void MoveInList(int by);
   void CloseList();
   const ComboList& List() const { return list_; }
+  /// Grows with every change of the list.
+  std::uint64_t ListVersion() const { return listVersion_; }
   /// "1001  Механичен цех" of a list entry, in the form's language.
   std::string ListText(std::size_t index) const;
   /// The code meant by what was typed: the highlighted entry, else the exact code, else the only
@@ -65,10 +83,30 @@ class TVosMTCombo {
   Answer<Variant> Resolve(std::string_view text);
 
  private:
+  /// How the list was made, to make a longer one.
+  struct ListSource {
+    bool whole = false;
+    std::string text;
+  };
+
+  void BuildList(const ListSource& source, std::size_t limit);
+  void AddToList(std::string_view field, SearchMatch match, std::string_view text,
+                 std::size_t limit);
+  void SettleRows();
+  Control* Host() const;
+  std::optional<Variant> FindCode(std::string_view text);
+  Answer<Variant> FindByName(std::string_view text);
+  std::optional<Variant> KeyAt(std::size_t position) const;
+  Failure NotListed(std::string_view text) const;
+  std::string ListTitle() const;
+
   TVosBaseForm& form_;
   std::string name_;
   TLookupTable& table_;
   ComboList list_;
+  ListSource source_;
+  std::vector<Variant> keys_;  ///< of the list's rows: positions move when more rows arrive
+  std::uint64_t listVersion_ = 1;
 };
 
 }  // namespace orvane

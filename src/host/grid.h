@@ -10,9 +10,7 @@
 #include <vector>
 
 #include "data/client_dataset.h"
-#include "data/picture_mask.h"
-#include "host/cell_editor.h"
-#include "host/control.h"
+#include "host/field_control.h"
 
 namespace orvane {
 
@@ -20,7 +18,7 @@ enum class ColumnKind : unsigned char { Text, Check, Memo };
 
 struct GridColumn {
   std::string field = {};
-  int width = 10;     ///< characters
+  int width = 10;          ///< characters
   std::string title = {};  ///< '~' breaks the line
   std::string group = {};  ///< neighbours with the same group share a head cell
   std::string mask = {};
@@ -29,55 +27,89 @@ struct GridColumn {
   bool readOnly = false;
 };
 
-class TVosDBGrid : public Control {
+class TVosDBGrid : public FieldControl {
  public:
   TVosDBGrid(TVosBaseForm& form, std::string_view name, TDataSource& source);
 
-  TVosClientDataSet& DataSet() const { return source_.DataSet(); }
-  TDataSource& Source() const { return source_; }
-
   std::vector<GridColumn> columns;
-  int fixedCols = 1;  ///< columns that stay when the others scroll, tinted
-  bool readOnly = false;
+  int fixedCols = 1;       ///< columns that stay when the others scroll, tinted
   bool canInsert = false;  ///< a new row is appended past the last one
+  /// Rows may be appended though `readOnly` keeps those that are there from being changed: a
+  /// register whose user may insert but not edit.
+  bool insertWhenReadOnly = false;
   bool cancelOnExit = true;
+  int pageRows = 20;      ///< rows a page of the view holds; set by the view
   std::string emptyText;  ///< what would be here and which key makes it, while there are no rows
+  /// Another column became the current one.
   std::function<void()> OnColEnter;
-  /// Enter or Tab in the last column; true when it was used (then no next row).
+  /// Enter or Tab in the last column, after the row was posted; true when it was used (then no next
+  /// row).
   std::function<bool()> OnLastColumn;
 
   GridColumn* FindColumn(std::string_view field);
   void RemoveColumn(std::string_view field);
-  int CurrentColumn() const { return currentColumn_; }
+  /// Between 0 and the last column; 0 when there are none.
+  int CurrentColumn() const;
   TField& CurrentField();
   /// Moves within the row; commits an open editor first.
   void SetCurrentColumn(int column);
+  /// Focuses the grid and goes to the field's column in the current row.
   void FocusField(std::string_view field);
-  /// Moves to another row: posts the row in edit first (Abort keeps everything where it is).
+  /// Moves to another row: posts the row in edit first (Abort keeps everything where it is). A new
+  /// row in which nothing was typed is dropped instead.
   void GoToRow(std::size_t position);
-  /// A new row; used by Down and Enter past the end and by walks.
+  /// A new row behind the last one; nothing happens where rows may not be inserted.
   void AppendRow();
+  bool CanAppend() const { return canInsert && (!readOnly || insertWhenReadOnly); }
   /// Whether the current cell may be typed into.
-  bool CanEditCell() const;
-  /// The title of a field's column without line breaks, for messages.
+  bool CanEditCell() const { return CanEditCurrent(); }
+  /// The title of a field's column without line breaks, for messages; the field's label when the
+  /// column has no title or is not shown.
   std::string TitleOf(std::string_view field) const;
 
   bool HandleKey(KeyStroke key) override;
-  bool HandleText(std::string_view text) override;
-  CellEditor* Editor() override { return editor_.IsOpen() ? &editor_ : nullptr; }
-  TVosMTCombo* ActiveCombo() override;
-  void CommitEditor() override;
   void BeforeLeave() override;
-  /// Opens the editor on the current cell (F2-like, double click, or first typing).
-  void OpenEditor();
-  void CloseEditor();
-  /// Flips the current check cell.
-  void ToggleCheck();
+  void PointAt(int row, int column, bool openEditor) override;
+  void NearEnd() override;
+  std::string PlaceLabel() const override;
+
+ protected:
+  EditedCell CurrentCell() const override;
+  bool PrepareToType() override;
+  std::size_t LookHash() const override;
 
  private:
-  TDataSource& source_;
+  struct KeyRow;
+  static const KeyRow kKeys[];
+
+  bool EnterKey();
+  bool TabKey();
+  bool BackKey();
+  bool LeftKey();
+  bool RightKey();
+  bool HomeKey();
+  bool EndKey();
+  bool UpKey();
+  bool DownKey();
+  bool PageUpKey();
+  bool PageDownKey();
+  bool FirstKey();
+  bool LastKey();
+  bool InsertKey();
+  bool DeleteRowKey();
+  bool EscapeKey();
+
+  /// False when there was no next cell to go to.
+  bool GoToNextCell();
+  bool GoToNextRow();
+  void PostRow();
+  void StartRow(int columnBefore);
+  void FetchAtEnd();
+  int FirstColumn() const;
+  int LastColumn() const { return static_cast<int>(columns.size()) - 1; }
+  bool IsUntouchedInsert() const;
+
   int currentColumn_ = 0;
-  CellEditor editor_;
 };
 
 }  // namespace orvane

@@ -8,9 +8,7 @@
 #include <vector>
 
 #include "data/client_dataset.h"
-#include "data/picture_mask.h"
-#include "host/cell_editor.h"
-#include "host/control.h"
+#include "host/field_control.h"
 
 namespace orvane {
 
@@ -29,43 +27,60 @@ struct InspectorItem {
   bool required = false;  ///< marked at the label
 };
 
-class TVosDataInspector : public Control {
+class TVosDataInspector : public FieldControl {
  public:
   TVosDataInspector(TVosBaseForm& form, std::string_view name, TDataSource& source);
 
-  TVosClientDataSet& DataSet() const { return source_.DataSet(); }
-  TDataSource& Source() const { return source_; }
-
   std::vector<InspectorItem> items;
-  bool readOnly = false;
-  /// Enter or Tab in the last visible item, or wherever the screen wants to leave; true when used.
+  /// Enter or Tab in the last visible item; true when used. Otherwise the next control gets the
+  /// focus.
   std::function<bool()> OnLastItem;
 
   InspectorItem* FindItem(std::string_view field);
-  int CurrentItem() const { return currentItem_; }
+  /// A visible item, as long as there is one.
+  int CurrentItem() const;
   TField& CurrentField();
+  /// Goes to an item, when it is visible; commits an open editor first.
   void SetCurrentItem(int item);
+  /// Focuses the inspector and goes to the field's item.
   void FocusField(std::string_view field);
-  bool CanEditItem() const;
+  bool CanEditItem() const { return CanEditCurrent(); }
+  /// The label of a field's item, for messages; the field's own when it has no item.
+  std::string LabelOf(std::string_view field) const;
   /// What stands behind the value: the combo's name of the code, or the name field.
   std::string NameText(int item) const;
+  /// The value as it is painted; a password as one bullet a character.
+  std::string DisplayText(int item) const;
+  /// The open editor's text as it is painted; empty when none is open.
+  std::string EditorDisplayText();
   /// Takes the open editor's text without leaving.
   void FlushChanges() { CommitEditor(); }
 
   bool HandleKey(KeyStroke key) override;
-  bool HandleText(std::string_view text) override;
-  CellEditor* Editor() override { return editor_.IsOpen() ? &editor_ : nullptr; }
-  TVosMTCombo* ActiveCombo() override;
-  void CommitEditor() override;
-  void BeforeLeave() override;
-  void OpenEditor();
-  void CloseEditor();
-  void ToggleCheck();
+  void BeforeLeave() override { CommitEditor(); }
+  void PointAt(int row, int column, bool openEditor) override;
+  std::string PlaceLabel() const override;
+
+ protected:
+  EditedCell CurrentCell() const override;
+  std::size_t LookHash() const override;
 
  private:
-  TDataSource& source_;
+  struct KeyRow;
+  static const KeyRow kKeys[];
+
+  bool NextKey();
+  bool BackKey();
+  bool UpKey();
+  bool DownKey();
+  bool FirstKey();
+  bool LastKey();
+
+  /// The next visible item in a direction (1 or -1) from, but not at, `from`; -1 when none is.
+  int VisibleFrom(int from, int direction) const;
+  const InspectorItem* ItemAt(int item) const;
+
   int currentItem_ = 0;
-  CellEditor editor_;
 };
 
 }  // namespace orvane

@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "host/action.h"
 #include "host/cell_editor.h"
 #include "host/control.h"
 
@@ -20,21 +19,31 @@ class TKeyEdit : public Control {
 
   std::string caption;
   bool readOnly = false;
-  /// The in-place edit ends with a text; throws Abort to keep it open.
+  /// The in-place edit ends with a text; throws Abort to keep it open. The edit shows the text from
+  /// then on, unless the handler sets another.
   std::function<void(const std::string& text)> OnEditClosed;
 
   const std::string& Text() const { return text_; }
+  /// Shows a text; an in-place edit ends without OnEditClosed.
   void SetText(std::string_view text);
 
   bool HandleKey(KeyStroke key) override;
   bool HandleText(std::string_view text) override;
   CellEditor* Editor() override { return editor_.IsOpen() ? &editor_ : nullptr; }
   void CommitEditor() override;
-  void BeforeLeave() override;
+  void CancelEditor() override { editor_.Close(); }
+  void BeforeLeave() override { CommitEditor(); }
+  std::string PlaceLabel() const override { return caption; }
+
+ protected:
+  std::size_t LookHash() const override;
 
  private:
+  bool Open();
+
   std::string text_;
   CellEditor editor_;
+  bool committing_ = false;
 };
 
 struct TabPage {
@@ -52,9 +61,13 @@ class TPageControl : public Control {
   std::vector<TabPage> pages;
   int active = 0;
   TabPage* FindPage(std::string_view name);
-  /// Shows the page and focuses its content.
+  /// Shows the page and focuses its content; nothing happens to a page that is hidden or not there.
+  /// When the old control does not let the focus go, the page stays as well.
   void ShowPage(std::string_view name);
   bool CanFocus() const override { return false; }
+
+ protected:
+  std::size_t LookHash() const override;
 };
 
 /// A text the screen sets: a caption, or the status of a document in words.
@@ -64,6 +77,9 @@ class TLabel : public Control {
   std::string text;
   bool chip = false;  ///< drawn as the status chip
   bool CanFocus() const override { return false; }
+
+ protected:
+  std::size_t LookHash() const override;
 };
 
 }  // namespace orvane
