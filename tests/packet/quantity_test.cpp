@@ -21,7 +21,7 @@ TEST(Quantity, ReadsAsTheRowsUnitAndBack) {
       {2000,   kPieces,      "2000"   },
       {1250.5, kKilograms,   "1250,5" },
       {0.001,  kKilograms,   "0,001"  },
-      {1250.5, kTons,        "1,25"   },
+      {1250.5, kTons,        "1,251"  },
       {1250,   kTons,        "1,25"   },
       {500,    kDozens,      "41 8/12"},
       {8,      kDozens,      "8/12"   },
