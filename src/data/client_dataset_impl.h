@@ -105,6 +105,7 @@ struct TVosClientDataSet::Impl {
   Change MakeChange(const LogEntry& entry) const;
   NamedValues SentValues(const std::vector<Variant>& values) const;
   void Revert(const LogEntry& entry);
+  std::size_t OldPlace(const LogEntry& entry) const;
   void EraseFromLog(const LogEntry* entry);
   void ForgetLog();
 

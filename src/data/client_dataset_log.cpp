@@ -113,10 +113,17 @@ void TVosClientDataSet::Impl::Revert(const LogEntry& entry) {
       return PutRow(entry.row, entry.original);
     case ChangeKind::Delete:
       store.Put(entry.row, entry.original);
-      return InsertIntoOrder(entry.row, indexColumns.empty()
-                                            ? entry.position
-                                            : PlaceInOrder(store, indexColumns, order, entry.row));
+      return InsertIntoOrder(entry.row, OldPlace(entry));
   }
+}
+
+/// Where a deleted row stood: loaded rows without an index stand in the order they came in.
+std::size_t TVosClientDataSet::Impl::OldPlace(const LogEntry& entry) const {
+  if (!indexColumns.empty()) return PlaceInOrder(store, indexColumns, order, entry.row);
+  if (entry.row >= kInsertedRow) return entry.position;
+  const auto before =
+      std::find_if(order.rbegin(), order.rend(), [&](RowId row) { return row < entry.row; });
+  return static_cast<std::size_t>(order.rend() - before);
 }
 
 void TVosClientDataSet::Impl::ForgetLog() {
