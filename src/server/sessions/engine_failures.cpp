@@ -5,7 +5,11 @@
 namespace orvane {
 
 Failure ToFailure(const EngineError& error, std::string_view doing) {
-  spdlog::error("{}: {} [{}]", doing, error.text, error.constraint);
+  const bool expected = error.kind == EngineErrorKind::Unique ||
+                        error.kind == EngineErrorKind::ForeignKey ||
+                        error.kind == EngineErrorKind::Limit;
+  spdlog::log(expected ? spdlog::level::info : spdlog::level::err, "{}: {} [{}]", doing, error.text,
+              error.constraint);
   switch (error.kind) {
     case EngineErrorKind::LinkDown:
       return {FailureKind::LinkDown,

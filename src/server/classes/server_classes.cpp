@@ -1,0 +1,14 @@
+#include "server/classes/server_classes.h"
+
+namespace orvane {
+
+std::vector<ServerClass> MakeServerClasses() {
+  return {
+      TsmSQL(),
+      TsmParameters(),
+      TsmDepartment(),
+      TsmLevelsApproval(),
+  };
+}
+
+}  // namespace orvane

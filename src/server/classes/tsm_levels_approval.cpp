@@ -1,0 +1,38 @@
+#include "contract/system.h"
+#include "server/classes/server_classes.h"
+#include "server/providers/work.h"
+
+namespace orvane {
+namespace {
+
+constexpr char kSelectEmployees[] =
+    "select Employee from Employees where Login = ?1 order by Employee limit 2";
+
+/// The employee behind the session's login: his code, 0 when there is none, -1 when there are more.
+Answer<VariantArray> GetCurrentEmployee(Work& work, const VariantArray& arguments) {
+  const std::string* login = arguments.size() == 1 ? arguments[0].AsString() : nullptr;
+  if (!login) {
+    return Failure{FailureKind::BadRequest, "Методът очаква името на потребителя."};
+  }
+  const Statement select{kSelectEmployees, {work.Who().login}, {{"Employee", ValueKind::Code, 0}}};
+  auto packets = work.Read({&select, 1});
+  if (!packets) return packets.GetFailure();
+  if (*login != work.Who().login) {
+    return Failure{FailureKind::NoRight,
+                   "Текущият служител се определя само за собственото ви потребителско име."};
+  }
+  const DataPacket& employees = packets->front();
+  if (employees.rowCount == 0) return VariantArray{Variant(0)};
+  if (employees.rowCount > 1) return VariantArray{Variant(-1)};
+  return VariantArray{employees.At(0, "Employee")};
+}
+
+}  // namespace
+
+ServerClass TsmLevelsApproval() {
+  return ServerClass(system::kLevelsApprovalClass)
+      .UsedFrom({Point::LevelsApproval})
+      .Operation(system::kGetCurrentEmployee, Rule::Session, &GetCurrentEmployee);
+}
+
+}  // namespace orvane

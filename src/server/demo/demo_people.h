@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace orvane {
+
+/// Somebody of the demonstration company who may log in.
+struct DemoPerson {
+  std::string_view login;
+  std::string_view name;
+  std::string_view name2;
+  std::string_view password;
+  std::int32_t level;
+  std::int32_t language;
+  std::int32_t rights;          ///< at every point
+  std::int64_t employee;        ///< code of the employee record, 0: none
+  std::string_view occupation;  ///< what the login screen says of him
+};
+
+std::span<const DemoPerson> DemoPeople();
+
+}  // namespace orvane

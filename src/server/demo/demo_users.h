@@ -1,0 +1,12 @@
+#pragma once
+
+#include <vector>
+
+#include "packet/application_server.h"
+
+namespace orvane {
+
+/// Users of the demonstration company with their passwords, as its login screen shows them.
+std::vector<DemonstrationUser> DemonstrationUsers();
+
+}  // namespace orvane

@@ -1,0 +1,65 @@
+#pragma once
+
+// The application server: sessions before, server classes behind. In-process or behind the wire, it
+// is the same object.
+//
+//   OrvaneServer server(*database, clock, ServerOptions{});
+//   auto info = server.LogIn({.login = "ivanova", .password = "…"});
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "packet/application_server.h"
+#include "packet/clock.h"
+#include "server/engine/database.h"
+#include "server/providers/server_class.h"
+#include "server/providers/work.h"
+#include "server/sessions/sessions.h"
+
+namespace orvane {
+
+struct ServerOptions {
+  SessionOptions sessions;
+  SearchLimits searchLimits;
+};
+
+/// Thread-safe. The database and the clock outlive it; the database is migrated.
+class OrvaneServer final : public IApplicationServer {
+ public:
+  OrvaneServer(Database& database, const Clock& clock, ServerOptions options);
+
+  Answer<Greeting> Greet() override;
+  Answer<SessionInfo> LogIn(const LoginRequest& request) override;
+  Answer<Done> LogOut(const Caller& caller) override;
+  Answer<std::vector<DataPacket>> Fetch(const Caller& caller,
+                                        const std::vector<FetchRequest>& requests) override;
+  Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override;
+  Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override;
+
+  /// Sessions that were refused because they claimed more than they hold, since the start.
+  std::int64_t ClaimsRefused() const { return claimsRefused_; }
+
+ private:
+  const ServerClass* FindClass(std::string_view name) const;
+  Answer<std::shared_ptr<const Company>> KnownCompany();
+  Answer<std::vector<DataPacket>> FetchOnce(Work& work, const std::vector<FetchRequest>& requests);
+  Answer<std::vector<DataPacket>> RunFetches(Work& work, const std::vector<FetchRequest>& requests);
+  /// Runs `task` for the caller's session; once more when the session turned out to have changed.
+  template <class T>
+  Answer<T> Serve(const Caller& caller, const std::function<Answer<T>(Work&)>& task);
+
+  Database& database_;
+  const Clock& clock_;
+  const ServerOptions options_;
+  const std::vector<ServerClass> classes_;
+  Sessions sessions_;
+  std::mutex companyMutex_;
+  std::shared_ptr<const Company> company_;
+  std::atomic<std::int64_t> claimsRefused_{0};
+};
+
+}  // namespace orvane

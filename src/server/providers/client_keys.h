@@ -1,0 +1,37 @@
+#pragma once
+
+// Changes under keys that the client chose: what was carried out under a key is kept with its
+// answer in the same transaction, and a repetition gets the same answer without touching anything.
+// Keys are kept seven days.
+
+#include <map>
+#include <span>
+#include <string>
+
+#include "packet/application_server.h"
+#include "server/engine/database.h"
+#include "server/providers/write_rules.h"
+
+namespace orvane {
+
+inline constexpr std::size_t kLongestClientKey = 64;
+
+/// What was answered under a key.
+struct KeptAnswer {
+  std::string requestHash;
+  NamedValues filled;
+  Variant ownerAnswer;
+  NamedValues headMoved;
+};
+
+/// Tells one change to one provider from another.
+std::string RequestHash(std::string_view provider, const Change& change);
+
+/// Reads the answers under the keys of the changes.
+Statement SelectKeptAnswers(const std::string& login, std::span<const PreparedChange> changes);
+/// By key; `packet` is the answer to SelectKeptAnswers.
+std::map<std::string, KeptAnswer> KeptAnswers(const DataPacket& packet);
+/// Keeps the answer of a change that is being carried out.
+Statement KeepAnswer(const WriteContext& context, const PreparedChange& change);
+
+}  // namespace orvane

@@ -1,0 +1,79 @@
+#pragma once
+
+// The database as one request may use it: every read and every transaction begins with the guard of
+// the asker's session, in the same round trip. What a server class does, it does through its Work.
+//
+//   auto packets = work.Read({&select, 1});
+//   if (!packets) return packets.GetFailure();
+//
+//   return work.Write({&lock, 1}, [&](Transaction& transaction, const Packets& locked) { … });
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "packet/application_server.h"
+#include "server/engine/database.h"
+#include "server/sessions/sessions.h"
+
+namespace orvane {
+
+using Packets = std::vector<DataPacket>;
+
+/// Why the body of a transaction did not come to its end.
+struct Setback {
+  Failure failure;
+  /// Another transaction stood in the way: the same body may be run again from its beginning.
+  bool retry = false;
+};
+/// The setback of an engine's failure; `doing` goes to the log.
+Setback ToSetback(const EngineError& error, std::string_view doing);
+
+/// Everything of a transaction between the guard and the commit.
+using WriteBody = std::function<Answer<Done, Setback>(Transaction&, const Packets&)>;
+
+class Work {
+ public:
+  Work(Database& database, Sessions& sessions, std::shared_ptr<const Session> session,
+       const Company& company, const Caller& caller, Stamp now);
+
+  const Session& Who() const { return *session_; }
+  std::int32_t PointNo() const { return caller_.pointNo; }
+  /// The moment of the request, the same for all it writes.
+  Stamp Now() const { return now_; }
+  /// The company's day.
+  Date Today() const { return company_.zone.DayOf(now_); }
+  const TimeZone& Zone() const { return company_.zone; }
+  Engine EngineKind() const { return database_.Kind(); }
+
+  /// One snapshot, one round trip; one packet per statement.
+  Answer<Packets> Read(std::span<const Statement> statements);
+  /// The same behind the fences for statements in which a client had a say.
+  Answer<Packets> Search(std::span<const Statement> statements, SearchLimits limits);
+  /// Runs `body` in a transaction and commits it. `first` is read in the round trip of the guard.
+  /// Retried three times when another transaction stood in the way.
+  Answer<Done> Write(std::span<const Statement> first, const WriteBody& body);
+
+  /// Whether the session was compared with the database at all.
+  bool Guarded() const { return guarded_; }
+  /// Whether the session turned out to have changed: reload it and run the request once more.
+  bool Stale() const { return stale_; }
+
+ private:
+  /// Compares the guard's row and takes it off the packets.
+  Answer<Done> TakeGuard(Packets& packets);
+  Answer<Done, Setback> TryWrite(std::span<const Statement> guarded, const WriteBody& body);
+
+  Database& database_;
+  Sessions& sessions_;
+  std::shared_ptr<const Session> session_;
+  const Company& company_;
+  const Caller& caller_;
+  const Stamp now_;
+  bool guarded_ = false;
+  bool stale_ = false;
+};
+
+}  // namespace orvane

@@ -1,0 +1,217 @@
+#include "server/sessions/user_admin.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "contract/points.h"
+#include "packet/fold.h"
+#include "server/sessions/engine_failures.h"
+
+namespace orvane {
+namespace {
+
+/// What history names as the author of changes from the command line.
+constexpr char kAdministrator[] = "server";
+
+constexpr std::size_t kLongestLogin = 10;
+constexpr std::size_t kLongestUserName = 30;
+constexpr std::size_t kLongestEmployeeName = 60;
+
+constexpr char kHistory[] =
+    "insert into History (TableName, RowKey, ColumnName, NewValue, ChangedBy, ChangedOn, "
+    "MachineName, Kind) values (?1, ?2, ?3, ?4, ?5, ?6, '', ?7)";
+
+Answer<Done> CheckLogin(std::string_view login) {
+  const bool ascii = std::all_of(login.begin(), login.end(), [](char c) {
+    return static_cast<unsigned char>(c) > 32 && c != '"' && c != '\'' && c != 127;
+  });
+  if (login.empty() || !ascii || !IsUtf8(login) || Utf8Length(login) > kLongestLogin) {
+    return Refused("Потребителското име е от 1 до " + std::to_string(kLongestLogin) +
+                   " знака без интервали и кавички.");
+  }
+  return Done{};
+}
+
+Answer<Done> CheckName(std::string_view name, std::size_t longest) {
+  if (IsBlank(name)) return Refused("Името не може да е празно.");
+  if (!IsUtf8(name) || Utf8Length(name) > longest) {
+    return Refused("Името е по-дълго от " + std::to_string(longest) + " знака.");
+  }
+  return Done{};
+}
+
+Variant TextOrNull(const std::string& text) {
+  return text.empty() ? Variant() : Variant(text);
+}
+Variant FoldOrNull(const std::string& text) {
+  return text.empty() ? Variant() : Variant(Fold(text));
+}
+
+Failure NoSuchUser(const std::string& login) {
+  return Refused("Няма потребител „" + login + "“.");
+}
+
+}  // namespace
+
+/// One statement with what history says of it.
+struct UserAdmin::Entry {
+  Statement statement;
+  bool mustTouch = false;  ///< a row has to be there
+  std::string table;
+  std::string rowKey;
+  std::string column;
+  Variant value;
+  std::string kind;
+};
+
+Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view doing) {
+  auto transaction = database_.Begin();
+  if (!transaction) return ToFailure(transaction.GetFailure(), doing);
+  std::vector<Statement> statements;
+  for (const Entry& entry : entries) {
+    statements.push_back(entry.statement);
+    statements.push_back({
+        kHistory,
+        {entry.table,     entry.rowKey, entry.column, entry.value, kAdministrator, clock_.Now(),
+          entry.kind},
+        {}
+    });
+  }
+  const auto touched = (*transaction)->ExecuteAll(statements);
+  if (!touched && touched.GetFailure().kind == EngineErrorKind::Unique) {
+    return Refused("Вече има запис „" + entries.front().rowKey + "“.");
+  }
+  if (!touched && touched.GetFailure().kind == EngineErrorKind::ForeignKey) {
+    return Refused("Няма такъв потребител.");
+  }
+  if (!touched) return ToFailure(touched.GetFailure(), doing);
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (entries[i].mustTouch && (*touched)[i * 2] == 0) return NoSuchUser(entries[i].rowKey);
+  }
+  const auto committed = (*transaction)->Commit();
+  if (!committed) return ToFailure(committed.GetFailure(), doing);
+  return Done{};
+}
+
+Answer<Done> UserAdmin::AddUser(const NewUser& user) {
+  if (const auto checked = CheckLogin(user.login); !checked) return checked.GetFailure();
+  if (const auto checked = CheckName(user.name, kLongestUserName); !checked) {
+    return checked.GetFailure();
+  }
+  if (!user.name2.empty()) {
+    const auto checked = CheckName(user.name2, kLongestUserName);
+    if (!checked) return checked.GetFailure();
+  }
+  if (const auto checked = CheckPassword(user.password); !checked) return checked.GetFailure();
+  const auto hash = HashPassword(user.password, cost_);
+  if (!hash) return hash.GetFailure();
+  const Entry entry{
+      {"insert into WSysUsers (ShortName, UserName, UserName2, FoldShortName, "
+       "FoldUserName, FoldUserName2, Category, Language, PasswordHash) values (?1, "
+       "?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)", {user.login, user.name, TextOrNull(user.name2), Fold(user.login), Fold(user.name),
+        FoldOrNull(user.name2), user.level, user.language, *hash},
+       {}},
+      false,
+      "WSysUsers",
+      user.login,
+      "ShortName",
+      user.login,
+      "I"
+  };
+  return Write({&entry, 1}, "adding a user");
+}
+
+Answer<Done> UserAdmin::AddEmployee(const NewEmployee& employee) {
+  if (employee.code <= 0) return Refused("Кодът на служителя е положително число.");
+  if (const auto checked = CheckName(employee.name, kLongestEmployeeName); !checked) {
+    return checked.GetFailure();
+  }
+  const Entry entry{
+      {"insert into Employees (Employee, Name, Name2, FoldName, FoldName2, Login) values (?1, ?2, "
+       "?3, ?4, ?5, ?6)", {employee.code, employee.name, TextOrNull(employee.name2), Fold(employee.name),
+        FoldOrNull(employee.name2), employee.login ? Variant(*employee.login) : Variant()},
+       {}},
+      false,
+      "Employees",
+      std::to_string(employee.code),
+      "Employee",
+      std::to_string(employee.code),
+      "I"
+  };
+  return Write({&entry, 1}, "adding an employee");
+}
+
+UserAdmin::Entry UserAdmin::GrantEntry(const std::string& login, std::int32_t point,
+                                       std::int32_t rights) const {
+  Entry entry{
+      {"insert into UserRights (Login, Point, Rights) values (?1, ?2, ?3) on conflict "
+       "(Login, Point) do update set Rights = excluded.Rights", {login, point, rights},
+       {}},
+      false,
+      "UserRights",
+      login + "/" + std::to_string(point),
+      "Rights",
+      std::to_string(rights),
+      "U"
+  };
+  if (rights == 0) {
+    entry.statement = {
+        "delete from UserRights where Login = ?1 and Point = ?2", {login,      point},
+         {          }
+    };
+    entry.value = Variant();
+    entry.kind = "D";
+  }
+  return entry;
+}
+
+Answer<Done> UserAdmin::Grant(const std::string& login, std::int32_t point, std::int32_t rights) {
+  if (rights < 0 || rights > kAllRights) return Refused("Правата са сбор от 1, 2, 4 и 8.");
+  const Entry entry = GrantEntry(login, point, rights);
+  return Write({&entry, 1}, "granting rights");
+}
+
+Answer<Done> UserAdmin::GrantEverywhere(const std::string& login, std::int32_t rights) {
+  if (rights < 0 || rights > kAllRights) return Refused("Правата са сбор от 1, 2, 4 и 8.");
+  std::vector<Entry> entries;
+  for (const PointRow& row : kPoints) {
+    entries.push_back(GrantEntry(login, static_cast<std::int32_t>(row.point), rights));
+  }
+  return Write(entries, "granting rights");
+}
+
+Answer<Done> UserAdmin::SetPassword(const std::string& login, std::string_view password) {
+  if (const auto checked = CheckPassword(password); !checked) return checked.GetFailure();
+  const auto hash = HashPassword(password, cost_);
+  if (!hash) return hash.GetFailure();
+  const Entry entries[] = {
+      {{"update WSysUsers set PasswordHash = ?1 where ShortName = ?2", {*hash, login}, {}},
+       true,  "WSysUsers",
+       login, "PasswordHash",
+       Variant(),
+       "U"},
+      {{"update Session set EndedOn = ?1 where Login = ?2 and EndedOn is null",
+        {clock_.Now(), login},
+        {}},
+       false, "Session",
+       login, "EndedOn",
+       Variant(),
+       "U"}
+  };
+  return Write(entries, "setting a password");
+}
+
+Answer<Done> UserAdmin::SetBlocked(const std::string& login, bool blocked) {
+  const Entry entry{
+      {"update WSysUsers set Blocked = ?1 where ShortName = ?2", {blocked ? 1 : 0, login}, {}},
+      true,
+      "WSysUsers",
+      login,
+      "Blocked",
+      blocked ? "1" : "0",
+      "U"
+  };
+  return Write({&entry, 1}, "blocking a user");
+}
+
+}  // namespace orvane
