@@ -1,0 +1,464 @@
+// Messages, what happens to a change the server did not take, and the dialogs that search and log
+// in.
+#include "host/dialogs.h"
+
+#include <gtest/gtest.h>
+
+#include "data/lookup_table.h"
+#include "host/form_fakes.h"
+#include "host/grid.h"
+#include "host/inspector.h"
+#include "host/login_form.h"
+#include "host/search_dialog.h"
+#include "host/shell_form.h"
+
+namespace orvane {
+namespace {
+
+using fakes::Host;
+using fakes::Press;
+using fakes::Type;
+using Names = std::vector<std::string>;
+
+constexpr auto Code = Int16("Code", Key, "Код");
+constexpr auto Name = String("Name", 40, Plain, "Име");
+constexpr auto Chief = String("Chief", 10, Plain, "Началник");
+constexpr auto AmendOn = Moment("AmendOn", Stamped, "Променен на");
+
+class DialogsTest : public ::testing::Test {
+ protected:
+  DialogsTest() {
+    host.LogIn();
+    form = std::make_unique<TVosBaseForm>(host.Identity(), "TfDepartment", "Дирекции");
+  }
+  Host host;
+  std::unique_ptr<TVosBaseForm> form;
+  TVosClientDataSet cds{
+      "cdsDepartment", {Code, Name, Chief, AmendOn}
+  };
+};
+
+TEST_F(DialogsTest, TheRefusalMarkIsNeverShownAndOnlyYesIsYes) {
+  VosMessageDlg(*form, 0, "Дирекции", "!!Err_Код 7 вече съществува.");
+  EXPECT_EQ(host.toolkit.TakeMessage(), "Код 7 вече съществува.");
+  host.toolkit.answers = {kAnswerYes, kAnswerNo, kAnswerOk};
+  EXPECT_TRUE(Confirmed(*form, "Изтриване", _rDeleteText));
+  EXPECT_FALSE(Confirmed(*form, "Изтриване", _rDeleteText));
+  EXPECT_FALSE(Confirmed(*form, "Изтриване", _rDeleteText));
+  EXPECT_TRUE(host.toolkit.messages[0].yesNo);
+}
+
+// --- changes that the server did not take
+// ---------------------------------------------------------
+
+TEST_F(DialogsTest, ARefusedChangeIsToldAndAnsweredByItsKind) {
+  struct Row {
+    ChangeKind kind;
+    Failure failure;
+    AfterRefusal after;
+    ReconcileAction action;
+    std::string_view message;
+  };
+  using enum ReconcileAction;
+  const Failure refused = Refused("Код 7 вече съществува.");
+  const Row rows[] = {
+      {ChangeKind::Insert, refused,                                                 AfterRefusal::Correct, Correct, "Код 7 вече съществува."                                                                              },
+      {ChangeKind::Update, refused,                                                 AfterRefusal::Cancel,  Cancel,  "Код 7 вече съществува."                                                                              },
+      {ChangeKind::Delete, refused,                                                 AfterRefusal::Correct, Cancel,  "Код 7 вече съществува."                                                                              },
+      {ChangeKind::Update,
+       {FailureKind::NoRight, ""},
+       AfterRefusal::Correct,
+       Correct,                                                                                                     "Нямате право за тази операция."                                                              },
+      {ChangeKind::Update,
+       {FailureKind::BadRequest, ""},
+       AfterRefusal::Correct,
+       Correct,                                                                                                     "Сървърът не разбра заявката. Въведеното е запазено."                       },
+      {ChangeKind::Insert,
+       {FailureKind::Conflict, "Запис с този ключ вече има."},
+       AfterRefusal::Correct,
+       Correct,                                                                                                     "Запис с този ключ вече има."                                                                     },
+      {ChangeKind::Update,
+       {FailureKind::LinkDown, "x"},
+       AfterRefusal::Cancel,
+       Abort,                                                                                                       "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."},
+  };
+  for (const Row& row : rows) {
+    const ReconcileError error{row.kind, row.failure, {}, {}, {}, {}};
+    EXPECT_EQ(HandleReconcileError(*form, cds, error, row.after), row.action) << row.message;
+    EXPECT_EQ(host.toolkit.TakeMessage(), row.message);
+  }
+}
+
+ReconcileError NameConflict() {
+  return {
+      ChangeKind::Update,
+      {FailureKind::Conflict,                 "Записът е променен."},
+      {{"Code", 7},                                     {"Name", "Механичен"}, {"Chief", "petrov"}, {"AmendOn", Variant()}},
+      {{"Name", "Механичен цех"},{"Chief", "ivanova"}, {"AmendOn", Stamp{1}}},
+      {{"Code", 7},               {"Name", "Цех 1"}, {"Chief", "georgiev"}, {"AmendOn", Stamp{2}}},
+      {               }
+  };
+}
+
+TEST_F(DialogsTest, AConflictShowsMineTheirsAndWasAndTheUserChooses) {
+  struct Row {
+    KeyStroke key;
+    ReconcileAction action;
+  };
+  using enum ReconcileAction;
+  const Row rows[] = {
+      {KeyCode::F9,     Merge  },
+      {KeyCode::F6,     Correct},
+      {KeyCode::F5,     Refresh},
+      {KeyCode::Escape, Correct},
+  };
+  for (const Row& row : rows) {
+    host.toolkit.modals.push_back([&](TVosBaseForm& dialog) {
+      const auto& grid = static_cast<TVosDBGrid&>(*dialog.FindControl("gDifferences"));
+      const TVosClientDataSet& shown = grid.DataSet();
+      ASSERT_EQ(shown.RecordCount(), 2U) << "what the server stamps is no difference";
+      Names texts;
+      for (const GridColumn& column : grid.columns)
+        texts.push_back(shown.TextAt(0, shown.FieldByName(column.field)));
+      EXPECT_EQ(texts, (Names{"Име", "Механичен цех", "Цех 1", "Механичен", "Да"}));
+      Press(dialog, row.key);
+      EXPECT_TRUE(dialog.IsClosed());
+    });
+    const ReconcileError error = NameConflict();
+    EXPECT_EQ(HandleReconcileError(*form, cds, error), row.action);
+    EXPECT_TRUE(error.givenUp.empty());
+  }
+  EXPECT_TRUE(host.toolkit.messages.empty());
+}
+
+TEST_F(DialogsTest, AFieldThatIsUntickedIsGivenUp) {
+  host.toolkit.modals.push_back([](TVosBaseForm& dialog) {
+    Press(dialog, KeyCode::Down);
+    Press(dialog, KeyCode::Space);
+    Press(dialog, KeyCode::F9);
+  });
+  const ReconcileError error = NameConflict();
+  EXPECT_EQ(HandleReconcileError(*form, cds, error), ReconcileAction::Merge);
+  EXPECT_EQ(error.givenUp, Names{"Chief"});
+}
+
+TEST_F(DialogsTest, AConflictWithNothingToChooseIsToldInASentence) {
+  ReconcileError gone = NameConflict();
+  gone.present = {};
+  EXPECT_EQ(HandleReconcileError(*form, cds, gone), ReconcileAction::Refresh);
+  EXPECT_EQ(host.toolkit.TakeMessage(),
+            "Записът „Код 7“ вече е изтрит от друг потребител. Промяната Ви не може да се запише.");
+  ReconcileError deleted = NameConflict();
+  deleted.kind = ChangeKind::Delete;
+  EXPECT_EQ(HandleReconcileError(*form, cds, deleted), ReconcileAction::Refresh);
+  EXPECT_EQ(host.toolkit.TakeMessage(),
+            "Записът „Код 7“ е променен от друг потребител и не беше изтрит. Прегледайте го и "
+            "повторете изтриването, ако още е нужно.");
+  ReconcileError same = NameConflict();
+  same.mine = {
+      {"Name", "Цех 1"}
+  };
+  EXPECT_EQ(HandleReconcileError(*form, cds, same), ReconcileAction::Merge);
+  EXPECT_TRUE(host.toolkit.messages.empty());
+}
+
+// --- searching
+// ------------------------------------------------------------------------------------
+
+class SearchTest : public DialogsTest {
+ protected:
+  SearchTest() {
+    spec.caption = "Търсене - Дирекции";
+    spec.lines = {"SELECT d.Code, d.Name, Name2, Secret", "FROM Department d {$WN}", "{$W}",
+                  "{$O}"};
+    spec.fields = {
+        {.name = "d.Code",        .displayName = "Код"},
+        { .name = "d.Name",
+         .displayName = "Име",
+         .visibility = Visibility::fvFirstLang,
+         .allowPartSearch = true,
+         .defaultPartSearch = true},
+        {                            .name = "Name2",
+         .displayName = "Име 2",
+         .visibility = Visibility::fvSecondLang,
+         .allowPartSearch = true,
+         .defaultPartSearch = true,
+         .defaultSearchPos = SearchPos::spAnywhere},
+        {                          .name = "Secret", .displayName = "Скрито",                        .visibility = Visibility::fvHidden},
+    };
+    spec.columns = {Int16("Code"), String("Name", 40), String("Name2", 40), Int32("Secret")};
+  }
+
+  DataPacket Rows(int count, std::string continuation = "") {
+    DataPacket packet;
+    packet.AddColumn("Code", ValueKind::Int16).AddColumn("Name", ValueKind::String, 40);
+    packet.AddColumn("Secret", ValueKind::Int32);
+    for (int i = 1; i <= count; ++i)
+      packet.AppendRow(VariantArray{i, "Цех " + std::to_string(i), 100 + i});
+    packet.continuation = std::move(continuation);
+    return packet;
+  }
+
+  std::optional<NamedValues> Run(std::function<void(TVosBaseForm&)> play) {
+    host.toolkit.modals.push_back(std::move(play));
+    return RunSearchDialog(*form, spec);
+  }
+
+  const FetchRequest& LastFetch() const { return host.server.fetches.back(); }
+
+  SearchSpec spec;
+};
+
+TVosDataInspector& Conditions(TVosBaseForm& dialog) {
+  return static_cast<TVosDataInspector&>(*dialog.FindControl("diConditions"));
+}
+TVosDBGrid& Result(TVosBaseForm& dialog) {
+  return static_cast<TVosDBGrid&>(*dialog.FindControl("gResult"));
+}
+
+TEST_F(SearchTest, TypingAConditionAndEnterTwiceChoosesTheFirstRow) {
+  host.server.packets = {Rows(3)};
+  spec.startField = "Name";
+  const auto row = Run([&](TVosBaseForm& dialog) {
+    EXPECT_EQ(dialog.caption, "Търсене - Дирекции");
+    EXPECT_EQ(Conditions(dialog).CurrentField().Name(), "Name");
+    EXPECT_TRUE(host.server.fetches.empty()) << "nothing is fetched before it is asked for";
+    Type(dialog, "Це");
+    Press(dialog, KeyCode::Enter);
+    EXPECT_EQ(dialog.ActiveControl(), &Result(dialog));
+    EXPECT_EQ(dialog.DuplicateLiveKeys(), Names{});
+    Press(dialog, KeyCode::Enter);
+    EXPECT_TRUE(dialog.IsClosed());
+  });
+  ASSERT_EQ(host.server.fetches.size(), 1U);
+  EXPECT_EQ(LastFetch().provider, "dspSQL");
+  EXPECT_EQ(LastFetch().rowLimit, 80);
+  EXPECT_NE(LastFetch().sql.find("WHERE"), std::string::npos) << LastFetch().sql;
+  EXPECT_NE(LastFetch().sql.find("ORDER BY d.Name"), std::string::npos) << LastFetch().sql;
+  ASSERT_TRUE(row.has_value());
+  EXPECT_EQ(*FindValue(*row, "Code"), Variant(1));
+  EXPECT_EQ(*FindValue(*row, "Secret"), Variant(101)) << "hidden fields come with the row";
+}
+
+TEST_F(SearchTest, FieldsAreOfferedByTheLanguageOfTheScreen) {
+  struct Row {
+    bool multi, first;
+    Names offered;
+  };
+  const Row rows[] = {
+      {false, true,  {"Code", "Name"} },
+      {true,  true,  {"Code", "Name"} },
+      {true,  false, {"Code", "Name2"}}
+  };
+  for (const Row& row : rows) {
+    host.server.session.languageNames =
+        row.multi ? Names{"Български", "English"} : Names{"Български"};
+    host.server.session.userLanguage = row.first ? 1 : 2;
+    host.LogIn();
+    Run([&](TVosBaseForm& dialog) {
+      Names columns, items;
+      for (const GridColumn& column : Result(dialog).columns)
+        columns.push_back(column.field);
+      for (const InspectorItem& item : Conditions(dialog).items)
+        items.push_back(item.field);
+      EXPECT_EQ(columns, row.offered);
+      EXPECT_EQ(items, row.offered);
+    });
+  }
+}
+
+TEST_F(SearchTest, TheWayOfSearchingIsSeenAndChosenForTextsOnly) {
+  spec.startField = "Name";
+  spec.partial = true;
+  host.server.packets = {Rows(0)};
+  Run([&](TVosBaseForm& dialog) {
+    TVosDataInspector& conditions = Conditions(dialog);
+    EXPECT_EQ(conditions.NameText(1), "съдържа");
+    Press(dialog, Ctrl(KeyCode::Digit1));
+    EXPECT_EQ(conditions.NameText(1), "започва с");
+    Press(dialog, Ctrl(KeyCode::Digit3));
+    EXPECT_EQ(conditions.NameText(1), "съвпада");
+    Type(dialog, "цех");
+    Press(dialog, Ctrl(KeyCode::Digit2));
+    Press(dialog, KeyCode::F9);
+    EXPECT_EQ(dialog.ActiveControl(), &conditions) << "nothing found: the condition is typed on";
+    dialog.RunInGate([&] { conditions.FocusField("Code"); });
+    EXPECT_FALSE(dialog.FindAction("acContains")->enabled) << "a number has no parts";
+  });
+  const auto text = [&] {
+    std::string all;
+    for (const NamedValue& value : LastFetch().params)
+      all += value.value.ToText() + ";";
+    return all;
+  };
+  EXPECT_NE(text().find("цех"), std::string::npos) << text();
+}
+
+TEST_F(SearchTest, AStartTextIsSearchedAtOnceAndLeavingChoosesNothing) {
+  spec.startField = "Code";
+  spec.startText = "7";
+  host.server.packets = {Rows(80, "after 80"), Rows(2)};
+  const auto row = Run([&](TVosBaseForm& dialog) {
+    EXPECT_EQ(host.server.fetches.size(), 1U);
+    dialog.Dispatch(EndNeared{&Result(dialog)});
+    EXPECT_EQ(host.server.fetches.size(), 2U);
+    EXPECT_EQ(LastFetch().continuation, "after 80");
+    EXPECT_EQ(Result(dialog).DataSet().RecordCount(), 82U);
+    Press(dialog, KeyCode::Escape);
+    EXPECT_TRUE(dialog.IsClosed());
+  });
+  EXPECT_FALSE(row.has_value());
+}
+
+TEST_F(SearchTest, WhatCannotBeReadAsANumberIsToldAndNothingIsSent) {
+  spec.startField = "Code";
+  Run([&](TVosBaseForm& dialog) {
+    Type(dialog, "седем");
+    Press(dialog, KeyCode::F9);
+    EXPECT_EQ(host.toolkit.messages.size(), 1U);
+    EXPECT_FALSE(dialog.IsClosed());
+  });
+  EXPECT_TRUE(host.server.fetches.empty());
+}
+
+TEST_F(SearchTest, AServerThatRefusesTheSearchLeavesTheConditions) {
+  host.server.packets = {
+      Failure{FailureKind::Refused, "!!Err_Търсенето продължи твърде дълго."}
+  };
+  spec.startField = "Name";
+  Run([&](TVosBaseForm& dialog) {
+    Type(dialog, "а");
+    Press(dialog, KeyCode::Enter);
+    EXPECT_EQ(host.toolkit.TakeMessage(), "Търсенето продължи твърде дълго.");
+    EXPECT_EQ(Conditions(dialog).DataSet().FieldByName("Name").AsString(), "а");
+    EXPECT_FALSE(dialog.IsClosed());
+  });
+}
+
+TEST(SearchOf, ALookupGivesItsTemplateParametersAndColumns) {
+  TVosClientDataSet rows("cdsUsers", {Code, Name});
+  rows.AddLookup(Chief, rows, "Code", "Code", "Name");
+  TLookupTable table(rows, "Code");
+  table.SetTemplate({"SELECT 1"});
+  table.SetParam("Supplier", 5);
+  const SearchSpec spec = SearchOf(table);
+  EXPECT_EQ(spec.lines, Names{"SELECT 1"});
+  EXPECT_EQ(spec.params, (NamedValues{
+                             {"Supplier", 5}
+  }));
+  EXPECT_EQ(spec.columns.size(), 2U) << "lookup fields are no columns";
+}
+
+// --- logging in, the menu
+// -------------------------------------------------------------------------
+
+TEST(Login, AWrongPasswordKeepsTheTypingAndTheDialog) {
+  Host host;
+  host.toolkit.modals.push_back([&](TVosBaseForm& dialog) {
+    auto& inspector = static_cast<TVosDataInspector&>(*dialog.FindControl("diLogin"));
+    Type(dialog, "ivanova");
+    Press(dialog, KeyCode::Enter);
+    EXPECT_EQ(inspector.CurrentField().Name(), "Password") << "the password is still missing";
+    EXPECT_TRUE(host.server.logins.empty());
+    Type(dialog, "грешна");
+    Press(dialog, KeyCode::Enter);
+    EXPECT_EQ(host.toolkit.TakeMessage(), "Грешен потребител или парола.");
+    EXPECT_FALSE(dialog.IsClosed());
+    EXPECT_EQ(inspector.DataSet().FieldByName("Login").AsString(), "ivanova");
+    EXPECT_EQ(inspector.CurrentField().Name(), "Password");
+    Type(dialog, host.server.password);
+    Press(dialog, KeyCode::F9);
+    EXPECT_TRUE(dialog.IsClosed());
+  });
+  EXPECT_TRUE(RunLogin(host.app));
+  EXPECT_EQ(host.app.UserName(), "ivanova");
+}
+
+TEST(Login, ADemonstrationUserIsPickedFromTheList) {
+  Host host;
+  host.server.greeting.demonstrationUsers = {
+      {"ivanova", host.server.password, "заявител"      },
+      {"petrov",  host.server.password, "ръководител"}
+  };
+  host.toolkit.modals.push_back([&](TVosBaseForm& dialog) {
+    dialog.Dispatch(Pointed{dialog.FindControl("gUsers"), 1, 0, false});
+    Press(dialog, KeyCode::Enter);
+  });
+  EXPECT_TRUE(RunLogin(host.app));
+  EXPECT_EQ(host.app.UserName(), "petrov");
+}
+
+TEST(Login, GivingUpOrNoServerIsNoLogin) {
+  Host host;
+  host.toolkit.modals.push_back([](TVosBaseForm& dialog) {
+    EXPECT_FALSE(dialog.FindControl("gUsers")->visible);
+    Press(dialog, KeyCode::Escape);
+  });
+  EXPECT_FALSE(RunLogin(host.app));
+  EXPECT_FALSE(host.app.IsLoggedIn());
+}
+
+class MenuScreen : public TVosBaseForm {
+ public:
+  explicit MenuScreen(const FormIdentity& identity)
+      : TVosBaseForm(identity, "TfDepartment", "Дирекции") {}
+  void OnClose() override {
+    if (busy) Refuse("Има какво да се довърши.");
+  }
+  static inline bool busy = false;
+};
+
+TEST(Shell, TheMenuShowsWhatMayBeOpenedOpensItAndClosesEverything) {
+  Host host;
+  host.app.AddPoints(kOrvaneModuleNo, kPoints);
+  host.app.classes.Register("TfDepartment",
+                            [](const FormIdentity& identity) -> std::unique_ptr<TVosBaseForm> {
+                              return std::make_unique<MenuScreen>(identity);
+                            });
+  host.LogIn();
+  TfVosShell shell(host.app);
+  shell.BeShown();
+  const auto& grid = static_cast<TVosDBGrid&>(*shell.FindControl("gPoints"));
+  EXPECT_EQ(grid.DataSet().RecordCount(), 2U) << "two points hold the right to open";
+  Press(shell, KeyCode::Enter);
+  ASSERT_EQ(host.app.OpenForms().size(), 1U);
+  MenuScreen::busy = true;
+  Press(shell, Alt(KeyCode::F4));
+  EXPECT_FALSE(shell.IsClosed());
+  MenuScreen::busy = false;
+  Press(shell, Alt(KeyCode::F4));
+  EXPECT_TRUE(shell.IsClosed());
+  EXPECT_TRUE(host.app.OpenForms()[0]->IsClosed());
+}
+
+// --- printing
+// -------------------------------------------------------------------------------------
+
+TEST_F(SearchTest, AListIsPrintedWholeWithTheColumnsItShows) {
+  TVosSQLConnection connection(host.app.Session(), {11, 1}, "TsmSQL");
+  TVosClientDataSet rows("cdsRows", connection, {Int16("Code"), String("Name", 40)});
+  TDataSource source(rows);
+  TVosDBGrid grid(*form, "grid", source);
+  grid.columns = {
+      {.field = "Name", .width = 40, .title = "Име~на цеха", .group = "Цех"},
+      {.field = "Code",               .width = 6,            .title = "Код"                  }
+  };
+  host.server.packets = {Rows(80, "80"), Rows(3)};
+  rows.RowLimit = 80;
+  rows.Open();
+  GenerateReport(*form, {11, 22, 1}, grid);
+  ASSERT_EQ(host.toolkit.reports.size(), 1U);
+  const ReportDocument& report = host.toolkit.reports[0];
+  EXPECT_EQ(report.title, "Дирекции");
+  EXPECT_EQ(report.company, "Демонстрационно дружество");
+  EXPECT_EQ(report.printedBy, "Мария Иванова");
+  EXPECT_EQ(report.printedOn, "05.03.2026 09:00");
+  EXPECT_EQ(report.key, (ReportKey{11, 22, 1}));
+  ASSERT_EQ(report.tables[0].rows.size(), 83U);
+  EXPECT_EQ(report.tables[0].rows[0], (Names{"Цех 1", "1"}));
+  EXPECT_EQ(report.tables[0].columns[1].align, Align::Right);
+  EXPECT_EQ(report.tables[0].columns[0].group, "Цех");
+}
+
+}  // namespace
+}  // namespace orvane
