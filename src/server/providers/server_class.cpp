@@ -48,26 +48,31 @@ ServerClass ServerClass::UsedFromAnywhere() && {
 ServerClass ServerClass::Provider(const ProviderDef& def, std::string_view select,
                                   const WriteRules& rules, std::vector<FieldDef> params) && {
   assert(def.Writable());
-  providers_.push_back({def, select, std::move(params), rules, false});
+  ProviderRow row;
+  row.def = def;
+  row.select = select;
+  row.params = std::move(params);
+  row.rules = rules;
+  providers_.push_back(std::move(row));
   return std::move(*this);
 }
 
 ServerClass ServerClass::ReadOnly(const ProviderDef& def, std::string_view select,
                                   std::vector<FieldDef> params) && {
-  ProviderDef readOnly = def;
-  readOnly.table = {};
-  providers_.push_back({readOnly, select, std::move(params), {}, false});
+  ProviderRow row;
+  row.def = def;
+  row.def.table = {};
+  row.select = select;
+  row.params = std::move(params);
+  providers_.push_back(std::move(row));
   return std::move(*this);
 }
 
 ServerClass ServerClass::SearchProvider(std::string_view name) && {
-  providers_.push_back({
-      {name,       {}, {}},
-      {  },
-      {         },
-      {          },
-      true
-  });
+  ProviderRow row;
+  row.def.name = name;
+  row.search = true;
+  providers_.push_back(std::move(row));
   return std::move(*this);
 }
 
