@@ -80,7 +80,8 @@ class ConditionWriter {
       low *= 10;
       width *= 10;
       const std::int64_t high = low > kHighest - (width - 1) ? kHighest : low + (width - 1);
-      ranges += " OR " + field + " >= " + Param(low) + " AND " + field + " <= " + Param(high);
+      ranges += " OR " + field + " >= " + Param(low);
+      ranges += " AND " + field + " <= " + Param(high);
     }
     return "(" + ranges + ")";
   }
