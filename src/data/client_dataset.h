@@ -266,6 +266,9 @@ class TVosClientDataSet {
   Variant OwnerData;
   /// Columns of the document's head that the last apply moved.
   const NamedValues& HeadMoved() const;
+  /// Takes values that the server holds for the current row as if they had been loaded: no OnChange,
+  /// nothing to send. What was typed into the row stays on top. Without a row nothing happens.
+  void TakeLoaded(const NamedValues& values);
   /// Drops the log: every row is as it was loaded.
   void CancelUpdates();
 

@@ -46,6 +46,18 @@ const NamedValues& TVosClientDataSet::HeadMoved() const {
   return impl_->headMoved;
 }
 
+void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
+  Impl& impl = *impl_;
+  const std::optional<RowId> row = impl.CurrentRow();
+  if (!row || values.empty()) return;
+  const std::vector<Variant> before = impl.store.Values(*row);
+  impl.PutRow(*row, impl.With(before, values));
+  if (impl.Editing() && impl.editRow == *row) {
+    impl.buffer = impl.OnTopOf(impl.store.Values(*row), impl.buffer, before);
+  }
+  impl.Touch();
+}
+
 ApplyAnswer TVosClientDataSet::Impl::SendLog(std::int32_t maxErrors) {
   assert(connection != nullptr);
   if (!inFlight) {
