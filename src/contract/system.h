@@ -21,8 +21,8 @@ inline constexpr auto UserName2 = String("UserName2", 30, Plain, "Име2");
 inline constexpr std::string_view kLevelsApprovalClass = "TsmLevelsApproval";
 inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
 
-/// TsmParameters.GetParams: [0] group; answer: an array of [number, text] pairs, one per parameter
-/// that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null.
+/// TsmParameters.GetParams: [0] group; answer [0]: an array of [number, text] pairs, one per
+/// parameter that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null.
 inline constexpr std::string_view kParametersClass = "TsmParameters";
 inline constexpr std::string_view kGetParams = "GetParams";
 inline constexpr std::string_view kSetParam = "SetParam";

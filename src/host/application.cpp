@@ -1,7 +1,6 @@
 #include "host/application.h"
 
 #include <algorithm>
-#include <cassert>
 
 #include "contract/system.h"
 #include "data/abort.h"
@@ -24,10 +23,26 @@ std::string ScreenTitle(std::string_view className, const ModulePoint* point) {
   return named ? point->caption : std::string(className);
 }
 
+/// Number and text of each parameter that has a value.
+std::map<int, std::string> ReadPairs(const VariantArray& answer) {
+  const VariantArray* pairs = answer.size() == 1 ? answer[0].AsArray() : nullptr;
+  if (pairs == nullptr)
+    throw ServerError{
+        {FailureKind::Internal, "Сървърът върна параметри в непознат вид."}
+    };
+  std::map<int, std::string> values;
+  for (const Variant& row : *pairs) {
+    const VariantArray* pair = row.AsArray();
+    if (pair == nullptr || pair->size() != 2) continue;
+    const std::optional<std::int64_t> number = (*pair)[0].AsInt();
+    if (number) values[static_cast<int>(*number)] = (*pair)[1].ToText();
+  }
+  return values;
+}
+
 }  // namespace
 
-// --- classes
-// --------------------------------------------------------------------------------------
+// --- classes ---------------------------------------------------------------------------
 
 void ClassRegistry::Register(std::string_view className, FormFactory factory) {
   const auto found = std::ranges::find(names_, className);
@@ -45,8 +60,7 @@ FormFactory ClassRegistry::Find(std::string_view className) const {
                                : factories_[static_cast<std::size_t>(found - names_.begin())];
 }
 
-// --- session
-// --------------------------------------------------------------------------------------
+// --- session ---------------------------------------------------------------------------
 
 VosApplication::VosApplication(IApplicationServer& server, IToolkit& toolkit, const Clock& clock)
     : toolkit_(toolkit), clock_(clock) {
@@ -106,8 +120,7 @@ Date VosApplication::Today() const {
   return session_.info.zone.DayOf(clock_.Now());
 }
 
-// --- languages
-// ------------------------------------------------------------------------------------
+// --- languages -------------------------------------------------------------------------
 
 void VosApplication::SwitchLanguage() {
   if (AppNotMultiLang()) return;
@@ -124,22 +137,15 @@ std::string VosApplication::LanguageName(int number) const {
   return known ? names[static_cast<std::size_t>(number) - 1] : std::string();
 }
 
-// --- parameters
-// -----------------------------------------------------------------------------------
+// --- parameters ------------------------------------------------------------------------
 
 std::map<int, std::string>& VosApplication::ParamGroup(ScreenPoint point, int group) {
   const auto known = params_.find(group);
   if (known != params_.end()) return known->second;
   TVosSQLConnection connection(session_, point, system::kParametersClass);
   const VariantArray answer = connection.Call(system::kGetParams, {Variant(group)});
-  std::map<int, std::string> values;
-  for (const Variant& row : answer) {
-    const VariantArray* pair = row.AsArray();
-    assert(pair != nullptr && pair->size() == 2);
-    const std::optional<std::int64_t> number = (*pair)[0].AsInt();
-    if (number) values[static_cast<int>(*number)] = (*pair)[1].ToText();
-  }
-  return params_[group] = std::move(values);
+  connection.Close();
+  return params_[group] = ReadPairs(answer);
 }
 
 Variant VosApplication::GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group,
@@ -164,8 +170,7 @@ void VosApplication::RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, 
   ParamGroup({moduleNo, pointNo}, group);
 }
 
-// --- module and points
-// ----------------------------------------------------------------------------
+// --- module and points -----------------------------------------------------------------
 
 ModuleEntry* VosApplication::FindModule(std::string_view key) {
   const auto found = std::ranges::find(modules, key, &ModuleEntry::key);
@@ -202,8 +207,7 @@ void VosApplication::AddPoints(std::int32_t moduleNo, std::span<const PointRow> 
   TakeRights();
 }
 
-// --- screens
-// --------------------------------------------------------------------------------------
+// --- screens ---------------------------------------------------------------------------
 
 std::unique_ptr<TVosBaseForm> VosApplication::CreateVosForm(TVosBaseForm* opener,
                                                             std::string_view className,

@@ -122,8 +122,7 @@ void TVosBaseForm::SetVosFormStatus(FormStatus status, bool on) {
   status_ = static_cast<std::uint8_t>(on ? status_ | status : status_ & ~status);
 }
 
-// --- the gate
-// -------------------------------------------------------------------------------------
+// --- the gate --------------------------------------------------------------------------
 
 void TVosBaseForm::Dispatch(const Event& event) noexcept {
   RunInGate([this, &event] { Handle(event); });
@@ -167,8 +166,7 @@ void TVosBaseForm::Refuse(std::string_view text) {
   throw Abort();
 }
 
-// --- life
-// -----------------------------------------------------------------------------------------
+// --- life ------------------------------------------------------------------------------
 
 void TVosBaseForm::BeShown() {
   if (shown_) return;
@@ -210,8 +208,7 @@ void TVosBaseForm::LanguageChanged() {
   RunInGate([this] { OnLanguageChanged(); });
 }
 
-// --- actions
-// --------------------------------------------------------------------------------------
+// --- actions ---------------------------------------------------------------------------
 
 TAction& TVosBaseForm::AddAction(TAction action) {
   actions_.push_back(std::make_unique<TAction>(std::move(action)));
@@ -292,8 +289,7 @@ std::vector<std::string> TVosBaseForm::DuplicateLiveKeys() const {
   return duplicates;
 }
 
-// --- controls and focus
-// ---------------------------------------------------------------------------
+// --- controls and focus ----------------------------------------------------------------
 
 Control* TVosBaseForm::FindControl(std::string_view name) const {
   const auto found = std::ranges::find(controls_, name, &Control::Name);

@@ -89,8 +89,10 @@ TEST_F(ApplicationTest, ParametersOfAGroupComeWithOneCallUntilRefreshed) {
     const auto pair = [](int number, const char* text) {
       return Variant(VariantArray{Variant(number), Variant(text)});
     };
-    if (call.arguments[0] == Variant(1)) return VariantArray(1, pair(3, "2"));
-    return VariantArray{pair(1, "5"), pair(9, "0,5"), pair(2, "  ")};
+    const VariantArray pairs = call.arguments[0] == Variant(1)
+                                   ? VariantArray(1, pair(3, "2"))
+                                   : VariantArray{pair(1, "5"), pair(9, "0,5"), pair(2, "  ")};
+    return VariantArray(1, Variant(pairs));
   };
   EXPECT_EQ(Param(11, 1), Variant("5"));
   EXPECT_EQ(Param(11, 9), Variant("0,5"));
@@ -105,6 +107,9 @@ TEST_F(ApplicationTest, ParametersOfAGroupComeWithOneCallUntilRefreshed) {
 }
 
 TEST_F(ApplicationTest, SettingAParameterIsOneCallAndIsReadBackWithoutAnother) {
+  host.server.onCall = [](const MethodCall&) -> Answer<VariantArray> {
+    return VariantArray(1, Variant(VariantArray()));
+  };
   Param(11, 1);
   host.server.methodCalls.clear();
   host.app.SetParam(11, 4, 11, 8, Variant(30));

@@ -48,8 +48,7 @@ TEST_F(DialogsTest, TheRefusalMarkIsNeverShownAndOnlyYesIsYes) {
   EXPECT_TRUE(host.toolkit.messages[0].yesNo);
 }
 
-// --- changes that the server did not take
-// ---------------------------------------------------------
+// --- changes that the server did not take ------------------------------------
 
 TEST_F(DialogsTest, ARefusedChangeIsToldAndAnsweredByItsKind) {
   struct Row {
@@ -162,8 +161,7 @@ TEST_F(DialogsTest, AConflictWithNothingToChooseIsToldInASentence) {
   EXPECT_TRUE(host.toolkit.messages.empty());
 }
 
-// --- searching
-// ------------------------------------------------------------------------------------
+// --- searching ---------------------------------------------------------------
 
 class SearchTest : public DialogsTest {
  protected:
@@ -349,8 +347,7 @@ TEST(SearchOf, ALookupGivesItsTemplateParametersAndColumns) {
   EXPECT_EQ(spec.columns.size(), 2U) << "lookup fields are no columns";
 }
 
-// --- logging in, the menu
-// -------------------------------------------------------------------------
+// --- logging in, the menu ----------------------------------------------------
 
 TEST(Login, AWrongPasswordKeepsTheTypingAndTheDialog) {
   Host host;
@@ -431,8 +428,7 @@ TEST(Shell, TheMenuShowsWhatMayBeOpenedOpensItAndClosesEverything) {
   EXPECT_TRUE(host.app.OpenForms()[0]->IsClosed());
 }
 
-// --- printing
-// -------------------------------------------------------------------------------------
+// --- printing ----------------------------------------------------------------
 
 TEST_F(SearchTest, AListIsPrintedWholeWithTheColumnsItShows) {
   TVosSQLConnection connection(host.app.Session(), {11, 1}, "TsmSQL");

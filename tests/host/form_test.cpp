@@ -128,8 +128,7 @@ class FormTest : public ::testing::Test {
   std::unique_ptr<Screen> screen;
 };
 
-// --- the gate
-// -------------------------------------------------------------------------------------
+// --- the gate ----------------------------------------------------------------
 
 TEST_F(FormTest, WhateverAnEventThrowsEndsAtTheGateWithItsMessage) {
   struct Row {
@@ -210,8 +209,7 @@ TEST_F(FormTest, AnEventMayAskAndBeEnteredAgainMeanwhile) {
   EXPECT_FALSE(screen->IsBusy());
 }
 
-// --- live actions
-// ---------------------------------------------------------------------------------
+// --- live actions ------------------------------------------------------------
 
 TEST_F(FormTest, LiveActionsFollowFocusStateRightsAndConditionInEveryCombination) {
   const TPointAccess accesses[] = {
@@ -306,8 +304,7 @@ TEST_F(FormTest, EscapeClosesAnOpenEditorBeforeItMeansAnything) {
   EXPECT_EQ(screen->TakeNotes(), (Notes{"ran acAnywhere"}));
 }
 
-// --- focus
-// ----------------------------------------------------------------------------------------
+// --- focus -------------------------------------------------------------------
 
 TEST_F(FormTest, ShowingRunsOnShowOnceAndFocusesTheFirstThatCan) {
   screen->left.visible = false;
@@ -383,8 +380,7 @@ TEST_F(FormTest, OnlyThePageThatIsShownTakesPartInTheOrder) {
   screen->layout = {};
 }
 
-// --- rights, closing, host actions
-// ----------------------------------------------------------------
+// --- rights, closing, host actions -------------------------------------------
 
 TEST_F(FormTest, NewRightsRunTheRuleAndSettleTheActions) {
   screen->FocusControl(&screen->left);
