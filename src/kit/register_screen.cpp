@@ -54,6 +54,7 @@ void RegisterScreen::StateChange() {
 void RegisterScreen::ChangeAccess() {
   grid_.canInsert = form_.May(paInsert);
   grid_.insertWhenReadOnly = true;
+  grid_.insertWhenReadOnly = true;
   StateChange();
 }
 

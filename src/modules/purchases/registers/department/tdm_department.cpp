@@ -2,6 +2,7 @@
 
 #include "contract/department.h"
 #include "contract/system.h"
+#include "data/lookup_completion.h"
 #include "data/screen_fetch.h"
 #include "kit/immediate_apply.h"
 
@@ -34,6 +35,10 @@ TdmDepartment::TdmDepartment(TVosDBForm& form)
 
 void TdmDepartment::Fetch() {
   FetchTogether({&sysUsers}, {&cdsDepartment});
+  CompleteLookups({
+      {cdsDepartment, "ChiefName",  sysUsers},
+      {cdsDepartment, "ChiefName2", sysUsers}
+  });
 }
 
 void TdmDepartment::cdsDepartmentBeforePost() {

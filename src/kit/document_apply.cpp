@@ -1,0 +1,55 @@
+#include "kit/document_apply.h"
+
+#include <utility>
+
+#include "host/form.h"
+
+namespace orvane {
+
+DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadApplyRules rules)
+    : form_(form), head_(head), rules_(std::move(rules)) {
+  head_.AfterPost = [this] { Apply(); };
+  head_.AfterDelete = [this] { Apply(); };
+  head_.BeforeApplyUpdates = [this] {
+    ReconcileError = false;
+    head_.OwnerData = rules_.ownerData(PostExistingRecord);
+  };
+  head_.AfterApplyUpdates = [this](const Variant& saved) {
+    if (!saved.IsNull()) rules_.reloadSaved(saved, PostExistingRecord);
+  };
+  head_.OnReconcileError = [this](const orvane::ReconcileError& error) { return Reconcile(error); };
+}
+
+void DocumentHead::ApplyPending() {
+  if (head_.ChangeCount() > 0) Apply();
+}
+
+void DocumentHead::Apply() {
+  dropped_ = false;
+  do {
+    again_ = false;
+    ApplyChanges(form_, head_, {.maxErrors = 0, .form = ApplyForm::Once});
+  } while (again_ && head_.ChangeCount() > 0);
+  if (dropped_) rules_.reloadDropped();
+}
+
+ReconcileAction DocumentHead::Reconcile(const orvane::ReconcileError& error) {
+  const ReconcileAction action = HandleReconcileError(form_, head_, error, rules_.afterRefusal);
+  ReconcileError = true;
+  dropped_ = action == ReconcileAction::Cancel || action == ReconcileAction::Refresh;
+  // What the user laid over the other's change is a new attempt of his.
+  again_ = action == ReconcileAction::Merge && rules_.form == ApplyForm::Repeated;
+  head_.Connection()->Close();
+  return action;
+}
+
+void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,
+                     ImmediateApply how) {
+  ApplyAtOnce(form, rows, how);
+  rows.AfterApplyUpdates = [&rows, &head](const Variant&) {
+    head.TakeLoaded(rows.HeadMoved());
+    rows.Connection()->Close();
+  };
+}
+
+}  // namespace orvane

@@ -1,0 +1,61 @@
+#pragma once
+
+// Saving a document's parts. The head is applied as soon as it is posted and the document is loaded
+// again from the server; its rows are applied as soon as they are posted, and the columns of the
+// head that this moved come back with the answer.
+
+#include <cstdint>
+#include <functional>
+
+#include "data/client_dataset.h"
+#include "host/dialogs.h"
+#include "kit/immediate_apply.h"
+
+namespace orvane {
+
+class TVosBaseForm;
+
+/// What differs between the heads of documents.
+struct HeadApplyRules {
+  ApplyForm form = ApplyForm::Repeated;
+  AfterRefusal afterRefusal = AfterRefusal::Cancel;
+  /// What the server is told beside the change; `postExisting` is false for a new document.
+  std::function<Variant(bool postExisting)> ownerData;
+  /// The head was saved: loads the document again. `saved` is what the server returned; the new
+  /// identifier of a new document.
+  std::function<void(const Variant& saved, bool postExisting)> reloadSaved;
+  /// The change was dropped: loads what the server holds and puts the focus where it belongs.
+  std::function<void()> reloadDropped;
+};
+
+/// Binds a head dataset's AfterPost, AfterDelete, BeforeApplyUpdates, AfterApplyUpdates and
+/// OnReconcileError.
+class DocumentHead {
+ public:
+  DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadApplyRules rules);
+
+  /// Set by the head's BeforePost: the record being posted existed before.
+  bool PostExistingRecord = false;
+  /// The last apply of the head failed.
+  bool ReconcileError = false;
+
+  /// Sends what a broken link left behind; nothing happens when there is nothing.
+  void ApplyPending();
+
+ private:
+  void Apply();
+  ReconcileAction Reconcile(const orvane::ReconcileError& error);
+
+  TVosBaseForm& form_;
+  TVosClientDataSet& head_;
+  HeadApplyRules rules_;
+  bool dropped_ = false;
+  bool again_ = false;
+};
+
+/// Binds a dataset of rows (or approval rows): applied at once, every change by itself, repeatedly
+/// while passes apply something. The head's columns that an apply moved are shown at once.
+void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,
+                     ImmediateApply how = {.maxErrors = -1, .form = ApplyForm::Repeated});
+
+}  // namespace orvane

@@ -1,0 +1,69 @@
+#include "kit/required_fields.h"
+
+#include <string>
+
+#include "data/abort.h"
+#include "host/dialogs.h"
+#include "host/form.h"
+#include "host/grid.h"
+#include "host/inspector.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kWarning = 2;
+
+std::string WithTitle(std::string_view text, std::string_view title) {
+  std::string filled(text);
+  return filled.replace(filled.find("%s"), 2, title);
+}
+
+std::string TitleOf(TVosDBGrid& grid, std::string_view field) {
+  return grid.TitleOf(field);
+}
+
+std::string TitleOf(TVosDataInspector& inspector, std::string_view field) {
+  const InspectorItem* item = inspector.FindItem(field);
+  return item == nullptr ? std::string(field) : item->label;
+}
+
+template <class Place>
+[[noreturn]] void Refuse(TVosBaseForm& form, Place& place, std::string_view field,
+                         std::string_view text) {
+  VosMessageDlg(form, kWarning, form.caption, text);
+  form.FocusControl(&place);
+  place.FocusField(field);
+  throw Abort{};
+}
+
+template <class Place>
+void Require(TVosBaseForm& form, Place& place, std::string_view text,
+             std::initializer_list<std::string_view> fields) {
+  for (std::string_view field : fields) {
+    if (!place.DataSet().FieldByName(field).IsEmpty()) continue;
+    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)));
+  }
+}
+
+}  // namespace
+
+void RequireFields(TVosBaseForm& form, TVosDBGrid& grid, std::string_view text,
+                   std::initializer_list<std::string_view> fields) {
+  Require(form, grid, text, fields);
+}
+
+void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view text,
+                   std::initializer_list<std::string_view> fields) {
+  Require(form, inspector, text, fields);
+}
+
+void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field, std::string_view text) {
+  Refuse(form, grid, field, text);
+}
+
+void RefuseAt(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view field,
+              std::string_view text) {
+  Refuse(form, inspector, field, text);
+}
+
+}  // namespace orvane
