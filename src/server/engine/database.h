@@ -1,8 +1,8 @@
 #pragma once
 
 // One small interface over the two engines. Statements are texts with ?1, ?2 … for parameters (the
-// PostgreSQL engine renders them as $1, $2 …); results are packets of typed columns, because the same
-// amount is an integer of ten-thousandths in SQLite and a numeric in PostgreSQL.
+// PostgreSQL engine renders them as $1, $2 …); results are packets of typed columns, because the
+// same amount is an integer of ten-thousandths in SQLite and a numeric in PostgreSQL.
 //
 //   auto packets = database.ReadSnapshot({guard, head, rows});      // one snapshot, one round trip
 //
@@ -30,17 +30,21 @@ enum class EngineErrorKind : std::uint8_t {
   Unique,      ///< a unique or primary key would hold twice
   ForeignKey,  ///< a row that others refer to, or a reference to nothing
   NotNull,
-  Check,       ///< a check constraint or a trigger refused
-  Retry,       ///< serialisation failure or deadlock: the same transaction may be tried again
-  Limit,       ///< a row or time limit of a fenced search was reached
-  LinkDown,    ///< the database is not reachable
+  Check,     ///< a check constraint or a trigger refused
+  Retry,     ///< serialisation failure or deadlock: the same transaction may be tried again
+  Limit,     ///< a row or time limit of a fenced search was reached
+  LinkDown,  ///< the database is not reachable
   Other,
 };
 
 /// An engine's failure; `text` is the engine's own (English) message, for logs only.
 struct EngineError {
   EngineErrorKind kind = EngineErrorKind::Other;
-  std::string constraint;  ///< name of the constraint or column concerned, when the engine tells
+  /// Small letters, alike on both engines. Unique: its columns, "department.code" or
+  /// "userrights.login, userrights.point". NotNull: its column. Check: the constraint's name, or
+  /// the words a trigger refused with as they are. ForeignKey: SQLite does not tell. Empty when
+  /// unknown.
+  std::string constraint;
   std::string text;
 };
 
@@ -54,7 +58,10 @@ struct ResultColumn {
   std::uint16_t size = 0;
 };
 
-/// A statement ready to run. `text` is prepared once per connection and kept by its content.
+/// A statement ready to run. `text` is prepared once per connection and kept by its content; it is
+/// one statement without a semicolon. Amounts and rates are passed as Decimals, never as integers:
+/// SQLite keeps a Decimal of scale 0 to 4 as an amount and of scale 5 to 7 as a rate (Variant::As
+/// gives the scale), and compares what it is given. There are as many params as the text uses.
 struct Statement {
   std::string text;
   VariantArray params;
@@ -62,7 +69,9 @@ struct Statement {
 };
 
 /// A write transaction. Destroyed without Commit it is rolled back. PostgreSQL: read committed with
-/// row locks taken by the statements; SQLite: BEGIN IMMEDIATE on the one writing connection.
+/// row locks taken by the statements; SQLite: BEGIN IMMEDIATE on the one writing connection, so
+/// that a thread never begins a second transaction while it holds one. After a statement that
+/// failed only RollbackToSavepoint goes on.
 class Transaction {
  public:
   virtual ~Transaction() = default;
@@ -75,10 +84,12 @@ class Transaction {
   /// Numbers of rows touched, one per statement, in one round trip; stops at the first failure.
   virtual EngineAnswer<std::vector<std::int64_t>> ExecuteAll(
       std::span<const Statement> statements) = 0;
+  /// Savepoints nest; each is ended by one RollbackToSavepoint or one ReleaseSavepoint.
   virtual EngineAnswer<Done> Savepoint() = 0;
+  /// Undoes what was done since the last open savepoint, which ends.
   virtual EngineAnswer<Done> RollbackToSavepoint() = 0;
   virtual EngineAnswer<Done> ReleaseSavepoint() = 0;
-  /// Acknowledged means on disk.
+  /// Acknowledged means on disk. After LinkDown nobody knows whether it was carried out.
   virtual EngineAnswer<Done> Commit() = 0;
 };
 
@@ -87,7 +98,9 @@ struct SearchLimits {
   std::int32_t milliseconds = 3000;
 };
 
-/// Counted since the database was opened; tests look at differences.
+/// Counted since the database was opened; tests look at differences. Statements are the caller's
+/// own, without begin, commit and the like; round trips are what PostgreSQL waits for, and the
+/// calls that would wait on SQLite: Begin and Savepoint travel with what follows them.
 struct EngineCounters {
   std::atomic<std::int64_t> statements{0};
   std::atomic<std::int64_t> roundTrips{0};
@@ -111,7 +124,7 @@ class Database {
                                                        SearchLimits limits) = 0;
   /// Runs a migration script (several statements) in one transaction.
   virtual EngineAnswer<Done> RunScript(std::string_view script) = 0;
-  const EngineCounters& Counters() const { return counters_; }
+  virtual const EngineCounters& Counters() const { return counters_; }
 
  protected:
   EngineCounters counters_;

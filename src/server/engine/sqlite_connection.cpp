@@ -1,0 +1,347 @@
+#include "server/engine/sqlite_connection.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+#include <variant>
+
+#include "packet/fold.h"
+#include "server/engine/packet_filler.h"
+#include "server/engine/search_fence.h"
+
+namespace orvane {
+namespace {
+
+/// Filters make many texts; beyond so many the kept statements are dropped and prepared anew.
+constexpr std::size_t kMostKept = 512;
+/// Another process (a command beside the server) may hold the file for a moment.
+constexpr int kBusyMilliseconds = 10000;
+/// Machine steps between two looks at the clock.
+constexpr int kStepsBetweenChecks = 2000;
+
+EngineError Wrong(std::string text) {
+  return {EngineErrorKind::Other, "", std::move(text)};
+}
+
+EngineErrorKind KindOf(int code) {
+  switch (code) {
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_ROWID:
+      return EngineErrorKind::Unique;
+    case SQLITE_CONSTRAINT_FOREIGNKEY:
+      return EngineErrorKind::ForeignKey;
+    case SQLITE_CONSTRAINT_NOTNULL:
+      return EngineErrorKind::NotNull;
+    case SQLITE_CONSTRAINT_CHECK:
+    case SQLITE_CONSTRAINT_TRIGGER:
+      return EngineErrorKind::Check;
+    default:
+      break;
+  }
+  switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return EngineErrorKind::Retry;
+    case SQLITE_INTERRUPT:
+      return EngineErrorKind::Limit;
+    case SQLITE_CANTOPEN:
+    case SQLITE_NOTADB:
+      return EngineErrorKind::LinkDown;
+    default:
+      return EngineErrorKind::Other;
+  }
+}
+
+/// "UNIQUE constraint failed: Department.Code" → "department.code"; a trigger's text as it is.
+std::string ConstraintIn(EngineErrorKind kind, const std::string& text) {
+  constexpr std::string_view kMark = "constraint failed: ";
+  const std::size_t mark = text.find(kMark);
+  if (mark == std::string::npos) return kind == EngineErrorKind::Check ? text : "";
+  return Fold(text.substr(mark + kMark.size()));
+}
+
+/// An amount is kept in ten-thousandths, everything finer is a rate. Empty when digits would be
+/// lost.
+std::optional<std::int64_t> StoredDecimal(Decimal value) {
+  const ValueKind kind =
+      value.Scale() <= RowOf(ValueKind::Amount).scale ? ValueKind::Amount : ValueKind::Rate;
+  const auto scaled = value.AtScale(RowOf(kind).scale);
+  return scaled ? std::optional(scaled->Mantissa()) : std::nullopt;
+}
+
+/// Result code of SQLite; SQLITE_MISMATCH for a value that no column can hold.
+int Bind(sqlite3_stmt* prepared, int position, const Variant& value) {
+  return std::visit(
+      [&](const auto& held) {
+        using Held = std::decay_t<decltype(held)>;
+        if constexpr (std::is_same_v<Held, std::monostate>) {
+          return sqlite3_bind_null(prepared, position);
+        } else if constexpr (std::is_same_v<Held, bool> || std::is_same_v<Held, std::int64_t>) {
+          return sqlite3_bind_int64(prepared, position, held);
+        } else if constexpr (std::is_same_v<Held, double>) {
+          if (!std::isfinite(held)) return SQLITE_MISMATCH;
+          return sqlite3_bind_double(prepared, position, held);
+        } else if constexpr (std::is_same_v<Held, Decimal>) {
+          const auto stored = StoredDecimal(held);
+          if (!stored) return SQLITE_MISMATCH;
+          return sqlite3_bind_int64(prepared, position, *stored);
+        } else if constexpr (std::is_same_v<Held, Date>) {
+          return sqlite3_bind_int64(prepared, position, held.days);
+        } else if constexpr (std::is_same_v<Held, Stamp>) {
+          return sqlite3_bind_int64(prepared, position, held.micros);
+        } else if constexpr (std::is_same_v<Held, std::string>) {
+          return sqlite3_bind_text64(prepared, position, held.data(), held.size(), SQLITE_STATIC,
+                                     SQLITE_UTF8);
+        } else {
+          return SQLITE_MISMATCH;
+        }
+      },
+      value.Raw());
+}
+
+EngineAnswer<Done> BindAll(sqlite3_stmt* prepared, const VariantArray& params) {
+  const int count = sqlite3_bind_parameter_count(prepared);
+  if (static_cast<std::size_t>(count) != params.size()) {
+    return Wrong("the statement takes " + std::to_string(count) + " parameters, not " +
+                 std::to_string(params.size()));
+  }
+  for (int i = 0; i < count; ++i) {
+    const int result = Bind(prepared, i + 1, params[static_cast<std::size_t>(i)]);
+    if (result != SQLITE_OK) {
+      return Wrong("parameter " + std::to_string(i + 1) +
+                   " cannot be bound: " + sqlite3_errstr(result));
+    }
+  }
+  return Done{};
+}
+
+FillError FillFrom(PacketColumn& column, std::size_t row, sqlite3_stmt* prepared, int position) {
+  switch (sqlite3_column_type(prepared, position)) {
+    case SQLITE_NULL:
+      AppendNull(column, row);
+      return std::nullopt;
+    case SQLITE_INTEGER: {
+      const sqlite3_int64 value = sqlite3_column_int64(prepared, position);
+      if (RowOf(column.kind).storage == Storage::Real) {
+        return FillReal(column, static_cast<double>(value));
+      }
+      return FillStored(column, value);
+    }
+    case SQLITE_FLOAT:
+      return FillReal(column, sqlite3_column_double(prepared, position));
+    case SQLITE_TEXT: {
+      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(prepared, position));
+      const int bytes = sqlite3_column_bytes(prepared, position);
+      return FillText(column, std::string_view(text, static_cast<std::size_t>(bytes)));
+    }
+    default:
+      return "column " + column.name + " holds bytes";
+  }
+}
+
+/// Leaves a kept statement ready for its next use.
+class Using {
+ public:
+  explicit Using(sqlite3_stmt* prepared) : prepared_(prepared) {}
+  Using(const Using&) = delete;
+  Using& operator=(const Using&) = delete;
+  ~Using() {
+    sqlite3_reset(prepared_);
+    sqlite3_clear_bindings(prepared_);
+  }
+
+ private:
+  sqlite3_stmt* prepared_;
+};
+
+void FoldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return sqlite3_result_null(context);
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+  const auto bytes = static_cast<std::size_t>(sqlite3_value_bytes(arguments[0]));
+  const std::string folded = Fold(std::string_view(text, bytes));
+  sqlite3_result_text64(context, folded.data(), folded.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+bool IsRestOfStatement(std::string_view tail) {
+  return tail.find_first_not_of(" \t\r\n;") != std::string_view::npos;
+}
+
+}  // namespace
+
+void CloseSqlite::operator()(sqlite3* handle) const {
+  sqlite3_close_v2(handle);
+}
+
+void FinalizeSqlite::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+EngineAnswer<std::unique_ptr<SqliteConnection>> SqliteConnection::Open(const std::string& path,
+                                                                       SqliteUse use) {
+  const int access = use == SqliteUse::Search ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const int create = use == SqliteUse::Write ? SQLITE_OPEN_CREATE : 0;
+  sqlite3* raw = nullptr;
+  const int result = sqlite3_open_v2(
+      path.c_str(), &raw, access | create | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  std::unique_ptr<SqliteConnection> connection(new SqliteConnection(SqliteHandle(raw)));
+  if (result != SQLITE_OK) {
+    return EngineError{EngineErrorKind::LinkDown, "", path + ": " + sqlite3_errstr(result)};
+  }
+  const auto configured = connection->Configure(use);
+  if (!configured) return configured.GetFailure();
+  return connection;
+}
+
+EngineAnswer<Done> SqliteConnection::Configure(SqliteUse use) {
+  sqlite3_busy_timeout(handle_.get(), kBusyMilliseconds);
+  const int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+  sqlite3_create_function_v2(handle_.get(), "orvane_fold", 1, functionFlags, nullptr, &FoldFunction,
+                             nullptr, nullptr, nullptr);
+  switch (use) {
+    case SqliteUse::Write:
+      return Run(
+          "pragma journal_mode = wal; pragma synchronous = full; pragma foreign_keys = on;"
+          "pragma trusted_schema = off");
+    case SqliteUse::Read:
+      return Run("pragma query_only = on; pragma trusted_schema = off");
+    case SqliteUse::Search:
+      break;
+  }
+  const auto configured = Run("pragma query_only = on; pragma trusted_schema = off");
+  sqlite3_limit(handle_.get(), SQLITE_LIMIT_LENGTH, 16 * 1024 * 1024);
+  sqlite3_limit(handle_.get(), SQLITE_LIMIT_ATTACHED, 0);
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_set_authorizer(handle_.get(), &SqliteConnection::Authorize, &fence_);
+  sqlite3_progress_handler(handle_.get(), kStepsBetweenChecks, &SqliteConnection::Progress,
+                           &fence_);
+  return configured;
+}
+
+int SqliteConnection::Authorize(void* fence, int action, const char* first, const char* second,
+                                const char*, const char*) {
+  if (!static_cast<const Fence*>(fence)->up) return SQLITE_OK;
+  const std::string_view one = first == nullptr ? "" : first;
+  const std::string_view two = second == nullptr ? "" : second;
+  const bool allowed = action == SQLITE_SELECT ||
+                       (action == SQLITE_READ && MayBeSearched(one, two)) ||
+                       (action == SQLITE_FUNCTION && MayBeCalledBySearch(two));
+  return allowed ? SQLITE_OK : SQLITE_DENY;
+}
+
+int SqliteConnection::Progress(void* fence) {
+  const auto* state = static_cast<const Fence*>(fence);
+  return state->up && std::chrono::steady_clock::now() >= state->deadline ? 1 : 0;
+}
+
+EngineAnswer<DataPacket> SqliteConnection::Query(const Statement& statement) {
+  const auto prepared = Kept(statement.text);
+  if (!prepared) return prepared.GetFailure();
+  return Rows(*prepared, statement);
+}
+
+EngineAnswer<DataPacket> SqliteConnection::QueryFenced(
+    const Statement& statement, std::chrono::steady_clock::time_point deadline) {
+  fence_ = {true, deadline};
+  auto answer = [&]() -> EngineAnswer<DataPacket> {
+    const auto prepared = Prepare(statement.text, false);
+    if (!prepared) return prepared.GetFailure();
+    if (sqlite3_stmt_readonly(prepared->get()) == 0) return Wrong("a search only reads");
+    return Rows(prepared->get(), statement);
+  }();
+  fence_.up = false;
+  return answer;
+}
+
+EngineAnswer<std::int64_t> SqliteConnection::Execute(const Statement& statement) {
+  const auto prepared = Kept(statement.text);
+  if (!prepared) return prepared.GetFailure();
+  const Using use(*prepared);
+  const auto bound = BindAll(*prepared, statement.params);
+  if (!bound) return bound.GetFailure();
+  int result = sqlite3_step(*prepared);
+  while (result == SQLITE_ROW)
+    result = sqlite3_step(*prepared);
+  if (result != SQLITE_DONE) return LastError();
+  return sqlite3_changes64(handle_.get());
+}
+
+EngineAnswer<Done> SqliteConnection::Run(const std::string& script) {
+  if (sqlite3_exec(handle_.get(), script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    return LastError();
+  }
+  return Done{};
+}
+
+bool SqliteConnection::InTransaction() const {
+  return sqlite3_get_autocommit(handle_.get()) == 0;
+}
+
+void SqliteConnection::RollBack() {
+  if (InTransaction()) sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr);
+}
+
+EngineAnswer<SqlitePrepared> SqliteConnection::Prepare(const std::string& text, bool keep) const {
+  sqlite3_stmt* raw = nullptr;
+  const char* tail = nullptr;
+  const unsigned flags = keep ? SQLITE_PREPARE_PERSISTENT : 0;
+  const int result = sqlite3_prepare_v3(handle_.get(), text.data(), static_cast<int>(text.size()),
+                                        flags, &raw, &tail);
+  SqlitePrepared prepared(raw);
+  if (result != SQLITE_OK) {
+    EngineError error = LastError();
+    error.text += " in: " + text;
+    return error;
+  }
+  const auto read = static_cast<std::size_t>(tail - text.data());
+  if (!prepared || IsRestOfStatement(std::string_view(text).substr(read))) {
+    return Wrong("not one statement: " + text);
+  }
+  return prepared;
+}
+
+EngineAnswer<sqlite3_stmt*> SqliteConnection::Kept(const std::string& text) {
+  const auto found = kept_.find(text);
+  if (found != kept_.end()) return found->second.get();
+  auto prepared = Prepare(text, true);
+  if (!prepared) return prepared.GetFailure();
+  if (kept_.size() >= kMostKept) kept_.clear();
+  sqlite3_stmt* raw = prepared->get();
+  kept_.emplace(text, *std::move(prepared));
+  return raw;
+}
+
+EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared,
+                                                const Statement& statement) const {
+  const Using use(prepared);
+  const auto bound = BindAll(prepared, statement.params);
+  if (!bound) return bound.GetFailure();
+  const int columns = sqlite3_column_count(prepared);
+  if (static_cast<std::size_t>(columns) != statement.columns.size()) {
+    return Wrong("the statement answers " + std::to_string(columns) +
+                 " columns: " + statement.text);
+  }
+  DataPacket packet = PacketFor(statement.columns);
+  int result = sqlite3_step(prepared);
+  for (; result == SQLITE_ROW; result = sqlite3_step(prepared)) {
+    for (int i = 0; i < columns; ++i) {
+      PacketColumn& column = packet.columns[static_cast<std::size_t>(i)];
+      if (const auto error = FillFrom(column, packet.rowCount, prepared, i)) return Wrong(*error);
+    }
+    ++packet.rowCount;
+  }
+  if (result != SQLITE_DONE) return LastError();
+  return packet;
+}
+
+EngineError SqliteConnection::LastError() const {
+  EngineError error;
+  error.kind = KindOf(sqlite3_extended_errcode(handle_.get()));
+  error.text = sqlite3_errmsg(handle_.get());
+  error.constraint = ConstraintIn(error.kind, error.text);
+  return error;
+}
+
+}  // namespace orvane

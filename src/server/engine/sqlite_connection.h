@@ -1,0 +1,80 @@
+#pragma once
+
+// One connection to an SQLite file, used by one thread at a time. Statements are prepared once and
+// kept by their text.
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "server/engine/database.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace orvane {
+
+enum class SqliteUse : std::uint8_t {
+  Write,   ///< the one connection that writes
+  Read,    ///< reads of trusted statements
+  Search,  ///< read-only file handle with authorizer and time limit
+};
+
+struct CloseSqlite {
+  void operator()(sqlite3* handle) const;
+};
+struct FinalizeSqlite {
+  void operator()(sqlite3_stmt* statement) const;
+};
+using SqliteHandle = std::unique_ptr<sqlite3, CloseSqlite>;
+using SqlitePrepared = std::unique_ptr<sqlite3_stmt, FinalizeSqlite>;
+
+class SqliteConnection {
+ public:
+  static EngineAnswer<std::unique_ptr<SqliteConnection>> Open(const std::string& path,
+                                                              SqliteUse use);
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
+  ~SqliteConnection() = default;
+
+  EngineAnswer<DataPacket> Query(const Statement& statement);
+  /// Runs a statement that a client had a say in. It is prepared under the authorizer, kept nowhere
+  /// and stopped at the deadline.
+  EngineAnswer<DataPacket> QueryFenced(const Statement& statement,
+                                       std::chrono::steady_clock::time_point deadline);
+  /// Number of rows touched.
+  EngineAnswer<std::int64_t> Execute(const Statement& statement);
+  /// Runs several statements without parameters.
+  EngineAnswer<Done> Run(const std::string& script);
+  bool InTransaction() const;
+  /// Rolls back whatever is open; nothing happens when nothing is.
+  void RollBack();
+  /// SQLite connections do not break.
+  bool IsBroken() const { return false; }
+
+ private:
+  /// What the callbacks of a search connection look at.
+  struct Fence {
+    bool up = false;
+    std::chrono::steady_clock::time_point deadline;
+  };
+
+  explicit SqliteConnection(SqliteHandle handle) : handle_(std::move(handle)) {}
+  static int Authorize(void* fence, int action, const char* first, const char* second,
+                       const char* database, const char* trigger);
+  static int Progress(void* fence);
+
+  EngineAnswer<Done> Configure(SqliteUse use);
+  EngineAnswer<SqlitePrepared> Prepare(const std::string& text, bool keep) const;
+  EngineAnswer<sqlite3_stmt*> Kept(const std::string& text);
+  EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement) const;
+  EngineError LastError() const;
+
+  SqliteHandle handle_;
+  Fence fence_;
+  std::unordered_map<std::string, SqlitePrepared> kept_;
+};
+
+}  // namespace orvane

@@ -1,0 +1,241 @@
+#include <condition_variable>
+#include <mutex>
+
+#include "server/engine/connection_pool.h"
+#include "server/engine/database.h"
+#include "server/engine/sqlite_connection.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kReaders = 8;
+constexpr int kSearchers = 4;
+
+/// Lets one writer through at a time, in the order of arrival. Unlike a mutex it may be left by
+/// another thread than the one that entered.
+class WriterQueue {
+ public:
+  void Enter() {
+    std::unique_lock lock(mutex_);
+    const std::uint64_t ticket = nextTicket_++;
+    moved_.wait(lock, [&] { return serving_ == ticket; });
+  }
+  void Leave() {
+    {
+      const std::lock_guard lock(mutex_);
+      ++serving_;
+    }
+    moved_.notify_all();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable moved_;
+  std::uint64_t nextTicket_ = 0;
+  std::uint64_t serving_ = 0;
+};
+
+/// A place at the head of the queue, left when destroyed.
+class WriterTurn {
+ public:
+  explicit WriterTurn(WriterQueue& queue) : queue_(queue) { queue_.Enter(); }
+  WriterTurn(const WriterTurn&) = delete;
+  WriterTurn& operator=(const WriterTurn&) = delete;
+  ~WriterTurn() { queue_.Leave(); }
+
+ private:
+  WriterQueue& queue_;
+};
+
+/// A statement that failed closes the transaction for everything but a return to a savepoint, as
+/// PostgreSQL does, so that rules proved on one engine hold on the other.
+class SqliteTransaction final : public Transaction {
+ public:
+  SqliteTransaction(WriterQueue& queue, SqliteConnection& writer, EngineCounters& counters)
+      : turn_(queue), writer_(writer), counters_(counters) {}
+  ~SqliteTransaction() override { writer_.RollBack(); }
+
+  /// To be called once, before anything else.
+  EngineAnswer<Done> Start() { return writer_.Run("begin immediate"); }
+
+  EngineAnswer<DataPacket> Query(const Statement& statement) override {
+    ++counters_.roundTrips;
+    return QueryOne(statement);
+  }
+
+  EngineAnswer<std::vector<DataPacket>> QueryAll(std::span<const Statement> statements) override {
+    ++counters_.roundTrips;
+    std::vector<DataPacket> packets;
+    packets.reserve(statements.size());
+    for (const Statement& statement : statements) {
+      auto packet = QueryOne(statement);
+      if (!packet) return packet.GetFailure();
+      packets.push_back(*std::move(packet));
+    }
+    return packets;
+  }
+
+  EngineAnswer<std::int64_t> Execute(const Statement& statement) override {
+    ++counters_.roundTrips;
+    return ExecuteOne(statement);
+  }
+
+  EngineAnswer<std::vector<std::int64_t>> ExecuteAll(
+      std::span<const Statement> statements) override {
+    ++counters_.roundTrips;
+    std::vector<std::int64_t> touched;
+    touched.reserve(statements.size());
+    for (const Statement& statement : statements) {
+      const auto count = ExecuteOne(statement);
+      if (!count) return count.GetFailure();
+      touched.push_back(*count);
+    }
+    return touched;
+  }
+
+  EngineAnswer<Done> Savepoint() override {
+    if (failed_) return Failed();
+    return Noticed(writer_.Run("savepoint step"));
+  }
+
+  EngineAnswer<Done> RollbackToSavepoint() override {
+    ++counters_.roundTrips;
+    auto answer = writer_.Run("rollback to step; release step");
+    failed_ = !answer;
+    return answer;
+  }
+
+  EngineAnswer<Done> ReleaseSavepoint() override {
+    if (failed_) return Failed();
+    return Noticed(writer_.Run("release step"));
+  }
+
+  EngineAnswer<Done> Commit() override {
+    ++counters_.roundTrips;
+    if (failed_ || !writer_.InTransaction()) return Failed();
+    return Noticed(writer_.Run("commit"));
+  }
+
+ private:
+  EngineAnswer<DataPacket> QueryOne(const Statement& statement) {
+    if (failed_) return Failed();
+    ++counters_.statements;
+    return Noticed(writer_.Query(statement));
+  }
+
+  EngineAnswer<std::int64_t> ExecuteOne(const Statement& statement) {
+    if (failed_) return Failed();
+    ++counters_.statements;
+    return Noticed(writer_.Execute(statement));
+  }
+
+  template <class T>
+  EngineAnswer<T> Noticed(EngineAnswer<T> answer) {
+    if (!answer) failed_ = true;
+    return answer;
+  }
+
+  static EngineError Failed() {
+    return {EngineErrorKind::Other, "", "the transaction has failed or is over"};
+  }
+
+  WriterTurn turn_;
+  SqliteConnection& writer_;
+  EngineCounters& counters_;
+  bool failed_ = false;
+};
+
+class SqliteDatabase final : public Database {
+ public:
+  SqliteDatabase(const std::string& path, std::unique_ptr<SqliteConnection> writer)
+      : writer_(std::move(writer)),
+        readers_(kReaders, [path] { return SqliteConnection::Open(path, SqliteUse::Read); }),
+        searchers_(kSearchers, [path] { return SqliteConnection::Open(path, SqliteUse::Search); }) {
+  }
+
+  Engine Kind() const override { return Engine::Sqlite; }
+
+  EngineAnswer<std::vector<DataPacket>> ReadSnapshot(
+      std::span<const Statement> statements) override {
+    auto reader = readers_.Lend();
+    if (!reader) return reader.GetFailure();
+    ++counters_.roundTrips;
+    return InSnapshot(**reader, [&]() -> EngineAnswer<std::vector<DataPacket>> {
+      std::vector<DataPacket> packets;
+      packets.reserve(statements.size());
+      for (const Statement& statement : statements) {
+        ++counters_.statements;
+        auto packet = (*reader)->Query(statement);
+        if (!packet) return packet.GetFailure();
+        packets.push_back(*std::move(packet));
+      }
+      return packets;
+    });
+  }
+
+  EngineAnswer<std::unique_ptr<Transaction>> Begin() override {
+    auto transaction = std::make_unique<SqliteTransaction>(queue_, *writer_, counters_);
+    const auto started = transaction->Start();
+    if (!started) return started.GetFailure();
+    return std::unique_ptr<Transaction>(std::move(transaction));
+  }
+
+  EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
+                                               std::span<const Statement> statements,
+                                               SearchLimits limits) override {
+    auto searcher = searchers_.Lend();
+    if (!searcher) return searcher.GetFailure();
+    ++counters_.roundTrips;
+    return InSnapshot(**searcher, [&]() -> EngineAnswer<std::vector<DataPacket>> {
+      std::vector<DataPacket> packets;
+      ++counters_.statements;
+      auto answer = (*searcher)->Query(guard);
+      if (!answer) return answer.GetFailure();
+      packets.push_back(*std::move(answer));
+      const auto deadline =
+          std::chrono::steady_clock::now() + std::chrono::milliseconds(limits.milliseconds);
+      for (const Statement& statement : statements) {
+        ++counters_.statements;
+        auto packet = (*searcher)->QueryFenced(statement, deadline);
+        if (!packet) return packet.GetFailure();
+        packets.push_back(*std::move(packet));
+      }
+      return packets;
+    });
+  }
+
+  EngineAnswer<Done> RunScript(std::string_view script) override {
+    const WriterTurn turn(queue_);
+    ++counters_.roundTrips;
+    auto answer = writer_->Run("begin immediate");
+    if (answer) answer = writer_->Run(std::string(script));
+    if (answer) answer = writer_->Run("commit");
+    writer_->RollBack();
+    return answer;
+  }
+
+ private:
+  template <class Work>
+  static std::invoke_result_t<Work> InSnapshot(SqliteConnection& connection, const Work& work) {
+    const auto begun = connection.Run("begin");
+    if (!begun) return begun.GetFailure();
+    auto answer = work();
+    connection.RollBack();
+    return answer;
+  }
+
+  WriterQueue queue_;
+  std::unique_ptr<SqliteConnection> writer_;
+  ConnectionPool<SqliteConnection> readers_;
+  ConnectionPool<SqliteConnection> searchers_;
+};
+
+}  // namespace
+
+EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path) {
+  auto writer = SqliteConnection::Open(path, SqliteUse::Write);
+  if (!writer) return writer.GetFailure();
+  return std::unique_ptr<Database>(new SqliteDatabase(path, *std::move(writer)));
+}
+
+}  // namespace orvane
