@@ -46,18 +46,6 @@ const NamedValues& TVosClientDataSet::HeadMoved() const {
   return impl_->headMoved;
 }
 
-void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
-  Impl& impl = *impl_;
-  const std::optional<RowId> row = impl.CurrentRow();
-  if (!row || values.empty()) return;
-  const std::vector<Variant> before = impl.store.Values(*row);
-  impl.PutRow(*row, impl.With(before, values));
-  if (impl.Editing() && impl.editRow == *row) {
-    impl.buffer = impl.OnTopOf(impl.store.Values(*row), impl.buffer, before);
-  }
-  impl.Touch();
-}
-
 ApplyAnswer TVosClientDataSet::Impl::SendLog(std::int32_t maxErrors) {
   assert(connection != nullptr);
   if (!inFlight) {
@@ -263,6 +251,18 @@ std::vector<Variant> OnTopOf(std::vector<Variant> base, const std::vector<Varian
 }  // namespace
 
 /// The server's values under whatever was typed on the row since it was sent.
+void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
+  Impl& impl = *impl_;
+  const std::optional<RowId> row = impl.CurrentRow();
+  if (!row || values.empty()) return;
+  const std::vector<Variant> before = impl.store.Values(*row);
+  impl.PutRow(*row, impl.With(before, values));
+  if (impl.Editing() && impl.editRow == *row) {
+    impl.buffer = OnTopOf(impl.store.Values(*row), impl.buffer, before);
+  }
+  impl.Touch();
+}
+
 void TVosClientDataSet::Impl::MergeFilled(std::size_t entry, const NamedValues& filled) {
   if (log[entry].kind == ChangeKind::Delete || filled.empty()) return;
   const RowId row = log[entry].row;
