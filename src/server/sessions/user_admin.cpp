@@ -16,6 +16,7 @@ constexpr char kAdministrator[] = "server";
 constexpr std::size_t kLongestLogin = 10;
 constexpr std::size_t kLongestUserName = 30;
 constexpr std::size_t kLongestEmployeeName = 60;
+constexpr std::size_t kLongestCompanyName = 120;
 
 constexpr char kHistory[] =
     "insert into History (TableName, RowKey, ColumnName, NewValue, ChangedBy, ChangedOn, "
@@ -91,6 +92,17 @@ Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view d
   const auto committed = (*transaction)->Commit();
   if (!committed) return ToFailure(committed.GetFailure(), doing);
   return Done{};
+}
+
+Answer<Done> UserAdmin::NameCompany(const std::string& name) {
+  if (const auto checked = CheckName(name, kLongestCompanyName); !checked) {
+    return checked.GetFailure();
+  }
+  const Entry entry{
+      {"update Company set Name = ?1", {name}, {}},
+      false, "Company", "1", "Name", name, "U"
+  };
+  return Write({&entry, 1}, "naming the company");
 }
 
 Answer<Done> UserAdmin::AddUser(const NewUser& user) {

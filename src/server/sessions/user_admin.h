@@ -39,6 +39,7 @@ class UserAdmin {
   UserAdmin(Database& database, const Clock& clock, PasswordCost cost)
       : database_(database), clock_(clock), cost_(cost) {}
 
+  Answer<Done> NameCompany(const std::string& name);
   Answer<Done> AddUser(const NewUser& user);
   Answer<Done> AddEmployee(const NewEmployee& employee);
   /// Rights are the sum of the bits of Right; 0 takes the point away.

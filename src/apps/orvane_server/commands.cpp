@@ -1,0 +1,205 @@
+#include "apps/orvane_server/commands.h"
+
+#include <pthread.h>
+#include <spdlog/spdlog.h>
+
+#include <csignal>
+#include <iostream>
+#include <memory>
+
+#include "apps/orvane_server/ask_password.h"
+#include "packet/clock.h"
+#include "server/check/check.h"
+#include "server/demo/demo_company.h"
+#include "server/engine/database.h"
+#include "server/orvane_server.h"
+#include "server/schema/migrate.h"
+#include "server/sessions/user_admin.h"
+#include "wire/serving.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kGraceMs = 10'000;
+
+void Say(const std::string& sentence) {
+  std::cout << sentence << '\n';
+}
+
+Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
+  auto database =
+      IsPostgres(settings.database)
+          ? OpenPostgres({.connectionInfo = settings.database, .poolSize = settings.poolSize})
+          : OpenSqlite(settings.database);
+  if (database) return *std::move(database);
+  return Failure{FailureKind::LinkDown,
+                 "Базата от данни не може да се отвори: " + database.GetFailure().text};
+}
+
+/// The database, when its schema is this program's.
+Answer<std::unique_ptr<Database>> OpenCurrent(const Settings& settings) {
+  auto database = Open(settings);
+  if (!database) return database;
+  const auto schema = CurrentSchema(**database);
+  if (!schema) return schema.GetFailure();
+  if (schema->IsNewer()) {
+    return Refused("Базата е от по-нова версия на програмата (" + std::to_string(schema->applied) +
+                   ", а тук " + std::to_string(schema->newest) + "). Обновете програмата.");
+  }
+  if (!schema->IsCurrent()) {
+    return Refused("Базата е от по-стара версия. Изпълнете „orvane-server migrate“.");
+  }
+  return database;
+}
+
+/// Fresh statistics: without them PostgreSQL scans what it could look up.
+Answer<Done> RefreshStatistics(Database& database) {
+  const auto analyzed = database.RunScript("analyze");
+  if (analyzed) return Done{};
+  return Failure{FailureKind::Internal,
+                 "Статистиките на базата не са обновени: " + analyzed.GetFailure().text};
+}
+
+void BlockStopSignals(sigset_t& signals) {
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+}  // namespace
+
+Answer<Done> Init(const Settings& settings, const std::string& company) {
+  auto database = Open(settings);
+  if (!database) return database.GetFailure();
+  const auto schema = CurrentSchema(**database);
+  if (!schema) return schema.GetFailure();
+  if (schema->applied > 0) {
+    return Refused("Базата вече е създадена. За обновяване изпълнете „orvane-server migrate“.");
+  }
+  const auto migrated = Migrate(**database);
+  if (!migrated) return migrated.GetFailure();
+  const auto named = UserAdmin(**database, SystemClock{}, {}).NameCompany(company);
+  if (!named) return named;
+  Say("Базата е създадена (версия " + std::to_string(*migrated) +
+      "). Добавете потребител с „orvane-server user add“.");
+  return Done{};
+}
+
+Answer<Done> MigrateDatabase(const Settings& settings) {
+  auto database = Open(settings);
+  if (!database) return database.GetFailure();
+  const auto migrated = Migrate(**database);
+  if (!migrated) return migrated.GetFailure();
+  if (*migrated == 0) {
+    Say("Базата е от последната версия.");
+    return Done{};
+  }
+  Say("Базата е обновена с " + std::to_string(*migrated) + " стъпки.");
+  return RefreshStatistics(**database);
+}
+
+Answer<Done> Demo(const Settings& settings, std::uint32_t seed) {
+  auto database = Open(settings);
+  if (!database) return database.GetFailure();
+  const auto migrated = Migrate(**database);
+  if (!migrated) return migrated.GetFailure();
+  DemoOptions options;
+  options.seed = seed;
+  const auto made = MakeDemoCompany(**database, SystemClock{}, options);
+  if (!made) return made;
+  Say("Демонстрационната фирма е готова в „" + settings.database + "“.");
+  return RefreshStatistics(**database);
+}
+
+Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {
+  sigset_t signals;
+  BlockStopSignals(signals);  // before the first thread, so that all of them inherit it
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  if (!unsafeDurability) {
+    const auto durable = CheckDurability(**database);
+    if (!durable) return durable;
+  }
+  const SystemClock clock;
+  ServerOptions options;
+  options.sessions.idleMinutes = settings.idleMinutes;
+  OrvaneServer server(**database, clock, options);
+
+  const ListenAddress listen = *ParseListen(settings.listen);
+  ServingOptions serving;
+  serving.address = listen.host;
+  serving.port = listen.port;
+  serving.certificatePath = settings.tlsCert;
+  serving.keyPath = settings.tlsKey;
+  serving.report = [](const std::string& text) { spdlog::error("{}", text); };
+  auto running = StartServing(server, serving);
+  if (!running) return running.GetFailure();
+  Say("Сървърът слуша на " + listen.host + ":" + std::to_string((*running)->Port()) + ".");
+  std::cout << std::flush;
+  int signal = 0;
+  sigwait(&signals, &signal);
+  spdlog::info("signal {}, finishing the running requests", signal);
+  (*running)->Stop(kGraceMs);
+  (*running)->Wait();
+  Say("Сървърът спря.");
+  return Done{};
+}
+
+Answer<Done> AddUser(const Settings& settings, const UserArguments& user) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  auto password = AskPassword(user.login);
+  if (!password) return password.GetFailure();
+  const SystemClock clock;
+  UserAdmin admin(**database, clock, {});
+  const auto added = admin.AddUser(
+      {user.login, user.name, user.name2, user.level, user.language, *std::move(password)});
+  if (!added) return added;
+  const auto granted = admin.GrantEverywhere(user.login, user.rights);
+  if (!granted) return granted;
+  if (user.employee != 0) {
+    const auto employed = admin.AddEmployee({user.employee, user.name, user.name2, user.login});
+    if (!employed) return employed;
+  }
+  Say("Потребител „" + user.login + "“ е добавен.");
+  return Done{};
+}
+
+Answer<Done> ChangePassword(const Settings& settings, const UserArguments& user) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  auto password = AskPassword(user.login);
+  if (!password) return password.GetFailure();
+  const SystemClock clock;
+  const auto set = UserAdmin(**database, clock, {}).SetPassword(user.login, *password);
+  if (!set) return set;
+  Say("Паролата на „" + user.login + "“ е сменена, сесиите му приключиха.");
+  return Done{};
+}
+
+Answer<Done> BlockUser(const Settings& settings, const UserArguments& user) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  const SystemClock clock;
+  const auto blocked = UserAdmin(**database, clock, {}).SetBlocked(user.login, !user.undo);
+  if (!blocked) return blocked;
+  Say("Потребител „" + user.login + (user.undo ? "“ е отблокиран." : "“ е блокиран."));
+  return Done{};
+}
+
+Answer<Done> Check(const Settings& settings) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  const auto findings = CheckDatabase(**database);
+  if (!findings) return findings.GetFailure();
+  for (const std::string& finding : *findings)
+    Say(finding);
+  if (!findings->empty()) {
+    return Refused("Намерени са " + std::to_string(findings->size()) + " несъответствия.");
+  }
+  Say("Базата е наред.");
+  return Done{};
+}
+
+}  // namespace orvane
