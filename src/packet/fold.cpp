@@ -73,38 +73,38 @@ struct FoldRange {
 };
 
 constexpr FoldRange kRanges[] = {
-    // Latin
-    {0x0041, 0x005A, Step::Distance, 0x20},
-    {0x00C0, 0x00D6, Step::Distance, 0x20},
-    {0x00D8, 0x00DE, Step::Distance, 0x20},
-    {0x0100, 0x012F, Step::FromEven},
-    {0x0130, 0x0130, Step::Distance, 0x69 - 0x130},  // I with a dot above
-    {0x0132, 0x0137, Step::FromEven},
-    {0x0139, 0x0148, Step::FromOdd},
-    {0x014A, 0x0177, Step::FromEven},
-    {0x0178, 0x0178, Step::Distance, 0xFF - 0x178},
-    {0x0179, 0x017E, Step::FromOdd},
-    {0x017F, 0x017F, Step::Distance, 0x73 - 0x17F},  // long s
-    // Greek
-    {0x0386, 0x0386, Step::Distance, 0x26},
-    {0x0388, 0x038A, Step::Distance, 0x25},
-    {0x038C, 0x038C, Step::Distance, 0x40},
-    {0x038E, 0x038F, Step::Distance, 0x3F},
-    {0x0391, 0x03A1, Step::Distance, 0x20},
-    {0x03A3, 0x03AB, Step::Distance, 0x20},
-    {0x03C2, 0x03C2, Step::Distance, 1},  // final sigma has the capital of the other one
-    // Cyrillic
-    {0x0400, 0x040F, Step::Distance, 0x50},
-    {0x0410, 0x042F, Step::Distance, 0x20},
-    {0x0460, 0x0481, Step::FromEven},
-    {0x048A, 0x04BF, Step::FromEven},
-    {0x04C0, 0x04C0, Step::Distance, 0x0F},
-    {0x04C1, 0x04CE, Step::FromOdd},
-    {0x04D0, 0x052F, Step::FromEven},
-    // Latin with two marks
-    {0x1E00, 0x1E95, Step::FromEven},
-    {0x1E9E, 0x1E9E, Step::Distance, 0xDF - 0x1E9E},  // capital sharp s
-    {0x1EA0, 0x1EFF, Step::FromEven},
+  // Latin
+    {0x0041,          0x005A,               Step::Distance,                      0x20},
+    {0x00C0,               0x00D6,                              Step::Distance,                                             0x20},
+    {0x00D8,           0x00DE,                               Step::Distance,                 0x20},
+    {0x0100, 0x012F,Step::FromEven     },
+    {0x0130,         0x0130,                             Step::Distance,                                                           0x69 - 0x130}, // I with a dot above
+    {0x0132, 0x0137,Step::FromEven},
+    {0x0139,          0x0148,                        Step::FromOdd                                                                  },
+    {0x014A,          0x0177,               Step::FromEven             },
+    {0x0178,          0x0178,               Step::Distance,                      0xFF - 0x178},
+    {0x0179,          0x017E,               Step::FromOdd                     },
+    {0x017F,               0x017F,                              Step::Distance,                                                  0x73 - 0x17F}, // long s
+  // Greek
+    {0x0386,               0x0386,                              Step::Distance,                        0x26},
+    {0x0388,   0x038A,                       Step::Distance,    0x25},
+    {0x038C, 0x038C,Step::Distance,0x40},
+    {0x038E,       0x038F,Step::Distance,                   0x3F},
+    {0x0391,          0x03A1,                        Step::Distance,                                                          0x20},
+    {0x03A3,               0x03AB,                              Step::Distance,                                                     0x20},
+    {0x03C2,           0x03C2,                               Step::Distance,                                           1}, // final sigma has the capital of the other one
+  // Cyrillic
+    {0x0400, 0x040F,Step::Distance,0x50},
+    {0x0410,0x042F,Step::Distance,0x20},
+    {0x0460,          0x0481,              Step::FromEven    },
+    {0x048A,               0x04BF,                              Step::FromEven                                                          },
+    {0x04C0,           0x04C0,                               Step::Distance,                                                                                          0x0F},
+    {0x04C1, 0x04CE,                                              Step::FromOdd                                                                                                                                  },
+    {0x04D0,0x052F,Step::FromEven                       },
+ // Latin with two marks
+    {0x1E00,0x1E95,Step::FromEven},
+    {0x1E9E,0x1E9E,Step::Distance,0xDF - 0x1E9E}, // capital sharp s
+    {0x1EA0,          0x1EFF,                        Step::FromEven},
 };
 
 CodePoint FoldLetter(CodePoint point) {

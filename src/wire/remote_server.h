@@ -14,10 +14,10 @@
 namespace orvane {
 
 struct RemoteOptions {
-  std::string address;  ///< "host:port"
+  std::string address{};  ///< "host:port"
   /// PEM file of the certificate that signs the server's. Empty: a link to this machine itself goes
   /// without TLS, and any other takes the certificates the system trusts.
-  std::string rootCertificatePath;
+  std::string rootCertificatePath{};
 
   /// Milliseconds: to connect, and for each verb to answer.
   int connectMs = 3'000;
@@ -33,7 +33,7 @@ struct RemoteOptions {
 
   /// Called every ten milliseconds once a call took a tenth of a second, so that the window can
   /// paint itself. False cancels the call: the user pressed Escape. May be empty.
-  std::function<bool()> pump;
+  std::function<bool()> pump{};
 };
 
 /// May be called from several threads. The pump is called on the thread that waits.

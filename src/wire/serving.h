@@ -19,14 +19,14 @@ struct ServingOptions {
   int port = 8011;  ///< 0: any free one, see RunningServer::Port
   /// PEM files of the server's certificate chain and key. Required unless the address is this
   /// machine's own: passwords and tickets do not travel in the clear.
-  std::string certificatePath;
-  std::string keyPath;
+  std::string certificatePath{};
+  std::string keyPath{};
   /// Longest request that is read, and longest answer to a fetch or greeting that is sent.
   int maxMessageBytes = 64 * 1024 * 1024;
   /// Requests worked on at once; one more is turned away and may be sent again.
   int maxConcurrent = 64;
   /// Told, from threads of the server, what went wrong inside it (never what a user did wrong).
-  std::function<void(const std::string&)> report;
+  std::function<void(const std::string&)> report{};
 };
 
 /// A server that listens. Destroying it stops it at once.
