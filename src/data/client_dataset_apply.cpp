@@ -46,6 +46,13 @@ const NamedValues& TVosClientDataSet::HeadMoved() const {
   return impl_->headMoved;
 }
 
+void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
+  const std::optional<RowId> row = impl_->CurrentRow();
+  if (!row) return;
+  impl_->TakeServerValues(*row, values);
+  impl_->Touch();
+}
+
 ApplyAnswer TVosClientDataSet::Impl::SendLog(std::int32_t maxErrors) {
   assert(connection != nullptr);
   if (!inFlight) {
@@ -170,8 +177,11 @@ void TVosClientDataSet::Impl::Act(const Outcomes& outcomes,
   std::vector<bool> settledEntries(outcomes.size());
   for (std::size_t i = 0; i < outcomes.size(); ++i) {
     if (!outcomes[i].applied) continue;
-    MergeFilled(i, outcomes[i].filled);
-    if (log[i].kind == ChangeKind::Delete) store.Forget(log[i].row);
+    if (log[i].kind == ChangeKind::Delete) {
+      store.Forget(log[i].row);
+    } else {
+      TakeServerValues(log[i].row, outcomes[i].filled);
+    }
     settledEntries[i] = true;
   }
   // From the end, so that deleted rows go back to where they stood.
@@ -250,30 +260,17 @@ std::vector<Variant> OnTopOf(std::vector<Variant> base, const std::vector<Varian
 
 }  // namespace
 
-/// The server's values under whatever was typed on the row since it was sent.
-void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
-  Impl& impl = *impl_;
-  const std::optional<RowId> row = impl.CurrentRow();
-  if (!row || values.empty()) return;
-  const std::vector<Variant> before = impl.store.Values(*row);
-  impl.PutRow(*row, impl.With(before, values));
-  if (impl.Editing() && impl.editRow == *row) {
-    impl.buffer = OnTopOf(impl.store.Values(*row), impl.buffer, before);
-  }
-  impl.Touch();
-}
-
-void TVosClientDataSet::Impl::MergeFilled(std::size_t entry, const NamedValues& filled) {
-  if (log[entry].kind == ChangeKind::Delete || filled.empty()) return;
-  const RowId row = log[entry].row;
+/// Values of the server under whatever was typed on the row meanwhile.
+void TVosClientDataSet::Impl::TakeServerValues(RowId row, const NamedValues& values) {
+  if (values.empty()) return;
   const std::vector<Variant> posted = store.Values(row);
-  LogEntry* later = FindPending(row);
-  if (later == nullptr) {
-    PutRow(row, With(posted, filled));
+  LogEntry* pending = FindPending(row);
+  if (pending == nullptr || pending->kind == ChangeKind::Insert) {
+    PutRow(row, With(posted, values));
   } else {
-    std::vector<Variant> original = With(later->original, filled);
-    PutRow(row, OnTopOf(original, posted, later->original));
-    later->original = std::move(original);
+    std::vector<Variant> original = With(pending->original, values);
+    PutRow(row, OnTopOf(original, posted, pending->original));
+    pending->original = std::move(original);
   }
   if (Editing() && editRow == row) buffer = OnTopOf(store.Values(row), buffer, posted);
 }

@@ -132,7 +132,7 @@ struct TVosClientDataSet::Impl {
   void Act(const Outcomes& outcomes, const std::vector<Decision>& decisions);
   void AnnounceOutcome(bool wasEditing, std::optional<RowId> currentBefore, Applied& applied);
   bool Carry(LogEntry& entry, const ChangeOutcome& outcome, const Decision& decision);
-  void MergeFilled(std::size_t entry, const NamedValues& filled);
+  void TakeServerValues(RowId row, const NamedValues& values);
   void MergePresent(LogEntry& entry, const NamedValues& present,
                     const std::vector<std::string>& givenUp);
   void Refresh(const LogEntry& entry, const ChangeOutcome& outcome);

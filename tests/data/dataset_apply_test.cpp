@@ -203,6 +203,25 @@ TEST(Apply, WhatTheServerFilledInIsMergedWithoutRules) {
   EXPECT_EQ(desk.server.Text(), "1 Ана, 2 Боби, 3 Вера, 100 Жени");
 }
 
+TEST(Apply, ValuesTheServerMovedGoUnderWhatWasTyped) {
+  Desk desk;
+  desk.Type(2, "Name=Борис");
+  desk.items.Post();
+  desk.items.Edit();
+  desk.Fill("Unit=5");
+  desk.server.rows[2][1] = "Бойка";
+  desk.server.rows[2][2] = Decimal(35000, 4);
+  desk.items.TakeLoaded({
+      {"Name",         "Бойка"},
+      { "Price", Decimal(35000,           4)}
+  });
+  EXPECT_EQ(desk.items[item::Name].AsString(), "Борис");
+  EXPECT_EQ(desk.items[item::Price].Text(), "3,50");
+  desk.items.Post();
+  EXPECT_EQ(desk.items.ApplyUpdates(0), 0u);
+  EXPECT_EQ(TextOf(desk.server.applies.back().delta), "update 2 Name: Бойка → Борис Unit:  → 5");
+}
+
 TEST(Apply, OwnerDataIsSetBeforeAndReadAfter) {
   Desk desk;
   desk.items.BeforeApplyUpdates = [&] { desk.items.OwnerData = VariantArray{"ivanova", true}; };

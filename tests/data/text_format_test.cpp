@@ -21,22 +21,23 @@ struct FormatRow {
 
 TEST(TextFormat, ShowsValuesAsTheUserReadsThem) {
   const FormatRow kRows[] = {
-      {Variant(),                         Of(ValueKind::Amount), ""},
-      {true,                              Of(ValueKind::Bool),   "Да"},
-      {0,                                 Of(ValueKind::Bool),   "Не"},
-      {std::int64_t{9223372036854775807}, Of(ValueKind::Code),   "9223372036854775807"},
-      {Decimal(38782800,                  4),                    Of(ValueKind::Amount,2, true), "3\u2009878,28"},
-      {Decimal(-12345678901250,                            4),                                       Of(ValueKind::Amount,2, true), "-1\u2009234\u2009567\u2009890,13"},
+      {Variant(),                          Of(ValueKind::Amount), ""},
+      {true,                               Of(ValueKind::Bool),   "Да"},
+      {0,                                  Of(ValueKind::Bool),   "Не"},
+      {std::int64_t{9223372036854775807},  Of(ValueKind::Code),   "9223372036854775807"},
+      {Decimal(38782800,                   4),                    Of(ValueKind::Amount,2, true), "3\u2009878,28"},
+      {Decimal(-12345678901250,                             4),                                   Of(ValueKind::Amount,2, true),
+       "-1\u2009234\u2009567\u2009890,13"},
       {Decimal(-1230000,    4),Of(ValueKind::Amount,2, true), "-123,00"},
-      {Decimal(20000,              4),                                   Of(ValueKind::Amount),"2"},
-      {Decimal(-4,             4),                                                                   Of(ValueKind::Amount),                                                   "-0,0004"},
-      {Decimal(19558300,                                 7),                                          Of(ValueKind::Rate,7), "1,9558300"},
-      {Decimal(19558300,                              7),                                                   Of(ValueKind::Rate),                       "1,95583"},
-      {12.5,            Of(ValueKind::Double),"12,5"},
+      {Decimal(20000, 4),                      Of(ValueKind::Amount),"2"},
+      {Decimal(-4,              4),                                                                Of(ValueKind::Amount),                                           "-0,0004"},
+      {Decimal(19558300,                                  7),                                           Of(ValueKind::Rate,7), "1,9558300"},
+      {Decimal(19558300,                               7),                                                    Of(ValueKind::Rate),                                     "1,95583"},
+      {12.5,             Of(ValueKind::Double),"12,5"},
       {1.0 / 3,Of(ValueKind::Double),"0,333333"},
-      {0.0000001,                                 Of(ValueKind::Double),                                       "0"},
-      {*Date::FromYmd(2026,                        3,                                             5),Of(ValueKind::Date), "05.03.2026"},
-      {"текст ",                           Of(ValueKind::String),                                                                                           "текст "                                                                                                                                                                                 },
+      {0.0000001,                                  Of(ValueKind::Double),                                        "0"},
+      {*Date::FromYmd(2026,                         3,                                              5),Of(ValueKind::Date), "05.03.2026"},
+      {"текст ",                            Of(ValueKind::String),                                                                                        "текст "                                                                                                                                                                  },
   };
   for (const FormatRow& row : kRows)
     EXPECT_EQ(FormatValue(row.value, row.format), row.text);
@@ -65,7 +66,7 @@ TEST(TextFormat, ReadsWhatPeopleType) {
   const Date day = *Date::FromYmd(2026, 3, 5);
   const ParseRow kRows[] = {
       {"   ",                 Of(ValueKind::Int32),               Variant()                                           },
-      {" \u00a0",        Of(ValueKind::String),              Variant()                                           },
+      {" \u00a0",             Of(ValueKind::String),              Variant()                                           },
       {" 42 ",                Of(ValueKind::Int16),               42                                                  },
       {"1 234",               Of(ValueKind::Int32),               1234                                                },
       {"9223372036854775807", Of(ValueKind::Code),                std::int64_t{9223372036854775807}                   },
