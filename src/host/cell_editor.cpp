@@ -11,13 +11,6 @@ namespace {
 /// Names typed into a lookup are not bound by the size of the code.
 constexpr std::size_t kLongestName = 100;
 
-/// Numbers with decimals, where point and comma mean the same.
-bool HasDecimals(const TField* field) {
-  if (field == nullptr) return false;
-  const ValueKind kind = field->Def().kind;
-  return kind == ValueKind::Amount || kind == ValueKind::Rate || kind == ValueKind::Double;
-}
-
 bool IsDigits(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
@@ -87,7 +80,8 @@ bool CellEditor::Backspace() {
 }
 
 Answer<Done> CellEditor::CheckComplete() const {
-  if (text_.empty() || combo_ != nullptr || Match(text_) == MaskMatch::Complete) return Done{};
+  if (text_.empty() || combo_ != nullptr || mask_.Match(text_) == MaskMatch::Complete)
+    return Done{};
   return Failure{FailureKind::Refused,
                  "Стойността „" + text_ + "“ в поле „" + label + "“ не е въведена докрай."};
 }
@@ -99,21 +93,7 @@ bool CellEditor::Fits(std::string_view text) const {
     return Utf8Length(text) <= kLongestName;
   const std::size_t size = field_ == nullptr ? 0 : field_->Def().size;
   if (size != 0 && Utf8Length(text) > size) return false;
-  return Match(text) != MaskMatch::Impossible;
-}
-
-MaskMatch CellEditor::Match(std::string_view text) const {
-  if (mask_.IsEmpty()) return MaskMatch::Complete;
-  const MaskMatch match = mask_.Match(text);
-  if (match != MaskMatch::Impossible || !HasDecimals(field_)) return match;
-  std::string other(text);
-  for (char& c : other) {
-    if (c == ',')
-      c = '.';
-    else if (c == '.')
-      c = ',';
-  }
-  return mask_.Match(other);
+  return mask_.Match(text) != MaskMatch::Impossible;
 }
 
 void CellEditor::Accept(std::string text) {

@@ -47,7 +47,6 @@ class CellEditor {
 
  private:
   bool Fits(std::string_view text) const;
-  MaskMatch Match(std::string_view text) const;
   void Accept(std::string text);
 
   bool open_ = false;

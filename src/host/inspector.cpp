@@ -147,20 +147,20 @@ struct TVosDataInspector::KeyRow {
 };
 
 const TVosDataInspector::KeyRow TVosDataInspector::kKeys[] = {
-    {KeyCode::Enter,      &TVosDataInspector::NextKey    },
-    {KeyCode::Tab,        &TVosDataInspector::NextKey    },
-    {Shift(KeyCode::Tab), &TVosDataInspector::BackKey    },
-    {KeyCode::Up,         &TVosDataInspector::UpKey      },
-    {KeyCode::Down,       &TVosDataInspector::DownKey    },
-    {Ctrl(KeyCode::Home), &TVosDataInspector::FirstKey   },
-    {Ctrl(KeyCode::End),  &TVosDataInspector::LastKey    },
-    {KeyCode::PageUp,     &TVosDataInspector::FirstKey   },
-    {KeyCode::PageDown,   &TVosDataInspector::LastKey    },
-    {KeyCode::Delete,     &TVosDataInspector::ClearCell  },
-    {KeyCode::Backspace,  &TVosDataInspector::ClearCell  },
-    {KeyCode::Space,      &TVosDataInspector::SpaceKey   },
-    {KeyCode::F2,         &TVosDataInspector::OpenForEdit},
-    {Alt(KeyCode::Down),  &TVosDataInspector::DropList   },
+    {KeyCode::Enter, &TVosDataInspector::NextKey},
+    {KeyCode::Tab, &TVosDataInspector::NextKey},
+    {Shift(KeyCode::Tab), &TVosDataInspector::BackKey},
+    {KeyCode::Up, &TVosDataInspector::UpKey},
+    {KeyCode::Down, &TVosDataInspector::DownKey},
+    {Ctrl(KeyCode::Home), &TVosDataInspector::FirstKey},
+    {Ctrl(KeyCode::End), &TVosDataInspector::LastKey},
+    {KeyCode::PageUp, &TVosDataInspector::FirstKey},
+    {KeyCode::PageDown, &TVosDataInspector::LastKey},
+    {KeyCode::Delete, &TVosDataInspector::ClearCell},
+    {KeyCode::Backspace, &TVosDataInspector::ClearCell},
+    {KeyCode::Space, &TVosDataInspector::SpaceKey},
+    {KeyCode::F2, &TVosDataInspector::OpenForEdit},
+    {Alt(KeyCode::Down), &TVosDataInspector::DropList},
 };
 
 bool TVosDataInspector::HandleKey(KeyStroke key) {
@@ -191,11 +191,13 @@ bool TVosDataInspector::BackKey() {
 }
 
 bool TVosDataInspector::UpKey() {
+  CommitEditor();
   SetCurrentItem(VisibleFrom(CurrentItem(), -1));
   return true;
 }
 
 bool TVosDataInspector::DownKey() {
+  CommitEditor();
   SetCurrentItem(VisibleFrom(CurrentItem(), 1));
   return true;
 }

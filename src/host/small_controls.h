@@ -47,8 +47,8 @@ class TKeyEdit : public Control {
 };
 
 struct TabPage {
-  std::string name;
-  std::string caption;
+  std::string name = {};
+  std::string caption = {};
   Control* content = nullptr;
   bool visible = true;
 };
