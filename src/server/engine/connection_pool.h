@@ -35,6 +35,13 @@ class ConnectionPool {
     ~Loan() {
       if (connection_) pool_->TakeBack(std::move(connection_));
     }
+    /// Puts a newly opened connection in place of one that broke.
+    EngineAnswer<Done> Renew() {
+      auto opened = pool_->open_();
+      if (!opened) return opened.GetFailure();
+      connection_ = *std::move(opened);
+      return Done{};
+    }
     Connection* operator->() const { return connection_.get(); }
     Connection& operator*() const { return *connection_; }
 

@@ -29,16 +29,6 @@ FillError FillStored(PacketColumn& column, std::int64_t value) {
   return std::nullopt;
 }
 
-FillError FillDecimal(PacketColumn& column, Decimal value) {
-  const ValueKindRow& kind = RowOf(column.kind);
-  if (kind.storage == Storage::Real) return FillReal(column, value.ToDouble());
-  const bool counts = kind.storage == Storage::Integer && kind.kind != ValueKind::Date &&
-                      kind.kind != ValueKind::Stamp;
-  const auto scaled = counts ? value.AtScale(kind.scale) : std::nullopt;
-  if (!scaled) return Unfit(column, value.ToText());
-  return FillStored(column, scaled->Mantissa());
-}
-
 FillError FillReal(PacketColumn& column, double value) {
   if (RowOf(column.kind).storage != Storage::Real || !std::isfinite(value)) {
     return Unfit(column, std::to_string(value));

@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "packet/data_packet.h"
-#include "packet/decimal.h"
 #include "server/engine/database.h"
 
 namespace orvane {
@@ -24,8 +23,6 @@ using FillError = std::optional<std::string>;
 /// A whole number for a column of integers (Bool to Code), days of a Date, microseconds of a Stamp,
 /// or the mantissa of a decimal at the column's own scale.
 FillError FillStored(PacketColumn& column, std::int64_t value);
-/// A decimal for a column of any numeric kind; digits that the kind cannot keep are an error.
-FillError FillDecimal(PacketColumn& column, Decimal value);
 FillError FillReal(PacketColumn& column, double value);
 FillError FillText(PacketColumn& column, std::string_view text);
 

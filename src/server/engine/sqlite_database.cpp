@@ -217,10 +217,10 @@ class SqliteDatabase final : public Database {
  private:
   template <class Work>
   static std::invoke_result_t<Work> InSnapshot(SqliteConnection& connection, const Work& work) {
-    const auto begun = connection.Run("begin");
+    const auto begun = connection.Execute({"begin", {}, {}});
     if (!begun) return begun.GetFailure();
     auto answer = work();
-    connection.RollBack();
+    if (!connection.Execute({"rollback", {}, {}})) connection.RollBack();
     return answer;
   }
 

@@ -18,9 +18,9 @@ constexpr std::string_view kTableSqlite =
     "create table if not exists SchemaMigration (\n"
     "  Number integer not null primary key, Name text not null, AppliedOn integer not null) "
     "strict;\n";
-// The lock holds back a second server until the first has committed the script.
+// Holds back a second server until the first has committed its script.
+constexpr std::string_view kLockPostgres = "select pg_advisory_xact_lock(7262617366);\n";
 constexpr std::string_view kTablePostgres =
-    "select pg_advisory_xact_lock(7262617366);\n"
     "create table if not exists SchemaMigration (\n"
     "  Number integer not null primary key, Name text not null, AppliedOn timestamptz not null);\n";
 
@@ -44,19 +44,21 @@ EngineAnswer<std::int64_t> ReadNumber(Database& database, std::string_view sql) 
 /// a key that holds twice.
 std::string ScriptOf(const EmbeddedMigration& migration, Engine engine) {
   const bool sqlite = engine == Engine::Sqlite;
-  const std::string now = sqlite ? std::to_string(SystemClock().Now().micros) : "now()";
-  return std::string(sqlite ? kTableSqlite : kTablePostgres) +
-         "insert into SchemaMigration (Number, Name, AppliedOn) values (" +
-         std::to_string(migration.number) + ", '" + std::string(migration.name) + "', " + now +
-         ");\n" + std::string(migration.text);
+  std::string script(sqlite ? "" : kLockPostgres);
+  if (!sqlite) script += PostgresFoldFunction();
+  script += sqlite ? kTableSqlite : kTablePostgres;
+  script += "insert into SchemaMigration (Number, Name, AppliedOn) values (" +
+            std::to_string(migration.number) + ", '" + std::string(migration.name) + "', " +
+            (sqlite ? std::to_string(SystemClock().Now().micros) : "now()") + ");\n";
+  return script.append(migration.text);
 }
 
 Answer<Done> Finish(Database& database, const SchemaState& before) {
   if (database.Kind() == Engine::Postgres) {
-    const auto extras = database.RunScript(PostgresExtrasScript());
-    if (!extras) {
+    const auto role = database.RunScript(std::string(kLockPostgres) + PostgresSearchRole());
+    if (!role) {
       return Failure{FailureKind::Internal,
-                     "Ролята за търсене не може да бъде подготвена: " + extras.GetFailure().text};
+                     "Ролята за търсене не може да бъде подготвена: " + role.GetFailure().text};
     }
   }
   // Statistics of empty tables would only mislead the planner.

@@ -24,7 +24,9 @@ std::string Utf8(unsigned point) {
   return text;
 }
 
-std::string FoldFunction() {
+}  // namespace
+
+std::string PostgresFoldFunction() {
   std::string capitals;
   std::string small;
   std::string blanks;
@@ -43,6 +45,8 @@ std::string FoldFunction() {
          "strict parallel safe as $fold$\n  select rtrim(translate(value, '" +
          capitals + "', '" + small + "'), '" + blanks + "') collate \"C\"\n$fold$;\n";
 }
+
+namespace {
 
 std::string NewRole() {
   const std::string role(kSearchRole);
@@ -76,8 +80,8 @@ std::string Grants() {
 
 }  // namespace
 
-std::string PostgresExtrasScript() {
-  return FoldFunction() + NewRole() + Grants();
+std::string PostgresSearchRole() {
+  return NewRole() + Grants();
 }
 
 }  // namespace orvane

@@ -121,10 +121,13 @@ create table NomIn (
   Name8        text,
   Name9        text,
   Name10       text,
+  FoldName     text not null,
+  FoldName2    text,
   primary key (Nomenclature, Element)
 ) strict, without rowid;
 
-insert into NomIn (Nomenclature, Element, Name, Name2) values
+insert into NomIn (Nomenclature, Element, Name, Name2, FoldName, FoldName2)
+select column1, column2, column3, column4, orvane_fold(column3), orvane_fold(column4) from (values
   (58, 1, 'Материал', 'Material'),
   (58, 2, 'Услуга', 'Service'),
   (90, 1, 'По списък', 'By list'),
@@ -170,7 +173,7 @@ insert into NomIn (Nomenclature, Element, Name, Name2) values
   (283, 1, 'Цена от списъка за доставка', 'Price of the supply list'),
   (283, 2, 'Цена от последната доставка', 'Price of the last delivery'),
   (292, 1, 'Първоначално оценяване', 'Initial evaluation'),
-  (292, 2, 'Периодично оценяване', 'Periodic evaluation');
+  (292, 2, 'Периодично оценяване', 'Periodic evaluation')) as list;
 
 -- What was written into history stands.
 create trigger HistoryIsNotUpdated before update on History

@@ -1,0 +1,314 @@
+#include "server/engine/postgres_connection.h"
+
+#include <libpq-fe.h>
+#include <poll.h>
+
+#include <array>
+
+#include "server/engine/postgres_errors.h"
+
+namespace orvane {
+namespace {
+
+/// Filters make many texts; beyond so many the kept statements are dropped and prepared anew.
+constexpr std::size_t kMostKept = 512;
+/// How long after a cancellation the server may still take to answer.
+constexpr std::chrono::milliseconds kGrace{2000};
+constexpr std::string_view kStalePlan = "0A000";
+
+const Statement& DeallocateAll() {
+  static const Statement statement{"deallocate all", {}, {}};
+  return statement;
+}
+
+EngineError Wrong(std::string text) {
+  return {EngineErrorKind::Other, "", std::move(text)};
+}
+
+/// Parameters as libpq takes them; the values must outlive it.
+struct Arrays {
+  explicit Arrays(std::span<const PostgresValue> values) {
+    for (const PostgresValue& value : values) {
+      types.push_back(value.type);
+      pointers.push_back(value.null ? nullptr : value.bytes.data());
+      lengths.push_back(static_cast<int>(value.bytes.size()));
+      formats.push_back(value.binary ? 1 : 0);
+    }
+  }
+  int Count() const { return static_cast<int>(types.size()); }
+
+  std::vector<Oid> types;
+  std::vector<const char*> pointers;
+  std::vector<int> lengths;
+  std::vector<int> formats;
+};
+
+/// A prepared statement takes values of its types, and nulls anywhere.
+bool Fits(std::span<const PostgresType> types, std::span<const PostgresValue> values) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (!values[i].null && values[i].type != types[i]) return false;
+  }
+  return true;
+}
+
+EngineAnswer<DataPacket> PacketOf(const PGresult* result, std::span<const ResultColumn> columns) {
+  const int count = PQnfields(result);
+  if (static_cast<std::size_t>(count) != columns.size()) {
+    return Wrong("the statement answers " + std::to_string(count) + " columns");
+  }
+  DataPacket packet = PacketFor(columns);
+  const int rows = PQntuples(result);
+  packet.rowCount = static_cast<std::size_t>(rows);
+  for (int i = 0; i < count; ++i) {
+    PacketColumn& column = packet.columns[static_cast<std::size_t>(i)];
+    const PostgresType type = PQftype(result, i);
+    for (int row = 0; row < rows; ++row) {
+      if (PQgetisnull(result, row, i) != 0) {
+        AppendNull(column, static_cast<std::size_t>(row));
+        continue;
+      }
+      const auto length = static_cast<std::size_t>(PQgetlength(result, row, i));
+      const std::string_view bytes(PQgetvalue(result, row, i), length);
+      if (const auto error = FillFromPostgres(column, type, bytes)) return Wrong(*error);
+    }
+  }
+  return packet;
+}
+
+std::int64_t TouchedBy(PGresult* result) {
+  std::int64_t touched = 0;
+  for (const char* digit = PQcmdTuples(result); *digit != '\0'; ++digit)
+    touched = touched * 10 + (*digit - '0');
+  return touched;
+}
+
+}  // namespace
+
+void ClosePostgres::operator()(pg_conn* handle) const {
+  PQfinish(handle);
+}
+
+void ClearPostgres::operator()(pg_result* result) const {
+  PQclear(result);
+}
+
+EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
+    const std::string& info) {
+  // What the caller's conninfo says stands behind these and wins.
+  constexpr std::array<const char*, 8> kNames = {
+      "connect_timeout",  "application_name", "client_encoding", "keepalives_idle",
+      "tcp_user_timeout", "options",          "dbname",          nullptr};
+  const std::array<const char*, 8> values = {
+      "5",          "orvane-server", "UTF8",
+      "30",         "15000",         "-c timezone=UTC -c jit=off -c lock_timeout=30s",
+      info.c_str(), nullptr};
+  PostgresHandle handle(PQconnectdbParams(kNames.data(), values.data(), 1));
+  if (PQstatus(handle.get()) != CONNECTION_OK) {
+    return EngineError{EngineErrorKind::LinkDown, "", PQerrorMessage(handle.get())};
+  }
+  PQsetNoticeProcessor(
+      handle.get(), [](void*, const char*) {}, nullptr);
+  PQenterPipelineMode(handle.get());
+  return std::unique_ptr<PostgresConnection>(new PostgresConnection(std::move(handle)));
+}
+
+EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
+    std::span<const PostgresCommand> commands, Deadline deadline) {
+  std::vector<Sent> sent;
+  const bool idle = PQtransactionStatus(handle_.get()) == PQTRANS_IDLE;
+  if (idle && (stale_ || kept_.size() > kMostKept)) {
+    kept_.clear();
+    stale_ = false;
+    const auto dropped = Send({&DeallocateAll(), false}, sent);
+    if (!dropped) return dropped.GetFailure();
+  }
+  const std::size_t own = sent.size();
+  std::optional<EngineError> error;
+  for (const PostgresCommand& command : commands) {
+    const auto answer = Send(command, sent);
+    if (!answer) {
+      error = answer.GetFailure();
+      break;
+    }
+  }
+  if (IsBroken() || PQpipelineSync(handle_.get()) == 0) return Broken();
+
+  std::vector<PostgresReply> replies;
+  replies.reserve(commands.size() + own);
+  std::optional<EngineError> answered;
+  for (const Sent& command : sent) {
+    auto failed = Receive(command, deadline, replies);
+    if (IsBroken()) return Broken();
+    if (failed && !answered) answered = std::move(failed);
+  }
+  const PostgresResult sync = Next(deadline);
+  if (IsBroken() || PQresultStatus(sync.get()) != PGRES_PIPELINE_SYNC) return Broken();
+  if (cancelled_) left_ = true;  // a cancellation that comes late must not meet another statement
+  if (answered) return *answered;
+  if (error) return *error;
+  replies.erase(replies.begin(), replies.begin() + static_cast<std::ptrdiff_t>(own));
+  return replies;
+}
+
+EngineAnswer<Done> PostgresConnection::RunScript(const std::string& script) {
+  PQexitPipelineMode(handle_.get());
+  std::optional<EngineError> error;
+  for (const char* step : {"begin", script.c_str(), "commit"}) {
+    const PostgresResult result(PQexec(handle_.get(), step));
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK) continue;
+    error = ErrorOf(result.get());
+    const PostgresResult undone(PQexec(handle_.get(), "rollback"));
+    break;
+  }
+  if (IsBroken()) return Broken();
+  stale_ = true;
+  PQenterPipelineMode(handle_.get());
+  if (error) return *error;
+  return Done{};
+}
+
+bool PostgresConnection::RollBack() {
+  if (IsBroken() || PQtransactionStatus(handle_.get()) == PQTRANS_IDLE) return false;
+  const Statement rollback{"rollback", {}, {}};
+  const PostgresCommand command{&rollback, true};
+  if (!Run({&command, 1})) left_ = true;
+  return true;
+}
+
+bool PostgresConnection::IsBroken() const {
+  return left_ || PQstatus(handle_.get()) != CONNECTION_OK;
+}
+
+EngineAnswer<Done> PostgresConnection::Send(const PostgresCommand& command,
+                                            std::vector<Sent>& sent) {
+  const Statement& statement = *command.statement;
+  const auto values = EncodeParams(statement.params);
+  if (!values) return values.GetFailure();
+
+  KeptText passing;
+  KeptText* text = &passing;
+  if (command.kept) text = &kept_[statement.text];
+  if (text->numbered.text.empty()) text->numbered = WithNumberedParams(statement.text);
+  if (text->numbered.highest != values->size()) {
+    return Wrong("the statement takes " + std::to_string(text->numbered.highest) +
+                 " parameters, not " + std::to_string(values->size()));
+  }
+  const Arrays arrays(*values);
+  int queued = 0;
+  if (command.kept) {
+    const std::string* name = NameFor(*text, *values, sent);
+    if (name == nullptr) return Broken();
+    queued =
+        PQsendQueryPrepared(handle_.get(), name->c_str(), arrays.Count(), arrays.pointers.data(),
+                            arrays.lengths.data(), arrays.formats.data(), 1);
+  } else {
+    queued = PQsendQueryParams(handle_.get(), text->numbered.text.c_str(), arrays.Count(),
+                               arrays.types.data(), arrays.pointers.data(), arrays.lengths.data(),
+                               arrays.formats.data(), 1);
+  }
+  if (queued == 0) return Broken();
+  sent.push_back({&statement, nullptr, {}});
+  return Done{};
+}
+
+/// A null takes the type that an earlier use of the text had at its place, so that rows with and
+/// without a value share a preparation once every place was filled.
+const std::string* PostgresConnection::NameFor(KeptText& text,
+                                               std::span<const PostgresValue> values,
+                                               std::vector<Sent>& sent) {
+  for (const Prepared& prepared : text.prepared) {
+    if (Fits(prepared.types, values)) return &prepared.name;
+  }
+  Prepared next{"s" + std::to_string(++names_), {}};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const bool known = values[i].null && !text.prepared.empty();
+    next.types.push_back(known ? text.prepared.back().types[i] : values[i].type);
+  }
+  if (PQsendPrepare(handle_.get(), next.name.c_str(), text.numbered.text.c_str(),
+                    static_cast<int>(next.types.size()), next.types.data()) == 0) {
+    return nullptr;
+  }
+  sent.push_back({nullptr, &text, next.name});
+  text.prepared.push_back(std::move(next));
+  return &text.prepared.back().name;
+}
+
+std::optional<EngineError> PostgresConnection::Receive(const Sent& sent, Deadline deadline,
+                                                       std::vector<PostgresReply>& replies) {
+  const PostgresResult result = Next(deadline);
+  if (!result) return std::nullopt;  // broken, which the caller sees
+  while (Next(deadline)) {
+  }
+  const ExecStatusType status = PQresultStatus(result.get());
+  if (sent.statement == nullptr) {
+    if (status == PGRES_COMMAND_OK) return std::nullopt;
+    std::erase_if(sent.text->prepared, [&](const Prepared& it) { return it.name == sent.name; });
+    return ErrorOf(result.get());
+  }
+  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) return ErrorOf(result.get());
+  PostgresReply reply{DataPacket(), TouchedBy(result.get())};
+  if (!sent.statement->columns.empty()) {
+    auto packet = PacketOf(result.get(), sent.statement->columns);
+    if (!packet) {
+      EngineError error = packet.GetFailure();
+      error.text += " in: " + sent.statement->text;
+      return error;
+    }
+    reply.packet = *std::move(packet);
+  }
+  replies.push_back(std::move(reply));
+  return std::nullopt;
+}
+
+PostgresResult PostgresConnection::Next(Deadline deadline) {
+  if (left_) return nullptr;
+  if (deadline && !WaitUntil(deadline)) {
+    if (!cancelled_) Cancel();
+    cancelled_ = true;
+    if (!WaitUntil(*deadline + kGrace)) {
+      left_ = true;
+      return nullptr;
+    }
+  }
+  return PostgresResult(PQgetResult(handle_.get()));
+}
+
+/// False when the server has not answered by then.
+bool PostgresConnection::WaitUntil(Deadline deadline) {
+  while (PQisBusy(handle_.get()) != 0) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+        *deadline - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return false;
+    PQflush(handle_.get());
+    pollfd socket{PQsocket(handle_.get()), POLLIN, 0};
+    poll(&socket, 1, static_cast<int>(left.count()));
+    if (PQconsumeInput(handle_.get()) == 0) return true;
+  }
+  return true;
+}
+
+void PostgresConnection::Cancel() {
+  PGcancel* cancel = PQgetCancel(handle_.get());
+  std::array<char, 256> error{};
+  PQcancel(cancel, error.data(), static_cast<int>(error.size()));
+  PQfreeCancel(cancel);
+}
+
+EngineError PostgresConnection::ErrorOf(const pg_result* result) {
+  if (PQresultStatus(result) == PGRES_PIPELINE_ABORTED) return Wrong("a former statement failed");
+  EngineError error = PostgresErrorOf(result);
+  if (error.text.starts_with(kStalePlan)) {
+    stale_ = true;
+    error.kind = EngineErrorKind::Retry;
+  }
+  return error;
+}
+
+EngineError PostgresConnection::Broken() {
+  const EngineErrorKind kind = cancelled_ ? EngineErrorKind::Limit : EngineErrorKind::LinkDown;
+  left_ = true;
+  return {kind, "", std::string("the connection is lost: ") + PQerrorMessage(handle_.get())};
+}
+
+}  // namespace orvane

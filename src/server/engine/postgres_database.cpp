@@ -1,0 +1,245 @@
+#include <algorithm>
+
+#include "server/engine/connection_pool.h"
+#include "server/engine/database.h"
+#include "server/engine/postgres_connection.h"
+#include "server/engine/search_fence.h"
+
+namespace orvane {
+namespace {
+
+using Pool = ConnectionPool<PostgresConnection>;
+using Replies = EngineAnswer<std::vector<PostgresReply>>;
+
+/// How much longer than the server's own limit the outside timer waits.
+constexpr std::chrono::milliseconds kOutsideMargin{500};
+
+Statement Control(std::string text) {
+  return {std::move(text), {}, {}};
+}
+
+EngineAnswer<std::vector<DataPacket>> PacketsOf(Replies replies, std::size_t first,
+                                                std::size_t count) {
+  if (!replies) return replies.GetFailure();
+  std::vector<DataPacket> packets;
+  packets.reserve(count);
+  for (std::size_t i = first; i < first + count; ++i)
+    packets.push_back(std::move((*replies)[i].packet));
+  return packets;
+}
+
+/// Begin, savepoints and their release wait for the statement behind them and travel with it.
+class PostgresTransaction final : public Transaction {
+ public:
+  PostgresTransaction(Pool::Loan connection, EngineCounters& counters)
+      : connection_(std::move(connection)), counters_(counters) {
+    waiting_.push_back(Control("begin"));
+  }
+  ~PostgresTransaction() override {
+    if (connection_->RollBack()) ++counters_.roundTrips;
+  }
+
+  EngineAnswer<DataPacket> Query(const Statement& statement) override {
+    auto packets = QueryAll({&statement, 1});
+    if (!packets) return packets.GetFailure();
+    return std::move(packets->front());
+  }
+
+  EngineAnswer<std::vector<DataPacket>> QueryAll(std::span<const Statement> statements) override {
+    return PacketsOf(Send(statements), 0, statements.size());
+  }
+
+  EngineAnswer<std::int64_t> Execute(const Statement& statement) override {
+    const auto touched = ExecuteAll({&statement, 1});
+    if (!touched) return touched.GetFailure();
+    return touched->front();
+  }
+
+  EngineAnswer<std::vector<std::int64_t>> ExecuteAll(
+      std::span<const Statement> statements) override {
+    const auto replies = Send(statements);
+    if (!replies) return replies.GetFailure();
+    std::vector<std::int64_t> touched;
+    for (const PostgresReply& reply : *replies)
+      touched.push_back(reply.touched);
+    return touched;
+  }
+
+  EngineAnswer<Done> Savepoint() override {
+    if (failed_) return Failed();
+    ++savepoints_;
+    waiting_.push_back(Control("savepoint step"));
+    return Done{};
+  }
+
+  EngineAnswer<Done> RollbackToSavepoint() override {
+    if (savepoints_ == 0) return Failed();
+    --savepoints_;
+    const bool wasFailed = failed_;
+    failed_ = false;
+    // What failed to be sent was not carried out; what waits is still to come, in order.
+    if (wasFailed) waiting_.clear();
+    waiting_.push_back(Control("rollback to step"));
+    waiting_.push_back(Control("release step"));
+    const auto replies = Send({});
+    if (!replies) return replies.GetFailure();
+    return Done{};
+  }
+
+  EngineAnswer<Done> ReleaseSavepoint() override {
+    if (failed_ || savepoints_ == 0) return Failed();
+    --savepoints_;
+    waiting_.push_back(Control("release step"));
+    return Done{};
+  }
+
+  EngineAnswer<Done> Commit() override {
+    if (failed_ || over_) return Failed();
+    if (!begun_ && waiting_.size() == 1) waiting_.clear();  // nothing was done
+    if (begun_ || !waiting_.empty()) {
+      waiting_.push_back(Control("commit"));
+      const auto replies = Send({});
+      if (!replies) return replies.GetFailure();
+    }
+    over_ = true;
+    return Done{};
+  }
+
+ private:
+  /// Replies to `statements` only.
+  Replies Send(std::span<const Statement> statements) {
+    if (failed_ || over_) return Failed();
+    std::vector<PostgresCommand> commands;
+    for (const Statement& control : waiting_)
+      commands.push_back({&control, true});
+    for (const Statement& statement : statements)
+      commands.push_back({&statement, true});
+    counters_.statements += static_cast<std::int64_t>(statements.size());
+    ++counters_.roundTrips;
+    Replies replies = connection_->Run(commands);
+    if (!replies && !begun_ && connection_->IsBroken() && connection_.Renew()) {
+      // Nothing of this transaction can have been committed: an idle connection had broken.
+      ++counters_.roundTrips;
+      replies = connection_->Run(commands);
+    }
+    begun_ = true;
+    failed_ = !replies;
+    if (!replies) return replies;
+    replies->erase(replies->begin(),
+                   replies->begin() + static_cast<std::ptrdiff_t>(waiting_.size()));
+    waiting_.clear();
+    return replies;
+  }
+
+  static EngineError Failed() {
+    return {EngineErrorKind::Other, "", "the transaction has failed or is over"};
+  }
+
+  Pool::Loan connection_;
+  EngineCounters& counters_;
+  std::vector<Statement> waiting_;
+  int savepoints_ = 0;
+  bool begun_ = false;
+  bool failed_ = false;
+  bool over_ = false;
+};
+
+class PostgresDatabase final : public Database {
+ public:
+  explicit PostgresDatabase(const PostgresOptions& options)
+      : pool_(options.poolSize,
+              [info = options.connectionInfo] { return PostgresConnection::Open(info); }) {}
+
+  Engine Kind() const override { return Engine::Postgres; }
+
+  EngineAnswer<std::vector<DataPacket>> ReadSnapshot(
+      std::span<const Statement> statements) override {
+    static const Statement begin = Control("begin isolation level repeatable read read only");
+    static const Statement commit = Control("commit");
+    // One statement is a snapshot by itself.
+    const bool alone = statements.size() <= 1;
+    std::vector<PostgresCommand> commands;
+    if (!alone) commands.push_back({&begin, true});
+    for (const Statement& statement : statements)
+      commands.push_back({&statement, true});
+    if (!alone) commands.push_back({&commit, true});
+    counters_.statements += static_cast<std::int64_t>(statements.size());
+    return PacketsOf(RunReading(commands), alone ? 0 : 1, statements.size());
+  }
+
+  EngineAnswer<std::unique_ptr<Transaction>> Begin() override {
+    auto connection = pool_.Lend();
+    if (!connection) return connection.GetFailure();
+    return std::unique_ptr<Transaction>(new PostgresTransaction(*std::move(connection), counters_));
+  }
+
+  EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
+                                               std::span<const Statement> statements,
+                                               SearchLimits limits) override {
+    const Statement begin = Control("begin isolation level repeatable read read only");
+    const Statement limit =
+        Control("set local statement_timeout = " + std::to_string(limits.milliseconds));
+    const Statement role = Control("set local role " + std::string(kSearchRole));
+    const Statement rollback = Control("rollback");
+    std::vector<PostgresCommand> commands = {
+        {&begin, true },
+        {&guard, true },
+        {&limit, false}
+    };
+    // The role is taken anew before each statement, in case one could put it off.
+    for (const Statement& statement : statements) {
+      commands.push_back({&role, true});
+      commands.push_back({&statement, false});
+    }
+    commands.push_back({&rollback, true});
+    counters_.statements += static_cast<std::int64_t>(statements.size()) + 1;
+
+    const auto allowed = std::chrono::milliseconds(limits.milliseconds) *
+                         static_cast<std::int64_t>(std::max<std::size_t>(statements.size(), 1));
+    auto replies =
+        RunReading(commands, std::chrono::steady_clock::now() + allowed + kOutsideMargin);
+    if (!replies) return replies.GetFailure();
+    std::vector<DataPacket> packets;
+    packets.push_back(std::move((*replies)[1].packet));
+    for (std::size_t i = 0; i < statements.size(); ++i)
+      packets.push_back(std::move((*replies)[4 + 2 * i].packet));
+    return packets;
+  }
+
+  EngineAnswer<Done> RunScript(std::string_view script) override {
+    auto connection = pool_.Lend();
+    if (!connection) return connection.GetFailure();
+    counters_.roundTrips += 3;
+    return (*connection)->RunScript(std::string(script));
+  }
+
+ private:
+  Replies RunReading(std::span<const PostgresCommand> commands,
+                     PostgresConnection::Deadline deadline = std::nullopt) {
+    auto connection = pool_.Lend();
+    if (!connection) return connection.GetFailure();
+    ++counters_.roundTrips;
+    Replies replies = (*connection)->Run(commands, deadline);
+    const bool lost = !replies && replies.GetFailure().kind == EngineErrorKind::LinkDown;
+    if (lost && (*connection)->IsBroken() && connection->Renew()) {
+      ++counters_.roundTrips;
+      replies = (*connection)->Run(commands, deadline);
+    }
+    if (!replies && (*connection)->RollBack()) ++counters_.roundTrips;
+    return replies;
+  }
+
+  Pool pool_;
+};
+
+}  // namespace
+
+EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& options) {
+  auto database = std::make_unique<PostgresDatabase>(options);
+  const Statement hello{"select 1", {}, {{"One", ValueKind::Int32, 0}}};
+  const auto answered = database->ReadSnapshot({&hello, 1});
+  if (!answered) return answered.GetFailure();
+  return std::unique_ptr<Database>(std::move(database));
+}
+
+}  // namespace orvane

@@ -1,0 +1,184 @@
+#include "support/test_databases.h"
+
+#include <libpq-fe.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+#include "server/schema/migrate.h"
+
+namespace orvane {
+namespace {
+
+std::string ServerInfo() {
+  const char* info = std::getenv("ORVANE_TEST_POSTGRES");
+  return info == nullptr ? "" : info;
+}
+
+/// Of this process and never used before.
+std::string NewName() {
+  static std::atomic<int> count{0};
+  return "orvane_test_" + std::to_string(getpid()) + "_" + std::to_string(++count);
+}
+
+template <class T, class F>
+T Must(Answer<T, F> answer, const std::string& what) {
+  if (answer) return *std::move(answer);
+  if constexpr (std::is_same_v<F, Failure>) {
+    throw std::runtime_error(what + ": " + answer.GetFailure().message);
+  } else {
+    throw std::runtime_error(what + ": " + answer.GetFailure().text);
+  }
+}
+
+/// Creating and dropping databases cannot be done inside a transaction, hence not by a Database.
+void Administer(const std::string& sql) {
+  PGconn* connection = PQconnectdb(ServerInfo().c_str());
+  PGresult* result = PQexec(connection, sql.c_str());
+  const bool done = PQresultStatus(result) == PGRES_COMMAND_OK;
+  const std::string error = PQerrorMessage(connection);
+  PQclear(result);
+  PQfinish(connection);
+  if (!done) throw std::runtime_error(sql + ": " + error);
+}
+
+std::unique_ptr<Database> OpenAt(TestEngine engine, const std::string& location) {
+  if (engine == Engine::Sqlite) return Must(OpenSqlite(location), location);
+  return Must(OpenPostgres({location, 8}), location);
+}
+
+void Remove(TestEngine engine, const std::string& name) {
+  if (engine == Engine::Postgres) {
+    Administer("drop database if exists " + name + " with (force)");
+    return;
+  }
+  const std::filesystem::path path = std::filesystem::temp_directory_path() / name;
+  for (const char* suffix : {"", "-wal", "-shm"}) {
+    std::filesystem::remove(path.string() + suffix);
+  }
+}
+
+/// A database that nobody has yet: a path, or a conninfo of the server with another database in it.
+std::string LocationOfName(TestEngine engine, const std::string& name) {
+  if (engine == Engine::Postgres) return ServerInfo() + " dbname=" + name;
+  return (std::filesystem::temp_directory_path() / name).string();
+}
+
+/// Forwards everything, and removes the database behind it in the end.
+class OwnedDatabase final : public Database {
+ public:
+  OwnedDatabase(TestEngine engine, std::string name)
+      : name_(std::move(name)),
+        location_(LocationOfName(engine, name_)),
+        database_(OpenAt(engine, location_)) {}
+  ~OwnedDatabase() override {
+    const TestEngine engine = database_->Kind();
+    database_.reset();
+    Remove(engine, name_);
+  }
+
+  Engine Kind() const override { return database_->Kind(); }
+  EngineAnswer<std::vector<DataPacket>> ReadSnapshot(
+      std::span<const Statement> statements) override {
+    return database_->ReadSnapshot(statements);
+  }
+  EngineAnswer<std::unique_ptr<Transaction>> Begin() override { return database_->Begin(); }
+  EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
+                                               std::span<const Statement> statements,
+                                               SearchLimits limits) override {
+    return database_->Search(guard, statements, limits);
+  }
+  EngineAnswer<Done> RunScript(std::string_view script) override {
+    return database_->RunScript(script);
+  }
+  const EngineCounters& Counters() const override { return database_->Counters(); }
+  const std::string& Location() const { return location_; }
+
+ private:
+  std::string name_;
+  std::string location_;
+  std::unique_ptr<Database> database_;
+};
+
+/// A migrated database that others are copied from, made once per process and removed at its end.
+class Template {
+ public:
+  explicit Template(TestEngine engine) : engine_(engine), name_(NewName()) {
+    if (engine == Engine::Postgres) Administer("create database " + name_ + " template template0");
+    const auto database = OpenAt(engine, LocationOfName(engine, name_));
+    Must(Migrate(*database), "migration");
+  }
+  Template(const Template&) = delete;
+  Template& operator=(const Template&) = delete;
+  ~Template() {
+    try {
+      Remove(engine_, name_);
+    } catch (const std::exception&) {
+      // The server may have been stopped meanwhile; the database goes with it.
+    }
+  }
+
+  void CopyTo(const std::string& name) const {
+    if (engine_ == Engine::Postgres) {
+      Administer("create database " + name + " template " + name_);
+    } else {
+      std::filesystem::copy_file(LocationOfName(engine_, name_), LocationOfName(engine_, name));
+    }
+  }
+
+ private:
+  TestEngine engine_;
+  std::string name_;
+};
+
+const Template& TemplateOf(TestEngine engine) {
+  if (engine == Engine::Sqlite) {
+    static const Template sqlite(Engine::Sqlite);
+    return sqlite;
+  }
+  static const Template postgres(Engine::Postgres);
+  return postgres;
+}
+
+}  // namespace
+
+std::vector<TestEngine> TestEngines() {
+  std::vector<TestEngine> engines = {Engine::Sqlite};
+  if (!ServerInfo().empty()) engines.push_back(Engine::Postgres);
+  return engines;
+}
+
+std::string EngineName(TestEngine engine) {
+  return engine == Engine::Sqlite ? "Sqlite" : "Postgres";
+}
+
+std::string TestEngineName(const testing::TestParamInfo<TestEngine>& info) {
+  return EngineName(info.param);
+}
+
+std::unique_ptr<Database> FreshDatabase(TestEngine engine) {
+  const std::string name = NewName();
+  TemplateOf(engine).CopyTo(name);
+  return std::make_unique<OwnedDatabase>(engine, name);
+}
+
+std::unique_ptr<Database> EmptyDatabase(TestEngine engine) {
+  const std::string name = NewName();
+  if (engine == Engine::Postgres) Administer("create database " + name + " template template0");
+  return std::make_unique<OwnedDatabase>(engine, name);
+}
+
+std::unique_ptr<Database> OpenAgain(Database& database) {
+  return OpenAt(database.Kind(), LocationOf(database));
+}
+
+std::string LocationOf(Database& database) {
+  return dynamic_cast<OwnedDatabase&>(database).Location();
+}
+
+}  // namespace orvane
