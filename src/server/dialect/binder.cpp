@@ -84,6 +84,15 @@ ValueKind OwnKind(const Variant& value) {
   return ValueKind::Double;
 }
 
+std::string Replaced(std::string_view text, std::string_view mark, std::string_view by) {
+  std::string replaced;
+  for (std::size_t at = text.find(mark); at != std::string_view::npos; at = text.find(mark)) {
+    replaced.append(text.substr(0, at)).append(by);
+    text.remove_prefix(at + mark.size());
+  }
+  return replaced.append(text);
+}
+
 class Binder {
  public:
   explicit Binder(const SearchInput& input) : input_(input) {}
@@ -182,7 +191,7 @@ class Binder {
       if (std::any_of(select.tables.begin(), select.tables.end(), same)) {
         return RefuseAll(written.place, "името „" + table.alias + "“ е дадено на две таблици");
       }
-      if (table.table->rows == RowsSeen::Visible) table.predicate = input_.visibility(*table.table);
+      if (table.table->rows == RowsSeen::Visible) table.predicate = PredicateFor(*table.table);
       select.tables.push_back(std::move(table));
       if (!written.on) continue;
       const ConditionPtr on = BindCondition(*written.on);
@@ -190,6 +199,18 @@ class Binder {
       select.tables.back().on = AsFilter(on);
     }
     return true;
+  }
+
+  RowPredicate PredicateFor(const CatalogueTable& table) const {
+    if (table.head.empty()) return input_.visibility(table);
+    static constexpr std::string_view kHead = "documentHead";
+    const CatalogueTable& head = *FindCatalogueTable(table.head);
+    RowPredicate predicate = input_.visibility(head);
+    if (predicate.text.empty()) return predicate;
+    predicate.text = "exists (select 1 from " + std::string(head.stored) + " " +
+                     std::string(kHead) + " where " + Replaced(table.headLink, "{h}", kHead) +
+                     " and (" + Replaced(predicate.text, "{t}", kHead) + "))";
+    return predicate;
   }
 
   bool MayRead(const CatalogueTable& table) {

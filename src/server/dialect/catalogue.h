@@ -48,6 +48,10 @@ struct CatalogueTable {
   /// A session with open on one of these points may read it; empty: every session may.
   std::span<const Point> readers;
   std::span<const CatalogueColumn> columns;
+  /// Part of a document: its rows are seen with the row of the head table `head`, which `headLink`
+  /// joins ({h} the head, {t} this table).
+  std::string_view head = {};
+  std::string_view headLink = {};
 
   /// Null pointer when there is no such column; case does not matter.
   const CatalogueColumn* Find(std::string_view column) const;

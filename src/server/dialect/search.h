@@ -49,7 +49,8 @@ struct SearchInput {
   /// Whether the asker may read a table; asked once per table of the statement. Empty: every table
   /// whose readers are everyone.
   std::function<bool(const CatalogueTable&)> mayRead;
-  /// The asker's predicate for a table with RowsSeen::Visible. Empty: such tables are refused.
+  /// The asker's predicate for a table with RowsSeen::Visible; parts of a document are seen with
+  /// their head, so only heads are asked for. Empty: such tables are refused.
   std::function<RowPredicate(const CatalogueTable&)> visibility;
   /// Values of setting columns under "Table.Column"; one that is not there is Null.
   NamedValues settings;

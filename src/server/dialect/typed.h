@@ -64,6 +64,7 @@ enum class ConditionKind : unsigned char {
   Matches,   ///< text parts[0] matches LIKE pattern parts[1], with \ before what is meant literally
   InList,    ///< parts[0] among the other parts, constants all
   InSelect,
+  Exists,  ///< `select` has a row; it has no items
   IsNull,
   And,
   Or,

@@ -1,0 +1,24 @@
+#pragma once
+
+// How a search's rows are divided into portions: without duplicates, in an order that tells any two
+// rows apart.
+
+#include <vector>
+
+#include "server/dialect/typed.h"
+
+namespace orvane::dialect {
+
+/// Takes out outer joined single-row tables of which nothing is read: their values are known.
+void DropUnusedSettings(TypedSelect& select);
+
+/// Turns DISTINCT into a semi-join where the rows are told apart by a key that is read: tables that
+/// only say which rows are meant become an EXISTS. Then the index of the order serves the portion;
+/// with DISTINCT all rows would be read and sorted first. Other statements keep their DISTINCT.
+void ReplaceDistinct(TypedSelect& select);
+
+/// What was asked for, then the keys of the tables whose rows it leaves open, so that no two rows
+/// are alike. With DISTINCT the columns that are read tell rows apart.
+std::vector<TypedOrder> PortionOrder(const TypedSelect& select);
+
+}  // namespace orvane::dialect

@@ -1,0 +1,507 @@
+#include "server/dialect/renderer.h"
+
+#include <algorithm>
+#include <cassert>
+#include <charconv>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace orvane::dialect {
+namespace {
+
+/// PostgreSQL's type of a kind. SQLite needs none: its columns keep whole numbers, reals and texts.
+std::string_view PostgresType(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::Bool:
+    case ValueKind::Byte:
+    case ValueKind::Int16:
+      return "smallint";
+    case ValueKind::Int32:
+      return "integer";
+    case ValueKind::Code:
+      return "bigint";
+    case ValueKind::Amount:
+      return "numeric(19,4)";
+    case ValueKind::Rate:
+      return "numeric(19,7)";
+    case ValueKind::Double:
+      return "double precision";
+    case ValueKind::Date:
+      return "date";
+    case ValueKind::Stamp:
+      return "timestamptz";
+    case ValueKind::String:
+    case ValueKind::Memo:
+      return "text";
+  }
+  return "text";
+}
+
+/// Parameters are wide, so that a value beyond a column's range compares instead of failing.
+std::string_view PostgresParameterType(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::Bool:
+    case ValueKind::Byte:
+    case ValueKind::Int16:
+    case ValueKind::Int32:
+      return "bigint";
+    case ValueKind::Amount:
+    case ValueKind::Rate:
+      return "numeric";
+    default:
+      return PostgresType(kind);
+  }
+}
+
+class Renderer {
+ public:
+  explicit Renderer(const Rendering& rendering)
+      : rendering_(rendering), postgres_(rendering.engine == Engine::Postgres) {}
+
+  RenderedSearch Run(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+    RenderedSearch search;
+    search.shownColumns = select.items.size();
+    search.rowLimit = rendering_.rowLimit;
+    for (const TypedItem& item : select.items) {
+      search.statement.columns.push_back({item.name, item.value->type, item.value->size});
+    }
+    std::vector<TermPtr> hidden;
+    for (const TypedOrder& one : order) {
+      search.order.push_back({one.value->type, ColumnOf(select, hidden, one.value)});
+    }
+    for (std::size_t i = 0; i < hidden.size(); ++i) {
+      search.statement.columns.push_back({"~" + std::to_string(i + 1), hidden[i]->type, 0});
+      if (hidden[i]->type == ValueKind::String) {
+        search.statement.columns.back().kind = ValueKind::Memo;  // a fold has no size of its own
+      }
+    }
+    select.distinct ? WriteDistinct(select, hidden, order, search)
+                    : WritePlain(select, hidden, order);
+    Add(" LIMIT " + std::to_string(rendering_.rowLimit + 1));
+    search.statement.text = std::move(text_);
+    search.statement.params = std::move(params_);
+    return search;
+  }
+
+ private:
+  /// How a value of the order is written: as a term, or as a column of the distinct rows.
+  struct OrderValue {
+    TermPtr term;
+    std::string column;  ///< empty: write the term
+    bool descending = false;
+  };
+
+  void Add(std::string_view text) { text_ += text; }
+
+  // --- statements
+
+  /// Position of an order's value in the answer; adds it to the hidden columns when it is not
+  /// shown.
+  static std::size_t ColumnOf(const TypedSelect& select, std::vector<TermPtr>& hidden,
+                              const TermPtr& value) {
+    for (std::size_t i = 0; i < select.items.size(); ++i) {
+      if (SameTerm(*select.items[i].value, *value)) return i;
+    }
+    hidden.push_back(value);
+    return select.items.size() + hidden.size() - 1;
+  }
+
+  void WriteColumns(const TypedSelect& select, const std::vector<TermPtr>& hidden) {
+    std::size_t number = 0;
+    const auto write = [&](const Term& term) {
+      Add(number == 0 ? "" : ", ");
+      WriteShown(term);
+      Add(" AS c" + std::to_string(++number));
+    };
+    for (const TypedItem& item : select.items)
+      write(*item.value);
+    for (const TermPtr& term : hidden)
+      write(*term);
+  }
+
+  void WritePlain(const TypedSelect& select, const std::vector<TermPtr>& hidden,
+                  const std::vector<TypedOrder>& order) {
+    std::vector<OrderValue> values;
+    for (const TypedOrder& one : order)
+      values.push_back({one.value, {}, one.descending});
+    Add("SELECT ");
+    WriteColumns(select, hidden);
+    WriteFromWhere(select, values);
+    WriteOrder(values);
+  }
+
+  /// PostgreSQL orders DISTINCT rows by what they show only, so they are ordered from outside.
+  void WriteDistinct(const TypedSelect& select, const std::vector<TermPtr>& hidden,
+                     const std::vector<TypedOrder>& order, const RenderedSearch& search) {
+    std::vector<OrderValue> values;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      values.push_back({order[i].value, "d.c" + std::to_string(search.order[i].column + 1),
+                        order[i].descending});
+    }
+    Add("SELECT ");
+    for (std::size_t i = 0; i < search.statement.columns.size(); ++i) {
+      Add((i == 0 ? "d.c" : ", d.c") + std::to_string(i + 1));
+    }
+    Add(" FROM (SELECT DISTINCT ");
+    WriteColumns(select, hidden);
+    WriteFromWhere(select, {});
+    Add(") d");
+    if (!rendering_.after.empty()) {
+      Add(" WHERE ");
+      WriteAfter(values);
+    }
+    WriteOrder(values);
+  }
+
+  void WriteFromWhere(const TypedSelect& select, const std::vector<OrderValue>& order) {
+    Add(" FROM ");
+    for (const TypedTable& table : select.tables) {
+      if (table.join != JoinKind::First) {
+        Add(table.join == JoinKind::Left ? " LEFT JOIN " : " INNER JOIN ");
+      }
+      Add(table.table->stored);
+      Add(" t" + std::to_string(table.number));
+      if (table.join == JoinKind::First) continue;
+      Add(" ON ");
+      WriteFilters(*table.on, &table, {});
+    }
+    const bool filtered = !Is(select.where, Truth::True) || HasPredicate(select.tables.front()) ||
+                          (!order.empty() && !rendering_.after.empty());
+    if (!filtered) return;
+    Add(" WHERE ");
+    WriteFilters(*select.where, &select.tables.front(), order);
+  }
+
+  static bool HasPredicate(const TypedTable& table) { return !table.predicate.text.empty(); }
+
+  /// The condition, the table's predicate and what comes after the last portion, joined by AND.
+  void WriteFilters(const Condition& condition, const TypedTable* table,
+                    const std::vector<OrderValue>& order) {
+    bool first = true;
+    const auto next = [&] {
+      Add(first ? "" : " AND ");
+      first = false;
+    };
+    const bool trivial =
+        condition.kind == ConditionKind::Constant && condition.truth == Truth::True;
+    if (!trivial) {
+      next();
+      Write(condition);
+    }
+    if (HasPredicate(*table)) {
+      next();
+      WritePredicate(*table);
+    }
+    if (!order.empty() && !rendering_.after.empty()) {
+      next();
+      WriteAfter(order);
+    }
+    if (first) Add("1 = 1");
+  }
+
+  void WritePredicate(const TypedTable& table) {
+    const std::size_t before = params_.size();
+    params_.insert(params_.end(), table.predicate.params.begin(), table.predicate.params.end());
+    Add("(");
+    std::string_view text = table.predicate.text;
+    while (!text.empty()) {
+      const std::size_t mark = text.find_first_of("{?");
+      Add(text.substr(0, mark));
+      if (mark == std::string_view::npos) break;
+      text.remove_prefix(mark);
+      if (text.starts_with("{t}")) {
+        Add("t" + std::to_string(table.number));
+        text.remove_prefix(3);
+        continue;
+      }
+      std::size_t number = 0;
+      const auto [end, error] = std::from_chars(text.data() + 1, text.data() + text.size(), number);
+      assert(text.front() == '?' && error == std::errc() && number >= 1 &&
+             number <= table.predicate.params.size());
+      Add("?" + std::to_string(before + number));
+      text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    }
+    Add(")");
+  }
+
+  // --- order and continuation
+
+  void WriteValue(const OrderValue& value) {
+    if (value.column.empty()) {
+      Write(*value.term);
+    } else {
+      Add(value.column);
+    }
+  }
+
+  /// Texts are ordered byte by byte on both engines.
+  void WriteOrdered(const OrderValue& value) {
+    WriteValue(value);
+    if (postgres_ && IsText(*value.term)) Add(" COLLATE \"C\"");
+  }
+
+  void WriteOrder(const std::vector<OrderValue>& order) {
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      Add(i == 0 ? " ORDER BY " : ", ");
+      WriteOrdered(order[i]);
+      if (order[i].descending) Add(" DESC");
+      // Nulls are lowest, as SQLite has them.
+      if (postgres_ && order[i].term->mayBeNull) {
+        Add(order[i].descending ? " NULLS LAST" : " NULLS FIRST");
+      }
+    }
+  }
+
+  void WriteAfter(const std::vector<OrderValue>& order) {
+    const VariantArray& after = rendering_.after;
+    const bool descending = order.front().descending;
+    bool oneRange = true;
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      oneRange = oneRange && order[i].descending == descending && !after[i].IsNull() &&
+                 !(descending && order[i].term->mayBeNull);
+    }
+    if (!oneRange) return WriteAfterFrom(order, 0);
+    Add("(");
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      Add(i == 0 ? "" : ", ");
+      WriteOrdered(order[i]);
+    }
+    Add(descending ? ") < (" : ") > (");
+    for (std::size_t i = 0; i < order.size(); ++i) {
+      Add(i == 0 ? "" : ", ");
+      WriteParameter(after[i], order[i].term->type);
+    }
+    Add(")");
+  }
+
+  /// Rows behind the last one by the order's values from number `i` on.
+  void WriteAfterFrom(const std::vector<OrderValue>& order, std::size_t i) {
+    const OrderValue& value = order[i];
+    const bool last = i + 1 == order.size();
+    const bool isNull = rendering_.after[i].IsNull();
+    Add("(");
+    if (isNull && value.descending) {
+      Add("1 = 0");
+    } else if (isNull) {
+      WriteValue(value);
+      Add(" IS NOT NULL");
+    } else {
+      WriteOrdered(value);
+      Add(value.descending ? " < " : " > ");
+      WriteParameter(rendering_.after[i], value.term->type);
+      if (value.descending && value.term->mayBeNull) {
+        Add(" OR ");
+        WriteValue(value);
+        Add(" IS NULL");
+      }
+    }
+    if (!last) {
+      Add(" OR (");
+      WriteValue(value);
+      Add(isNull ? " IS NULL" : " = ");
+      if (!isNull) WriteParameter(rendering_.after[i], value.term->type);
+      Add(" AND ");
+      WriteAfterFrom(order, i + 1);
+      Add(")");
+    }
+    Add(")");
+  }
+
+  // --- terms
+
+  void WriteParameter(const Variant& value, ValueKind kind) {
+    params_.push_back(value);
+    const std::string mark = "?" + std::to_string(params_.size());
+    if (postgres_) {
+      Add("CAST(" + mark + " AS " + std::string(PostgresParameterType(kind)) + ")");
+    } else {
+      Add(mark);
+    }
+  }
+
+  /// A column of the answer: of exactly the kind that the packet's column has.
+  void WriteShown(const Term& term) {
+    const bool exact = term.kind == TermKind::Column && term.column->expression.empty() &&
+                       term.type == term.column->kind;
+    if (!postgres_ || exact) return Write(term);
+    Add("CAST(");
+    Write(term);
+    Add(" AS " + std::string(PostgresType(term.type)) + ")");
+  }
+
+  void Write(const Term& term) {
+    switch (term.kind) {
+      case TermKind::Constant:
+        return WriteConstant(term);
+      case TermKind::Column:
+        return WriteColumn(term);
+      case TermKind::Case:
+        return WriteCase(term);
+      case TermKind::FirstNotNull:
+        return WriteCall("coalesce(", term.parts);
+      case TermKind::Cut:
+        Add("substr(");
+        Write(*term.parts[0]);
+        return Add(", 1, " + std::to_string(term.size) + ")");
+      case TermKind::NumberText:
+        Add("substr(CAST(");
+        Write(*term.parts[0]);
+        return Add(" AS text), 1, " + std::to_string(term.size) + ")");
+      case TermKind::Add:
+      case TermKind::Subtract:
+        return WriteSum(term);
+      case TermKind::Max:
+        return WriteCall("max(", term.parts);
+      case TermKind::Scalar:
+        return WriteSubselect(*term.select);
+    }
+  }
+
+  void WriteConstant(const Term& term) {
+    if (!term.value.IsNull()) return WriteParameter(term.value, term.type);
+    if (!postgres_) return Add("NULL");
+    Add("CAST(NULL AS " + std::string(PostgresType(term.type)) + ")");
+  }
+
+  void WriteColumn(const Term& term) {
+    const std::string alias = "t" + std::to_string(term.table);
+    if (term.column->expression.empty()) {
+      Add(alias + (term.folded ? ".Fold" : "."));
+      return Add(term.column->name);
+    }
+    Add("(");
+    std::string_view text = term.column->expression;
+    while (!text.empty()) {
+      const std::size_t mark = text.find('{');
+      Add(text.substr(0, mark));
+      if (mark == std::string_view::npos) break;
+      text.remove_prefix(mark);
+      if (text.starts_with("{t}")) {
+        Add(alias);
+      } else {
+        assert(text.starts_with("{today}"));
+        WriteParameter(rendering_.today, ValueKind::Date);
+      }
+      text.remove_prefix(text.find('}') + 1);
+    }
+    Add(")");
+  }
+
+  void WriteCase(const Term& term) {
+    Add("CASE");
+    for (std::size_t i = 0; i < term.conditions.size(); ++i) {
+      Add(" WHEN ");
+      Write(*term.conditions[i]);
+      Add(" THEN ");
+      Write(*term.parts[i]);
+    }
+    Add(" ELSE ");
+    Write(*term.parts.back());
+    Add(" END");
+  }
+
+  void WriteCall(std::string_view opening, const std::vector<TermPtr>& parts) {
+    Add(opening);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      Add(i == 0 ? "" : ", ");
+      Write(*parts[i]);
+    }
+    Add(")");
+  }
+
+  /// Quantities are added and compared at six decimals; whole numbers of any size as the widest.
+  void WriteSum(const Term& term) {
+    const bool quantity = term.type == ValueKind::Double;
+    if (quantity) Add(postgres_ ? "CAST(round(CAST(" : "round(");
+    if (!quantity) Add("(");
+    const bool widen = postgres_ && term.type == ValueKind::Code;
+    if (widen) Add("CAST(");
+    Write(*term.parts[0]);
+    if (widen) Add(" AS bigint)");
+    Add(term.kind == TermKind::Add ? " + " : " - ");
+    Write(*term.parts[1]);
+    if (!quantity) return Add(")");
+    Add(postgres_ ? " AS numeric), 6) AS double precision)" : ", 6)");
+  }
+
+  void WriteSubselect(const TypedSelect& select) {
+    Add("(SELECT ");
+    if (select.items.empty()) Add("1");
+    if (!select.items.empty()) Write(*select.items.front().value);
+    WriteFromWhere(select, {});
+    Add(")");
+  }
+
+  // --- conditions
+
+  void Write(const Condition& condition) {
+    switch (condition.kind) {
+      case ConditionKind::Constant:
+        if (condition.truth == Truth::Unknown) return Add("NULL = 1");
+        return Add(condition.truth == Truth::True ? "1 = 1" : "1 = 0");
+      case ConditionKind::Compare:
+        return WriteCompare(condition);
+      case ConditionKind::Contains:
+        WriteCall(postgres_ ? "strpos(" : "instr(", condition.parts);
+        return Add(" > 0");
+      case ConditionKind::Matches:
+        Write(*condition.parts[0]);
+        Add(" LIKE ");
+        Write(*condition.parts[1]);
+        return Add(" ESCAPE '\\'");
+      case ConditionKind::InList:
+        Write(*condition.parts[0]);
+        return WriteCall(" IN (", {condition.parts.begin() + 1, condition.parts.end()});
+      case ConditionKind::InSelect:
+        Write(*condition.parts[0]);
+        Add(" IN ");
+        return WriteSubselect(*condition.select);
+      case ConditionKind::Exists:
+        Add("EXISTS ");
+        return WriteSubselect(*condition.select);
+      case ConditionKind::IsNull:
+        Write(*condition.parts[0]);
+        return Add(" IS NULL");
+      case ConditionKind::And:
+        return WriteJoined(condition, " AND ");
+      case ConditionKind::Or:
+        return WriteJoined(condition, " OR ");
+      case ConditionKind::Not:
+        Add("NOT (");
+        Write(*condition.conditions.front());
+        return Add(")");
+    }
+  }
+
+  void WriteCompare(const Condition& condition) {
+    Write(*condition.parts[0]);
+    const bool ordered = condition.sign != "=" && condition.sign != "<>";
+    if (postgres_ && ordered && IsText(*condition.parts[0])) Add(" COLLATE \"C\"");
+    Add(" " + condition.sign + " ");
+    Write(*condition.parts[1]);
+  }
+
+  void WriteJoined(const Condition& condition, std::string_view word) {
+    Add("(");
+    for (std::size_t i = 0; i < condition.conditions.size(); ++i) {
+      Add(i == 0 ? "" : word);
+      Write(*condition.conditions[i]);
+    }
+    Add(")");
+  }
+
+  const Rendering& rendering_;
+  bool postgres_;
+  std::string text_;
+  VariantArray params_;
+};
+
+}  // namespace
+
+RenderedSearch Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
+                      const Rendering& rendering) {
+  return Renderer(rendering).Run(select, order);
+}
+
+}  // namespace orvane::dialect
