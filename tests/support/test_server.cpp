@@ -36,7 +36,8 @@ TestServer::TestServer(Engine engine)
 }
 
 TestServer::TestServer(TestServer& first)
-    : database_(first.database_),
+    : owned_(OpenAgain(*first.database_)),
+      database_(owned_.get()),
       clock_(first.clock_),
       admin_(*database_, *clock_, PasswordCost::Lowest()),
       server_(std::make_unique<OrvaneServer>(*database_, *clock_, QuickOptions())) {}
@@ -76,12 +77,11 @@ void TestServer::UseTwoLanguages() {
 }
 
 void TestServer::SetParam(std::int32_t group, std::int32_t number, const std::string& value) {
-  Execute({
-      "insert into Params (ParamGroup, Number, Value) values (?1, ?2, ?3) on conflict "
-      "(ParamGroup, Number) do update set Value = excluded.Value",
-      {group,  number, value},
-      {     }
-  });
+  Execute(
+      {"insert into Params (ParamGroup, Number, Value) values (?1, ?2, ?3) on conflict "
+       "(ParamGroup, Number) do update set Value = excluded.Value",
+       {group, number, value},
+       {}});
 }
 
 void TestServer::Execute(const Statement& statement) {

@@ -36,7 +36,8 @@ struct TestSession {
 class TestServer {
  public:
   explicit TestServer(Engine engine);
-  /// A further server over the database of another: what the first knows, this one has to find out.
+  /// A further server over the database of another, which outlives it: what the first knows, this
+  /// one has to find out.
   explicit TestServer(TestServer& first);
 
   IApplicationServer* operator->() { return server_.get(); }
