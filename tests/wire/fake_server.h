@@ -1,8 +1,6 @@
 #pragma once
 
-#include <atomic>
 #include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -18,27 +16,27 @@ class FakeServer final : public IApplicationServer {
  public:
   Answer<Greeting> Greet() override { return Answered(greeting); }
   Answer<SessionInfo> LogIn(const LoginRequest& request) override {
-    loginSeen = request;
+    Keep(loginSeen, request);
     return Answered(session);
   }
   Answer<Done> LogOut(const Caller& caller) override {
-    callerSeen = caller;
+    Keep(callerSeen, caller);
     return Answered(Done{});
   }
   Answer<std::vector<DataPacket>> Fetch(const Caller& caller,
                                         const std::vector<FetchRequest>& requests) override {
-    callerSeen = caller;
-    fetchSeen = requests;
+    Keep(callerSeen, caller);
+    Keep(fetchSeen, requests);
     return Answered(packets);
   }
   Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override {
-    callerSeen = caller;
-    applySeen = request;
+    Keep(callerSeen, caller);
+    Keep(applySeen, request);
     return Answered(applyAnswer);
   }
   Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override {
-    callerSeen = caller;
-    callSeen = call;
+    Keep(callerSeen, caller);
+    Keep(callSeen, call);
     return Answered(results);
   }
 
@@ -78,6 +76,12 @@ class FakeServer final : public IApplicationServer {
 
  private:
   template <class T>
+  void Keep(T& kept, const T& seen) {
+    const std::lock_guard lock(mutex_);
+    kept = seen;
+  }
+
+  template <class T>
   Answer<T> Answered(const T& value) {
     std::unique_lock lock(mutex_);
     ++calls_;
@@ -116,9 +120,7 @@ inline VariantArray EveryValue() {
   values.push_back("");
   values.push_back(std::string("нула \0 байт", 19));
   values.push_back(SamplePacket());
-  values.push_back(VariantArray{
-      1, VariantArray{VariantArray{}, "вътре"}
-  });
+  values.push_back(VariantArray{1, VariantArray{VariantArray{}, "вътре"}});
   return values;
 }
 
