@@ -166,11 +166,8 @@ void TLookupTable::FetchMore() {
 
 FetchRequest TLookupTable::KeysRequest(const std::vector<Variant>& keys) const {
   const Variant sought = keys.size() == 1 ? keys.front() : Variant(VariantArray(keys));
-  return Request(
-      {
-          {ColumnOf(keyField_), SearchMatch::Equals, sought}
-  },
-      keyField_, static_cast<std::int32_t>(keys.size()));
+  return Request({{ColumnOf(keyField_), SearchMatch::Equals, sought}}, keyField_,
+                 static_cast<std::int32_t>(keys.size()));
 }
 
 void TLookupTable::TakeKeys(const std::vector<Variant>& keys, const DataPacket& packet) {
@@ -257,15 +254,11 @@ std::vector<std::size_t> TLookupTable::NarrowOnServer(const TField& field, Searc
     if (!number) return {};  // no number begins so
     value = *number;
   }
-  const std::string column = ColumnOf(field.Name());
+  const SearchCondition condition{ColumnOf(field.Name()), match, value,
+                                  RowOf(field.Def().kind).highest};
+  const FetchRequest request = Request({condition}, field.Name(), static_cast<std::int32_t>(limit));
   ConnectionScope scope(dataSet_.Connection());
-  const DataPacket packet = std::move(
-      scope
-          .Fetch({
-              Request({{column, match, value}},
-              field.Name(), static_cast<std::int32_t>(limit))
-  })
-          .front());
+  const DataPacket packet = std::move(scope.Fetch({request}).front());
   AddFound(packet);
   more = !packet.continuation.empty();
   std::vector<std::size_t> found;

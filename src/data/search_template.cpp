@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
 #include <optional>
 
 namespace orvane {
@@ -45,7 +44,7 @@ class ConditionWriter {
     }
     const bool isNumber = std::holds_alternative<std::int64_t>(condition.value.Raw());
     if (isNumber && condition.match == SearchMatch::Begins) {
-      return WriteFirstDigits(condition.field, *condition.value.AsInt());
+      return WriteFirstDigits(condition, *condition.value.AsInt());
     }
     return WriteEquals(condition.field, condition.value);
   }
@@ -71,17 +70,18 @@ class ConditionWriter {
   }
 
   /// 20 means 20, 200 to 209, 2000 to 2099 and so on: ranges, which an index answers.
-  std::string WriteFirstDigits(const std::string& field, std::int64_t digits) {
+  std::string WriteFirstDigits(const SearchCondition& condition, std::int64_t digits) {
+    const std::string& field = condition.field;
+    const std::int64_t highest = condition.highest;
     if (digits <= 0) return WriteEquals(field, digits);
-    constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
     std::string ranges = field + " = " + Param(digits);
     std::int64_t width = 1;
-    for (std::int64_t low = digits; low <= kHighest / 10;) {
+    for (std::int64_t low = digits; low <= highest / 10;) {
       low *= 10;
       width *= 10;
-      const std::int64_t high = low > kHighest - (width - 1) ? kHighest : low + (width - 1);
       ranges += " OR " + field + " >= " + Param(low);
-      ranges += " AND " + field + " <= " + Param(high);
+      const bool beyond = low > highest - (width - 1);
+      ranges += " AND " + field + " <= " + Param(beyond ? highest : low + (width - 1));
     }
     return "(" + ranges + ")";
   }

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "packet/value_kind.h"
 #include "packet/variant.h"
 
 namespace orvane {
@@ -37,6 +38,7 @@ struct SearchCondition {
   std::string field;
   SearchMatch match = SearchMatch::Equals;
   Variant value;
+  std::int64_t highest = kHighest64;  ///< number that the column can hold
 };
 
 struct ComposedSearch {

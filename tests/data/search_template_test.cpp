@@ -32,63 +32,96 @@ TEST(SearchTemplate, TakesConditionsAsParameters) {
   using enum SearchMatch;
   const ComposeRow kRows[] = {
       {"none",
-       kUsers,    {},
+       kUsers,
        {},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\n\n",                               ""                                           },
+       {},
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\n\n",
+       ""},
       {"begins",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"UserName", Begins, "Ив"}},
-       "UserName", true,
+       "UserName",
+       true,
        "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE UserName LIKE :Cond1\n"
-       "ORDER BY UserName DESC",                                                                    "Cond1=Ив%;"                               },
+       "ORDER BY UserName DESC",
+       "Cond1=Ив%;"},
       {"wildcards",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"UserName", Contains, "5%_[а]"}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE UserName LIKE :Cond1\n",     "Cond1=%5[%][_][[]а]%;"                     },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE UserName LIKE :Cond1\n",
+       "Cond1=%5[%][_][[]а]%;"},
       {"quotes stay values",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"ShortName", Equals, "'; --"}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE ShortName = :Cond1\n",       "Cond1='; --;"                               },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE ShortName = :Cond1\n",
+       "Cond1='; --;"},
       {"two, and",
-       kPartners, {{"Kind", 1}},
+       kPartners,
+       {{"Kind", 1}},
        {{"Name", Begins, "А"}, {"Partner", Equals, std::int64_t{1234567890123456789}}},
-       "Name",     false,
+       "Name",
+       false,
        "SELECT Partner FROM Partners WITH(NOLOCK)\nWHERE PartnerTypeSupplier = :Kind\n"
-       "AND Name LIKE :Cond1 AND Partner = :Cond2\nORDER BY Name",                                  "Kind=1;Cond1=А%;Cond2=1234567890123456789;"},
+       "AND Name LIKE :Cond1 AND Partner = :Cond2\nORDER BY Name",
+       "Kind=1;Cond1=А%;Cond2=1234567890123456789;"},
       {"names in use are left",
-       kPartners, {{"cond1", 1}},
+       kPartners,
+       {{"cond1", 1}},
        {{"Partner", Equals, 5}},
-       "",         false,
+       "",
+       false,
        "SELECT Partner FROM Partners WITH(NOLOCK)\nWHERE PartnerTypeSupplier = :Kind\n"
-       "AND Partner = :Cond2\n",                                                                    "cond1=1;Cond2=5;"                           },
+       "AND Partner = :Cond2\n",
+       "cond1=1;Cond2=5;"},
       {"any of",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"Code", Equals, VariantArray{7, 9}}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code IN (:Cond1, :Cond2)\n", "Cond1=7;Cond2=9;"                           },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code IN (:Cond1, :Cond2)\n",
+       "Cond1=7;Cond2=9;"},
       {"none of",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"Code", Equals, VariantArray{}}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE 1 = 0\n",                    ""                                           },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE 1 = 0\n",
+       ""},
       {"null",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"Code", Equals, Variant()}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code IS NULL\n",             ""                                           },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code IS NULL\n",
+       ""},
       {"an empty text is no condition",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"UserName", Begins, ""}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\n\n",                               ""                                           },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\n\n",
+       ""},
       {"number contains",
-       kUsers,    {},
+       kUsers,
+       {},
        {{"Code", Contains, 5}},
-       "",         false,
-       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code = :Cond1\n",            "Cond1=5;"                                   },
+       "",
+       false,
+       "select ShortName,UserName \nfrom WSysUsers WITH(NOLOCK)\nWHERE Code = :Cond1\n",
+       "Cond1=5;"},
   };
   for (const ComposeRow& row : kRows) {
     const ComposedSearch search =
@@ -100,21 +133,13 @@ TEST(SearchTemplate, TakesConditionsAsParameters) {
 
 TEST(SearchTemplate, FirstDigitsOfANumberAreRanges) {
   const ComposedSearch search = ComposeSearch(
-      {
-          "{$W}"
-  },
-      {}, {{"N", SearchMatch::Begins, std::int64_t{92233720368547758}}}, "");
+      {"{$W}"}, {}, {{"N", SearchMatch::Begins, std::int64_t{92233720368547758}}}, "");
   EXPECT_EQ(search.sql,
             "WHERE (N = :Cond1 OR N >= :Cond2 AND N <= :Cond3 OR N >= :Cond4 AND N <= :Cond5)");
   EXPECT_EQ(TextOf(search.params),
             "Cond1=92233720368547758;Cond2=922337203685477580;Cond3=922337203685477589;"
             "Cond4=9223372036854775800;Cond5=9223372036854775807;");
-  EXPECT_EQ(ComposeSearch(
-                {
-                    "{$W}"
-  },
-                {}, {{"N", SearchMatch::Begins, 0}}, "")
-                .sql,
+  EXPECT_EQ(ComposeSearch({"{$W}"}, {}, {{"N", SearchMatch::Begins, 0}}, "").sql,
             "WHERE N = :Cond1");
 }
 
@@ -124,10 +149,10 @@ TEST(SearchTemplate, FieldsAreOfferedByLanguage) {
     bool oneLanguage, first, second;
   };
   constexpr Row kRows[] = {
-      {Visibility::fvAlways,     true,  true,  true },
-      {Visibility::fvFirstLang,  true,  true,  false},
-      {Visibility::fvSecondLang, false, false, true },
-      {Visibility::fvHidden,     false, false, false},
+      {Visibility::fvAlways, true, true, true},
+      {Visibility::fvFirstLang, true, true, false},
+      {Visibility::fvSecondLang, false, false, true},
+      {Visibility::fvHidden, false, false, false},
   };
   for (const Row& row : kRows) {
     SearchField field;
