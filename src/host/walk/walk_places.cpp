@@ -9,19 +9,23 @@
 namespace orvane {
 namespace {
 
-std::optional<int> IndexIn(const Control& control, std::string_view name) {
+std::optional<FieldPlace> PlaceIn(Control& control, std::string_view name) {
   if (const auto* grid = dynamic_cast<const TVosDBGrid*>(&control)) {
     for (std::size_t i = 0; i < grid->columns.size(); ++i) {
-      if (SameName(grid->columns[i].field, name)) return static_cast<int>(i);
+      if (!SameName(grid->columns[i].field, name)) continue;
+      return FieldPlace{&control, static_cast<int>(grid->DataSet().RecNo()), static_cast<int>(i)};
     }
   }
   if (const auto* inspector = dynamic_cast<const TVosDataInspector*>(&control)) {
     for (std::size_t i = 0; i < inspector->items.size(); ++i) {
       const InspectorItem& item = inspector->items[i];
-      if (item.visible && SameName(item.field, name)) return static_cast<int>(i);
+      if (!item.visible || !SameName(item.field, name)) continue;
+      return FieldPlace{&control, static_cast<int>(i), 0};
     }
   }
-  if (control.Kind() == ControlKind::KeyEdit && SameName(control.Name(), name)) return 0;
+  if (control.Kind() == ControlKind::KeyEdit && SameName(control.Name(), name)) {
+    return FieldPlace{&control, 0, 0};
+  }
   return std::nullopt;
 }
 
@@ -49,12 +53,11 @@ std::optional<std::string> TextIn(const Control& control, std::string_view name)
 
 /// The focused control first, then the others in order.
 template <class Found>
-auto FirstOf(const TVosBaseForm& form, Found found)
-    -> decltype(found(std::declval<const Control&>())) {
+auto FirstOf(const TVosBaseForm& form, Found found) -> decltype(found(std::declval<Control&>())) {
   if (form.ActiveControl() != nullptr) {
     if (auto here = found(*form.ActiveControl())) return here;
   }
-  for (const Control* control : form.Controls()) {
+  for (Control* control : form.Controls()) {
     if (auto there = found(*control)) return there;
   }
   return {};
@@ -63,13 +66,9 @@ auto FirstOf(const TVosBaseForm& form, Found found)
 }  // namespace
 
 std::optional<FieldPlace> FindPlace(const TVosBaseForm& form, std::string_view name) {
-  const auto in = [&](const Control& control) -> std::optional<FieldPlace> {
-    if (!control.visible) return std::nullopt;
-    const std::optional<int> index = IndexIn(control, name);
-    if (!index) return std::nullopt;
-    return FieldPlace{form.FindControl(control.Name()), *index};
-  };
-  return FirstOf(form, in);
+  return FirstOf(form, [&](Control& control) -> std::optional<FieldPlace> {
+    return control.visible ? PlaceIn(control, name) : std::nullopt;
+  });
 }
 
 std::optional<std::string> ReadValue(const TVosBaseForm& form, std::string_view name) {
@@ -83,11 +82,6 @@ TVosDBGrid* FindGrid(const TVosBaseForm& form, std::string_view name) {
     if (auto* grid = dynamic_cast<TVosDBGrid*>(control)) return grid;
   }
   return nullptr;
-}
-
-int CurrentRowOf(const Control& control) {
-  const auto* grid = dynamic_cast<const TVosDBGrid*>(&control);
-  return grid == nullptr ? 0 : static_cast<int>(grid->DataSet().RecNo());
 }
 
 }  // namespace orvane

@@ -12,10 +12,11 @@ class Control;
 class TVosBaseForm;
 class TVosDBGrid;
 
-/// Where a field can be typed into: a control and the column or item in it (0 for key edits).
+/// Where a field can be typed into: a control and what is pointed at in it, as in Pointed.
 struct FieldPlace {
   Control* control = nullptr;
-  int index = 0;
+  int row = 0;     ///< the grid's current record, or the inspector's item
+  int column = 0;  ///< of a grid
 };
 
 /// The place of a field or key edit of that name: first in the focused control, then on the form.
@@ -28,8 +29,5 @@ std::optional<std::string> ReadValue(const TVosBaseForm& form, std::string_view 
 
 /// The grid of that name, or the focused one for an empty name; null when there is none.
 TVosDBGrid* FindGrid(const TVosBaseForm& form, std::string_view name);
-
-/// Row of the control that is current: the grid's record, 0 otherwise.
-int CurrentRowOf(const Control& control);
 
 }  // namespace orvane

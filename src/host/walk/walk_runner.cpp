@@ -68,22 +68,14 @@ struct WalkRunner::Verb {
 };
 
 const WalkRunner::Verb WalkRunner::kVerbs[] = {
-    {"clock",    &WalkRunner::DoClock   },
-    {"user",     &WalkRunner::DoUser    },
-    {"as",       &WalkRunner::DoUser    },
-    {"open",     &WalkRunner::DoOpen    },
-    {"press",    &WalkRunner::DoPress   },
-    {"type",     &WalkRunner::DoType    },
-    {"row",      &WalkRunner::DoRow     },
-    {"focus",    &WalkRunner::DoFocus   },
-    {"choose",   &WalkRunner::DoChoose  },
-    {"answer",   &WalkRunner::DoAnswer  },
-    {"expect",   &WalkRunner::DoExpect  },
-    {"server",   &WalkRunner::DoServer  },
-    {"link",     &WalkRunner::DoLink    },
-    {"remember", &WalkRunner::DoRemember},
-    {"picture",  &WalkRunner::DoPicture },
-    {"close",    &WalkRunner::DoClose   },
+    {"clock", &WalkRunner::DoClock},       {"user", &WalkRunner::DoUser},
+    {"as", &WalkRunner::DoUser},           {"open", &WalkRunner::DoOpen},
+    {"press", &WalkRunner::DoPress},       {"type", &WalkRunner::DoType},
+    {"row", &WalkRunner::DoRow},           {"focus", &WalkRunner::DoFocus},
+    {"choose", &WalkRunner::DoChoose},     {"answer", &WalkRunner::DoAnswer},
+    {"expect", &WalkRunner::DoExpect},     {"server", &WalkRunner::DoServer},
+    {"link", &WalkRunner::DoLink},         {"remember", &WalkRunner::DoRemember},
+    {"picture", &WalkRunner::DoPicture},   {"close", &WalkRunner::DoClose},
     {"language", &WalkRunner::DoLanguage},
 };
 
@@ -93,14 +85,10 @@ struct WalkRunner::Expectation {
 };
 
 const WalkRunner::Expectation WalkRunner::kExpectations[] = {
-    {"dialog",  &WalkRunner::ExpectDialog },
-    {"action",  &WalkRunner::ExpectAction },
-    {"rows",    &WalkRunner::ExpectRows   },
-    {"focus",   &WalkRunner::ExpectFocus  },
-    {"calls",   &WalkRunner::ExpectCalls  },
-    {"form",    &WalkRunner::ExpectForm   },
-    {"report",  &WalkRunner::ExpectReport },
-    {"state",   &WalkRunner::ExpectState  },
+    {"dialog", &WalkRunner::ExpectDialog},   {"action", &WalkRunner::ExpectAction},
+    {"rows", &WalkRunner::ExpectRows},       {"focus", &WalkRunner::ExpectFocus},
+    {"calls", &WalkRunner::ExpectCalls},     {"form", &WalkRunner::ExpectForm},
+    {"report", &WalkRunner::ExpectReport},   {"state", &WalkRunner::ExpectState},
     {"columns", &WalkRunner::ExpectColumns},
 };
 
@@ -237,7 +225,7 @@ void WalkRunner::DoType(const Words& words) {
   const std::string& text = WordAt(words, 2);
   const std::optional<FieldPlace> place = FindPlace(form, name);
   if (!place) Problem("на екрана няма поле " + name);
-  driver_.PointAt(form, *place->control, CurrentRowOf(*place->control), place->index);
+  driver_.PointAt(form, *place->control, place->row, place->column);
   if (form.ActiveControl() != place->control) Problem("полето " + name + " не прие фокуса");
   if (text.empty()) {
     driver_.Press(form, KeyCode::Delete);
@@ -275,7 +263,7 @@ void WalkRunner::DoFocus(const Words& words) {
   }
   const std::optional<FieldPlace> place = FindPlace(form, name);
   if (!place) Problem("на екрана няма " + name);
-  driver_.PointAt(form, *place->control, CurrentRowOf(*place->control), place->index);
+  driver_.PointAt(form, *place->control, place->row, place->column);
 }
 
 void WalkRunner::DoChoose(const Words& words) {

@@ -1,5 +1,7 @@
 #include "modules/purchases/frame/screens.h"
 
+#include <algorithm>
+
 #include "contract/points.h"
 #include "data/abort.h"
 #include "host/application.h"
@@ -46,6 +48,13 @@ constexpr ScreenEntry kScreens[] = {
     {"TfEvalCommitteeSupp",    nullptr                  },
 };
 
+/// Siblings are linked into the program: bringing one in gives it the next handle.
+std::int64_t BringIn(const VosApplication& app) {
+  std::int64_t highest = 0;
+  for (const ModuleEntry& entry : app.modules) highest = std::max(highest, entry.libraryHandle);
+  return highest + 1;
+}
+
 }  // namespace
 
 void RegisterOrvaneModule(VosApplication& app) {
@@ -62,6 +71,7 @@ void RegisterOrvaneModule(VosApplication& app) {
       {std::string(kSuppliesModule), "supplies", 0},
       {std::string(kInvoicesModule), "invoices", 0}
   };
+  app.LoadPackage = [&app](const ModuleEntry&) { return BringIn(app); };
   app.TakeRights();
 }
 

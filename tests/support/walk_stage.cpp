@@ -1,0 +1,79 @@
+#include "support/walk_stage.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "host/walk/scripted_toolkit.h"
+#include "modules/purchases/frame/screens.h"
+#include "modules/purchases/frame/tf_orvane_main.h"
+#include "server/demo/demo_company.h"
+#include "server/demo/demo_users.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kEighthOfMarch2026 = 20520;  // days since 1970; walks set their own clock
+constexpr std::int64_t kMicrosPerDay = 86'400'000'000;
+
+template <class T>
+T Must(Answer<T> answer) {
+  if (!answer) ADD_FAILURE() << answer.GetFailure().message;
+  return *std::move(answer);
+}
+
+std::unique_ptr<TVosBaseForm> StartModules(VosApplication& app) {
+  RegisterOrvaneModule(app);
+  return StartOrvaneModule(app);
+}
+
+}  // namespace
+
+WalkStage::WalkStage(TestEngine engine, WalkWay way)
+    : database_(FreshDatabase(engine)), clock_({kEighthOfMarch2026 * kMicrosPerDay}) {
+  Must(MakeDemoCompany(*database_, clock_, {.seed = 1, .passwordCost = PasswordCost::Lowest()}));
+  ServerOptions options;
+  options.sessions.passwordCost = PasswordCost::Lowest();
+  server_ = std::make_unique<OrvaneServer>(*database_, clock_, options);
+  if (way == WalkWay::InProcess) {
+    door_ = std::make_unique<FaultyDoor>(*server_);
+    return;
+  }
+  running_ = Must(StartServing(*server_, {.address = "127.0.0.1", .port = 0}));
+  remote_ = Must(
+      RemoteServer::Open({.address = "127.0.0.1:" + std::to_string(running_->Port())}));
+  door_ = std::make_unique<FaultyDoor>(*remote_);
+}
+
+WalkWorld WalkStage::World() {
+  return {door_.get(), &clock_, TimeZone{}, &DemonstrationPassword, &StartModules};
+}
+
+std::string DemonstrationPassword(std::string_view login) {
+  for (const DemonstrationUser& user : DemonstrationUsers()) {
+    if (user.login == login) return user.password;
+  }
+  return {};
+}
+
+std::string ReadWalkFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) ADD_FAILURE() << "cannot read " << path;
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+std::string RunScriptedWalk(const std::string& name, std::string_view text, WalkStage& stage) {
+  const Answer<std::vector<WalkStep>> steps = ParseWalk(text);
+  if (!steps) return steps.GetFailure().message;
+  ScriptedToolkit toolkit;
+  WalkRunner runner(name, *steps, toolkit, stage.World());
+  toolkit.Attach(&runner);
+  runner.RunAll();
+  toolkit.Attach(nullptr);
+  return runner.FailureText().value_or("");
+}
+
+}  // namespace orvane

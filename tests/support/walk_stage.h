@@ -1,0 +1,48 @@
+#pragma once
+
+// What a walk runs in: a demonstration company of its own, the real server behind a door whose link
+// can be cut, in-process or over a real network connection.
+
+#include <memory>
+#include <string>
+
+#include "host/walk/walk_runner.h"
+#include "packet/clock.h"
+#include "packet/faulty_door.h"
+#include "server/orvane_server.h"
+#include "support/test_databases.h"
+#include "wire/remote_server.h"
+#include "wire/serving.h"
+
+namespace orvane {
+
+/// How the screens reach the server.
+enum class WalkWay { InProcess, OverWire };
+
+class WalkStage {
+ public:
+  WalkStage(TestEngine engine, WalkWay way);
+
+  WalkWorld World();
+  Database& TheDatabase() { return *database_; }
+  FaultyDoor& Door() { return *door_; }
+
+ private:
+  std::unique_ptr<Database> database_;
+  SetClock clock_;
+  std::unique_ptr<OrvaneServer> server_;
+  std::unique_ptr<RunningServer> running_;
+  std::unique_ptr<RemoteServer> remote_;
+  std::unique_ptr<FaultyDoor> door_;
+};
+
+/// Password of a demonstration user; empty when there is no such user.
+std::string DemonstrationPassword(std::string_view login);
+
+/// The walk's text; fails the test when the file cannot be read.
+std::string ReadWalkFile(const std::string& path);
+
+/// Runs a walk with the scripted toolkit; the problem's text, empty when all went well.
+std::string RunScriptedWalk(const std::string& name, std::string_view text, WalkStage& stage);
+
+}  // namespace orvane
