@@ -195,6 +195,57 @@ inline constexpr auto dspNomIn245 = Reads("dspNomIn245", Element, ElementName, E
 inline constexpr auto dspNomIn249 = Reads("dspNomIn249", Element, ElementName, ElementName2);
 inline constexpr auto dspNomIn251 = Reads("dspNomIn251", Element, ElementName, ElementName2);
 
+/// Rows behind the codes of a head, with the columns of the lookups that offer them; they travel
+/// with the load and in no fetch of their own.
+namespace own_rows {
+
+inline constexpr auto CostCenter = Code19("CostCenter", Key, "Код");
+inline constexpr auto Partner = Code19("Partner", Key, "Код");
+inline constexpr auto ContractId = Int32("IdNumber", Key, "Идентификатор");
+inline constexpr auto Name30 = String("Name", 30, Plain, "Име");
+inline constexpr auto Name30Second = String("Name2", 30, Plain, "Име 2");
+inline constexpr auto Name50 = String("Name", 50, Plain, "Име");
+inline constexpr auto Name50Second = String("Name2", 50, Plain, "Име 2");
+inline constexpr auto ShortDescription = String("ShortDescription", 50, Plain, "Описание");
+inline constexpr auto ShortDescription2 = String("ShortDescription2", 50, Plain, "Описание 2");
+inline constexpr auto ContractDate = Day("ContractDate", Plain, "Дата на сключване");
+inline constexpr auto SuppKindCurrency = Int16("SuppKindCurrency");
+inline constexpr auto KindSupplyChoice = Byte("KindSupplyChoice");
+inline constexpr auto KindSupplyList = Int16("KindSupplyList");
+inline constexpr auto SuppMaxTermOfPayment = Int16("SuppMaxTermOfPayment");
+inline constexpr auto MaxTermOfPayment = Byte("MaxTermOfPayment");
+inline constexpr auto InclTransportInPrice = Bit("InclTransportInPrice");
+
+inline constexpr auto kCostCenter = Reads("", CostCenter, Name30, Name30Second);
+inline constexpr auto kPartner = Reads("", Partner, Name50, Name50Second, SuppKindCurrency,
+                                       KindSupplyChoice, KindSupplyList, SuppMaxTermOfPayment);
+inline constexpr auto kContract =
+    Reads("", ContractId, ShortDescription, ContractDate, ShortDescription2, KindSupplyChoice,
+          KindSupplyList, MaxTermOfPayment, InclTransportInPrice);
+
+}  // namespace own_rows
+
+/// Rows of the search report (TsmPurchaseOrderReport). The fetch carries the statement, as a search
+/// does; it comes in portions ordered by identifier and version.
+namespace report {
+
+inline constexpr auto POIdNumber = Int32("POIdNumber", Key, "Номер");
+inline constexpr auto POVersion = Int32("POVersion", Key, "Версия");
+inline constexpr auto Description = String("Description", 50, Plain, "Описание");
+inline constexpr auto Description2 = String("Description2", 50, Plain, "Описание");
+inline constexpr auto CostCenter = Code19("CostCenter", Plain, "Код");
+inline constexpr auto CCName = String("CCName", 30, Plain, "Име");
+inline constexpr auto CCName2 = String("CCName2", 30, Plain, "Име");
+inline constexpr auto Supplier = Code19("Supplier", Plain, "Код");
+inline constexpr auto SuppName = String("SuppName", 50, Plain, "Име");
+inline constexpr auto SuppName2 = String("SuppName2", 50, Plain, "Име");
+inline constexpr auto Status = Byte("Status", Plain, "Статус");
+inline constexpr auto dspResult =
+    Reads("dspResult", POIdNumber, POVersion, Description, Description2, CostCenter, CCName,
+          CCName2, Supplier, SuppName, SuppName2, Status);
+
+}  // namespace report
+
 /// Operations "GetRec": positions of the question.
 namespace get_rec {
 inline constexpr std::string_view kName = "GetRec";
@@ -211,8 +262,18 @@ enum Ask : std::uint8_t {
   kOneDocument,
   kAskSize
 };
-/// Positions of the answer; packets in the order head, det, del, pay, adm, deliveries, roles.
-enum Tell : std::uint8_t { kCode, kFound, kFirstPacket, kTellSize = 9 };
+/// Positions of the answer; packets in the order head, det, del, pay, adm, deliveries, roles, and
+/// behind them the rows of the codes in the head (own_rows), so that a screen shows their names
+/// without asking again. A code that is Null, or whose row is gone, gives a packet without rows.
+enum Tell : std::uint8_t {
+  kCode,
+  kFound,
+  kFirstPacket,
+  kCostCenterRow = 9,
+  kPartnerRow,
+  kContractRow,
+  kTellSize
+};
 }  // namespace get_rec
 
 /// Operations "GetSumCheck": [0] name, [1] id, [2] version; answer [4] compared total, [5] total of

@@ -10,6 +10,8 @@ namespace orvane::system {
 /// The generic search class and its provider, which runs a search statement.
 inline constexpr std::string_view kSearchClass = "TsmSQL";
 inline constexpr std::string_view kSearchProvider = "dspSQL";
+/// Searches of dialogs that a document runs by itself (grouping); the same as kSearchProvider.
+inline constexpr std::string_view kDialogSearchProvider = "dspUseForDialogSearch";
 
 /// Users (WSysUsers), as offered where a user is chosen.
 inline constexpr auto ShortName = String("ShortName", 10, Key, "Код");

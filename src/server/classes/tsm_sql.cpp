@@ -7,7 +7,8 @@ namespace orvane {
 ServerClass TsmSQL() {
   return ServerClass(system::kSearchClass)
       .UsedFromAnywhere()
-      .SearchProvider(system::kSearchProvider);
+      .SearchProvider(system::kSearchProvider)
+      .SearchProvider(system::kDialogSearchProvider);
 }
 
 }  // namespace orvane
