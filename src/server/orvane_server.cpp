@@ -57,10 +57,14 @@ struct Sorted {
 }  // namespace
 
 OrvaneServer::OrvaneServer(Database& database, const Clock& clock, ServerOptions options)
+    : OrvaneServer(database, clock, options, MakeServerClasses()) {}
+
+OrvaneServer::OrvaneServer(Database& database, const Clock& clock, ServerOptions options,
+                           std::vector<ServerClass> classes)
     : database_(database),
       clock_(clock),
       options_(options),
-      classes_(MakeServerClasses()),
+      classes_(std::move(classes)),
       sessions_(database, clock, options.sessions) {}
 
 const ServerClass* OrvaneServer::FindClass(std::string_view name) const {

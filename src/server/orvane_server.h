@@ -31,6 +31,9 @@ struct ServerOptions {
 class OrvaneServer final : public IApplicationServer {
  public:
   OrvaneServer(Database& database, const Clock& clock, ServerOptions options);
+  /// With other server classes than the installation's.
+  OrvaneServer(Database& database, const Clock& clock, ServerOptions options,
+               std::vector<ServerClass> classes);
 
   Answer<Greeting> Greet() override;
   Answer<SessionInfo> LogIn(const LoginRequest& request) override;

@@ -3,11 +3,14 @@
 #include <pthread.h>
 #include <spdlog/spdlog.h>
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
 #include "apps/orvane_server/ask_password.h"
+#include "contract/points.h"
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "server/demo/demo_company.h"
@@ -38,6 +41,10 @@ Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
 
 /// The database, when its schema is this program's.
 Answer<std::unique_ptr<Database>> OpenCurrent(const Settings& settings) {
+  if (!IsPostgres(settings.database) && !std::filesystem::exists(settings.database)) {
+    return Refused("Няма файл „" + settings.database +
+                   "“. Създайте базата с „orvane-server init“ или „orvane-server demo“.");
+  }
   auto database = Open(settings);
   if (!database) return database;
   const auto schema = CurrentSchema(**database);
@@ -185,6 +192,31 @@ Answer<Done> BlockUser(const Settings& settings, const UserArguments& user) {
   const auto blocked = UserAdmin(**database, clock, {}).SetBlocked(user.login, !user.undo);
   if (!blocked) return blocked;
   Say("Потребител „" + user.login + (user.undo ? "“ е отблокиран." : "“ е блокиран."));
+  return Done{};
+}
+
+Answer<Done> RemoveUser(const Settings& settings, const UserArguments& user) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  const SystemClock clock;
+  const auto removed = UserAdmin(**database, clock, {}).RemoveUser(user.login);
+  if (!removed) return removed;
+  Say("Потребител „" + user.login + "“ е изтрит.");
+  return Done{};
+}
+
+Answer<Done> SetRights(const Settings& settings, const UserArguments& user) {
+  const auto point = std::find_if(std::begin(kPoints), std::end(kPoints),
+                                  [&](const PointRow& row) { return row.name == user.point; });
+  if (point == std::end(kPoints)) return Refused("Няма точка „" + user.point + "“.");
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  const SystemClock clock;
+  const auto granted = UserAdmin(**database, clock, {})
+                           .Grant(user.login, static_cast<std::int32_t>(point->point), user.rights);
+  if (!granted) return granted;
+  Say("Правата на „" + user.login + "“ в „" + std::string(point->caption) + "“ вече са " +
+      std::to_string(user.rights) + ".");
   return Done{};
 }
 

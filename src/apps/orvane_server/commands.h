@@ -19,6 +19,7 @@ struct UserArguments {
   std::int32_t language = 1;
   std::int32_t rights = 15;
   std::int64_t employee = 0;
+  std::string point;
   bool undo = false;
 };
 
@@ -30,6 +31,9 @@ Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability);
 Answer<Done> AddUser(const Settings& settings, const UserArguments& user);
 Answer<Done> ChangePassword(const Settings& settings, const UserArguments& user);
 Answer<Done> BlockUser(const Settings& settings, const UserArguments& user);
+Answer<Done> RemoveUser(const Settings& settings, const UserArguments& user);
+/// Rights at one point, named as in contract/points.h.
+Answer<Done> SetRights(const Settings& settings, const UserArguments& user);
 /// Refused when something was found; what it is was printed.
 Answer<Done> Check(const Settings& settings);
 

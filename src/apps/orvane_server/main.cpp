@@ -61,6 +61,14 @@ void AddUserCommands(CLI::App& app, CommandLine& line) {
   CLI::App* block = user->add_subcommand("block", "Блокира потребител");
   block->add_option("login", own.login, "Потребителско име")->required();
   block->add_flag("--undo", own.undo, "Отблокира");
+  CLI::App* remove = user->add_subcommand("remove", "Изтрива потребител");
+  remove->add_option("login", own.login, "Потребителско име")->required();
+  CLI::App* rights = user->add_subcommand("rights", "Дава права в една точка");
+  rights->add_option("login", own.login, "Потребителско име")->required();
+  rights->add_option("point", own.point, "Име на точка, например Departments")->required();
+  rights->add_option("rights", own.rights, "Сбор от 1, 2, 4 и 8; 0 отнема точката")
+      ->required()
+      ->check(CLI::Range(0, 15));
 }
 
 void AddCommands(CLI::App& app, CommandLine& line) {
@@ -106,7 +114,22 @@ Answer<Done> Run(const CLI::App& app, const CommandLine& line) {
   const CLI::App* user = app.get_subcommand("user");
   if (user->got_subcommand("add")) return AddUser(*settings, line.user);
   if (user->got_subcommand("passwd")) return ChangePassword(*settings, line.user);
+  if (user->got_subcommand("remove")) return RemoveUser(*settings, line.user);
+  if (user->got_subcommand("rights")) return SetRights(*settings, line.user);
   return BlockUser(*settings, line.user);
+}
+
+/// What was wrong with the command line, in a sentence; the library speaks English.
+std::string Sentence(const CLI::ParseError& error) {
+  const std::string kind = error.get_name();
+  if (kind == "ExtrasError") return "Непознат аргумент (" + std::string(error.what()) + ").";
+  if (kind == "RequiredError") return "Липсва команда или задължителен аргумент.";
+  return "Грешен аргумент (" + std::string(error.what()) + ").";
+}
+
+int Complain(const std::string& sentence) {
+  std::cerr << "orvane-server: " << sentence << '\n';
+  return EXIT_FAILURE;
 }
 
 }  // namespace
@@ -116,13 +139,16 @@ int main(int argc, char** argv) {
   CLI::App app("Сървър на Orvane", "orvane-server");
   orvane::CommandLine line;
   orvane::AddCommands(app, line);
-  CLI11_PARSE(app, argc, argv);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) return app.exit(error);  // help
+    return orvane::Complain(orvane::Sentence(error) + " Помощ: orvane-server --help");
+  }
   const auto done = orvane::Run(app, line);
   if (done) return EXIT_SUCCESS;
   std::string sentence = done.GetFailure().message;
-  if (sentence.starts_with(orvane::kRefusalMark)) {
-    sentence.erase(0, std::string_view(orvane::kRefusalMark).size());
-  }
-  std::cerr << "orvane-server: " << sentence << '\n';
-  return EXIT_FAILURE;
+  const std::string_view mark = orvane::kRefusalMark;
+  if (sentence.starts_with(mark)) sentence.erase(0, mark.size());
+  return orvane::Complain(sentence);
 }

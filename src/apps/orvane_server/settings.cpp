@@ -9,13 +9,13 @@ namespace orvane {
 namespace {
 
 constexpr SettingRow kSettings[] = {
-    {"database",     "База от данни: файл на SQLite или връзка към PostgreSQL",  "ФАЙЛ|ВРЪЗКА"},
-    {"listen",       "Адрес и порт, на които се слуша",                               "АДРЕС:ПОРТ"  },
-    {"tls-cert",     "Сертификат на сървъра (PEM)",                                        "ФАЙЛ"             },
-    {"tls-key",      "Ключ на сертификата (PEM)",                                            "ФАЙЛ"             },
-    {"log-level",    "Подробност на дневника: trace, debug, info, warn, error",           "НИВО"             },
-    {"pool-size",    "Връзки към PostgreSQL",                                                        "БРОЙ"             },
-    {"idle-minutes", "След колко минути бездействие приключва сесия", "МИНУТИ"         },
+    {"database", "База от данни: файл на SQLite или връзка към PostgreSQL", "ФАЙЛ|ВРЪЗКА"},
+    {"listen", "Адрес и порт, на които се слуша", "АДРЕС:ПОРТ"},
+    {"tls-cert", "Сертификат на сървъра (PEM)", "ФАЙЛ"},
+    {"tls-key", "Ключ на сертификата (PEM)", "ФАЙЛ"},
+    {"log-level", "Подробност на дневника: trace, debug, info, warn, error", "НИВО"},
+    {"pool-size", "Връзки към PostgreSQL", "БРОЙ"},
+    {"idle-minutes", "След колко минути бездействие приключва сесия", "МИНУТИ"},
 };
 constexpr std::string_view kLogLevels[] = {"trace", "debug", "info", "warn", "error"};
 

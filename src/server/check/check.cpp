@@ -6,6 +6,7 @@
 #include "packet/fold.h"
 #include "server/classes/server_classes.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
@@ -28,13 +29,11 @@ struct FoldedColumn {
 };
 
 std::set<FoldedColumn> FoldedColumns() {
-  std::set<FoldedColumn> columns = {
-      {"WSysUsers", "ShortName"},
-      {"WSysUsers", "UserName" },
-      {"WSysUsers", "UserName2"},
-      {"Employees", "Name"     },
-      {"Employees", "Name2"    }
-  };
+  std::set<FoldedColumn> columns = {{"WSysUsers", "ShortName"},
+                                    {"WSysUsers", "UserName"},
+                                    {"WSysUsers", "UserName2"},
+                                    {"Employees", "Name"},
+                                    {"Employees", "Name2"}};
   for (const ServerClass& serverClass : MakeServerClasses()) {
     for (const ProviderRow& provider : serverClass.Providers()) {
       for (const FieldDef& field : provider.def.fields) {
@@ -48,13 +47,10 @@ std::set<FoldedColumn> FoldedColumns() {
 
 Answer<Done> CheckFolds(Database& database, Findings& findings) {
   for (const FoldedColumn& folded : FoldedColumns()) {
-    const auto rows =
-        Read(database,
-             {
-                 "select " + folded.column + ", Fold" + folded.column + " from " + folded.table,
-                 {                              },
-                 { {"Text", ValueKind::Memo, 0}, {"Folded", ValueKind::Memo, 0}}
-    });
+    const std::string sql =
+        "select " + folded.column + ", Fold" + folded.column + " from " + folded.table;
+    const auto rows = Read(
+        database, Select(sql, {}, {{"Text", ValueKind::Memo, 0}, {"Folded", ValueKind::Memo, 0}}));
     if (!rows) return rows.GetFailure();
     for (std::size_t row = 0; row < rows->rowCount; ++row) {
       const Variant text = rows->At(row, "Text");
@@ -75,17 +71,17 @@ struct RowCheck {
 };
 constexpr RowCheck kRowChecks[] = {
     {"select Login from Employees where Login is not null group by Login having count(*) > 1",
-     "Потребител „",                                                                                           "“ има повече от един запис в таблица „Служители“."},
-    {"select distinct Login from UserRights where Rights < 0 or Rights > 15",                  "Правата на „",
-     "“ съдържат непознати битове."                                                                                                                                                             },
+     "Потребител „", "“ има повече от един запис в таблица „Служители“."},
+    {"select distinct Login from UserRights where Rights < 0 or Rights > 15", "Правата на „",
+     "“ съдържат непознати битове."},
     {"select d.Chief from Department d join WSysUsers u on u.ShortName = d.Chief where u.Blocked "
-     "<> 0",                                                                              "Началникът „", "“ на дирекция е блокиран потребител."                         },
+     "<> 0",
+     "Началникът „", "“ на дирекция е блокиран потребител."},
 };
 
 Answer<Done> CheckRows(Database& database, Findings& findings) {
   for (const RowCheck& check : kRowChecks) {
-    const auto rows =
-        Read(database, {std::string(check.sql), {}, {{"Login", ValueKind::String, 10}}});
+    const auto rows = Read(database, Select(check.sql, {}, {{"Login", ValueKind::String, 10}}));
     if (!rows) return rows.GetFailure();
     for (std::size_t row = 0; row < rows->rowCount; ++row) {
       findings.push_back(std::string(check.before) + rows->At(row, "Login").ToText() +
@@ -101,10 +97,7 @@ struct UnsafeSetting {
   std::string_view unsafe;
 };
 constexpr UnsafeSetting kUnsafe[] = {
-    {"fsync",              "off"},
-    {"synchronous_commit", "off"},
-    {"full_page_writes",   "off"}
-};
+    {"fsync", "off"}, {"synchronous_commit", "off"}, {"full_page_writes", "off"}};
 
 }  // namespace
 
@@ -118,8 +111,8 @@ Answer<std::vector<std::string>> CheckDatabase(Database& database) {
 Answer<Done> CheckDurability(Database& database) {
   if (database.Kind() != Engine::Postgres) return Done{};  // the engine opens it so itself
   for (const UnsafeSetting& setting : kUnsafe) {
-    const auto value = Read(
-        database, {"select current_setting(?1)", {setting.name}, {{"Value", ValueKind::Memo, 0}}});
+    const auto value = Read(database, Select("select current_setting(?1)", {setting.name},
+                                             {{"Value", ValueKind::Memo, 0}}));
     if (!value) return value.GetFailure();
     if (value->At(0, "Value").ToText() != setting.unsafe) continue;
     return Refused("Настройката „" + std::string(setting.name) + " = " +

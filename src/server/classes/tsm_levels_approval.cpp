@@ -1,6 +1,7 @@
 #include "contract/system.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/work.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
@@ -14,7 +15,8 @@ Answer<VariantArray> GetCurrentEmployee(Work& work, const VariantArray& argument
   if (!login) {
     return Failure{FailureKind::BadRequest, "Методът очаква името на потребителя."};
   }
-  const Statement select{kSelectEmployees, {work.Who().login}, {{"Employee", ValueKind::Code, 0}}};
+  const Statement select =
+      Select(kSelectEmployees, {work.Who().login}, {{"Employee", ValueKind::Code, 0}});
   auto packets = work.Read({&select, 1});
   if (!packets) return packets.GetFailure();
   if (*login != work.Who().login) {

@@ -4,6 +4,7 @@
 #include "server/classes/server_classes.h"
 #include "server/providers/change_writer.h"
 #include "server/providers/work.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
@@ -15,9 +16,11 @@ constexpr int kLongestValue = 250;
 constexpr char kSelectGroup[] =
     "select Number, Value from Params where ParamGroup = ?1 and Value is not null order by Number";
 constexpr char kSelectOne[] = "select Value from Params where ParamGroup = ?1 and Number = ?2";
+/// Touches no row when the value is not the one that was read.
 constexpr char kStore[] =
     "insert into Params (ParamGroup, Number, Value) values (?1, ?2, ?3) "
-    "on conflict (ParamGroup, Number) do update set Value = excluded.Value";
+    "on conflict (ParamGroup, Number) do update set Value = excluded.Value "
+    "where Params.Value is not distinct from ?4";
 
 /// How history writes a parameter; the table itself has no provider.
 constexpr auto ParamGroup = Int32("ParamGroup", Key);
@@ -28,11 +31,9 @@ constexpr auto kHistoryFields = Writes("", "Params", ParamGroup, Number, Value);
 Answer<VariantArray> GetParams(Work& work, const VariantArray& arguments) {
   const auto group = arguments.size() == 1 ? arguments[0].AsInt() : std::nullopt;
   if (!group) return Failure{FailureKind::BadRequest, "Методът очаква номер на група."};
-  const Statement select{
-      kSelectGroup,
-      {*group                                      },
-      { {"Number", ValueKind::Int32, 0}, {"Value", ValueKind::String, kLongestValue}}
-  };
+  const Statement select =
+      Select(kSelectGroup, {*group},
+             {{"Number", ValueKind::Int32, 0}, {"Value", ValueKind::String, kLongestValue}});
   auto packets = work.Read({&select, 1});
   if (!packets) return packets.GetFailure();
   const DataPacket& rows = packets->front();
@@ -54,29 +55,33 @@ Answer<Variant> KeptText(const Variant& value) {
   return value;
 }
 
+/// What history says of the parameter's change.
+Statement ParamHistory(const Work& work, int number, const Variant& old, const Variant& value) {
+  Change change;
+  change.kind = ChangeKind::Update;
+  change.before.push_back({"ParamGroup", system::kModuleGroup});
+  change.before.push_back({"Number", number});
+  change.before.push_back({"Value", old});
+  change.after.push_back({"Value", value});
+  const Writer writer{work.Who().login, work.Who().machineName, work.Now()};
+  return HistoryStatement(kHistoryFields, writer, change);
+}
+
 Answer<Done> Store(Work& work, int number, const Variant& value) {
-  const Statement present{
-      kSelectOne, {system::kModuleGroup, number},
-       {{"Value", ValueKind::String, kLongestValue}                   }
-  };
+  const Statement present = Select(kSelectOne, {system::kModuleGroup, number},
+                                   {{"Value", ValueKind::String, kLongestValue}});
   return work.Write(
       {&present, 1}, [&](Transaction& transaction, const Packets& first) -> Answer<Done, Setback> {
         const Variant old = first.front().rowCount == 1 ? first.front().At(0, "Value") : Variant();
         if (old == value) return Done{};
-        Change change{ChangeKind::Update, {}, {}, {{"Value", value}}};
-        change.before = {
-            {"ParamGroup", system::kModuleGroup},
-            {"Number",     number              },
-            {"Value",      old                 }
-        };
-        const Writer writer{work.Who().login, work.Who().machineName, work.Now()};
-        const Statement writes[] = {
-            {kStore, {system::kModuleGroup, number, value}, {}},
-            HistoryStatement(kHistoryFields, writer, change)
-        };
+        const Statement writes[] = {Command(kStore, {system::kModuleGroup, number, value, old}),
+                                    ParamHistory(work, number, old, value)};
         const auto written = transaction.ExecuteAll(writes);
         if (!written) return ToSetback(written.GetFailure(), "storing a parameter");
-        return Done{};
+        if (written->front() == 1) return Done{};
+        return Setback{{FailureKind::Conflict,
+                        "Параметърът се променя и от друг потребител. Опитайте отново."},
+                       true};
       });
 }
 

@@ -7,6 +7,7 @@
 #include "packet/fold.h"
 #include "server/demo/demo_people.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/statements.h"
 #include "server/sessions/user_admin.h"
 
 namespace orvane {
@@ -19,18 +20,18 @@ struct DemoDepartment {
   std::string_view chief;
 };
 constexpr DemoDepartment kDepartments[] = {
-    {1,  "Производство",                                                  "Production",               "petrov"   },
-    {2,  "Финанси",                                                            "Finance",                  "georgieva"},
-    {3,  "Логистика",                                                        "Logistics",                "dimitrov" },
-    {4,  "Качество",                                                          "Quality",                  "stoyanova"},
-    {5,  "Продажби",                                                          "Sales",                    "georgieva"},
-    {6,  "Маркетинг",                                                        "Marketing",                "georgieva"},
-    {7,  "Информационни технологии",                           "Information Technology",   "dimitrov" },
-    {8,  "Човешки ресурси",                                             "Human Resources",          "stoyanova"},
-    {9,  "Техническа поддръжка",                                   "Maintenance",              "petrov"   },
-    {10, "Развойна дейност",                                           "Research and Development", "petrov"   },
-    {11, "Енергетика и опазване на околната среда", "Energy and Environment",   "dimitrov" },
-    {12, "Правна дейност",                                                   "Legal",                    "georgieva"},
+    {1, "Производство", "Production", "petrov"},
+    {2, "Финанси", "Finance", "georgieva"},
+    {3, "Логистика", "Logistics", "dimitrov"},
+    {4, "Качество", "Quality", "stoyanova"},
+    {5, "Продажби", "Sales", "georgieva"},
+    {6, "Маркетинг", "Marketing", "georgieva"},
+    {7, "Информационни технологии", "Information Technology", "dimitrov"},
+    {8, "Човешки ресурси", "Human Resources", "stoyanova"},
+    {9, "Техническа поддръжка", "Maintenance", "petrov"},
+    {10, "Развойна дейност", "Research and Development", "petrov"},
+    {11, "Енергетика и опазване на околната среда", "Energy and Environment", "dimitrov"},
+    {12, "Правна дейност", "Legal", "georgieva"},
 };
 
 struct DemoParam {
@@ -39,13 +40,15 @@ struct DemoParam {
 };
 /// Of the host's group: decimals of amounts, partner of the central bank, kind of the national
 /// currency, decimals of sum masks, whether a stock row uses only its item's own units.
-constexpr DemoParam kHostParams[] = {
-    {3,   "2"},
-    {26,  "1"},
-    {27,  "1"},
-    {80,  "2"},
-    {283, "1"}
-};
+constexpr DemoParam kHostParams[] = {{3, "2"}, {26, "1"}, {27, "1"}, {80, "2"}, {283, "1"}};
+
+constexpr char kNameCompany[] =
+    "update Company set Name = ?1, LanguageName = ?2, LanguageName2 = ?3, MultiLanguage = 1, "
+    "Demonstration = 1";
+constexpr char kAddDepartment[] =
+    "insert into Department (Code, Name, Name2, FoldName, FoldName2, Chief) "
+    "values (?1, ?2, ?3, ?4, ?5, ?6)";
+constexpr char kAddParam[] = "insert into Params (ParamGroup, Number, Value) values (?1, ?2, ?3)";
 
 Answer<Done> AddPeople(UserAdmin& admin) {
   for (const DemoPerson& person : DemoPeople()) {
@@ -65,24 +68,13 @@ Answer<Done> AddPeople(UserAdmin& admin) {
 
 std::vector<Statement> CompanyStatements() {
   std::vector<Statement> statements = {
-      {"update Company set Name = ?1, LanguageName = ?2, LanguageName2 = ?3, MultiLanguage = 1, "
-       "Demonstration = 1", {"„Орване Демо“ АД", "Български", "English"},
-       {}}
-  };
+      Command(kNameCompany, {"„Орване Демо“ АД", "Български", "English"})};
   for (const DemoDepartment& row : kDepartments) {
-    statements.push_back({
-        "insert into Department (Code, Name, Name2, FoldName, FoldName2, Chief) "
-        "values (?1, ?2, ?3, ?4, ?5, ?6)",
-        {row.code,         row.name, row.name2, Fold(row.name), Fold(row.name2), row.chief},
-        {}
-    });
+    statements.push_back(Command(kAddDepartment, {row.code, row.name, row.name2, Fold(row.name),
+                                                  Fold(row.name2), row.chief}));
   }
   for (const DemoParam& row : kHostParams) {
-    statements.push_back({
-        "insert into Params (ParamGroup, Number, Value) values (?1, ?2, ?3)",
-        {system::kHostGroup, row.number, row.value},
-        {         }
-    });
+    statements.push_back(Command(kAddParam, {system::kHostGroup, row.number, row.value}));
   }
   return statements;
 }
@@ -90,7 +82,8 @@ std::vector<Statement> CompanyStatements() {
 }  // namespace
 
 Answer<Done> MakeDemoCompany(Database& database, const Clock& clock, const DemoOptions& options) {
-  const Statement users{"select count(*) from WSysUsers", {}, {{"Users", ValueKind::Code, 0}}};
+  const Statement users =
+      Select("select count(*) from WSysUsers", {}, {{"Users", ValueKind::Code, 0}});
   const auto present = database.ReadSnapshot({&users, 1});
   if (!present) return ToFailure(present.GetFailure(), "looking for users");
   if (present->front().At(0, "Users").AsInt().value_or(0) > 0) {

@@ -154,10 +154,7 @@ Answer<Done> Applying::AllInOneGo() {
           const bool all = std::all_of(answer_.outcomes.begin(), answer_.outcomes.end(),
                                        [](const ChangeOutcome& o) { return o.applied; });
           if (all) return Done{};
-          return Setback{
-              {FailureKind::Conflict, {}},
-              false
-          };  // the known ones are told apart
+          return Setback{{FailureKind::Conflict, {}}, false};  // the known ones are told apart
         }
         std::vector<PreparedChange> batch = changes_;
         WriteContext context{work_, transaction, request_.ownerData, {}, {}};
@@ -279,10 +276,7 @@ Answer<Done, BatchSetback> Applying::WriteRows(WriteContext& context,
   if (!touched) return ByEngine(touched.GetFailure());
   for (const std::size_t row : rows) {
     if ((*touched)[row] == 1) continue;
-    return BatchSetback{
-        {{FailureKind::Conflict, {}}, false},
-        EngineErrorKind::Other, false, true
-    };
+    return BatchSetback{{{FailureKind::Conflict, {}}, false}, EngineErrorKind::Other, false, true};
   }
   return Done{};
 }

@@ -18,9 +18,9 @@ struct StampRule {
 };
 constexpr StampRule kStampRules[] = {
     {"CreatedFrom", ChangeKind::Insert, StampValue::Login},
-    {"CreatedOn",   ChangeKind::Insert, StampValue::Now  },
-    {"AmendFrom",   ChangeKind::Update, StampValue::Login},
-    {"AmendOn",     ChangeKind::Update, StampValue::Now  },
+    {"CreatedOn", ChangeKind::Insert, StampValue::Now},
+    {"AmendFrom", ChangeKind::Update, StampValue::Login},
+    {"AmendOn", ChangeKind::Update, StampValue::Now},
 };
 
 /// A statement that grows: texts and the parameters they name.

@@ -3,9 +3,17 @@
 #include "server/providers/value_text.h"
 #include "server/providers/work.h"
 #include "server/sessions/passwords.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
+
+constexpr char kSelectAnswers[] =
+    "select Key, RequestHash, Answer from ClientKey where Login = ?1 and Key in (";
+
+constexpr char kKeepAnswer[] =
+    "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn) "
+    "values (?1, ?2, ?3, ?4, ?5)";
 
 /// A name and a value in turn.
 VariantArray Flat(const NamedValues& values) {
@@ -36,13 +44,10 @@ std::string RequestHash(std::string_view provider, const Change& change) {
 }
 
 Statement SelectKeptAnswers(const std::string& login, std::span<const PreparedChange> changes) {
-  Statement statement{
-      "select Key, RequestHash, Answer from ClientKey where Login = ?1 and Key in (",
-      {login                      },
-      { {"Key", ValueKind::String, kLongestClientKey},
-        {"RequestHash", ValueKind::String, 64},
-        {"Answer", ValueKind::Memo}}
-  };
+  Statement statement = Select(kSelectAnswers, {login},
+                               {{"Key", ValueKind::String, kLongestClientKey},
+                                {"RequestHash", ValueKind::String, 64},
+                                {"Answer", ValueKind::Memo, 0}});
   for (const PreparedChange& change : changes) {
     statement.params.emplace_back(change.change.clientKey);
     statement.text +=
@@ -72,13 +77,9 @@ std::map<std::string, KeptAnswer> KeptAnswers(const DataPacket& packet) {
 Statement KeepAnswer(const WriteContext& context, const PreparedChange& change) {
   const VariantArray answer = {Variant(Flat(change.filled)), context.ownerAnswer,
                                Variant(Flat(context.headMoved))};
-  return {
-      "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn) values (?1, ?2, ?3, ?4, "
-      "?5)",
-      {context.work.Who().login, change.change.clientKey, change.requestHash,
-        EncodeValue(Variant(answer)), context.work.Now()},
-      {     }
-  };
+  return Command(kKeepAnswer,
+                 {context.work.Who().login, change.change.clientKey, change.requestHash,
+                  EncodeValue(Variant(answer)), context.work.Now()});
 }
 
 }  // namespace orvane

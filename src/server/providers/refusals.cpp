@@ -42,9 +42,7 @@ bool Exists(Transaction& transaction, std::string_view table,
   }
   statement.text += " limit 1) found";
   statement.params = values;
-  statement.columns = {
-      {"Found", ValueKind::Code, 0}
-  };
+  statement.columns = {{"Found", ValueKind::Code, 0}};
   const auto found = transaction.Query(statement);
   if (!found) {
     spdlog::error("looking for a broken rule: {}", found.GetFailure().text);

@@ -22,11 +22,9 @@ std::vector<Statement> BehindGuard(const Statement& guard, std::span<const State
 Setback ToSetback(const EngineError& error, std::string_view doing) {
   if (error.kind == EngineErrorKind::Retry) {
     spdlog::info("{}: {}, may be tried again", doing, error.text);
-    return {
-        {FailureKind::Conflict,
-         "Други потребители променят същите данни в момента. Опитайте отново."},
-        true
-    };
+    return {{FailureKind::Conflict,
+             "Други потребители променят същите данни в момента. Опитайте отново."},
+            true};
   }
   return {ToFailure(error, doing), false};
 }

@@ -6,6 +6,7 @@
 
 #include "packet/fold.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
@@ -53,9 +54,17 @@ constexpr char kCountAttempt[] =
 
 constexpr char kLockAttempts[] = "update LoginAttempt set LockedUntil = ?1 where Subject = ?2";
 
+constexpr char kForgetAttempts[] = "delete from LoginAttempt where Subject = ?1";
+
 constexpr char kInsertSession[] =
     "insert into Session (TicketHash, SessionName, Login, MachineName, ProgramVersion, StartedOn, "
     "LastSeen) values (?1, ?2, ?3, ?4, ?5, ?6, ?7)";
+
+constexpr char kEndSession[] =
+    "update Session set EndedOn = ?1 where TicketHash = ?2 and EndedOn is null";
+
+constexpr char kNoteSeen[] =
+    "update Session set LastSeen = ?1 where TicketHash = ?2 and LastSeen < ?1";
 
 constexpr char kSelectSession[] =
     "select s.SessionName, s.MachineName, s.LastSeen, s.EndedOn, u.ShortName, u.UserName, "
@@ -83,30 +92,25 @@ std::string TextAt(const DataPacket& packet, std::size_t row, std::string_view c
 }
 
 Statement SelectSession(const std::string& ticketHash) {
-  return {
-      kSelectSession,
-      {ticketHash                        },
-      { {"SessionName", ValueKind::String, 16},
-        {"MachineName", ValueKind::String, 64},
-        {"LastSeen", ValueKind::Stamp},
-        {"EndedOn", ValueKind::Stamp},
-        {"ShortName", ValueKind::String, 10},
-        {"UserName", ValueKind::String, 30},
-        {"UserName2", ValueKind::String, 30},
-        {"Category", ValueKind::Int32},
-        {"Language", ValueKind::Int32},
-        {"Blocked", ValueKind::Bool},
-        {"RightsVersion", ValueKind::Code},
-        {"EmployeeCount", ValueKind::Code},
-        {"FirstEmployee", ValueKind::Code}}
-  };
+  return Select(kSelectSession, {ticketHash},
+                {{"SessionName", ValueKind::String, 16},
+                 {"MachineName", ValueKind::String, 64},
+                 {"LastSeen", ValueKind::Stamp, 0},
+                 {"EndedOn", ValueKind::Stamp, 0},
+                 {"ShortName", ValueKind::String, 10},
+                 {"UserName", ValueKind::String, 30},
+                 {"UserName2", ValueKind::String, 30},
+                 {"Category", ValueKind::Int32, 0},
+                 {"Language", ValueKind::Int32, 0},
+                 {"Blocked", ValueKind::Bool, 0},
+                 {"RightsVersion", ValueKind::Code, 0},
+                 {"EmployeeCount", ValueKind::Code, 0},
+                 {"FirstEmployee", ValueKind::Code, 0}});
 }
 
 Statement SelectRights(const std::string& ticketHash) {
-  return {
-      kSelectRights, {ticketHash                   },
-       { {"Point", ValueKind::Int32}, {"Rights", ValueKind::Int32}}
-  };
+  return Select(kSelectRights, {ticketHash},
+                {{"Point", ValueKind::Int32, 0}, {"Rights", ValueKind::Int32, 0}});
 }
 
 /// Whether a session of this row may ask; `packet` has LastSeen, EndedOn and Blocked.
@@ -175,17 +179,14 @@ Failure SessionEndedFailure() {
 }
 
 Answer<Company> ReadCompany(Database& database) {
-  const Statement select{
-      kSelectCompany,
-      {                                 },
-      { {"Name", ValueKind::String, 120},
-        {"ZoneOffsetMinutes", ValueKind::Int32},
-        {"SummerTime", ValueKind::Bool},
-        {"LanguageName", ValueKind::String, 40},
-        {"LanguageName2", ValueKind::String, 40},
-        {"MultiLanguage", ValueKind::Bool},
-        {"Demonstration", ValueKind::Bool}}
-  };
+  const Statement select = Select(kSelectCompany, {},
+                                  {{"Name", ValueKind::String, 120},
+                                   {"ZoneOffsetMinutes", ValueKind::Int32, 0},
+                                   {"SummerTime", ValueKind::Bool, 0},
+                                   {"LanguageName", ValueKind::String, 40},
+                                   {"LanguageName2", ValueKind::String, 40},
+                                   {"MultiLanguage", ValueKind::Bool, 0},
+                                   {"Demonstration", ValueKind::Bool, 0}});
   auto packets = database.ReadSnapshot({&select, 1});
   if (!packets) return ToFailure(packets.GetFailure(), "reading the company");
   const DataPacket& row = packets->front();
@@ -210,13 +211,10 @@ Answer<SessionInfo> Sessions::LogIn(const LoginRequest& request, const Company& 
   // Counted before the password is looked at, so that attempts side by side are counted too.
   if (const auto counted = CountAttempt(folded); !counted) return counted.GetFailure();
 
-  const Statement select{
-      kSelectPassword,
-      {folded                      },
-      { {"ShortName", ValueKind::String, 10},
-        {"PasswordHash", ValueKind::Memo},
-        {"Blocked", ValueKind::Bool}}
-  };
+  const Statement select = Select(kSelectPassword, {folded},
+                                  {{"ShortName", ValueKind::String, 10},
+                                   {"PasswordHash", ValueKind::Memo, 0},
+                                   {"Blocked", ValueKind::Bool, 0}});
   auto packets = database_.ReadSnapshot({&select, 1});
   if (!packets) return ToFailure(packets.GetFailure(), "reading a login");
   const DataPacket& user = packets->front();
@@ -242,19 +240,13 @@ Answer<Done> Sessions::CountAttempt(const std::string& login) {
   const Stamp now = clock_.Now();
   auto transaction = database_.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "counting a login");
-  const auto counted =
-      (*transaction)
-          ->Execute({
-              kCountAttempt, {subject,                                 now, Stamp{now.micros - kFailuresForgotten}},
-               {                                      }
-  });
+  const Stamp forgotten{now.micros - kFailuresForgotten};
+  const auto counted = (*transaction)->Execute(Command(kCountAttempt, {subject, now, forgotten}));
   if (!counted) return ToFailure(counted.GetFailure(), "counting a login");
-  const auto attempt = (*transaction)
-                           ->Query({
-                               kSelectAttempt,
-                               {subject                           },
-                               { {"Failures", ValueKind::Code}, {"LockedUntil", ValueKind::Stamp}}
-  });
+  const auto attempt =
+      (*transaction)
+          ->Query(Select(kSelectAttempt, {subject},
+                         {{"Failures", ValueKind::Code, 0}, {"LockedUntil", ValueKind::Stamp, 0}}));
   if (!attempt) return ToFailure(attempt.GetFailure(), "counting a login");
   if (*counted == 0) {
     const Stamp until = attempt->At(0, "LockedUntil").AsStamp().value_or(now);
@@ -263,11 +255,8 @@ Answer<Done> Sessions::CountAttempt(const std::string& login) {
   }
   const std::int64_t wait = WaitAfter(IntAt(*attempt, 0, "Failures"));
   if (wait > 0) {
-    const auto locked = (*transaction)
-                            ->Execute({
-                                kLockAttempts, {Stamp{now.micros + wait},           subject},
-                                 {                                  }
-    });
+    const Stamp until{now.micros + wait};
+    const auto locked = (*transaction)->Execute(Command(kLockAttempts, {until, subject}));
     if (!locked) return ToFailure(locked.GetFailure(), "counting a login");
   }
   const auto committed = (*transaction)->Commit();
@@ -283,12 +272,10 @@ Answer<SessionInfo> Sessions::Start(const LoginRequest& request, const Company& 
   auto transaction = database_.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "starting a session");
   const Statement writes[] = {
-      {kInsertSession,
-       {hash, NewSessionName(), request.login, Utf8Cut(request.machineName, kLongestMachineName),
-        Utf8Cut(request.programVersion, kLongestVersion), now, now},
-       {}                                                                                      },
-      {"delete from LoginAttempt where Subject = ?1", {kLoginSubject + Fold(request.login)}, {}}
-  };
+      Command(kInsertSession, {hash, NewSessionName(), request.login,
+                               Utf8Cut(request.machineName, kLongestMachineName),
+                               Utf8Cut(request.programVersion, kLongestVersion), now, now}),
+      Command(kForgetAttempts, {kLoginSubject + Fold(request.login)})};
   const auto written = (*transaction)->ExecuteAll(writes);
   if (!written) return ToFailure(written.GetFailure(), "starting a session");
   const auto committed = (*transaction)->Commit();
@@ -320,13 +307,7 @@ Answer<Done> Sessions::LogOut(const std::string& ticket) {
   Forget(hash);
   auto transaction = database_.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "ending a session");
-  const auto touched = (*transaction)
-                           ->Execute({
-                               "update Session set EndedOn = ?1 where TicketHash = ?2 and "
-                               "EndedOn is null",
-                               {clock_.Now(),                     hash},
-                               {                                }
-  });
+  const auto touched = (*transaction)->Execute(Command(kEndSession, {clock_.Now(), hash}));
   if (!touched) return ToFailure(touched.GetFailure(), "ending a session");
   const auto committed = (*transaction)->Commit();
   if (!committed) return ToFailure(committed.GetFailure(), "ending a session");
@@ -362,16 +343,13 @@ Answer<std::shared_ptr<const Session>> Sessions::Reload(const std::string& ticke
 }
 
 Statement Sessions::Guard(const Session& session) const {
-  return {
-      kGuard,
-      {session.ticketHash                },
-      { {"LastSeen", ValueKind::Stamp},
-        {"EndedOn", ValueKind::Stamp},
-        {"Blocked", ValueKind::Bool},
-        {"RightsVersion", ValueKind::Code},
-        {"EmployeeCount", ValueKind::Code},
-        {"FirstEmployee", ValueKind::Code}}
-  };
+  return Select(kGuard, {session.ticketHash},
+                {{"LastSeen", ValueKind::Stamp, 0},
+                 {"EndedOn", ValueKind::Stamp, 0},
+                 {"Blocked", ValueKind::Bool, 0},
+                 {"RightsVersion", ValueKind::Code, 0},
+                 {"EmployeeCount", ValueKind::Code, 0},
+                 {"FirstEmployee", ValueKind::Code, 0}});
 }
 
 GuardVerdict Sessions::Judge(const Session& session, const DataPacket& guard) const {
@@ -398,13 +376,7 @@ void Sessions::NoteSeen(const Session& session) {
   }
   auto transaction = database_.Begin();
   if (!transaction) return;
-  const auto touched =
-      (*transaction)
-          ->Execute({
-              "update Session set LastSeen = ?1 where TicketHash = ?2 and LastSeen < ?1",
-              {now,             session.ticketHash},
-              {               }
-  });
+  const auto touched = (*transaction)->Execute(Command(kNoteSeen, {now, session.ticketHash}));
   const auto committed = (*transaction)->Commit();
   if (!touched || !committed)
     spdlog::warn("LastSeen of session {} not written", session.sessionName);
@@ -420,12 +392,10 @@ void Sessions::Sweep() {
   auto transaction = database_.Begin();
   if (!transaction) return;
   const Statement sweeps[] = {
-      {"delete from ClientKey where CreatedOn < ?1",       {Stamp{now.micros - kClientKeysKept}},    {}},
-      {"delete from LoginAttempt where LastFailedOn < ?1",
-       {Stamp{now.micros - kFailuresForgotten}},
-       {}                                                                                              },
-      {"delete from Session where LastSeen < ?1",          {Stamp{now.micros - kEndedSessionsKept}}, {}}
-  };
+      Command("delete from ClientKey where CreatedOn < ?1", {Stamp{now.micros - kClientKeysKept}}),
+      Command("delete from LoginAttempt where LastFailedOn < ?1",
+              {Stamp{now.micros - kFailuresForgotten}}),
+      Command("delete from Session where LastSeen < ?1", {Stamp{now.micros - kEndedSessionsKept}})};
   const auto swept = (*transaction)->ExecuteAll(sweeps);
   if (!swept) {
     spdlog::warn("sweeping failed: {}", swept.GetFailure().text);

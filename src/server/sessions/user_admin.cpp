@@ -6,6 +6,7 @@
 #include "contract/points.h"
 #include "packet/fold.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
@@ -21,6 +22,22 @@ constexpr std::size_t kLongestCompanyName = 120;
 constexpr char kHistory[] =
     "insert into History (TableName, RowKey, ColumnName, NewValue, ChangedBy, ChangedOn, "
     "MachineName, Kind) values (?1, ?2, ?3, ?4, ?5, ?6, '', ?7)";
+
+constexpr char kInsertUser[] =
+    "insert into WSysUsers (ShortName, UserName, UserName2, FoldShortName, FoldUserName, "
+    "FoldUserName2, Category, Language, PasswordHash) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)";
+constexpr char kSelectHeaded[] =
+    "select Name from Department where Chief = ?1 order by Code limit 1";
+constexpr char kInsertEmployee[] =
+    "insert into Employees (Employee, Name, Name2, FoldName, FoldName2, Login) "
+    "values (?1, ?2, ?3, ?4, ?5, ?6)";
+constexpr char kGrant[] =
+    "insert into UserRights (Login, Point, Rights) values (?1, ?2, ?3) "
+    "on conflict (Login, Point) do update set Rights = excluded.Rights";
+constexpr char kSetPassword[] = "update WSysUsers set PasswordHash = ?1 where ShortName = ?2";
+constexpr char kEndSessions[] =
+    "update Session set EndedOn = ?1 where Login = ?2 and EndedOn is null";
+constexpr char kSetBlocked[] = "update WSysUsers set Blocked = ?1 where ShortName = ?2";
 
 Answer<Done> CheckLogin(std::string_view login) {
   const bool ascii = std::all_of(login.begin(), login.end(), [](char c) {
@@ -57,12 +74,12 @@ Failure NoSuchUser(const std::string& login) {
 /// One statement with what history says of it.
 struct UserAdmin::Entry {
   Statement statement;
-  bool mustTouch = false;  ///< a row has to be there
-  std::string table;
+  std::string_view table;
   std::string rowKey;
-  std::string column;
+  std::string_view column;
   Variant value;
-  std::string kind;
+  std::string_view kind;   ///< I, U or D
+  bool mustTouch = false;  ///< the row has to be there
 };
 
 Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view doing) {
@@ -71,19 +88,17 @@ Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view d
   std::vector<Statement> statements;
   for (const Entry& entry : entries) {
     statements.push_back(entry.statement);
-    statements.push_back({
-        kHistory,
-        {entry.table,     entry.rowKey, entry.column, entry.value, kAdministrator, clock_.Now(),
-          entry.kind},
-        {}
-    });
+    statements.push_back(Command(kHistory, {entry.table, entry.rowKey, entry.column, entry.value,
+                                            kAdministrator, clock_.Now(), entry.kind}));
   }
   const auto touched = (*transaction)->ExecuteAll(statements);
   if (!touched && touched.GetFailure().kind == EngineErrorKind::Unique) {
     return Refused("Вече има запис „" + entries.front().rowKey + "“.");
   }
   if (!touched && touched.GetFailure().kind == EngineErrorKind::ForeignKey) {
-    return Refused("Няма такъв потребител.");
+    return Refused(entries.front().kind == "D"
+                       ? "„" + entries.front().rowKey + "“ се ползва и не може да бъде изтрит."
+                       : "Няма такъв потребител.");
   }
   if (!touched) return ToFailure(touched.GetFailure(), doing);
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -94,15 +109,17 @@ Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view d
   return Done{};
 }
 
+Answer<Done> UserAdmin::WriteOne(const Entry& entry, std::string_view doing) {
+  return Write({&entry, 1}, doing);
+}
+
 Answer<Done> UserAdmin::NameCompany(const std::string& name) {
   if (const auto checked = CheckName(name, kLongestCompanyName); !checked) {
     return checked.GetFailure();
   }
-  const Entry entry{
-      {"update Company set Name = ?1", {name}, {}},
-      false, "Company", "1", "Name", name, "U"
-  };
-  return Write({&entry, 1}, "naming the company");
+  return WriteOne(
+      {Command("update Company set Name = ?1", {name}), "Company", "1", "Name", name, "U"},
+      "naming the company");
 }
 
 Answer<Done> UserAdmin::AddUser(const NewUser& user) {
@@ -117,20 +134,24 @@ Answer<Done> UserAdmin::AddUser(const NewUser& user) {
   if (const auto checked = CheckPassword(user.password); !checked) return checked.GetFailure();
   const auto hash = HashPassword(user.password, cost_);
   if (!hash) return hash.GetFailure();
-  const Entry entry{
-      {"insert into WSysUsers (ShortName, UserName, UserName2, FoldShortName, "
-       "FoldUserName, FoldUserName2, Category, Language, PasswordHash) values (?1, "
-       "?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)", {user.login, user.name, TextOrNull(user.name2), Fold(user.login), Fold(user.name),
-        FoldOrNull(user.name2), user.level, user.language, *hash},
-       {}},
-      false,
-      "WSysUsers",
-      user.login,
-      "ShortName",
-      user.login,
-      "I"
-  };
-  return Write({&entry, 1}, "adding a user");
+  const Statement insert = Command(
+      kInsertUser, {user.login, user.name, TextOrNull(user.name2), Fold(user.login),
+                    Fold(user.name), FoldOrNull(user.name2), user.level, user.language, *hash});
+  return WriteOne({insert, "WSysUsers", user.login, "ShortName", user.login, "I"}, "adding a user");
+}
+
+Answer<Done> UserAdmin::RemoveUser(const std::string& login) {
+  const Statement headed = Select(kSelectHeaded, {login}, {{"Name", ValueKind::String, 40}});
+  const auto packets = database_.ReadSnapshot({&headed, 1});
+  if (!packets) return ToFailure(packets.GetFailure(), "removing a user");
+  if (packets->front().rowCount > 0) {
+    return Refused("Потребител „" + login + "“ е началник на дирекция „" +
+                   packets->front().At(0, "Name").ToText() +
+                   "“. Изберете първо друг началник на дирекцията.");
+  }
+  return WriteOne({Command("delete from WSysUsers where ShortName = ?1", {login}), "WSysUsers",
+                   login, "ShortName", Variant(), "D", true},
+                  "removing a user");
 }
 
 Answer<Done> UserAdmin::AddEmployee(const NewEmployee& employee) {
@@ -138,49 +159,36 @@ Answer<Done> UserAdmin::AddEmployee(const NewEmployee& employee) {
   if (const auto checked = CheckName(employee.name, kLongestEmployeeName); !checked) {
     return checked.GetFailure();
   }
-  const Entry entry{
-      {"insert into Employees (Employee, Name, Name2, FoldName, FoldName2, Login) values (?1, ?2, "
-       "?3, ?4, ?5, ?6)", {employee.code, employee.name, TextOrNull(employee.name2), Fold(employee.name),
-        FoldOrNull(employee.name2), employee.login ? Variant(*employee.login) : Variant()},
-       {}},
-      false,
-      "Employees",
-      std::to_string(employee.code),
-      "Employee",
-      std::to_string(employee.code),
-      "I"
-  };
-  return Write({&entry, 1}, "adding an employee");
+  const std::string code = std::to_string(employee.code);
+  const Statement insert =
+      Command(kInsertEmployee,
+              {employee.code, employee.name, TextOrNull(employee.name2), Fold(employee.name),
+               FoldOrNull(employee.name2), employee.login ? Variant(*employee.login) : Variant()});
+  return WriteOne({insert, "Employees", code, "Employee", code, "I"}, "adding an employee");
 }
 
 UserAdmin::Entry UserAdmin::GrantEntry(const std::string& login, std::int32_t point,
                                        std::int32_t rights) const {
-  Entry entry{
-      {"insert into UserRights (Login, Point, Rights) values (?1, ?2, ?3) on conflict "
-       "(Login, Point) do update set Rights = excluded.Rights", {login, point, rights},
-       {}},
-      false,
-      "UserRights",
-      login + "/" + std::to_string(point),
-      "Rights",
-      std::to_string(rights),
-      "U"
-  };
+  const std::string key = login + "/" + std::to_string(point);
   if (rights == 0) {
-    entry.statement = {
-        "delete from UserRights where Login = ?1 and Point = ?2", {login,      point},
-         {          }
-    };
-    entry.value = Variant();
-    entry.kind = "D";
+    return {Command("delete from UserRights where Login = ?1 and Point = ?2", {login, point}),
+            "UserRights",
+            key,
+            "Rights",
+            Variant(),
+            "D"};
   }
-  return entry;
+  return {Command(kGrant, {login, point, rights}),
+          "UserRights",
+          key,
+          "Rights",
+          std::to_string(rights),
+          "U"};
 }
 
 Answer<Done> UserAdmin::Grant(const std::string& login, std::int32_t point, std::int32_t rights) {
   if (rights < 0 || rights > kAllRights) return Refused("Правата са сбор от 1, 2, 4 и 8.");
-  const Entry entry = GrantEntry(login, point, rights);
-  return Write({&entry, 1}, "granting rights");
+  return WriteOne(GrantEntry(login, point, rights), "granting rights");
 }
 
 Answer<Done> UserAdmin::GrantEverywhere(const std::string& login, std::int32_t rights) {
@@ -197,33 +205,16 @@ Answer<Done> UserAdmin::SetPassword(const std::string& login, std::string_view p
   const auto hash = HashPassword(password, cost_);
   if (!hash) return hash.GetFailure();
   const Entry entries[] = {
-      {{"update WSysUsers set PasswordHash = ?1 where ShortName = ?2", {*hash, login}, {}},
-       true,  "WSysUsers",
-       login, "PasswordHash",
-       Variant(),
-       "U"},
-      {{"update Session set EndedOn = ?1 where Login = ?2 and EndedOn is null",
-        {clock_.Now(), login},
-        {}},
-       false, "Session",
-       login, "EndedOn",
-       Variant(),
-       "U"}
-  };
+      {Command(kSetPassword, {*hash, login}), "WSysUsers", login, "PasswordHash", Variant(), "U",
+       true},
+      {Command(kEndSessions, {clock_.Now(), login}), "Session", login, "EndedOn", Variant(), "U"}};
   return Write(entries, "setting a password");
 }
 
 Answer<Done> UserAdmin::SetBlocked(const std::string& login, bool blocked) {
-  const Entry entry{
-      {"update WSysUsers set Blocked = ?1 where ShortName = ?2", {blocked ? 1 : 0, login}, {}},
-      true,
-      "WSysUsers",
-      login,
-      "Blocked",
-      blocked ? "1" : "0",
-      "U"
-  };
-  return Write({&entry, 1}, "blocking a user");
+  return WriteOne({Command(kSetBlocked, {blocked ? 1 : 0, login}), "WSysUsers", login, "Blocked",
+                   blocked ? "1" : "0", "U", true},
+                  "blocking a user");
 }
 
 }  // namespace orvane

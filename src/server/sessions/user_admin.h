@@ -41,6 +41,8 @@ class UserAdmin {
 
   Answer<Done> NameCompany(const std::string& name);
   Answer<Done> AddUser(const NewUser& user);
+  /// Refused while the user heads a department. His employee record stays, without a login.
+  Answer<Done> RemoveUser(const std::string& login);
   Answer<Done> AddEmployee(const NewEmployee& employee);
   /// Rights are the sum of the bits of Right; 0 takes the point away.
   Answer<Done> Grant(const std::string& login, std::int32_t point, std::int32_t rights);
@@ -53,6 +55,7 @@ class UserAdmin {
  private:
   struct Entry;
   Answer<Done> Write(std::span<const Entry> entries, std::string_view doing);
+  Answer<Done> WriteOne(const Entry& entry, std::string_view doing);
   Entry GrantEntry(const std::string& login, std::int32_t point, std::int32_t rights) const;
 
   Database& database_;
