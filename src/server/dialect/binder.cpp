@@ -1,7 +1,7 @@
 #include "server/dialect/binder.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <utility>
@@ -82,6 +82,14 @@ ValueKind OwnKind(const Variant& value) {
   if (value.AsStamp()) return ValueKind::Stamp;
   if (value.AsInt()) return ValueKind::Code;
   return ValueKind::Double;
+}
+
+/// A value that both engines take as a parameter.
+bool IsPlain(const Variant& value) {
+  if (value.AsPacket() != nullptr || value.AsArray() != nullptr) return false;
+  if (const auto* real = std::get_if<double>(&value.Raw())) return std::isfinite(*real);
+  const std::string* text = value.AsString();
+  return text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);
 }
 
 std::string Replaced(std::string_view text, std::string_view mark, std::string_view by) {
@@ -356,13 +364,11 @@ class Binder {
     if (value == nullptr) {
       return Refuse(syntax.place, "няма стойност за параметър „" + syntax.text + "“");
     }
-    if (value->AsPacket() != nullptr || value->AsArray() != nullptr ||
-        (value->AsString() != nullptr && !IsUtf8(*value->AsString()))) {
+    if (!IsPlain(*value)) {
       return Refuse(syntax.place, "параметърът „" + syntax.text + "“ не е проста стойност");
     }
-    if (const std::optional<bool> bit = value->AsBool();
-        bit && std::holds_alternative<bool>(value->Raw())) {
-      return MakeConstant(std::int64_t{*bit}, syntax.place);
+    if (std::holds_alternative<bool>(value->Raw())) {
+      return MakeConstant(*value->AsInt(), syntax.place);
     }
     return MakeConstant(*value, syntax.place);
   }

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <charconv>
+#include <cmath>
 
 #include "packet/fold.h"
 
@@ -30,8 +31,10 @@ std::optional<Variant> FromStored(std::int64_t number, ValueKind kind) {
       return Variant(Date{static_cast<std::int32_t>(number)});
     case ValueKind::Stamp:
       return Variant(Stamp{number});
-    case ValueKind::Double:
-      return Variant(std::bit_cast<double>(number));
+    case ValueKind::Double: {
+      const auto real = std::bit_cast<double>(number);
+      return std::isfinite(real) ? std::optional<Variant>(real) : std::nullopt;
+    }
     case ValueKind::Amount:
     case ValueKind::Rate:
       return Variant(Decimal(number, row.scale));
@@ -81,7 +84,7 @@ std::optional<Variant> TakeValue(Reader& reader, ValueKind kind) {
   if (tag == 't' && RowOf(kind).storage == Storage::Text) {
     const auto length = reader.TakeNumber<std::size_t>(':');
     const auto text = length ? reader.TakeText(*length) : std::nullopt;
-    if (!text || !IsUtf8(*text)) return std::nullopt;
+    if (!text || !IsUtf8(*text) || text->find('\0') != std::string_view::npos) return std::nullopt;
     return Variant(*text);
   }
   if (tag != 'v' || RowOf(kind).storage == Storage::Text) return std::nullopt;

@@ -18,7 +18,7 @@ struct EffectiveName {
   std::string_view effective;  ///< column of `table` that keeps it
 };
 constexpr EffectiveName kEffectiveNames[] = {
-    {"BaseSupplyList", "Kind", "Name",  "EffectiveName" },
+    {"BaseSupplyList", "Kind", "Name", "EffectiveName"},
     {"BaseSupplyList", "Kind", "Name2", "EffectiveName2"},
 };
 
@@ -30,7 +30,7 @@ struct EffectiveSource {
 };
 constexpr EffectiveSource kEffectiveSources[] = {
     {1, "MaterialStocks", "IdNumber", "InventoryCode"},
-    {2, "Services",       "Code",     "ServiceCode"  },
+    {2, "Services", "Code", "ServiceCode"},
 };
 
 const TypedTable* FindTable(const std::vector<TypedTable>& tables, int number) {

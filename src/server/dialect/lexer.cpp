@@ -161,7 +161,9 @@ Failure NotUnderstood(Place place, const std::string& what) {
 
 Answer<std::vector<Token>> Tokenise(std::string_view sql) {
   if (sql.size() > kLongestStatement) return NotUnderstood({}, "текстът е твърде дълъг");
-  if (!IsUtf8(sql)) return NotUnderstood({}, "текстът не е в UTF-8");
+  if (!IsUtf8(sql) || sql.find('\0') != std::string_view::npos) {
+    return NotUnderstood({}, "текстът не е в UTF-8");
+  }
   return Lexer(sql).Run();
 }
 

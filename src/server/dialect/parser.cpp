@@ -35,15 +35,11 @@ struct TypeName {
   DeclaredType type;
 };
 constexpr TypeName kDeclaredTypes[] = {
-    {"BIT",      DeclaredType::Bit    },
-    {"TINYINT",  DeclaredType::Integer},
-    {"SMALLINT", DeclaredType::Integer},
-    {"INT",      DeclaredType::Integer},
-    {"BIGINT",   DeclaredType::Integer},
-    {"VARCHAR",  DeclaredType::Text   },
-    {"NVARCHAR", DeclaredType::Text   },
-    {"DATE",     DeclaredType::Date   },
-    {"DATETIME", DeclaredType::Date   },
+    {"BIT", DeclaredType::Bit},          {"TINYINT", DeclaredType::Integer},
+    {"SMALLINT", DeclaredType::Integer}, {"INT", DeclaredType::Integer},
+    {"BIGINT", DeclaredType::Integer},   {"VARCHAR", DeclaredType::Text},
+    {"NVARCHAR", DeclaredType::Text},    {"DATE", DeclaredType::Date},
+    {"DATETIME", DeclaredType::Date},
 };
 
 /// Recursive descent. A function that fails records the first refusal and returns an empty pointer

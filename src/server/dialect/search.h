@@ -44,19 +44,19 @@ struct SearchInput {
   /// 0: as many as a portion may have.
   std::int32_t rowLimit = 0;
   /// Of the previous portion; empty for the first.
-  std::string_view continuation;
+  std::string_view continuation = {};
   Engine engine = Engine::Sqlite;
   /// Whether the asker may read a table; asked once per table of the statement. Empty: every table
   /// whose readers are everyone.
-  std::function<bool(const CatalogueTable&)> mayRead;
+  std::function<bool(const CatalogueTable&)> mayRead = {};
   /// The asker's predicate for a table with RowsSeen::Visible; parts of a document are seen with
   /// their head, so only heads are asked for. Empty: such tables are refused.
-  std::function<RowPredicate(const CatalogueTable&)> visibility;
+  std::function<RowPredicate(const CatalogueTable&)> visibility = {};
   /// Values of setting columns under "Table.Column"; one that is not there is Null.
-  NamedValues settings;
+  NamedValues settings = {};
   /// The company's day and zone.
-  Date today;
-  TimeZone zone;
+  Date today = {};
+  TimeZone zone = {};
 };
 
 /// One value by which rows are ordered, and where the answer carries it.
