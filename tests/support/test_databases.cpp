@@ -153,6 +153,12 @@ std::vector<TestEngine> TestEngines() {
   return engines;
 }
 
+std::vector<TestEngine> TestEnginesWithServer() {
+  std::vector<TestEngine> engines = TestEngines();
+  std::erase(engines, Engine::Sqlite);
+  return engines;
+}
+
 std::string EngineName(TestEngine engine) {
   return engine == Engine::Sqlite ? "Sqlite" : "Postgres";
 }

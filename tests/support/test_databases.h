@@ -22,6 +22,8 @@ using TestEngine = Engine;
 /// SQLite always; PostgreSQL when the variable ORVANE_TEST_POSTGRES of the environment holds the
 /// conninfo of a server on which databases may be created.
 std::vector<TestEngine> TestEngines();
+/// Those of them that are servers: empty when there is no PostgreSQL at hand.
+std::vector<TestEngine> TestEnginesWithServer();
 /// "Sqlite", "Postgres".
 std::string EngineName(TestEngine engine);
 std::string TestEngineName(const testing::TestParamInfo<TestEngine>& info);

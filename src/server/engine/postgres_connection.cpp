@@ -238,9 +238,13 @@ std::optional<EngineError> PostgresConnection::Receive(const Sent& sent, Deadlin
                                                        std::vector<PostgresReply>& replies) {
   const PostgresResult result = Next(deadline);
   if (!result) return std::nullopt;  // broken, which the caller sees
+  const ExecStatusType status = PQresultStatus(result.get());
+  if (status == PGRES_COPY_OUT || status == PGRES_COPY_IN || status == PGRES_COPY_BOTH) {
+    left_ = true;  // a pipeline knows no way out of a copy
+    return std::nullopt;
+  }
   while (Next(deadline)) {
   }
-  const ExecStatusType status = PQresultStatus(result.get());
   if (sent.statement == nullptr) {
     if (status == PGRES_COMMAND_OK) return std::nullopt;
     std::erase_if(sent.text->prepared, [&](const Prepared& it) { return it.name == sent.name; });

@@ -165,6 +165,32 @@ void FoldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_text64(context, folded.data(), folded.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
+std::string_view TextArgument(sqlite3_value* argument) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argument));
+  return {text == nullptr ? "" : text, static_cast<std::size_t>(sqlite3_value_bytes(argument))};
+}
+
+void AnswerNumber(sqlite3_context* context, std::optional<std::int64_t> number) {
+  if (!number) return sqlite3_result_null(context);
+  sqlite3_result_int64(context, *number);
+}
+
+/// orvane_keep(name, number): keeps a number for the statements that follow on the connection.
+void KeepFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  auto& kept = *static_cast<KeptNumbers*>(sqlite3_user_data(context));
+  std::optional<std::int64_t> number;
+  if (sqlite3_value_type(arguments[1]) != SQLITE_NULL) number = sqlite3_value_int64(arguments[1]);
+  kept.insert_or_assign(std::string(TextArgument(arguments[0])), number);
+  AnswerNumber(context, number);
+}
+
+/// orvane_kept(name): the number, null when none is kept.
+void KeptFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const auto& kept = *static_cast<const KeptNumbers*>(sqlite3_user_data(context));
+  const auto found = kept.find(TextArgument(arguments[0]));
+  AnswerNumber(context, found == kept.end() ? std::nullopt : found->second);
+}
+
 bool IsRestOfStatement(std::string_view tail) {
   return tail.find_first_not_of(" \t\r\n;") != std::string_view::npos;
 }
@@ -200,6 +226,12 @@ EngineAnswer<Done> SqliteConnection::Configure(SqliteUse use) {
   const int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
   sqlite3_create_function_v2(handle_.get(), "orvane_fold", 1, functionFlags, nullptr, &FoldFunction,
                              nullptr, nullptr, nullptr);
+  if (use != SqliteUse::Search) {
+    sqlite3_create_function_v2(handle_.get(), "orvane_keep", 2, SQLITE_UTF8 | SQLITE_DIRECTONLY,
+                               &keptNumbers_, &KeepFunction, nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(handle_.get(), "orvane_kept", 1, SQLITE_UTF8 | SQLITE_DIRECTONLY,
+                               &keptNumbers_, &KeptFunction, nullptr, nullptr, nullptr);
+  }
   switch (use) {
     case SqliteUse::Write:
       return Run(

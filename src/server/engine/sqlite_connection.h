@@ -31,6 +31,10 @@ struct FinalizeSqlite {
 using SqliteHandle = std::unique_ptr<sqlite3, CloseSqlite>;
 using SqlitePrepared = std::unique_ptr<sqlite3_stmt, FinalizeSqlite>;
 
+/// Numbers that a statement keeps for those behind it (orvane_keep, orvane_kept); PostgreSQL has
+/// settings of the transaction for the same.
+using KeptNumbers = std::map<std::string, std::optional<std::int64_t>, std::less<>>;
+
 class SqliteConnection {
  public:
   static EngineAnswer<std::unique_ptr<SqliteConnection>> Open(const std::string& path,
@@ -72,6 +76,7 @@ class SqliteConnection {
   EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement) const;
   EngineError LastError() const;
 
+  KeptNumbers keptNumbers_;
   SqliteHandle handle_;
   Fence fence_;
   std::unordered_map<std::string, SqlitePrepared> kept_;
