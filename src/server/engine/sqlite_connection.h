@@ -4,7 +4,10 @@
 // kept by their text.
 
 #include <chrono>
+#include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
