@@ -1,6 +1,8 @@
 #include "packet/fold.h"
 
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
 
 namespace orvane {
@@ -42,6 +44,17 @@ Decoded Decode(std::string_view text, std::size_t at) {
   return {point, length};
 }
 
+/// The first position from `at` on that may hold no ASCII; skips eight bytes at a time.
+std::size_t AfterAscii(std::string_view text, std::size_t at) {
+  std::uint64_t eight = 0;
+  while (at + sizeof eight <= text.size()) {
+    std::memcpy(&eight, text.data() + at, sizeof eight);
+    if ((eight & 0x8080808080808080u) != 0) break;
+    at += sizeof eight;
+  }
+  return at;
+}
+
 void Encode(CodePoint point, std::string& out) {
   const auto tail = [&](int shift) { out += static_cast<char>(0x80u | (point >> shift & 0x3Fu)); };
   if (point < 0x80) {
@@ -73,55 +86,62 @@ struct FoldRange {
 };
 
 constexpr FoldRange kRanges[] = {
-  // Latin
-    {0x0041,          0x005A,               Step::Distance,                      0x20},
-    {0x00C0,               0x00D6,                              Step::Distance,                                             0x20},
-    {0x00D8,           0x00DE,                               Step::Distance,                 0x20},
-    {0x0100, 0x012F,Step::FromEven     },
-    {0x0130,         0x0130,                             Step::Distance,                                                           0x69 - 0x130}, // I with a dot above
-    {0x0132, 0x0137,Step::FromEven},
-    {0x0139,          0x0148,                        Step::FromOdd                                                                  },
-    {0x014A,          0x0177,               Step::FromEven             },
-    {0x0178,          0x0178,               Step::Distance,                      0xFF - 0x178},
-    {0x0179,          0x017E,               Step::FromOdd                     },
-    {0x017F,               0x017F,                              Step::Distance,                                                  0x73 - 0x17F}, // long s
-  // Greek
-    {0x0386,               0x0386,                              Step::Distance,                        0x26},
-    {0x0388,   0x038A,                       Step::Distance,    0x25},
-    {0x038C, 0x038C,Step::Distance,0x40},
-    {0x038E,       0x038F,Step::Distance,                   0x3F},
-    {0x0391,          0x03A1,                        Step::Distance,                                                          0x20},
-    {0x03A3,               0x03AB,                              Step::Distance,                                                     0x20},
-    {0x03C2,           0x03C2,                               Step::Distance,                                           1}, // final sigma has the capital of the other one
-  // Cyrillic
-    {0x0400, 0x040F,Step::Distance,0x50},
-    {0x0410,0x042F,Step::Distance,0x20},
-    {0x0460,          0x0481,              Step::FromEven    },
-    {0x048A,               0x04BF,                              Step::FromEven                                                          },
-    {0x04C0,           0x04C0,                               Step::Distance,                                                                                          0x0F},
-    {0x04C1, 0x04CE,                                              Step::FromOdd                                                                                                                                  },
-    {0x04D0,0x052F,Step::FromEven                       },
- // Latin with two marks
-    {0x1E00,0x1E95,Step::FromEven},
-    {0x1E9E,0x1E9E,Step::Distance,0xDF - 0x1E9E}, // capital sharp s
-    {0x1EA0,          0x1EFF,                        Step::FromEven},
+    // Latin; U+0130 is the I with a dot above, U+017F the long s
+    {0x0041, 0x005A, Step::Distance, 0x20},
+    {0x00C0, 0x00D6, Step::Distance, 0x20},
+    {0x00D8, 0x00DE, Step::Distance, 0x20},
+    {0x0100, 0x012F, Step::FromEven},
+    {0x0130, 0x0130, Step::Distance, 0x69 - 0x130},
+    {0x0132, 0x0137, Step::FromEven},
+    {0x0139, 0x0148, Step::FromOdd},
+    {0x014A, 0x0177, Step::FromEven},
+    {0x0178, 0x0178, Step::Distance, 0xFF - 0x178},
+    {0x0179, 0x017E, Step::FromOdd},
+    {0x017F, 0x017F, Step::Distance, 0x73 - 0x17F},
+    // Greek; the final sigma, U+03C2, has the capital of the other one
+    {0x0386, 0x0386, Step::Distance, 0x26},
+    {0x0388, 0x038A, Step::Distance, 0x25},
+    {0x038C, 0x038C, Step::Distance, 0x40},
+    {0x038E, 0x038F, Step::Distance, 0x3F},
+    {0x0391, 0x03A1, Step::Distance, 0x20},
+    {0x03A3, 0x03AB, Step::Distance, 0x20},
+    {0x03C2, 0x03C2, Step::Distance, 1},
+    // Cyrillic
+    {0x0400, 0x040F, Step::Distance, 0x50},
+    {0x0410, 0x042F, Step::Distance, 0x20},
+    {0x0460, 0x0481, Step::FromEven},
+    {0x048A, 0x04BF, Step::FromEven},
+    {0x04C0, 0x04C0, Step::Distance, 0x0F},
+    {0x04C1, 0x04CE, Step::FromOdd},
+    {0x04D0, 0x052F, Step::FromEven},
+    // Latin with two marks; U+1E9E is the capital sharp s
+    {0x1E00, 0x1E95, Step::FromEven},
+    {0x1E9E, 0x1E9E, Step::Distance, 0xDF - 0x1E9E},
+    {0x1EA0, 0x1EFF, Step::FromEven},
 };
 
-CodePoint FoldLetter(CodePoint point) {
-  if (point > std::rbegin(kRanges)->last) return point;
+constexpr CodePoint FoldByRanges(CodePoint point) {
   for (const FoldRange& range : kRanges) {
-    if (point < range.first) return point;
-    if (point > range.last) continue;
-    switch (range.step) {
-      case Step::Distance:
-        return static_cast<CodePoint>(static_cast<std::int32_t>(point) + range.distance);
-      case Step::FromEven:
-        return point | 1u;
-      case Step::FromOdd:
-        return point + (point & 1u);
-    }
+    if (point < range.first || point > range.last) continue;
+    if (range.step == Step::FromEven) return point | 1u;
+    if (range.step == Step::FromOdd) return point + (point & 1u);
+    return static_cast<CodePoint>(static_cast<std::int32_t>(point) + range.distance);
   }
   return point;
+}
+
+/// The ranges up to the end of Cyrillic, letter by letter: folding is the innermost loop of
+/// sorting.
+constexpr auto kLetters = [] {
+  std::array<std::uint16_t, 0x530> letters{};
+  for (CodePoint point = 0; point < letters.size(); ++point) {
+    letters[point] = static_cast<std::uint16_t>(FoldByRanges(point));
+  }
+  return letters;
+}();
+
+CodePoint FoldLetter(CodePoint point) {
+  return point < kLetters.size() ? kLetters[point] : FoldByRanges(point);
 }
 
 constexpr std::string_view kBlanks[] = {" ", "\t", "\r", "\n", "\u00A0", "\u202F"};
@@ -207,6 +227,8 @@ std::string_view Utf8Cut(std::string_view text, std::size_t count) {
 
 bool IsUtf8(std::string_view text) {
   for (std::size_t at = 0; at < text.size();) {
+    at = AfterAscii(text, at);
+    if (at == text.size()) return true;
     const Decoded decoded = Decode(text, at);
     if (decoded.point == kInvalid) return false;
     at += decoded.length;

@@ -40,18 +40,18 @@ inline constexpr std::int64_t kHighest64 = std::numeric_limits<std::int64_t>::ma
 
 /// The table of value types, in the order of the enumeration.
 inline constexpr ValueKindRow kValueKinds[] = {
-    {ValueKind::Bool,   "Bool",   Storage::Integer, 0, 0,               1         },
-    {ValueKind::Byte,   "Byte",   Storage::Integer, 0, 0,               255       },
-    {ValueKind::Int16,  "Int16",  Storage::Integer, 0, -32768,          32767     },
-    {ValueKind::Int32,  "Int32",  Storage::Integer, 0, -2147483647 - 1, 2147483647},
-    {ValueKind::Code,   "Code",   Storage::Integer, 0, kLowest64,       kHighest64},
-    {ValueKind::Amount, "Amount", Storage::Integer, 4, kLowest64,       kHighest64},
-    {ValueKind::Rate,   "Rate",   Storage::Integer, 7, kLowest64,       kHighest64},
-    {ValueKind::Double, "Double", Storage::Real,    0, 0,               0         },
-    {ValueKind::Date,   "Date",   Storage::Integer, 0, -719162,         2932896   },
-    {ValueKind::Stamp,  "Stamp",  Storage::Integer, 0, kLowest64,       kHighest64},
-    {ValueKind::String, "String", Storage::Text,    0, 0,               0         },
-    {ValueKind::Memo,   "Memo",   Storage::Text,    0, 0,               0         },
+    {ValueKind::Bool, "Bool", Storage::Integer, 0, 0, 1},
+    {ValueKind::Byte, "Byte", Storage::Integer, 0, 0, 255},
+    {ValueKind::Int16, "Int16", Storage::Integer, 0, -32768, 32767},
+    {ValueKind::Int32, "Int32", Storage::Integer, 0, -2147483647 - 1, 2147483647},
+    {ValueKind::Code, "Code", Storage::Integer, 0, kLowest64, kHighest64},
+    {ValueKind::Amount, "Amount", Storage::Integer, 4, kLowest64, kHighest64},
+    {ValueKind::Rate, "Rate", Storage::Integer, 7, kLowest64, kHighest64},
+    {ValueKind::Double, "Double", Storage::Real, 0, 0, 0},
+    {ValueKind::Date, "Date", Storage::Integer, 0, -719162, 2932896},
+    {ValueKind::Stamp, "Stamp", Storage::Integer, 0, kLowest64, kHighest64},
+    {ValueKind::String, "String", Storage::Text, 0, 0, 0},
+    {ValueKind::Memo, "Memo", Storage::Text, 0, 0, 0},
 };
 
 constexpr const ValueKindRow& RowOf(ValueKind kind) {

@@ -24,22 +24,22 @@ TEST(Fold, MakesCapitalsSmallAndDropsTrailingBlanks) {
     const char* text;
     const char* folded;
   } rows[] = {
-      {"Щъркел ЕООД",                                        "щъркел еоод"                                       },
+      {"Щъркел ЕООД", "щъркел еоод"},
       {"АБВГДЕЖЗИЙКЛМНОПРСТУФХЦЧШЩЪЬЮЯ", "абвгдежзийклмнопрстуфхцчшщъьюя"},
-      {"ЀЁЂЃЄЅІЇЈЉЊЋЌЍЎЏ",                             "ѐёђѓєѕіїјљњћќѝўџ"                            },
-      {"ѢѪҐӀӁӐ",                                                 "ѣѫґӏӂӑ"                                                },
-      {"ABCXYZ @[`{",                                                  "abcxyz @[`{"                                                 },
-      {"ÀÖØÞß×",                                                 "àöøþß×"                                                },
-      {"ĀİĶĹŇŊŶŸŹŽſ",                                       "āiķĺňŋŷÿźžs"                                        },
-      {"ĸıŉ",                                                       "ĸıŉ"                                                      },
-      {"ΑΣςΩΆΈΌΎΏΪ",                                         "ασσωάέόύώϊ"                                        },
-      {"ẀẞẼỲ",                                                 "ẁßẽỳ"                                                 },
-      {"Ламарина 2 мм  \t\r\n\u00A0\u202F",                  "ламарина 2 мм"                                     },
-      {"  отпред",                                               "  отпред"                                              },
-      {"   ",                                                          ""                                                            },
-      {"",                                                             ""                                                            },
-      {"\xFF\xD0Я",                                                   "\xFF\xD0я"                                                  },
-      {"漢字€😀",                                                "漢字€😀"                                               },
+      {"ЀЁЂЃЄЅІЇЈЉЊЋЌЍЎЏ", "ѐёђѓєѕіїјљњћќѝўџ"},
+      {"ѢѪҐӀӁӐ", "ѣѫґӏӂӑ"},
+      {"ABCXYZ @[`{", "abcxyz @[`{"},
+      {"ÀÖØÞß×", "àöøþß×"},
+      {"ĀİĶĹŇŊŶŸŹŽſ", "āiķĺňŋŷÿźžs"},
+      {"ĸıŉ", "ĸıŉ"},
+      {"ΑΣςΩΆΈΌΎΏΪ", "ασσωάέόύώϊ"},
+      {"ẀẞẼỲ", "ẁßẽỳ"},
+      {"Ламарина 2 мм  \t\r\n\u00A0\u202F", "ламарина 2 мм"},
+      {"  отпред", "  отпред"},
+      {"   ", ""},
+      {"", ""},
+      {"\xFF\xD0Я", "\xFF\xD0я"},
+      {"漢字€😀", "漢字€😀"},
   };
   for (const auto& row : rows)
     EXPECT_EQ(Fold(row.text), row.folded) << row.text;
@@ -74,19 +74,19 @@ TEST(PrefixUpperBound, StandsBehindEveryTextOfThatBeginning) {
     const char* prefix;
     const char* bound;
   } rows[] = {
-      {"а",          "б"        },
-      {"п",          "р"        }, // the byte after п is no UTF-8
-      {"стома",  "стомб"},
-      {"z",           "{"         },
-      {"\x7F",        "\u0080"    },
-      {"\uD7FF",      "\uE000"    },
-      {"\uFFFF",      "\U00010000"},
-      {"a\U0010FFFF", "b"         },
-      {"\U0010FFFF",  ""          },
-      {"",            ""          },
-      {"a\xFF",       "b"         },
-      {"\xD0",        "\xD1"      },
-      {"\xFF\xFF",    ""          },
+      {"а", "б"},
+      {"п", "р"},  // the byte after п is no UTF-8
+      {"стома", "стомб"},
+      {"z", "{"},
+      {"\x7F", "\u0080"},
+      {"\uD7FF", "\uE000"},
+      {"\uFFFF", "\U00010000"},
+      {"a\U0010FFFF", "b"},
+      {"\U0010FFFF", ""},
+      {"", ""},
+      {"a\xFF", "b"},
+      {"\xD0", "\xD1"},
+      {"\xFF\xFF", ""},
   };
   for (const auto& row : rows)
     EXPECT_EQ(PrefixUpperBound(row.prefix), row.bound) << row.prefix;
@@ -106,19 +106,19 @@ TEST(Utf8, RefusesWhatIsNotWellFormed) {
     const char* bytes;
     bool wellFormed;
   } rows[] = {
-      {"",                         true },
-      {"Ламарина €😀", true },
-      {"\xEF\xBF\xBF",             true },
-      {"\xF4\x8F\xBF\xBF",         true },
-      {"\xC0\x80",                 false}, // overlong
-      {"\xE0\x9F\xBF",             false}, // overlong
-      {"\xF0\x8F\xBF\xBF",         false}, // overlong
-      {"\xED\xA0\x80",             false}, // surrogate
-      {"\xF4\x90\x80\x80",         false}, // beyond the last
-      {"\xD0",                     false},
-      {"\x80",                     false},
-      {"\xE2\x82",                 false},
-      {"\xFE",                     false},
+      {"", true},
+      {"Ламарина €😀", true},
+      {"\xEF\xBF\xBF", true},
+      {"\xF4\x8F\xBF\xBF", true},
+      {"\xC0\x80", false},          // overlong
+      {"\xE0\x9F\xBF", false},      // overlong
+      {"\xF0\x8F\xBF\xBF", false},  // overlong
+      {"\xED\xA0\x80", false},      // surrogate
+      {"\xF4\x90\x80\x80", false},  // beyond the last
+      {"\xD0", false},
+      {"\x80", false},
+      {"\xE2\x82", false},
+      {"\xFE", false},
   };
   for (const auto& row : rows)
     EXPECT_EQ(IsUtf8(row.bytes), row.wellFormed) << row.bytes;

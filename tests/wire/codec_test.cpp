@@ -41,16 +41,16 @@ TEST(Codec, RefusesValuesThatAreNone) {
     const char* what;
     std::function<void(v1::Value&)> fill;
   } rows[] = {
-      {"scale ten",                      [](auto& v) { v.mutable_decimal()->set_scale(10); }                  },
-      {"huge scale",                     [](auto& v) { v.mutable_decimal()->set_scale(0xFFFFFFFF); }          },
-      {"not a number",                   [](auto& v) { v.set_real(std::nan("")); }                            },
-      {"infinity",                       [](auto& v) { v.set_real(-std::numeric_limits<double>::infinity()); }},
-      {"day before the first",           [](auto& v) { v.set_date(-719163); }                                 },
-      {"day behind the last",            [](auto& v) { v.set_date(2932897); }                                 },
-      {"text that is no UTF-8",          [](auto& v) { v.set_text("\xD0"); }                                  },
-      {"packet of no kind",              [](auto& v) { v.mutable_packet()->add_columns(); }                   },
-      {"packet of rows without columns", [](auto& v) { v.mutable_packet()->set_row_count(1); }                },
-      {"bad value in an array",          [](auto& v) { v.mutable_array()->add_values()->set_text("\xFF"); }   },
+      {"scale ten", [](auto& v) { v.mutable_decimal()->set_scale(10); }},
+      {"huge scale", [](auto& v) { v.mutable_decimal()->set_scale(0xFFFFFFFF); }},
+      {"not a number", [](auto& v) { v.set_real(std::nan("")); }},
+      {"infinity", [](auto& v) { v.set_real(-std::numeric_limits<double>::infinity()); }},
+      {"day before the first", [](auto& v) { v.set_date(-719163); }},
+      {"day behind the last", [](auto& v) { v.set_date(2932897); }},
+      {"text that is no UTF-8", [](auto& v) { v.set_text("\xD0"); }},
+      {"packet of no kind", [](auto& v) { v.mutable_packet()->add_columns(); }},
+      {"packet of rows without columns", [](auto& v) { v.mutable_packet()->set_row_count(1); }},
+      {"bad value in an array", [](auto& v) { v.mutable_array()->add_values()->set_text("\xFF"); }},
   };
   for (const auto& row : rows) {
     v1::Value message;
@@ -70,19 +70,19 @@ TEST(Codec, RefusesColumnsThatDoNotFitTogether) {
     const char* what;
     std::function<void(v1::Packet&)> damage;
   } rows[] = {
-      {"unknown kind",              [](auto& p) { p.mutable_columns(0)->set_kind(v1::ValueKind(13)); }  },
-      {"no kind",                   [](auto& p) { p.mutable_columns(0)->clear_kind(); }                 },
-      {"another kind",              [](auto& p) { p.mutable_columns(0)->set_kind(v1::VALUE_KIND_MEMO); }},
-      {"size beyond its type",      [](auto& p) { p.mutable_columns(3)->set_size(0x10014); }            },
-      {"size below the text",       [](auto& p) { p.mutable_columns(3)->set_size(3); }                  },
-      {"row count",                 [](auto& p) { p.set_row_count(3); }                                 },
-      {"row count near its end",    [](auto& p) { p.set_row_count(~std::uint64_t{0}); }                 },
-      {"a value too many",          [](auto& p) { p.mutable_columns(0)->add_integers(1); }              },
-      {"offset beyond the heap",    [](auto& p) { p.mutable_columns(3)->set_ends(0, 0xFFFFFFFF); }      },
-      {"heap cut",                  [](auto& p) { p.mutable_columns(3)->mutable_heap()->pop_back(); }   },
-      {"null bits beyond the rows", [](auto& p) { p.mutable_columns(0)->add_nulls(4); }                 },
-      {"value under a null",        [](auto& p) { p.mutable_columns(1)->set_integers(1, 9); }           },
-      {"day out of range",          [](auto& p) { p.mutable_columns(4)->set_integers(0, 1ll << 40); }   },
+      {"unknown kind", [](auto& p) { p.mutable_columns(0)->set_kind(v1::ValueKind(13)); }},
+      {"no kind", [](auto& p) { p.mutable_columns(0)->clear_kind(); }},
+      {"another kind", [](auto& p) { p.mutable_columns(0)->set_kind(v1::VALUE_KIND_MEMO); }},
+      {"size beyond its type", [](auto& p) { p.mutable_columns(3)->set_size(0x10014); }},
+      {"size below the text", [](auto& p) { p.mutable_columns(3)->set_size(3); }},
+      {"row count", [](auto& p) { p.set_row_count(3); }},
+      {"row count near its end", [](auto& p) { p.set_row_count(~std::uint64_t{0}); }},
+      {"a value too many", [](auto& p) { p.mutable_columns(0)->add_integers(1); }},
+      {"offset beyond the heap", [](auto& p) { p.mutable_columns(3)->set_ends(0, 0xFFFFFFFF); }},
+      {"heap cut", [](auto& p) { p.mutable_columns(3)->mutable_heap()->pop_back(); }},
+      {"null bits beyond the rows", [](auto& p) { p.mutable_columns(0)->add_nulls(4); }},
+      {"value under a null", [](auto& p) { p.mutable_columns(1)->set_integers(1, 9); }},
+      {"day out of range", [](auto& p) { p.mutable_columns(4)->set_integers(0, 1ll << 40); }},
   };
   v1::Packet sound;
   wire::Encode(SamplePacket(), sound);

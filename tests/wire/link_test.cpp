@@ -72,10 +72,7 @@ TEST_F(LinkTest, EveryVerbCarriesItsRequestAndItsAnswer) {
 
   fake.session.login = "ivanova";
   fake.session.userLevel = 3;
-  fake.session.points = {
-      {31, 15},
-      {32, 1 }
-  };
+  fake.session.points = {{31, 15}, {32, 1}};
   fake.session.languageNames = {"български", "English"};
   fake.session.zone = {-150, false};
   const auto session = remote->LogIn({kProtocolVersion, "ivanova", "парола", "МАШИНА-1", "1.2"});
@@ -89,10 +86,7 @@ TEST_F(LinkTest, EveryVerbCarriesItsRequestAndItsAnswer) {
   EXPECT_EQ(session->zone, fake.session.zone);
 
   fake.packets = {SamplePacket(), DataPacket()};
-  FetchRequest units{
-      "TsmCore", "dspUnits", {{"Код", 5}, {"Празно", {}}},
-        "", 80, "\xFF\x01"
-  };
+  FetchRequest units{"TsmCore", "dspUnits", {{"Код", 5}, {"Празно", {}}}, "", 80, "\xFF\x01"};
   FetchRequest search{"TsmSQL", "dspSQL", {}, "SELECT 1", 0, ""};
   const auto packets = remote->Fetch(kCaller, {units, search});
   ASSERT_TRUE(packets);
@@ -100,10 +94,7 @@ TEST_F(LinkTest, EveryVerbCarriesItsRequestAndItsAnswer) {
   EXPECT_EQ(fake.callerSeen.ticket, kCaller.ticket);
   EXPECT_EQ(fake.callerSeen.pointNo, kCaller.pointNo);
   ASSERT_EQ(fake.fetchSeen.size(), 2u);
-  EXPECT_EQ(fake.fetchSeen[0].params, (NamedValues{
-                                          {"Код",       5 },
-                                          {"Празно", {}}
-  }));
+  EXPECT_EQ(fake.fetchSeen[0].params, (NamedValues{{"Код", 5}, {"Празно", {}}}));
   EXPECT_EQ(fake.fetchSeen[0].continuation, "\xFF\x01");
   EXPECT_EQ(fake.fetchSeen[1].sql, "SELECT 1");
 
@@ -113,12 +104,8 @@ TEST_F(LinkTest, EveryVerbCarriesItsRequestAndItsAnswer) {
   fake.applyAnswer.outcomes.resize(2);
   fake.applyAnswer.outcomes[0] = {true, std::nullopt, {{"Code", 7}}, {}};
   fake.applyAnswer.outcomes[1].failure = Failure{FailureKind::Conflict, "сменен"};
-  fake.applyAnswer.outcomes[1].present = {
-      {"Name", "друго"}
-  };
-  fake.applyAnswer.headMoved = {
-      {"Sum", Decimal(1, 4)}
-  };
+  fake.applyAnswer.outcomes[1].present = {{"Name", "друго"}};
+  fake.applyAnswer.headMoved = {{"Sum", Decimal(1, 4)}};
   const auto applied = remote->Apply(kCaller, {"TsmCore", "dspUnits", -1, SamplePacket(), delta});
   ASSERT_TRUE(applied);
   EXPECT_EQ(fake.applySeen.maxErrors, -1);

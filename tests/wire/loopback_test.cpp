@@ -10,19 +10,19 @@ TEST(Loopback, IsThisMachineAndNothingThatLooksLikeIt) {
     const char* address;
     bool loopback;
   } rows[] = {
-      {"127.0.0.1:8011",          true },
-      {"127.9.9.9",               true },
-      {"localhost:8011",          true },
-      {"[::1]:8011",              true },
-      {"::1",                     true },
-      {"0.0.0.0:8011",            false},
-      {"[::]:8011",               false},
-      {"10.0.0.5:8011",           false},
-      {"server:8011",             false},
-      {"127.example.org:1",       false},
-      {"[fe80::1]:1",             false},
+      {"127.0.0.1:8011", true},
+      {"127.9.9.9", true},
+      {"localhost:8011", true},
+      {"[::1]:8011", true},
+      {"::1", true},
+      {"0.0.0.0:8011", false},
+      {"[::]:8011", false},
+      {"10.0.0.5:8011", false},
+      {"server:8011", false},
+      {"127.example.org:1", false},
+      {"[fe80::1]:1", false},
       {"localhost.example.org:1", false},
-      {"",                        false},
+      {"", false},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(IsLoopback(HostOf(row.address)), row.loopback) << row.address;
