@@ -98,6 +98,12 @@ void TLookupTable::SetTemplate(std::vector<std::string> lines) {
   stale_ = true;
 }
 
+void TLookupTable::Forget() {
+  dataSet_.EmptyDataSet();
+  unknownKeys_.clear();
+  stale_ = true;
+}
+
 /// The field as the template's statement calls it: with its table's alias when it has one.
 std::string TLookupTable::ColumnOf(std::string_view field) const {
   for (const SearchField& offered : dlgSearchFields) {
@@ -141,6 +147,11 @@ void TLookupTable::TakeFilled(DataPacket packet) {
 }
 
 void TLookupTable::Fill() {
+  if (dlgSQL.empty()) {
+    Forget();
+    stale_ = false;
+    return;
+  }
   ConnectionScope scope(dataSet_.Connection());
   TakeFilled(std::move(scope.Fetch({FillRequest()}).front()));
 }
@@ -188,8 +199,28 @@ bool TLookupTable::MayBeFetched(const Variant& key) const {
   return dataSet_.HasMore() && TakesConditions(dlgSQL) && !unknownKeys_.contains(key);
 }
 
+std::optional<std::size_t> TLookupTable::ShownRow(const Variant& key) const {
+  for (std::size_t row = 0; row < shown_.rowCount; ++row) {
+    if (shown_.At(row, keyField_) == key) return row;
+  }
+  return std::nullopt;
+}
+
+Variant TLookupTable::ValueOf(const Variant& key, std::string_view field) const {
+  if (key.IsNull()) return {};
+  if (const auto offered = dataSet_.Find(keyField_, key))
+    return dataSet_.ValueAt(*offered, dataSet_.FieldByName(field));
+  const auto shown = ShownRow(key);
+  return shown ? shown_.At(*shown, field) : Variant();
+}
+
+bool TLookupTable::Knows(const Variant& key) const {
+  return !key.IsNull() && (dataSet_.Find(keyField_, key) || ShownRow(key));
+}
+
 bool TLookupTable::LocateKey(const Variant& key) {
   if (key.IsNull()) return false;
+  if (dlgSQL.empty()) return false;
   ConnectionScope scope(dataSet_.Connection());
   if (stale_) {
     std::vector<FetchRequest> requests{FillRequest()};

@@ -7,9 +7,11 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "data/client_dataset.h"
@@ -25,7 +27,9 @@ class TLookupTable {
   TVosClientDataSet& DataSet() const { return dataSet_; }
   const std::string& KeyField() const { return keyField_; }
 
-  std::vector<std::string> dlgSQL;  ///< lines of the template; SetTemplate, once rows have come
+  /// Lines of the template; SetTemplate, once rows have come. Without lines nothing is offered and
+  /// nothing asked.
+  std::vector<std::string> dlgSQL;
   std::vector<SearchField> dlgSearchFields;
   std::int32_t portion = 1000;
 
@@ -35,6 +39,9 @@ class TLookupTable {
   const NamedValues& Params() const { return params_; }
   void SetTemplate(std::vector<std::string> lines);
   bool IsStale() const { return stale_; }
+  /// Drops the rows; they are fetched when they are needed next. For rows that others change while
+  /// the screen is open.
+  void Forget();
 
   /// The first portion, ordered by key, without conditions: for batches that travel together. The
   /// answer goes to TakeFilled.
@@ -53,6 +60,14 @@ class TLookupTable {
   /// to TakeKeys, which also remembers the keys that the server does not know.
   FetchRequest KeysRequest(const std::vector<Variant>& keys) const;
   void TakeKeys(const std::vector<Variant>& keys, const DataPacket& packet);
+  /// Rows behind codes that the screen shows (its document's own), kept apart from those that are
+  /// offered; replaces the former ones.
+  void TakeShown(DataPacket rows) { shown_ = std::move(rows); }
+  /// A column of that key's row, among those offered or shown; nothing is fetched. Null when the
+  /// row is not here.
+  Variant ValueOf(const Variant& key, std::string_view field) const;
+  /// The row of that key is here, offered or shown.
+  bool Knows(const Variant& key) const;
   /// True when the key has not arrived and asking for it may bring it.
   bool MayBeFetched(const Variant& key) const;
   /// A page of rows where `field` equals, begins with or contains `text`; rows already in memory
@@ -64,6 +79,7 @@ class TLookupTable {
   FetchRequest Request(const std::vector<SearchCondition>& conditions, std::string_view orderField,
                        std::int32_t rowLimit) const;
   std::string ColumnOf(std::string_view field) const;
+  std::optional<std::size_t> ShownRow(const Variant& key) const;
   void AddFound(const DataPacket& packet);
   std::vector<std::size_t> NarrowInMemory(const TField& field, SearchMatch match,
                                           std::string_view text, std::size_t limit,
@@ -80,6 +96,7 @@ class TLookupTable {
   TVosClientDataSet& dataSet_;
   std::string keyField_;
   NamedValues params_;
+  DataPacket shown_;
   bool stale_ = true;
   std::set<Variant, ByValue> unknownKeys_;  ///< asked for, and not there
 };

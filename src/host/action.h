@@ -59,5 +59,7 @@ struct LiveRow {
 inline constexpr std::string_view kAnywhere = "";
 /// While any lookup combo has the focus.
 inline constexpr std::string_view kAtCombo = "*combo";
+/// While any key edit has the focus.
+inline constexpr std::string_view kAtKeyEdit = "*key";
 
 }  // namespace orvane

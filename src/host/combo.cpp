@@ -37,11 +37,7 @@ const std::string& TVosMTCombo::NameField() const {
 }
 
 std::string TVosMTCombo::NameOf(const Variant& key) const {
-  if (key.IsNull() || !TakesNames()) return {};
-  const TVosClientDataSet& rows = table_.DataSet();
-  const auto position = rows.Find(table_.KeyField(), key);
-  return position ? rows.TextAt(*position, table_.DataSet().FieldByName(NameField()))
-                  : std::string();
+  return TakesNames() ? table_.ValueOf(key, NameField()).ToText() : std::string();
 }
 
 // --- the list

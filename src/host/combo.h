@@ -53,7 +53,7 @@ class TVosMTCombo {
   const std::string& NameField() const;
   /// A name may be typed in place of the code.
   bool TakesNames() const { return !NameField().empty(); }
-  /// Name of a code among the rows that have arrived; empty when it is not there.
+  /// Name of a code among the rows offered or shown that have arrived; empty when it is not there.
   std::string NameOf(const Variant& key) const;
 
   /// Search dialog on the given field; a chosen row's code goes into the edited field. Nothing

@@ -234,6 +234,7 @@ bool TVosBaseForm::FocusMatches(std::string_view word) const {
   if (activeControl_ == nullptr) return false;
   const TVosMTCombo* combo = activeControl_->ActiveCombo();
   if (word == kAtCombo) return combo != nullptr;
+  if (word == kAtKeyEdit) return activeControl_->Kind() == ControlKind::KeyEdit;
   // A grid stays the place of its actions while one of its combos is in use.
   return activeControl_->Name() == word || (combo != nullptr && combo->Name() == word);
 }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "contract/system.h"
 #include "data/lookup_table.h"
 #include "host/grid.h"
 #include "host/inspector.h"
@@ -20,9 +19,9 @@ struct MatchRow {
 };
 
 constexpr MatchRow kMatches[] = {
-    {SearchMatch::Begins,   "acBegins",   "Започва с", Ctrl(KeyCode::Digit1), "започва с"},
-    {SearchMatch::Contains, "acContains", "Съдържа",    Ctrl(KeyCode::Digit2), "съдържа"   },
-    {SearchMatch::Equals,   "acWhole",    "Съвпада",    Ctrl(KeyCode::Digit3), "съвпада"   },
+    {SearchMatch::Begins, "acBegins", "Започва с", Ctrl(KeyCode::Digit1), "започва с"},
+    {SearchMatch::Contains, "acContains", "Съдържа", Ctrl(KeyCode::Digit2), "съдържа"},
+    {SearchMatch::Equals, "acWhole", "Съвпада", Ctrl(KeyCode::Digit3), "съвпада"},
 };
 
 std::string_view TextOf(SearchMatch match) {
@@ -105,8 +104,7 @@ class TfVosSearch : public TVosBaseForm {
         connection_(App().Session(), {ModuleNo(), PointNo()}, system::kSearchClass),
         cdsConditions_("cdsConditions", connection_, ProviderDef{"", "", conditionFields_}),
         dsConditions_(cdsConditions_),
-        cdsResult_("cdsResult", connection_,
-                   ProviderDef{system::kSearchProvider, "", spec_.columns}),
+        cdsResult_("cdsResult", connection_, ProviderDef{spec_.provider, "", spec_.columns}),
         dsResult_(cdsResult_),
         diConditions_(*this, "diConditions", dsConditions_),
         lResult_(*this, "lResult"),
@@ -121,6 +119,8 @@ class TfVosSearch : public TVosBaseForm {
                                   .width = WidthOf(offer.column),
                                   .title = offer.field.displayName});
     }
+    for (const auto& [column, text] : spec_.texts)
+      cdsResult_.FieldByName(column).OnGetText = text;
     gResult_.readOnly = true;
     gResult_.emptyText = "Въведете условие и натиснете F9. Без условие се показват всички.";
     AddOwnActions();
@@ -158,11 +158,11 @@ class TfVosSearch : public TVosBaseForm {
   }
 
   static constexpr LiveRow kLive[] = {
-      {"acChoose", "gResult", InState::Any, {},         &HasResult                        },
-      {"acFind",   kAnywhere},
-      {"acBegins",        "diConditions",  InState::Any,             {},              &MayChooseMatch                          },
-      {"acContains",        "diConditions",  InState::Any,  {},&MayChooseMatch},
-      {"acWhole",        "diConditions",  InState::Any,             {},                            &MayChooseMatch                                                                  },
+      {"acChoose", "gResult", InState::Any, {}, &HasResult},
+      {"acFind", kAnywhere},
+      {"acBegins", "diConditions", InState::Any, {}, &MayChooseMatch},
+      {"acContains", "diConditions", InState::Any, {}, &MayChooseMatch},
+      {"acWhole", "diConditions", InState::Any, {}, &MayChooseMatch},
   };
 
   void AddOwnActions() {
@@ -171,12 +171,10 @@ class TfVosSearch : public TVosBaseForm {
     for (const MatchRow& row : kMatches)
       Add(row.action, row.caption, row.key, "", [this, match = row.match] { SetMatch(match); });
     AddDialogExit(*this);
-    ribbon = {
-        {"Търсене",
-         {{"Операции", {"acFind", "acChoose"}},
-          {"Начин на търсене", {"acBegins", "acContains", "acWhole"}},
-          {"Изход", {"acExit"}}}}
-    };
+    ribbon = {{"Търсене",
+               {{"Операции", {"acFind", "acChoose"}},
+                {"Начин на търсене", {"acBegins", "acContains", "acWhole"}},
+                {"Изход", {"acExit"}}}}};
   }
 
   void Add(std::string_view name, std::string_view text, KeyStroke key, std::string_view icon,
@@ -303,7 +301,9 @@ SearchSpec SearchOf(TLookupTable& table) {
   spec.params = table.Params();
   spec.fields = table.dlgSearchFields;
   for (const TField* field : table.DataSet().Fields()) {
-    if (!field->IsLookup()) spec.columns.push_back(field->Def());
+    if (field->IsLookup()) continue;
+    spec.columns.push_back(field->Def());
+    if (field->OnGetText) spec.texts[std::string(field->Name())] = field->OnGetText;
   }
   return spec;
 }

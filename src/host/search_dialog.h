@@ -9,6 +9,8 @@
 //   if (const auto row = RunSearchDialog(form, spec)) code = *FindValue(*row, "Partner");
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +18,7 @@
 #include <vector>
 
 #include "contract/field.h"
+#include "contract/system.h"
 #include "data/search_template.h"
 #include "host/form.h"
 
@@ -38,6 +41,10 @@ struct SearchSpec {
   /// must begin with what is typed.
   bool partial = false;
   std::int32_t portion = 80;
+  /// Provider of the search class that runs the statement.
+  std::string_view provider = system::kSearchProvider;
+  /// How values of columns read where their format does not say it (quantities in their unit).
+  std::map<std::string, std::function<std::string(const Variant&)>> texts = {};
 };
 
 /// Template, parameters, fields and columns of a lookup table.

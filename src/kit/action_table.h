@@ -38,4 +38,20 @@ void AddActions(FormClass& form, const ActionRow<FormClass> (&rows)[N]) {
   }
 }
 
+/// A rule of the screen as the condition of a row of its live table: When<&TfDepartment::HasRows>.
+template <auto Rule>
+bool When(const TVosBaseForm& form);
+
+namespace action_table_detail {
+template <class FormClass>
+const FormClass& FormOf(const TVosBaseForm& form, bool (FormClass::*)() const) {
+  return static_cast<const FormClass&>(form);
+}
+}  // namespace action_table_detail
+
+template <auto Rule>
+bool When(const TVosBaseForm& form) {
+  return (action_table_detail::FormOf(form, Rule).*Rule)();
+}
+
 }  // namespace orvane

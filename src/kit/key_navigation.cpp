@@ -17,12 +17,12 @@ struct MoveRow {
 };
 
 constexpr MoveRow kMoves[] = {
-    {"acFirst",     "Преход към първи запис",       Shift(KeyCode::F3), Nav::First,    0  },
-    {"acPriorPage", "Преход преди 10 записа",         Ctrl(KeyCode::F3),  Nav::Step,     -10},
-    {"acPrior",     "Преход към предишен запис", KeyCode::F3,        Nav::Previous, 0  },
-    {"acNext",      "Преход към следващ запис",   KeyCode::F4,        Nav::Next,     0  },
-    {"acNextPage",  "Преход след 10 записа",           Ctrl(KeyCode::F4),  Nav::Step,     10 },
-    {"acLast",      "Преход към последен запис", Shift(KeyCode::F4), Nav::Last,     0  },
+    {"acFirst", "Преход към първи запис", Shift(KeyCode::F3), Nav::First, 0},
+    {"acPriorPage", "Преход преди 10 записа", Ctrl(KeyCode::F3), Nav::Step, -10},
+    {"acPrior", "Преход към предишен запис", KeyCode::F3, Nav::Previous, 0},
+    {"acNext", "Преход към следващ запис", KeyCode::F4, Nav::Next, 0},
+    {"acNextPage", "Преход след 10 записа", Ctrl(KeyCode::F4), Nav::Step, 10},
+    {"acLast", "Преход към последен запис", Shift(KeyCode::F4), Nav::Last, 0},
 };
 
 bool IsBackward(const MoveRow& move) {
@@ -41,7 +41,7 @@ void KeyNavigation::AddTo() {
     action.caption = move.hint;
     action.hint = move.hint;
     action.shortcut = move.key;
-    action.OnExecute = [this, nav = move.nav, step = move.step] { code = load_(nav, step); };
+    action.OnExecute = [this, nav = move.nav, step = move.step] { load_(nav, step); };
     form_.AddAction(std::move(action));
   }
 }
@@ -53,12 +53,12 @@ std::vector<std::string> KeyNavigation::ActionNames() const {
   return names;
 }
 
-void KeyNavigation::Refresh() {
+void KeyNavigation::Refresh(LoadCode lastLoad, bool oneDocument) {
   const bool focused = form_.ActiveControl() == &edit_ && !oneDocument;
   for (const MoveRow& move : kMoves) {
     TAction* action = form_.FindAction(std::string(move.name) + suffix_);
     const LoadCode end = IsBackward(move) ? LoadCode::First : LoadCode::Last;
-    action->enabled = focused && code != end;
+    action->enabled = focused && lastLoad != end;
   }
 }
 

@@ -19,8 +19,8 @@ class TKeyEdit;
 /// with two key edits has two sets on the same keys.
 class KeyNavigation {
  public:
-  /// Loads by a move with a step (0 but for the steps of ten); returns the load result code.
-  using Load = std::function<LoadCode(Nav nav, int step)>;
+  /// Loads by a move with a step (0 but for the steps of ten).
+  using Load = std::function<void(Nav nav, int step)>;
 
   KeyNavigation(TVosBaseForm& form, TKeyEdit& edit, std::string_view suffix, Load load);
 
@@ -29,12 +29,10 @@ class KeyNavigation {
   /// Names in the order of the bar.
   std::vector<std::string> ActionNames() const;
 
-  /// What the last load said; the ends disable the moves beyond them.
-  LoadCode code = LoadCode::Between;
-  /// Set while the screen shows one given document: nothing moves.
-  bool oneDocument = false;
-  /// Enables the moves while the key edit has the focus; called from the form's live rules.
-  void Refresh();
+  /// Enables the moves while the key edit has the focus, but for those beyond the end that the last
+  /// load met, and none while the screen shows one given document. Called from the form's
+  /// AfterRefreshActions.
+  void Refresh(LoadCode lastLoad, bool oneDocument);
 
  private:
   TVosBaseForm& form_;

@@ -17,6 +17,10 @@ void SetRateOfExchange(const RateRule& rule) {
     return;
   }
   const Variant day = rule.head.FieldByName(rule.dateField).Value();
+  if (currency.IsNull() || day.IsNull()) {
+    rate.Set(kRateOne);
+    return;
+  }
   rule.cdsRatesOfExchange.DataRequest(Variant(VariantArray{rule.centralBank, currency, day}));
   rule.cdsRatesOfExchange.Connection()->Close();
   const Variant found = rule.cdsRatesOfExchange.IsEmpty()

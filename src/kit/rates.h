@@ -18,7 +18,7 @@ struct RateRule {
 };
 
 /// Only while the head is in edit or insert: 1 for the national currency; otherwise the central
-/// bank's rate, asked for with one call, or 1 when there is none.
+/// bank's rate, asked for with one call, or 1 when there is none or currency or day is missing yet.
 void SetRateOfExchange(const RateRule& rule);
 
 }  // namespace orvane

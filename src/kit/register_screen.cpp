@@ -36,12 +36,10 @@ void RegisterScreen::AddTo() {
       [this] { FocusedCombo().SearchByPartName(); });
   AddHostActions(form_);
 
-  form_.ribbon = {
-      {"Операции",
-       {{"Операции", {"acPrint", "acCancel", "acDelete"}},
-        {"Търсене", {"acSearchByName", "acSearchByPartName", "acSearchByCode"}},
-        {"Изход", {"acExit"}}}}
-  };
+  form_.ribbon = {{"Операции",
+                   {{"Операции", {"acPrint", "acCancel", "acDelete"}},
+                    {"Търсене", {"acSearchByName", "acSearchByPartName", "acSearchByCode"}},
+                    {"Изход", {"acExit"}}}}};
   form_.layout = ColumnOf({Of(grid_, 1)});
 }
 
@@ -53,7 +51,6 @@ void RegisterScreen::StateChange() {
 
 void RegisterScreen::ChangeAccess() {
   grid_.canInsert = form_.May(paInsert);
-  grid_.insertWhenReadOnly = true;
   grid_.insertWhenReadOnly = true;
   StateChange();
 }

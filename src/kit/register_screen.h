@@ -24,15 +24,15 @@ class TVosMTCombo;
 /// When the actions of a register are live. In insert the state rule wins: delete and print wait
 /// until the row is posted or cancelled.
 inline constexpr LiveRow kRegisterLive[] = {
-  // action               focus      state              needs
-    {"acDelete",           kAnywhere, InState::NotInsert, paDelete},
-    {"acPrint",            kAnywhere, InState::NotInsert, {}      },
-    {"acCancel",           kAnywhere, InState::Insert,    {}      },
-    {"acCancel",           kAnywhere, InState::NotInsert, paEdit  },
-    {"acSearchByCode",     kAtCombo,  InState::Any,       {}      },
-    {"acSearchByName",     kAtCombo,  InState::Any,       {}      },
-    {"acSearchByPartName", kAtCombo,  InState::Any,       {}      },
-    {"acExit",             kAnywhere, InState::Any,       {}      },
+    // action               focus      state              needs
+    {"acDelete", kAnywhere, InState::NotInsert, paDelete},
+    {"acPrint", kAnywhere, InState::NotInsert, {}},
+    {"acCancel", kAnywhere, InState::Insert, {}},
+    {"acCancel", kAnywhere, InState::NotInsert, paEdit},
+    {"acSearchByCode", kAtCombo, InState::Any, {}},
+    {"acSearchByName", kAtCombo, InState::Any, {}},
+    {"acSearchByPartName", kAtCombo, InState::Any, {}},
+    {"acExit", kAnywhere, InState::Any, {}},
 };
 
 /// A register's report in the generator: number and the variants for one and for two languages.

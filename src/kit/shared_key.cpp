@@ -3,20 +3,28 @@
 #include "host/form.h"
 
 namespace orvane {
+namespace {
 
-void HandOverKey(TVosBaseForm& form, KeyStroke key, std::string_view owner,
-                 std::initializer_list<std::string_view> others) {
-  for (std::string_view name : others) {
-    TAction* other = form.FindAction(name);
-    if (other == nullptr) continue;
-    other->enabled = false;
-    other->shortcut = {};
-    other->hint = other->caption + " (" + KeyText(key) + ")";
+void TakeKey(TAction& action, KeyStroke key) {
+  action.enabled = false;
+  action.shortcut = {};
+  action.hint = action.caption + " (" + KeyText(key) + ")";
+}
+
+void GiveKey(TAction& action, KeyStroke key) {
+  action.shortcut = key;
+  action.hint = action.caption;
+}
+
+}  // namespace
+
+void SettleKey(TVosBaseForm& form, const SharedKey& shared) {
+  for (std::size_t owner = 0; owner < shared.owners.size(); ++owner) {
+    TAction* action = form.FindAction(shared.owners[owner]);
+    if (!action->enabled) continue;
+    TakeKey(*form.FindAction(shared.owners[1 - owner]), shared.key);
+    return GiveKey(*action, shared.key);
   }
-  TAction* action = form.FindAction(owner);
-  if (action == nullptr) return;
-  action->shortcut = key;
-  action->hint = action->caption;
 }
 
 }  // namespace orvane

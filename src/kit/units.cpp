@@ -40,12 +40,9 @@ std::string UnitsClause(TVosClientDataSet& rows, const UnitFields& fields, bool 
 void NarrowUnits(TLookupTable& units, const std::string& clause) {
   if (clause.empty()) return;
   if (units.dlgSQL.size() <= kClauseLine) return;
-  if (units.dlgSQL[kClauseLine] != clause) {
-    std::vector<std::string> lines = units.dlgSQL;
-    lines[kClauseLine] = clause;
-    units.SetTemplate(std::move(lines));
-  }
-  units.FillIfStale();
+  std::vector<std::string> lines = units.dlgSQL;
+  lines[kClauseLine] = clause;
+  units.SetTemplate(std::move(lines));
 }
 
 }  // namespace orvane

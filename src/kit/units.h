@@ -27,8 +27,8 @@ struct UnitFields {
 /// unit for a service). Empty for a row that is neither: nothing changes then.
 std::string UnitsClause(TVosClientDataSet& rows, const UnitFields& fields, bool ownUnitsOnly);
 
-/// Puts the clause into the third line of the units' template; they are fetched again only when the
-/// line changed or they are not there yet.
+/// Puts the clause into the third line of the units' template. When that changed it they are stale,
+/// and fetched when one is needed.
 void NarrowUnits(TLookupTable& units, const std::string& clause);
 
 }  // namespace orvane

@@ -1,0 +1,33 @@
+#include "kit/workflow_faces.h"
+
+namespace orvane {
+namespace {
+
+PointAccessRight RightAtPoint(Right right) {
+  switch (right) {
+    case Right::Insert:
+      return paInsert;
+    case Right::Delete:
+      return paDelete;
+    case Right::Open:
+    case Right::None:
+      return paOpen;
+    case Right::Edit:
+      break;
+  }
+  return paEdit;
+}
+
+}  // namespace
+
+bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access) {
+  if (!facts.loaded || facts.annulled || facts.oldVersion) return false;
+  if (!access.Has(RightAtPoint(move.right)) || !move.from.Has(facts.status)) return false;
+  return move.who != Who::ChiefOrRequester || facts.isChief || facts.isRequester;
+}
+
+bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption) {
+  return Confirmed(form, form.caption, "Потвърдете операция \"" + std::string(caption) + "\" !");
+}
+
+}  // namespace orvane

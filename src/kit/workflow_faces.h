@@ -1,0 +1,82 @@
+#pragma once
+
+// The moves of a document as its screen offers them: which action, under which key, and what runs.
+// From which status, with which right and by whom stands in the contract, where the server judges
+// the change by the same row.
+//
+//   constexpr Face<TfPurchaseOrder> kFaces[] = {
+//       {kSend, "acForConfirmation", "За одобрение", KeyCode::F9,
+//       &TfPurchaseOrder::SendForApproval},
+//   };
+//   AddFaces(*this, kFaces);                       // each asks before it runs
+//   RefreshFaces(*this, kFaces, Facts());          // at the end of every event
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "contract/workflow.h"
+#include "host/dialogs.h"
+#include "host/form.h"
+
+namespace orvane {
+
+/// What of a loaded document decides over its moves.
+struct DocumentFacts {
+  bool loaded = false;
+  int status = 0;
+  bool annulled = false;
+  bool oldVersion = false;
+  bool isChief = false;      ///< the user heads the document's cost centre
+  bool isRequester = false;  ///< the user requested it
+};
+
+/// Whether the move is allowed to a user who holds these rights.
+bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access);
+
+/// The question before an operation: "Потвърдете операция "Корекция" !".
+bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption);
+
+template <class FormClass>
+struct Face {
+  Move move;
+  std::string_view action;
+  std::string_view caption;
+  KeyStroke key;
+  void (FormClass::*run)(const Move& move);
+  std::string_view icon = {};
+};
+
+/// The move offered from other statuses than those from which the server lets it happen; it then
+/// says why not.
+constexpr Move OfferedFrom(Move move, StatusSet statuses) {
+  move.from = statuses;
+  return move;
+}
+
+template <class FormClass, std::size_t N>
+void AddFaces(FormClass& form, const Face<FormClass> (&faces)[N]) {
+  for (const Face<FormClass>& face : faces) {
+    TAction action;
+    action.name = face.action;
+    action.caption = face.caption;
+    action.shortcut = face.key;
+    action.icon = face.icon;
+    action.OnExecute = [&form, &face] {
+      if (ConfirmedOperation(form, face.caption)) (form.*face.run)(face.move);
+    };
+    form.AddAction(std::move(action));
+  }
+}
+
+/// Makes live what the document allows, while a key edit has the focus.
+template <class FormClass, std::size_t N>
+void RefreshFaces(const FormClass& form, const Face<FormClass> (&faces)[N],
+                  const DocumentFacts& facts) {
+  const Control* active = form.ActiveControl();
+  const bool atKey = active != nullptr && active->Kind() == ControlKind::KeyEdit;
+  for (const Face<FormClass>& face : faces)
+    form.FindAction(face.action)->enabled = atKey && MayMove(face.move, facts, form.Access());
+}
+
+}  // namespace orvane

@@ -1,0 +1,301 @@
+#include "modules/core/tdm_user_blanks_orvane.h"
+
+#include <algorithm>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "contract/parameters.h"
+#include "contract/purchase_request.h"
+#include "contract/system.h"
+#include "data/screen_fetch.h"
+#include "host/dialogs.h"
+#include "host/form.h"
+#include "host/report.h"
+#include "kit/document_load.h"
+#include "kit/parameters.h"
+#include "modules/core/lookups.h"
+#include "packet/quantity.h"
+
+namespace orvane {
+namespace {
+
+namespace pr = purchase_request;
+
+constexpr auto StatusName = String("StatusName", 30, Joined, "Статус");
+constexpr auto KindName = String("KindName", 40, Joined, "Вид покупка");
+constexpr auto CurrencyName = String("CurrencyName", 20, Joined, "Вид валута");
+constexpr auto TransportName = String("TransportName", 30, Joined, "Включен транспорт в цената");
+constexpr auto ApprovalName = String("ApprovalName", 30, Joined, "Одобряващ");
+
+/// One column of a printed table.
+struct PrintedColumn {
+  std::string_view field;
+  std::string_view title;
+  int width = 10;
+  bool summed = false;
+};
+
+constexpr PrintedColumn kRows[] = {
+    {pr::det::RowNumber.name, "№", 5},
+    {pr::det::SerialNumber.name, "Пореден~номер", 10},
+    {pr::det::bslName.name, "Име", 36},
+    {pr::det::MsrName.name, "Мярка", 10},
+    {pr::det::Quantity.name, "Количество", 12},
+    {pr::det::CurrSumWithoutVAT.name, "Сума без ДДС", 14, true},
+    {pr::det::Remarks.name, "Бележки", 24},
+};
+constexpr PrintedColumn kSchedule[] = {
+    {pr::del::DeliveryDate.name, "Дата на доставка", 16},
+    {pr::del::DateOfLoading.name, "Дата на товарене", 16},
+    {pr::del::Delivered.name, "Доставено", 10},
+};
+constexpr PrintedColumn kPlan[] = {
+    {pr::pay::RowNumber.name, "№", 5},
+    {pr::pay::InvoiceDate.name, "Дата на фактура", 16},
+    {pr::pay::SumWithVAT.name, "Сума с ДДС", 14, true},
+    {pr::pay::AdvancePayment.name, "Авансово~плащане", 10},
+    {pr::pay::AdvanceStatement.name, "Авансов~отчет", 10},
+    {pr::pay::PaymentDate.name, "Дата на плащане", 16},
+};
+constexpr PrintedColumn kApprovals[] = {
+    {pr::adm::ConfirmationLevel.name, "Ниво", 6},
+    {ApprovalName.name, "Одобряващ", 24},
+    {pr::adm::EmpName.name, "Име", 30},
+    {pr::adm::ConfermedOn.name, "На", 20},
+    {StatusName.name, "Статус", 18},
+};
+
+/// A request as it is printed: its parts and the nomenclatures behind its codes.
+class PurchaseOrderBlank {
+ public:
+  explicit PurchaseOrderBlank(TVosBaseForm& owner);
+
+  /// False when there is no such request for the user.
+  bool Load(std::int64_t id, int version);
+  ReportDocument Document(int variant);
+
+ private:
+  void AddNames();
+  bool InNationalCurrency();
+  std::vector<ReportFact> Facts();
+  std::string CodeAndName(const FieldDef& code, std::string_view name);
+  std::string NameOfRow(const DataPacket& row, std::string_view first, std::string_view second);
+  ReportTable Table(std::string_view caption, TVosClientDataSet& rows,
+                    std::span<const PrintedColumn> columns);
+
+  TVosBaseForm& owner_;
+  bool second_;
+  TVosSQLConnection connection_;
+  TVosSQLConnection search_;
+  TVosClientDataSet head_, det_, del_, pay_, adm_;
+  TVosClientDataSet kinds_, currencies_, noYes_, statuses_, approvalStatuses_, approvers_;
+  DataPacket costCenter_, partner_, contract_;
+};
+
+PurchaseOrderBlank::PurchaseOrderBlank(TVosBaseForm& owner)
+    : owner_(owner),
+      second_(!owner.FirstLanguage()),
+      connection_(owner.App().Session(), {owner.ModuleNo(), owner.PointNo()}, pr::kServerClass),
+      search_(owner.App().Session(), {owner.ModuleNo(), owner.PointNo()}, system::kSearchClass),
+      head_("head", connection_, pr::head::dspPurchaseOrder),
+      det_("det", connection_, pr::det::dspPurchaseOrderDet),
+      del_("del", connection_, pr::del::dspPurchaseOrderDel),
+      pay_("pay", connection_, pr::pay::dspPurchaseOrderPayPl),
+      adm_("adm", connection_, pr::adm::dspPurchaseOrderAdm),
+      kinds_("kinds", search_, {core::Code, core::Name40, core::Name40Second}),
+      currencies_("currencies", search_, {core::Code, core::Name20, core::Name20Second}),
+      noYes_("noYes", search_, {core::Element, core::Name30, core::Name30Second}),
+      statuses_("statuses", connection_, pr::dspNomIn249),
+      approvalStatuses_("approvalStatuses", connection_, pr::dspNomIn251),
+      approvers_("approvers", connection_, pr::dspNomIn245) {
+  AddNames();
+  adm_[pr::adm::ConfermedOn].Format.withSeconds = true;
+  const int decimals =
+      static_cast<int>(ParamNumber(owner, system::kHostGroup, parameters::kAmountDecimals));
+  for (TField* amount : {&head_[pr::head::SumPurchaseOrder], &head_[pr::head::CurrSumPurchaseOrder],
+                         &det_[pr::det::CurrSumWithoutVAT], &pay_[pr::pay::SumWithVAT]})
+    amount->Format.decimals = decimals;
+}
+
+void PurchaseOrderBlank::AddNames() {
+  const std::string_view name = second_ ? "Name2" : "Name";
+  head_.AddLookup(StatusName, statuses_, "Status", "Element", name);
+  head_.AddLookup(KindName, kinds_, "KindSupply", "Code", name);
+  head_.AddLookup(CurrencyName, currencies_, "KindCurrency", "Code", name);
+  head_.AddLookup(TransportName, noYes_, "IncTranspInPrice", "Element", name);
+  adm_.AddLookup(StatusName, approvalStatuses_, "Status", "Element", name);
+  adm_.AddLookup(ApprovalName, approvers_, "Approval", "Element", name);
+}
+
+bool PurchaseOrderBlank::Load(std::int64_t id, int version) {
+  VosApplication& app = owner_.App();
+  const VariantArray answer = connection_.Call(
+      pr::kOperations,
+      {pr::get_rec::kName, second_ ? 2 : 1, static_cast<int>(Nav::ByKey), 0, id, version,
+       app.UserName(), app.vCurrentEmployee, app.UserCategory() >= 3, false});
+  connection_.Close();
+  if (answer.size() <= pr::get_rec::kFound) return false;
+  const bool none = answer[pr::get_rec::kCode].AsInt() == static_cast<std::int64_t>(LoadCode::None);
+  if (none || !answer[pr::get_rec::kFound].AsBool().value_or(false)) return false;
+  TLookupTable kinds(kinds_, "Code"), currencies(currencies_, "Code"), noYes(noYes_, "Element");
+  kinds.SetTemplate(core::KindSupplies().sql);
+  currencies.SetTemplate(core::Currencies().sql);
+  noYes.SetTemplate(core::NomIn().sql);
+  noYes.SetParam("Nom", core::kNoYes);
+  FetchTogether({&kinds, &currencies, &noYes}, {&statuses_, &approvalStatuses_, &approvers_});
+  LoadPackets(answer, pr::get_rec::kFirstPacket, {&head_, &det_, &del_, &pay_, &adm_});
+  costCenter_ = PacketAt(answer, pr::get_rec::kCostCenterRow);
+  partner_ = PacketAt(answer, pr::get_rec::kPartnerRow);
+  contract_ = PacketAt(answer, pr::get_rec::kContractRow);
+  return true;
+}
+
+std::string PurchaseOrderBlank::NameOfRow(const DataPacket& row, std::string_view first,
+                                          std::string_view second) {
+  return row.rowCount == 0 ? std::string() : row.At(0, second_ ? second : first).ToText();
+}
+
+std::string PurchaseOrderBlank::CodeAndName(const FieldDef& code, std::string_view name) {
+  std::string text = head_[code].Text();
+  if (!text.empty() && !name.empty()) text += "  " + std::string(name);
+  return text;
+}
+
+bool PurchaseOrderBlank::InNationalCurrency() {
+  const auto currency = head_[pr::head::KindCurrency].AsInt();
+  return !currency ||
+         *currency == ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency);
+}
+
+std::vector<ReportFact> PurchaseOrderBlank::Facts() {
+  using namespace pr::head;
+  const auto named = [this](const FieldDef& by, const FieldDef& name, const FieldDef& on) {
+    return head_[by].IsEmpty() ? std::string()
+                               : CodeAndName(by, head_[name].Text()) + ", " + head_[on].Text();
+  };
+  std::vector<ReportFact> facts = {
+      {"Версия", head_[POVersion].Text()},
+      {"Дата на документ", head_[DocumentDate].Text()},
+      {"Статус", head_.FieldByName(StatusName.name).Text()},
+      {"Заявител", CodeAndName(Notifier, head_[NtfName].Text())},
+      {"Център за разход", CodeAndName(CostCenter, NameOfRow(costCenter_, "Name", "Name2"))},
+      {"Вид покупка", head_.FieldByName(KindName.name).Text()},
+      {"Доставчик", CodeAndName(Supplier, NameOfRow(partner_, "Name", "Name2"))},
+      {"Идентификатор на договор",
+       CodeAndName(ContractId, NameOfRow(contract_, "ShortDescription", "ShortDescription2"))},
+      {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
+      {"Вид валута", head_.FieldByName(CurrencyName.name).Text()},
+      {"Валутен курс", InNationalCurrency() ? "" : head_[RateOfExchange].Text()},
+      {"Валутна сума на искането", InNationalCurrency() ? "" : head_[CurrSumPurchaseOrder].Text()},
+      {"Сума на искането", head_[SumPurchaseOrder].Text()},
+      {"Описание", head_[second_ ? Description2 : Description].Text()},
+      {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
+      {"Създаден", named(CreatedFrom, CrtFrmName, CreatedOn)},
+      {"Последна корекция", named(AmendFrom, AmndFrmName, AmendOn)},
+      {"Анулиран", named(AnnulFrom, AnnulFrmName, AnnulOn)},
+      {"Стара версия", head_[OldVersion].AsBool() ? "Да" : ""},
+  };
+  std::erase_if(facts, [](const ReportFact& fact) { return fact.value.empty(); });
+  return facts;
+}
+
+Align AlignOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::String:
+    case ValueKind::Memo:
+      return Align::Left;
+    case ValueKind::Bool:
+    case ValueKind::Date:
+    case ValueKind::Stamp:
+      return Align::Center;
+    default:
+      return Align::Right;
+  }
+}
+
+std::string QuantityText(TVosClientDataSet& rows, std::size_t row) {
+  const auto number = [&](const FieldDef& field) {
+    return static_cast<std::int32_t>(rows.ValueAt(row, rows[field]).AsInt().value_or(0));
+  };
+  const double quantity = rows.ValueAt(row, rows[pr::det::Quantity]).AsDouble().value_or(0);
+  return QuantityToStr(quantity, {.rowNumerator = std::max(1, number(pr::det::RowNumerator)),
+                                  .decimals = number(pr::det::roundQNT),
+                                  .ordinaryFraction = number(pr::det::OrdinaryFraction) != 0});
+}
+
+std::string SumText(TVosClientDataSet& rows, const TField& field) {
+  Decimal sum;
+  for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+    const auto value = rows.ValueAt(row, field).AsDecimal();
+    sum = value ? sum.Plus(*value).value_or(sum) : sum;
+  }
+  return field.TextOf(Variant(sum));
+}
+
+ReportTable PurchaseOrderBlank::Table(std::string_view caption, TVosClientDataSet& rows,
+                                      std::span<const PrintedColumn> columns) {
+  ReportTable table;
+  table.caption = caption;
+  std::vector<std::string> totals;
+  bool summed = false;
+  for (const PrintedColumn& column : columns) {
+    const TField& field = rows.FieldByName(column.field);
+    table.columns.push_back({.title = std::string(column.title),
+                             .group = {},
+                             .width = column.width,
+                             .align = AlignOf(field.Def().kind),
+                             .kind = field.Def().kind});
+    totals.push_back(column.summed ? SumText(rows, field) : std::string());
+    summed = summed || column.summed;
+  }
+  for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+    std::vector<std::string>& texts = table.rows.emplace_back();
+    for (const PrintedColumn& column : columns) {
+      const bool isQuantity = column.field == pr::det::Quantity.name;
+      texts.push_back(isQuantity ? QuantityText(rows, row)
+                                 : rows.TextAt(row, rows.FieldByName(column.field)));
+    }
+  }
+  if (summed) table.totals = std::move(totals);
+  return table;
+}
+
+ReportDocument PurchaseOrderBlank::Document(int variant) {
+  const VosApplication& app = owner_.App();
+  const SessionInfo& info = app.Info();
+  ReportDocument report;
+  report.key = {0, kPurchaseOrderBlank, variant};
+  report.company = info.companyName;
+  report.title = "Искане за покупка";
+  report.number = head_[pr::head::POIdNumber].Text();
+  report.printedBy = second_ && !info.userName2.empty() ? info.userName2 : info.userName;
+  report.printedOn = info.zone.ToText(app.Now());
+  report.facts = Facts();
+  report.tables.push_back(Table("Материали и услуги", det_, kRows));
+  const auto add = [&](std::string_view caption, TVosClientDataSet& rows,
+                       std::span<const PrintedColumn> columns) {
+    if (!rows.IsEmpty()) report.tables.push_back(Table(caption, rows, columns));
+  };
+  add("Дати на доставка", del_, kSchedule);
+  add("План за плащане", pay_, kPlan);
+  add("Одобрения", adm_, kApprovals);
+  return report;
+}
+
+}  // namespace
+
+void TdmUserBlanksOrvane::PrintPurchaseOrder(int documentCode, const Variant& kindSupply,
+                                             std::int64_t id, int version) {
+  if (documentCode != kPurchaseOrderBlank) return;
+  PurchaseOrderBlank blank(owner_);
+  if (!blank.Load(id, version)) {
+    VosMessageDlg(owner_, 0, owner_.caption, "Документ " + std::to_string(id) + " не е намерен!");
+    return;
+  }
+  const auto variant = static_cast<int>(kindSupply.AsInt().value_or(0));
+  owner_.App().Toolkit().PreviewReport(owner_, blank.Document(variant));
+}
+
+}  // namespace orvane
