@@ -1,0 +1,175 @@
+// The register of departments through its real screen and the real server, in-process: what rights,
+// languages and states do to it. The whole road is walked in walks/departments.walk.
+
+#include <gtest/gtest.h>
+
+#include "host/grid.h"
+#include "host/walk/scripted_toolkit.h"
+#include "modules/purchases/frame/screens.h"
+#include "modules/purchases/frame/tf_orvane_main.h"
+#include "support/test_server.h"
+
+namespace orvane {
+namespace {
+
+constexpr int kNothing = 0;
+
+/// One user on the screen of departments.
+class Screen {
+ public:
+  explicit Screen(TestServer& server, const std::string& login = "ivanova")
+      : app_(server.Server(), toolkit_, server.Time()) {
+    EXPECT_TRUE(app_.LogIn(login, TestServer::PasswordOf(login)));
+    RegisterOrvaneModule(app_);
+    main_ = StartOrvaneModule(app_);
+    app_.OpenPoint("Departments");
+  }
+
+  TVosBaseForm* Form() { return toolkit_.ActiveForm(app_); }
+  TVosDBGrid& Grid() { return dynamic_cast<TVosDBGrid&>(*Form()->FindControl("gDepartment")); }
+  TVosClientDataSet& Rows() { return Grid().DataSet(); }
+  VosApplication& App() { return app_; }
+  ScriptedToolkit& Toolkit() { return toolkit_; }
+  bool HasModule() const { return main_ != nullptr; }
+
+  std::string Columns() {
+    std::string names;
+    for (const GridColumn& column : Grid().columns) {
+      names += (names.empty() ? "" : " ");
+      names += column.field;
+    }
+    return names;
+  }
+
+  std::string Live() {
+    std::string names;
+    for (const char* name : {"acDelete", "acPrint", "acCancel", "acSearchByCode"}) {
+      if (!Form()->FindAction(name)->enabled) continue;
+      names += (names.empty() ? "" : " ");
+      names += name;
+    }
+    return names;
+  }
+
+  void Press(KeyStroke key) { toolkit_.Press(*Form(), key); }
+
+ private:
+  ScriptedToolkit toolkit_;
+  VosApplication app_;
+  std::unique_ptr<TfOrvaneMain> main_;
+};
+
+void AddDepartment(TestServer& server, int code, const std::string& name) {
+  server.Execute({"insert into Department (Code, Name, FoldName, Chief) values (?1, ?2, ?3, ?4)",
+                  {code, name, name, "ivanova"},
+                  {}});
+}
+
+TEST(DepartmentScreen, ShowsTheColumnsOfTheInstallationsLanguages) {
+  TestServer one(Engine::Sqlite);
+  one.AddUser("ivanova");
+  EXPECT_EQ(Screen(one).Columns(), "Code Name Chief ChiefName");
+
+  TestServer two(Engine::Sqlite);
+  two.UseTwoLanguages();
+  two.AddUser("ivanova");
+  Screen screen(two);
+  EXPECT_EQ(screen.Columns(), "Code Name Name2 Chief ChiefName2");
+  const std::string first = "Име (" + screen.App().LanguageName(1) + ")";
+  const std::string second = "Име (" + screen.App().LanguageName(2) + ")";
+  EXPECT_EQ(screen.Grid().FindColumn("Name")->title, first);
+  EXPECT_EQ(screen.Grid().FindColumn("Name2")->title, second);
+  EXPECT_EQ(screen.Grid().FindColumn("ChiefName2")->title, second);
+}
+
+TEST(DepartmentScreen, OffersWhatTheRightsAllow) {
+  struct Case {
+    int rights;
+    const char* browsing;
+    bool mayInsert;
+    const char* inserting;  ///< with the cell of the chief current
+  };
+  const Case cases[] = {
+      {1, "acPrint", false, ""},
+      {1 | 2, "acPrint acCancel", false, ""},
+      {1 | 8, "acDelete acPrint", false, ""},
+      {1 | 4, "acPrint", true, "acCancel acSearchByCode"},
+      {15, "acDelete acPrint acCancel", true, "acCancel acSearchByCode"},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.rights);
+    TestServer server(Engine::Sqlite);
+    server.AddUser("ivanova", row.rights);
+    AddDepartment(server, 1, "първа");
+    Screen screen(server);
+    EXPECT_EQ(screen.Live(), row.browsing);
+    EXPECT_TRUE(screen.Form()->DuplicateLiveKeys().empty());
+    screen.Press(KeyCode::Down);
+    EXPECT_EQ(screen.Rows().State() == DataSetState::Insert, row.mayInsert);
+    if (!row.mayInsert) continue;
+    screen.Grid().FocusField("Chief");
+    screen.Form()->RefreshActions();
+    EXPECT_EQ(screen.Live(), row.inserting);
+  }
+}
+
+TEST(DepartmentScreen, DeletingAnEmptyRegisterAsksNothing) {
+  TestServer server(Engine::Sqlite);
+  server.AddUser("ivanova");
+  Screen screen(server);
+  const std::int64_t calls = screen.App().Session().calls;
+  screen.Press(KeyCode::F5);
+  EXPECT_TRUE(screen.Toolkit().TakeMessages().empty());
+  EXPECT_EQ(screen.App().Session().calls, calls + kNothing);
+}
+
+TEST(ModuleStart, KnowsTheCurrentEmployeeAndRefusesTwo) {
+  TestServer server(Engine::Sqlite);
+  server.AddUser("ivanova");
+  server.AddUser("admin", kAllRights, 0);
+  server.AddUser("dvama");
+  server.AddEmployee(900, "dvama");
+
+  EXPECT_EQ(Screen(server, "ivanova").App().vCurrentEmployee, Variant(100));
+  EXPECT_TRUE(Screen(server, "admin").App().vCurrentEmployee.IsNull());
+
+  Screen two(server, "dvama");
+  EXPECT_FALSE(two.HasModule());
+  const std::vector<MessageDialog> messages = two.Toolkit().TakeMessages();
+  ASSERT_FALSE(messages.empty());
+  EXPECT_EQ(messages.front().caption, "Управление на покупките");
+  EXPECT_EQ(messages.front().text,
+            "За потребител 'dvama' съществуват повече от един запис в таблица 'Служители'");
+}
+
+TEST(ModuleStart, OpensTheLevelsPointForTheQuestionOnly) {
+  TestServer server(Engine::Sqlite);
+  server.AddUser("ivanova", kNothing);
+  server.AddUser("dvama", kNothing);
+  server.AddEmployee(900, "dvama");
+  for (const char* login : {"ivanova", "dvama"}) {
+    Screen screen(server, login);
+    EXPECT_EQ(screen.App().FindPoint("LevelsApproval")->access, TPointAccess());
+  }
+}
+
+TEST(ModuleStart, RegistersEveryScreenClassInOrder) {
+  TestServer server(Engine::Sqlite);
+  server.AddUser("ivanova");
+  Screen screen(server);
+  const std::vector<std::string> expected = {
+      "TfOrvaneMain",           "TfDepartment",          "TfKindSupplies",
+      "TfEmployeesFinSupp",     "TfOrvaneParameters",    "TfStructure",
+      "TfStructureDeputies",    "TfLevelsApproval",      "TfCapExPlan",
+      "TfDeliveries",           "TfSuppManifacOrder",    "TfAdmissibleNotifiers",
+      "TfSuppliesContracts",    "TfPurchaseOrder",       "TfRegisterSuppInvoice",
+      "TfPurchaseOrderReport",  "TfSuppDocConfirm",      "TfQuestionInitEvalMap",
+      "TfInitialEvaluationMap", "TfPeriodEvaluationMap", "TfCriteriaEvalSupp",
+      "TfEvalCommitteeSupp"};
+  EXPECT_EQ(screen.App().classes.Names(), expected);
+  for (ModuleEntry& sibling : screen.App().modules)
+    EXPECT_NE(sibling.libraryHandle, 0);
+}
+
+}  // namespace
+}  // namespace orvane
