@@ -15,8 +15,7 @@ struct EmbeddedMigration {
   std::string_view text;
 };
 
-/// Migrations of the engine in ascending order, numbered from 1 without gaps; empty when it has
-/// none.
+/// Migrations of the engine in ascending order of number; empty when it has none.
 std::span<const EmbeddedMigration> SqliteMigrations();
 std::span<const EmbeddedMigration> PostgresMigrations();
 

@@ -13,6 +13,11 @@
 namespace orvane {
 namespace {
 
+int CountOf(TestEngine engine) {
+  const auto all = engine == Engine::Sqlite ? SqliteMigrations() : PostgresMigrations();
+  return static_cast<int>(all.size());
+}
+
 class Migration : public testing::TestWithParam<TestEngine> {};
 INSTANTIATE_TEST_SUITE_P(Engines, Migration, testing::ValuesIn(TestEngines()), TestEngineName);
 
@@ -23,7 +28,7 @@ TEST_P(Migration, AnEmptyDatabaseBecomesCurrentOnce) {
   EXPECT_EQ(state->applied, 0);
   const auto first = Migrate(*database);
   ASSERT_TRUE(first) << first.GetFailure().message;
-  EXPECT_EQ(*first, state->newest);
+  EXPECT_EQ(*first, CountOf(GetParam()));
   const auto second = Migrate(*database);
   ASSERT_TRUE(second) << second.GetFailure().message;
   EXPECT_EQ(*second, 0);
@@ -49,7 +54,7 @@ TEST_P(Migration, TwoServersApplyEachScriptOnce) {
   work(*first, 0);
   other.join();
   EXPECT_EQ(failures[0] + failures[1], "");
-  EXPECT_EQ(applied[0] + applied[1], CurrentSchema(*first)->newest);
+  EXPECT_EQ(applied[0] + applied[1], CountOf(GetParam()));
 }
 
 TEST_P(Migration, ANewerDatabaseIsLeftAlone) {
