@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "support/engine_steps.h"
@@ -140,9 +141,10 @@ TEST_P(EngineTransactions, StatementsOfOneSnapshotNeverSeeHalfOfACommit) {
                               Sql("select Value from Params where Number = 2", {}, {value})};
   std::string last;
   int moves = 0;
-  for (int i = 0; i < 2000 && moves < 50; ++i) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (moves < 20 && std::chrono::steady_clock::now() < end) {
     const auto packets = database_->ReadSnapshot(halves);
-    ASSERT_TRUE(packets) << packets.GetFailure().text;
+    if (!packets) break;
     const std::string first = (*packets)[0].At(0, 0).ToText();
     EXPECT_EQ(first, (*packets)[1].At(0, 0).ToText());
     if (first != last) ++moves;
@@ -150,7 +152,7 @@ TEST_P(EngineTransactions, StatementsOfOneSnapshotNeverSeeHalfOfACommit) {
   }
   stop = true;
   writer.join();
-  EXPECT_GT(moves, 2) << "the writer never came between";
+  EXPECT_EQ(moves, 20) << "the writer did not come between";
 }
 
 TEST_P(EngineTransactions, WritersSideBySideLoseNothing) {
