@@ -89,6 +89,16 @@ void CellEdit::Follow(ControlView* view) {
   current_->raise();
 }
 
+/// A narrow place grows to the right, then to the left, while the text is longer than it.
+QRect CellEdit::WideEnough(QRect place, int room) const {
+  if (current_ != line_) return place;
+  const int need = ScreenMetrics().horizontalAdvance(Text()) + 2 * kPadding + 8;
+  if (need <= place.width() || line_->echoMode() == QLineEdit::Password) return place;
+  place.setWidth(std::min(need, std::max(room, place.width())));
+  if (place.right() >= room) place.moveRight(room - 1);
+  return place;
+}
+
 void CellEdit::HideUnused() {
   if (current_ != line_ && !line_->isHidden()) line_->hide();
   if (current_ != lines_ && !lines_->isHidden()) lines_->hide();

@@ -43,6 +43,7 @@ class CellEdit {
   void Typed();
   QString Text() const;
   void SetText(const QString& text);
+  QRect WideEnough(QRect place, int room) const;
 
   QWidget& window_;
   TVosBaseForm& form_;

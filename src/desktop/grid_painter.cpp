@@ -30,6 +30,8 @@ class GridPainter {
     PaintPart(0, columns_.Fixed());
     PaintCursor();
     if (rows_.IsEmpty()) PaintEmptyText();
+    painter_.setPen(ColorOf(Role::Line));
+    painter_.drawRect(0, 0, picture_.size.width() - 1, picture_.size.height() - 1);
   }
 
  private:

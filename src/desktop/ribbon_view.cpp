@@ -36,11 +36,6 @@ bool OwnsMainKey(const TAction& action) {
   return action.enabled && action.shortcut == KeyStroke(KeyCode::F9);
 }
 
-int CaptionWidth(const TAction& action) {
-  // The owner of the main key is bold; its place must not move when the key changes hands.
-  return ScreenMetrics(true).horizontalAdvance(Qs(action.caption));
-}
-
 int KeyWidth(const TAction& action) {
   const QString key = KeyCaption(action);
   return key.isEmpty() ? 0 : kKeyGap + ScreenMetrics().horizontalAdvance(key);
@@ -88,6 +83,13 @@ void RibbonView::Look() {
 // --- places
 // ---------------------------------------------------------------------------------------
 
+/// The owner of the main key is bold; its place must not move when the key changes hands.
+int RibbonView::CaptionWidth(const TAction& action) {
+  if (action.shortcut == KeyStroke(KeyCode::F9)) mainKeyed_.insert(action.name);
+  const bool bold = mainKeyed_.contains(action.name);
+  return ScreenMetrics(bold).horizontalAdvance(Qs(action.caption));
+}
+
 std::vector<const TAction*> RibbonView::ActionsOf(int group) const {
   std::vector<const TAction*> actions;
   const RibbonTab& tab = form_.ribbon[static_cast<std::size_t>(tab_)];
@@ -103,13 +105,10 @@ int RibbonView::ArrangeGroup(const std::vector<const TAction*>& actions, int lef
   int x = left + kGroupSpace;
   for (std::size_t first = 0; first < actions.size(); first += kRows) {
     const std::size_t end = std::min(first + kRows, actions.size());
-    int caption = 0;
-    int key = 0;
-    for (std::size_t i = first; i < end; ++i) {
-      caption = std::max(caption, CaptionWidth(*actions[i]));
-      key = std::max(key, KeyWidth(*actions[i]));
-    }
-    const int width = 2 * kItemPadding + kIconSide + kIconGap + caption + key;
+    int text = 0;
+    for (std::size_t i = first; i < end; ++i)
+      text = std::max(text, CaptionWidth(*actions[i]) + KeyWidth(*actions[i]));
+    const int width = 2 * kItemPadding + kIconSide + kIconGap + text;
     for (std::size_t i = first; i < end; ++i) {
       const int top = kTabs + kTop + static_cast<int>(i - first) * kRowHeight;
       items.push_back({actions[i]->name, QRect(x, top, width, kRowHeight),

@@ -2,6 +2,7 @@
 
 #include <QtWidgets/QWidget>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -53,6 +54,7 @@ class RibbonView final : public QWidget {
   int ArrangeGroup(const std::vector<const TAction*>& actions, int left, std::vector<Item>& items);
   std::vector<const TAction*> ActionsOf(int group) const;
   int GroupWidth(int group);
+  int CaptionWidth(const TAction& action);
   std::size_t LookHash() const;
   QRect TabRect(int tab) const;
   QRect FoldRect() const;
@@ -70,6 +72,7 @@ class RibbonView final : public QWidget {
   int foldLeft_ = -1;
   std::size_t seen_ = 0;
   std::string hovered_;
+  std::set<std::string> mainKeyed_;  ///< actions that have had F9
 };
 
 }  // namespace orvane

@@ -3,6 +3,7 @@
 #include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QStackedLayout>
 #include <QtWidgets/QToolTip>
 #include <algorithm>
@@ -238,9 +239,11 @@ constexpr int kTabGap = 3;
 }  // namespace
 
 PageView::PageView(TPageControl& pages)
-    : ControlView(pages), pages_(pages), stack_(new QStackedLayout(this)) {
+    : ControlView(pages), pages_(pages), stack_(new QStackedLayout) {
   setFocusPolicy(Qt::NoFocus);
-  stack_->setContentsMargins(0, kTabHeight, 0, 0);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, kTabHeight, 0, 0);
+  layout->addLayout(stack_);
   setAccessibleName(Qs(pages.Name()));
 }
 
@@ -263,16 +266,6 @@ QRect PageView::TabRect(int page) const {
     left += width + kTabGap;
   }
   return {};
-}
-
-QSize PageView::sizeHint() const {
-  return QWidget::sizeHint();
-}
-
-QSize PageView::minimumSizeHint() const {
-  QSize least = stack_->minimumSize();
-  least.rheight() += kTabHeight;
-  return least;
 }
 
 void PageView::Changed() {

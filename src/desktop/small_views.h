@@ -72,8 +72,6 @@ class PageView final : public QWidget, public ControlView {
   void SetContent(int page, QWidget* content);
   /// Where the tab of a page is clicked; empty when the page is hidden.
   QRect TabRect(int page) const;
-  QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
 
  protected:
   void Changed() override;

@@ -1,0 +1,38 @@
+#pragma once
+
+// The server that the desktop talks to: one far away, or one inside this very program.
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "packet/application_server.h"
+#include "packet/clock.h"
+#include "packet/failure.h"
+
+namespace orvane {
+
+/// Where the data is. Exactly one of server, database and demo is given.
+struct BackendOptions {
+  std::string server{};           ///< "host:port"
+  std::string rootCertificate{};  ///< PEM file, for a server that is not on this machine
+  std::string database{};         ///< SQLite file, served inside this program
+  bool demo = false;              ///< a demonstration company that is gone afterwards
+  bool overWire = false;          ///< the inner server is reached over a real network connection
+  /// Paints while a distant server is waited for; see RemoteOptions::pump.
+  std::function<bool()> pump{};
+};
+
+class Backend {
+ public:
+  virtual ~Backend() = default;
+  virtual IApplicationServer& Server() = 0;
+  /// For the status bar; empty when the server is inside this program.
+  virtual std::string ServerName() const = 0;
+};
+
+/// Refused, in a sentence for the user, when the database or a certificate cannot be read. `clock`
+/// is the inner server's and outlives the backend.
+Answer<std::unique_ptr<Backend>> OpenBackend(const BackendOptions& options, const Clock& clock);
+
+}  // namespace orvane

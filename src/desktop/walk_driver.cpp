@@ -1,0 +1,231 @@
+#include "desktop/walk_driver.h"
+
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+
+#include "desktop/control_view.h"
+#include "desktop/form_view.h"
+#include "desktop/message_view.h"
+#include "desktop/qt_keys.h"
+#include "desktop/qt_text.h"
+#include "desktop/qt_toolkit.h"
+#include "desktop/ribbon_view.h"
+#include "desktop/small_views.h"
+#include "desktop/theme.h"
+#include "host/small_controls.h"
+
+namespace orvane {
+namespace {
+
+void Send(QWidget& widget, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers,
+          const QString& text) {
+  QKeyEvent event(type, key, modifiers, text);
+  QApplication::sendEvent(&widget, &event);
+}
+
+/// The next code point of UTF-8 at `at`.
+std::string_view NextCharacter(std::string_view text, std::size_t at) {
+  std::size_t end = at + 1;
+  while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+    ++end;
+  return text.substr(at, end - at);
+}
+
+void SendMouse(QWidget& widget, QEvent::Type type, const QPoint& at) {
+  const bool released = type == QEvent::MouseButtonRelease;
+  QMouseEvent event(type, at, widget.mapToGlobal(at), Qt::LeftButton,
+                    released ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&widget, &event);
+}
+
+/// Everything that is on the screen: the form at the bottom and what stands over it.
+QPixmap PictureOf(const std::vector<QWidget*>& windows) {
+  QPixmap picture = windows.front()->grab();
+  QPainter painter(&picture);
+  for (std::size_t i = 1; i < windows.size(); ++i) {
+    const QPoint at = windows[i]->pos() - windows.front()->pos();
+    painter.drawPixmap(at, windows[i]->grab());
+    painter.setPen(ColorOf(Role::Strip));
+    painter.drawRect(QRect(at, windows[i]->size()).adjusted(0, 0, -1, -1));
+  }
+  return picture;
+}
+
+}  // namespace
+
+// --- events
+// ---------------------------------------------------------------------------------------
+
+void PressKey(QWidget& widget, KeyStroke key) {
+  Qt::KeyboardModifiers modifiers;
+  if ((key.modifiers & ShiftKey) != 0) modifiers |= Qt::ShiftModifier;
+  if ((key.modifiers & CtrlKey) != 0) modifiers |= Qt::ControlModifier;
+  if ((key.modifiers & AltKey) != 0) modifiers |= Qt::AltModifier;
+  const bool blank = key == KeyStroke(KeyCode::Space);
+  const QString text = blank ? QString(" ") : QString();
+  const QPointer<QWidget> target = &widget;
+  const int qtKey = QtKeyOf(key);
+  Send(widget, QEvent::ShortcutOverride, qtKey, modifiers, text);
+  if (target) Send(widget, QEvent::KeyPress, qtKey, modifiers, text);
+  if (target) Send(widget, QEvent::KeyRelease, qtKey, modifiers, text);
+}
+
+void TypeKeys(QWidget& widget, std::string_view character) {
+  const QString text = Qs(character);
+  const int key = text.size() == 1 && text[0].unicode() < 0x80 ? text[0].toUpper().unicode() : 0;
+  const QPointer<QWidget> target = &widget;
+  Send(widget, QEvent::ShortcutOverride, key, Qt::NoModifier, text);
+  if (target) Send(widget, QEvent::KeyPress, key, Qt::NoModifier, text);
+  if (target) Send(widget, QEvent::KeyRelease, key, Qt::NoModifier, text);
+}
+
+void Click(QWidget& widget, const QRect& place, bool twice) {
+  const QPoint at = place.center();
+  const QPointer<QWidget> target = &widget;
+  SendMouse(widget, QEvent::MouseButtonPress, at);
+  if (target) SendMouse(widget, QEvent::MouseButtonRelease, at);
+  if (!twice || !target) return;
+  SendMouse(widget, QEvent::MouseButtonDblClick, at);
+  if (target) SendMouse(widget, QEvent::MouseButtonRelease, at);
+}
+
+// --- going
+// ----------------------------------------------------------------------------------------
+
+QtWalkDriver::QtWalkDriver(QtToolkit& toolkit, QString pictures)
+    : toolkit_(toolkit), pictures_(std::move(pictures)) {
+  timer_.setSingleShot(true);
+  timer_.setInterval(0);
+  QObject::connect(&timer_, &QTimer::timeout, [this] { Step(); });
+  toolkit_.onMessage = [this](const MessageDialog& dialog) {
+    if (!dialog.yesNo) messages_.push_back(dialog);
+  };
+  toolkit_.onReport = [this](const ReportDocument& report) { reports_.push_back(report); };
+}
+
+QtWalkDriver::~QtWalkDriver() {
+  toolkit_.onMessage = nullptr;
+  toolkit_.onReport = nullptr;
+}
+
+std::string QtWalkDriver::Go(WalkRunner& runner) {
+  runner_ = &runner;
+  timer_.start();
+  toolkit_.WorkUntil([&runner] { return runner.IsOver(); });
+  timer_.stop();
+  toolkit_.Abandon();
+  runner.Finish();
+  runner_ = nullptr;
+  return runner.FailureText().value_or("");
+}
+
+/// The next step is due before this one begins: a step that opens a dialog returns only when the
+/// walk has closed it again.
+void QtWalkDriver::Step() {
+  if (runner_ == nullptr) return;
+  timer_.start();
+  if (toolkit_.IsReturning()) return;
+  MessageView* message = toolkit_.OpenMessage();
+  if (message != nullptr && !message->Dialog().yesNo) {
+    PressKey(*message, KeyCode::Enter);
+    return;
+  }
+  if (!runner_->IsOver()) runner_->RunNext();
+}
+
+// --- the driver
+// -----------------------------------------------------------------------------------
+
+IToolkit& QtWalkDriver::Toolkit() {
+  return toolkit_;
+}
+
+TVosBaseForm* QtWalkDriver::ActiveForm(VosApplication& app) {
+  const FormView* view = toolkit_.TopView(app);
+  return view == nullptr ? nullptr : &view->Form();
+}
+
+FormView* QtWalkDriver::Window(TVosBaseForm& form) {
+  FormView* view = toolkit_.ViewOf(form);
+  if (view != nullptr && !view->isActiveWindow()) view->activateWindow();
+  return view;
+}
+
+void QtWalkDriver::Press(TVosBaseForm& form, KeyStroke key) {
+  if (FormView* view = Window(form)) PressKey(view->KeyTarget(), key);
+}
+
+void QtWalkDriver::TypeText(TVosBaseForm& form, std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view character = NextCharacter(text, at);
+    at += character.size();
+    // The first character may open an editor that takes the others.
+    if (FormView* view = Window(form)) TypeKeys(view->KeyTarget(), character);
+  }
+}
+
+void QtWalkDriver::ShowPageOf(FormView& view, Control& control) {
+  int page = 0;
+  PageView* pages = view.PageOf(control, &page);
+  const ControlView* shown = view.ViewOf(control);
+  if (pages == nullptr || shown == nullptr) return;
+  if (static_cast<TPageControl&>(pages->Model()).active != page)
+    Click(*pages, pages->TabRect(page));
+}
+
+void QtWalkDriver::PointAt(TVosBaseForm& form, Control& control, int row, int column) {
+  FormView* view = Window(form);
+  if (view == nullptr) return;
+  ShowPageOf(*view, control);
+  ControlView* shown = view->ViewOf(control);
+  if (shown == nullptr) return;
+  const QRect place = shown->BringIntoSight(row, column);
+  if (!place.isEmpty()) Click(shown->Surface(), place);
+}
+
+void QtWalkDriver::Choose(TVosBaseForm& form, std::string_view action) {
+  FormView* view = Window(form);
+  if (view == nullptr) return;
+  const std::string name(action);
+  const QRect place = view->Ribbon() == nullptr ? QRect() : view->Ribbon()->ActionRect(name);
+  if (!place.isEmpty()) return Click(*view->Ribbon(), place);
+  // In a menu or on a bar: what a click there comes to.
+  form.Dispatch(ActionChosen{name});
+}
+
+const MessageDialog* QtWalkDriver::Question() const {
+  const MessageView* message = toolkit_.OpenMessage();
+  return message == nullptr || !message->Dialog().yesNo ? nullptr : &message->Dialog();
+}
+
+void QtWalkDriver::AnswerQuestion(bool yes) {
+  if (MessageView* message = toolkit_.OpenMessage()) TypeKeys(*message, yes ? "д" : "н");
+}
+
+std::vector<MessageDialog> QtWalkDriver::TakeMessages() {
+  return std::exchange(messages_, {});
+}
+
+std::vector<ReportDocument> QtWalkDriver::TakeReports() {
+  return std::exchange(reports_, {});
+}
+
+void QtWalkDriver::Picture(std::string_view name) {
+  if (pictures_.isEmpty()) return;
+  const std::vector<FormView*> shown = toolkit_.ShownViews();
+  if (shown.empty()) return;
+  // From the last window that is no dialog upwards.
+  std::size_t bottom = shown.size() - 1;
+  while (bottom > 0 && shown[bottom]->isModal())
+    --bottom;
+  std::vector<QWidget*> windows(shown.begin() + static_cast<std::ptrdiff_t>(bottom), shown.end());
+  if (MessageView* message = toolkit_.OpenMessage()) windows.push_back(message);
+  const QString file = QString("%1-%2.png")
+                           .arg(static_cast<int>(taken_.size()) + 1, 3, 10, QChar('0'))
+                           .arg(Qs(name));
+  if (PictureOf(windows).save(pictures_ + "/" + file)) taken_.push_back(Utf8(file));
+}
+
+}  // namespace orvane
