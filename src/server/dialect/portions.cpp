@@ -53,6 +53,16 @@ bool ItemsTellRowsApart(const TypedSelect& select, const Equalities& equalities,
   return settled.size() == tables.size();
 }
 
+/// Tables of which at most one row meets a row of those that stay: joining them adds no rows, and
+/// the engine may begin with them.
+void KeepSingleRows(const TypedSelect& select, const Equalities& equalities,
+                    std::set<int>& staying) {
+  const auto known = [&](const Term& column) { return staying.count(column.table) != 0; };
+  for (const TypedTable& table : select.tables) {
+    if (equalities.IsDetermined(table, known)) staying.insert(table.number);
+  }
+}
+
 /// What witnesses said about equal columns of the tables that stay.
 std::vector<ConditionPtr> ImpliedEqualities(const Equalities& equalities,
                                             const std::set<int>& staying) {
@@ -166,8 +176,9 @@ void DropUnusedSettings(TypedSelect& select) {
 void ReplaceDistinct(TypedSelect& select) {
   if (!select.distinct) return;
   const Equalities equalities(select);
-  const std::set<int> staying = ShownTables(select);
+  std::set<int> staying = ShownTables(select);
   if (staying.empty() || !ItemsTellRowsApart(select, equalities, staying)) return;
+  KeepSingleRows(select, equalities, staying);
   const std::vector<ConditionPtr> conditions = RowConditions(select);
   std::vector<TypedTable> stay;
   auto witness = std::make_shared<TypedSelect>();
