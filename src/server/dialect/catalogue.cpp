@@ -139,8 +139,8 @@ constexpr Column kServices[] = {Int("Code", kKey), Text("Name", 40, kName),
                                 Text("Name2", 40, kName2), Small("Measure"), Byte("RoundQuantity")};
 constexpr Column kBaseSupplyList[] = {
     Code("SerialNumber", kKey),
-    Text("Name", 40, kName),
-    Text("Name2", 40, kName2),
+    Text("Name", 40, kFolded),
+    Text("Name2", 40, kFolded),
     Byte("Kind", kNotNull),
     Int("InventoryCode"),
     Int("ServiceCode"),
