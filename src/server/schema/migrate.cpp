@@ -1,5 +1,8 @@
 #include "server/schema/migrate.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "packet/clock.h"
 #include "server/schema/embedded_migrations.h"
 #include "server/schema/postgres_extras.h"
@@ -12,7 +15,7 @@ constexpr std::string_view kHasTableSqlite =
 constexpr std::string_view kHasTablePostgres =
     "select count(*) from pg_catalog.pg_class where relname = 'schemamigration' "
     "and relnamespace = current_schema()::regnamespace";
-constexpr std::string_view kLastNumber = "select coalesce(max(Number), 0) from SchemaMigration";
+constexpr std::string_view kNumbers = "select Number from SchemaMigration order by Number";
 
 constexpr std::string_view kTableSqlite =
     "create table if not exists SchemaMigration (\n"
@@ -33,11 +36,45 @@ Failure Unreadable(const EngineError& error) {
           "Базата данни не може да бъде прочетена: " + error.text};
 }
 
-EngineAnswer<std::int64_t> ReadNumber(Database& database, std::string_view sql) {
+EngineAnswer<std::vector<int>> ReadNumbers(Database& database, std::string_view sql) {
   const Statement statement{std::string(sql), {}, {{"Number", ValueKind::Code, 0}}};
   const auto packets = database.ReadSnapshot({&statement, 1});
   if (!packets) return packets.GetFailure();
-  return packets->front().At(0, 0).AsInt().value_or(0);
+  std::vector<int> numbers;
+  for (std::size_t row = 0; row < packets->front().rowCount; ++row)
+    numbers.push_back(static_cast<int>(packets->front().At(row, 0).AsInt().value_or(0)));
+  return numbers;
+}
+
+/// Numbers of the migrations that the database has, ascending.
+Answer<std::vector<int>> AppliedNumbers(Database& database) {
+  const bool sqlite = database.Kind() == Engine::Sqlite;
+  const auto tables = ReadNumbers(database, sqlite ? kHasTableSqlite : kHasTablePostgres);
+  if (!tables) return Unreadable(tables.GetFailure());
+  if (tables->front() == 0) return std::vector<int>();
+  auto numbers = ReadNumbers(database, kNumbers);
+  if (!numbers) return Unreadable(numbers.GetFailure());
+  return *std::move(numbers);
+}
+
+bool Has(const std::vector<int>& applied, int number) {
+  return std::ranges::binary_search(applied, number);
+}
+
+SchemaState StateOf(const std::vector<int>& applied, Engine engine) {
+  SchemaState state;
+  if (!applied.empty()) state.applied = applied.back();
+  std::size_t known = 0;
+  for (const EmbeddedMigration& migration : MigrationsOf(engine)) {
+    state.newest = migration.number;
+    if (Has(applied, migration.number)) {
+      ++known;
+    } else {
+      ++state.missing;
+    }
+  }
+  state.newer = known < applied.size();
+  return state;
 }
 
 /// The migration with its line in the book first, so that a second server that comes to it stops at
@@ -71,45 +108,37 @@ Answer<Done> Finish(Database& database, const SchemaState& before) {
 }  // namespace
 
 Answer<SchemaState> CurrentSchema(Database& database) {
-  SchemaState state;
-  const auto migrations = MigrationsOf(database.Kind());
-  if (!migrations.empty()) state.newest = migrations.back().number;
-
-  const bool sqlite = database.Kind() == Engine::Sqlite;
-  const auto tables = ReadNumber(database, sqlite ? kHasTableSqlite : kHasTablePostgres);
-  if (!tables) return Unreadable(tables.GetFailure());
-  if (*tables == 0) return state;
-  const auto last = ReadNumber(database, kLastNumber);
-  if (!last) return Unreadable(last.GetFailure());
-  state.applied = static_cast<int>(*last);
-  return state;
+  const auto applied = AppliedNumbers(database);
+  if (!applied) return applied.GetFailure();
+  return StateOf(*applied, database.Kind());
 }
 
 Answer<int> Migrate(Database& database) {
-  const auto before = CurrentSchema(database);
-  if (!before) return before.GetFailure();
-  if (before->IsNewer()) {
-    return Refused("Базата данни е с версия на схемата " + std::to_string(before->applied) +
-                   ", а тази програма познава версия " + std::to_string(before->newest) +
+  const auto applied = AppliedNumbers(database);
+  if (!applied) return applied.GetFailure();
+  const SchemaState before = StateOf(*applied, database.Kind());
+  if (before.IsNewer()) {
+    return Refused("Базата данни е с версия на схемата " + std::to_string(before.applied) +
+                   ", а тази програма познава версия " + std::to_string(before.newest) +
                    ". Обновете програмата.");
   }
-  int applied = 0;
+  int count = 0;
   for (const EmbeddedMigration& migration : MigrationsOf(database.Kind())) {
-    if (migration.number <= before->applied) continue;
+    if (Has(*applied, migration.number)) continue;
     const auto run = database.RunScript(ScriptOf(migration, database.Kind()));
     if (run) {
-      ++applied;
+      ++count;
       continue;
     }
-    const auto now = CurrentSchema(database);
-    if (now && now->applied >= migration.number) continue;  // another server was first
+    const auto now = AppliedNumbers(database);
+    if (now && Has(*now, migration.number)) continue;  // another server was first
     return Failure{FailureKind::Internal, "Промяна " + std::to_string(migration.number) +
                                               " на схемата (" + std::string(migration.name) +
                                               ") не е извършена: " + run.GetFailure().text};
   }
-  const auto finished = Finish(database, *before);
+  const auto finished = Finish(database, before);
   if (!finished) return finished.GetFailure();
-  return applied;
+  return count;
 }
 
 }  // namespace orvane

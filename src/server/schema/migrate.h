@@ -12,9 +12,12 @@ namespace orvane {
 struct SchemaState {
   int applied = 0;  ///< number of the last migration the database has; 0 is an empty database
   int newest = 0;   ///< number of the last migration this program has
+  int missing = 0;  ///< how many of this program's migrations the database lacks
+  /// The database has a migration that this program does not know.
+  bool newer = false;
 
-  bool IsNewer() const { return applied > newest; }
-  bool IsCurrent() const { return applied == newest; }
+  bool IsNewer() const { return newer; }
+  bool IsCurrent() const { return !newer && missing == 0; }
 };
 
 Answer<SchemaState> CurrentSchema(Database& database);
