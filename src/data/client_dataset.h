@@ -85,7 +85,7 @@ class TField {
   void Set(const Variant& value);
   void Clear() { Set(Variant()); }
 
-  /// As shown: OnGetText when bound, otherwise by format.
+  /// As shown: OnGetRowText or OnGetText when bound, otherwise by format.
   std::string Text() const;
   std::string TextOf(const Variant& value) const;
   /// What the user typed, through OnSetText when bound. A text that cannot be read is a Refused
@@ -97,6 +97,8 @@ class TField {
   bool ReadOnly = false;
   std::function<void()> OnChange;
   std::function<std::string(const Variant&)> OnGetText;
+  /// In place of OnGetText where the text depends on other fields of the row: gets its position.
+  std::function<std::string(std::size_t position)> OnGetRowText;
   std::function<Answer<Variant>(std::string_view)> OnSetText;
 
  private:

@@ -74,6 +74,7 @@ void TField::Set(const Variant& value) {
 }
 
 std::string TField::Text() const {
+  if (OnGetRowText && !dataSet_->IsEmpty()) return dataSet_->TextAt(dataSet_->RecNo(), *this);
   return TextOf(Value());
 }
 

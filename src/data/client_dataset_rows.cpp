@@ -119,7 +119,9 @@ Variant TVosClientDataSet::ValueAt(std::size_t position, const TField& field) co
 }
 
 std::string TVosClientDataSet::TextAt(std::size_t position, const TField& field) const {
-  return field.TextOf(ValueAt(position, field));
+  if (!field.OnGetRowText) return field.TextOf(ValueAt(position, field));
+  const auto kept = field.OnGetRowText;
+  return kept(position);
 }
 
 // --- finding

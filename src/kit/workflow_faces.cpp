@@ -26,6 +26,11 @@ bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access) 
   return move.who != Who::ChiefOrRequester || facts.isChief || facts.isRequester;
 }
 
+bool IsAtKeyEdit(const TVosBaseForm& form) {
+  const Control* active = form.ActiveControl();
+  return active != nullptr && active->Kind() == ControlKind::KeyEdit;
+}
+
 bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption) {
   return Confirmed(form, form.caption, "Потвърдете операция \"" + std::string(caption) + "\" !");
 }

@@ -14,10 +14,12 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "contract/workflow.h"
 #include "host/dialogs.h"
 #include "host/form.h"
+#include "kit/approval_decisions.h"
 
 namespace orvane {
 
@@ -69,14 +71,52 @@ void AddFaces(FormClass& form, const Face<FormClass> (&faces)[N]) {
   }
 }
 
+/// A decision on the approval rows as its action; live for the approver when the screen's rule says
+/// so, the right to edit being given.
+template <class FormClass>
+struct DecisionFace {
+  Decision decision;
+  std::string_view action;
+  std::string_view caption;
+  KeyStroke key;
+  bool (FormClass::*may)() const;
+  std::string_view icon = {};
+};
+
+template <class FormClass, std::size_t N>
+void AddDecisionFaces(FormClass& form, const DecisionFace<FormClass> (&faces)[N],
+                      void (FormClass::*run)(Decision)) {
+  for (const DecisionFace<FormClass>& face : faces) {
+    TAction action;
+    action.name = face.action;
+    action.caption = face.caption;
+    action.shortcut = face.key;
+    action.icon = face.icon;
+    action.OnExecute = [&form, &face, run] {
+      if (ConfirmedOperation(form, face.caption)) (form.*run)(face.decision);
+    };
+    form.AddAction(std::move(action));
+  }
+}
+
+/// A key edit has the focus: that is where moves and decisions are offered.
+bool IsAtKeyEdit(const TVosBaseForm& form);
+
 /// Makes live what the document allows, while a key edit has the focus.
 template <class FormClass, std::size_t N>
 void RefreshFaces(const FormClass& form, const Face<FormClass> (&faces)[N],
                   const DocumentFacts& facts) {
-  const Control* active = form.ActiveControl();
-  const bool atKey = active != nullptr && active->Kind() == ControlKind::KeyEdit;
+  const bool atKey = IsAtKeyEdit(form);
   for (const Face<FormClass>& face : faces)
     form.FindAction(face.action)->enabled = atKey && MayMove(face.move, facts, form.Access());
+}
+
+template <class FormClass, std::size_t N>
+void RefreshDecisionFaces(const FormClass& form, const DecisionFace<FormClass> (&faces)[N],
+                          const DocumentFacts& facts) {
+  const bool offered = IsAtKeyEdit(form) && facts.loaded && !facts.annulled && form.May(paEdit);
+  for (const DecisionFace<FormClass>& face : faces)
+    form.FindAction(face.action)->enabled = offered && (form.*face.may)();
 }
 
 }  // namespace orvane

@@ -7,6 +7,8 @@
 #include "host/application.h"
 #include "host/dialogs.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
+#include "modules/purchases/purchase_requests/tf_purchase_order.h"
+#include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
 #include "modules/purchases/registers/department/tf_department.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
 
@@ -24,34 +26,35 @@ struct ScreenEntry {
 };
 
 constexpr ScreenEntry kScreens[] = {
-    {"TfOrvaneMain",           &MakeScreen<TfOrvaneMain>},
-    {"TfDepartment",           &MakeScreen<TfDepartment>},
-    {"TfKindSupplies",         nullptr                  },
-    {"TfEmployeesFinSupp",     nullptr                  },
-    {"TfOrvaneParameters",     nullptr                  },
-    {"TfStructure",            nullptr                  },
-    {"TfStructureDeputies",    nullptr                  },
-    {"TfLevelsApproval",       nullptr                  },
-    {"TfCapExPlan",            nullptr                  },
-    {"TfDeliveries",           nullptr                  },
-    {"TfSuppManifacOrder",     nullptr                  },
-    {"TfAdmissibleNotifiers",  nullptr                  },
-    {"TfSuppliesContracts",    nullptr                  },
-    {"TfPurchaseOrder",        nullptr                  },
-    {"TfRegisterSuppInvoice",  nullptr                  },
-    {"TfPurchaseOrderReport",  nullptr                  },
-    {"TfSuppDocConfirm",       nullptr                  },
-    {"TfQuestionInitEvalMap",  nullptr                  },
-    {"TfInitialEvaluationMap", nullptr                  },
-    {"TfPeriodEvaluationMap",  nullptr                  },
-    {"TfCriteriaEvalSupp",     nullptr                  },
-    {"TfEvalCommitteeSupp",    nullptr                  },
+    {"TfOrvaneMain", &MakeScreen<TfOrvaneMain>},
+    {"TfDepartment", &MakeScreen<TfDepartment>},
+    {"TfKindSupplies", nullptr},
+    {"TfEmployeesFinSupp", nullptr},
+    {"TfOrvaneParameters", nullptr},
+    {"TfStructure", nullptr},
+    {"TfStructureDeputies", nullptr},
+    {"TfLevelsApproval", nullptr},
+    {"TfCapExPlan", nullptr},
+    {"TfDeliveries", nullptr},
+    {"TfSuppManifacOrder", nullptr},
+    {"TfAdmissibleNotifiers", nullptr},
+    {"TfSuppliesContracts", nullptr},
+    {"TfPurchaseOrder", &MakeScreen<TfPurchaseOrder>},
+    {"TfRegisterSuppInvoice", nullptr},
+    {"TfPurchaseOrderReport", &MakeScreen<TfPurchaseOrderReport>},
+    {"TfSuppDocConfirm", nullptr},
+    {"TfQuestionInitEvalMap", nullptr},
+    {"TfInitialEvaluationMap", nullptr},
+    {"TfPeriodEvaluationMap", nullptr},
+    {"TfCriteriaEvalSupp", nullptr},
+    {"TfEvalCommitteeSupp", nullptr},
 };
 
 /// Siblings are linked into the program: bringing one in gives it the next handle.
 std::int64_t BringIn(const VosApplication& app) {
   std::int64_t highest = 0;
-  for (const ModuleEntry& entry : app.modules) highest = std::max(highest, entry.libraryHandle);
+  for (const ModuleEntry& entry : app.modules)
+    highest = std::max(highest, entry.libraryHandle);
   return highest + 1;
 }
 
@@ -67,10 +70,8 @@ void RegisterOrvaneModule(VosApplication& app) {
                           std::string(row.caption),
                           {}});
   }
-  app.modules = {
-      {std::string(kSuppliesModule), "supplies", 0},
-      {std::string(kInvoicesModule), "invoices", 0}
-  };
+  app.modules = {{std::string(kSuppliesModule), "supplies", 0},
+                 {std::string(kInvoicesModule), "invoices", 0}};
   app.LoadPackage = [&app](const ModuleEntry&) { return BringIn(app); };
   app.TakeRights();
 }

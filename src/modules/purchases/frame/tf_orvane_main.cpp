@@ -1,6 +1,7 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 
 #include "contract/points.h"
+#include "contract/system.h"
 #include "host/dialogs.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
@@ -39,6 +40,7 @@ TfOrvaneMain::TfOrvaneMain(const FormIdentity& identity)
   PrepareGenerator();
   LoadSiblings();
   FindCurrentEmployee();
+  ReadParameters();
 }
 
 void TfOrvaneMain::PrepareGenerator() {
@@ -55,6 +57,12 @@ void TfOrvaneMain::LoadSiblings() {
     if (sibling == nullptr || sibling->libraryHandle != 0) continue;
     sibling->libraryHandle = App().LoadPackage(*sibling);
   }
+}
+
+/// Documents read parameters when they open: they come once, with the module.
+void TfOrvaneMain::ReadParameters() {
+  for (const int group : {system::kHostGroup, system::kModuleGroup})
+    App().RefreshParams(ModuleNo(), PointNo(), group);
 }
 
 void TfOrvaneMain::FindCurrentEmployee() {

@@ -28,6 +28,7 @@ class TfOrvaneMain : public TVosModuleForm {
   void PrepareGenerator();
   void LoadSiblings();
   void FindCurrentEmployee();
+  void ReadParameters();
 
   std::unique_ptr<TdmMiVosGenerator> dmMiVosGenerator_;
 };

@@ -1,0 +1,25 @@
+#include "kit/national_currency.h"
+
+#include "packet/fold.h"
+
+namespace orvane {
+
+bool IsLev(std::string_view currencyName) {
+  const std::string name = Fold(Trim(currencyName));
+  std::size_t begin = 0;
+  while (begin <= name.size()) {
+    const std::size_t end = std::min(name.find(' ', begin), name.size());
+    const std::string_view word = std::string_view(name).substr(begin, end - begin);
+    if (word == Fold("лев") || word == Fold("лева") || word == Fold("BGN")) return true;
+    begin = end + 1;
+  }
+  return false;
+}
+
+std::string NationalCaption(std::string_view levCaption, std::string_view plain,
+                            std::string_view currencyName) {
+  if (IsBlank(currencyName) || IsLev(currencyName)) return std::string(levCaption);
+  return std::string(plain) + " в " + Fold(currencyName);
+}
+
+}  // namespace orvane

@@ -1,0 +1,294 @@
+// Rules of the rows of a purchase request: materials and services, delivery schedule, payment plan.
+
+#include <cmath>
+
+#include "host/dialogs.h"
+#include "host/search_dialog.h"
+#include "kit/columns.h"
+#include "kit/required_fields.h"
+#include "kit/units.h"
+#include "modules/purchases/frame/orvane_msgs.h"
+#include "modules/purchases/purchase_requests/tf_purchase_order.h"
+#include "packet/quantity.h"
+
+namespace orvane {
+
+using namespace purchase_request;
+
+namespace {
+
+constexpr int kWarning = 2;
+constexpr std::string_view _rExceedsOrder =
+    "Въведеното количество трябва да бъде по-малко или равно от \"Остатък за искане\" за "
+    "избраната поръчка!";
+constexpr std::string_view _rNotInSupplyList =
+    "Артикул %s не е в списъка за доставка, от който избира този документ.";
+
+constexpr std::string_view kOrderQuantities[] = {
+    "CalcQuantity", "CalcOrderedQunatity", "RestOrdQNT", "CalcDeliverQuantity", "RestDlvrQNT"};
+
+/// Entries of the supplier's list that are in force on a day, with their names.
+const std::vector<std::string> kGroupSearch = {
+    "SELECT DISTINCT B.SerialNumber,",
+    " CASE ISNULL(D.IdentityWithNom, 0)",
+    "  WHEN 1 THEN CASE B.Kind WHEN 1 THEN M.Name WHEN 2 THEN S.Name END",
+    "  WHEN 0 THEN B.Name END cbName,",
+    " CASE ISNULL(D.IdentityWithNom, 0)",
+    "  WHEN 1 THEN CASE B.Kind WHEN 1 THEN M.Name2 WHEN 2 THEN S.Name2 END",
+    "  WHEN 0 THEN B.Name2 END cbName2",
+    "FROM Partners PR {$WN}",
+    "INNER JOIN SupplyListsDates SD {$WN} ON SD.KindList = PR.KindSupplyList",
+    "INNER JOIN BaseSupplyList B {$WN} ON SD.SerialNumber = B.SerialNumber",
+    "LEFT OUTER JOIN MaterialStocks M {$WN} ON B.InventoryCode = M.IdNumber",
+    "LEFT OUTER JOIN Services S {$WN} ON S.Code = B.ServiceCode",
+    "LEFT OUTER JOIN DescrBaseSupplyList D {$WN} ON 1=1",
+    "WHERE PR.Partner = :Partner AND SD.AvailableFromDate <= :ForDate",
+    "AND (M.SuppForbiddenFrom IS NULL OR M.SuppForbiddenFrom > :ForDate)",
+    "AND (M.SuppActiveFrom IS NULL OR M.SuppActiveFrom <= :ForDate)",
+    "{$WA} {$O}"};
+
+constexpr FieldDef kGroupColumns[] = {
+    Code19("SerialNumber", Key, "Пореден номер"),
+    String("cbName", 40, Plain, "Име"),
+    String("cbName2", 40, Plain, "Име 2"),
+};
+
+}  // namespace
+
+void TdmPurchaseOrder::BindParts() {
+  cdsPurchaseOrderDet.OnNewRecord = [this] { cdsPurchaseOrderDetNewRecord(); };
+  cdsPurchaseOrderDet.BeforePost = [this] { cdsPurchaseOrderDetBeforePost(); };
+  cdsPurchaseOrderDet.AfterScroll = [this] {
+    suppManOrd.SetParam("SerialNumber", cdsPurchaseOrderDet[det::SerialNumber].Value());
+  };
+  cdsPurchaseOrderDet[det::SerialNumber].OnChange = [this] { SerialNumberChange(); };
+  cdsPurchaseOrderDet[det::Measure].OnChange = [this] { MeasureChange(); };
+  cdsPurchaseOrderDet[det::SuppManifacOrderId].OnChange = [this] { SuppManifacOrderIdChange(); };
+  cdsPurchaseOrderDet[det::Quantity].OnGetRowText = [this](std::size_t row) {
+    return QuantityGetText(row);
+  };
+  cdsPurchaseOrderDet[det::Quantity].OnSetText = [this](std::string_view text) {
+    return QuantitySetText(text);
+  };
+  dsPurchaseOrderDet.OnStateChange = [this] { dsPurchaseOrderDetStateChange(); };
+  for (std::string_view field : kOrderQuantities)
+    cdsSuppManOrd.FieldByName(field).OnGetText = [this](const Variant& value) {
+      return OrderQuantityText(value);
+    };
+
+  cdsPurchaseOrderDel.SetIndexFieldNames("DeliveryDate");
+  cdsPurchaseOrderDel.BeforePost = [this] { CopyKey(cdsPurchaseOrderDel); };
+
+  cdsPurchaseOrderPayPl.SetIndexFieldNames("RNLocate");
+  cdsPurchaseOrderPayPl.OnNewRecord = [this] { cdsPurchaseOrderPayPlNewRecord(); };
+  cdsPurchaseOrderPayPl.BeforePost = [this] { cdsPurchaseOrderPayPlBeforePost(); };
+  cdsPurchaseOrderPayPl[pay::InvoiceDate].OnChange = [this] { InvoiceDateChange(); };
+
+  cdsPurchaseOrderAdm.SetIndexFieldNames("ConfLevelLocate");
+  cdsPurchaseOrderAdm.AddLookup(lupAppStatusName, cdsNomIn251, "Status", "Element", "Name");
+  cdsPurchaseOrderAdm.AddLookup(lupApprovalName, cdsNomIn245, "Approval", "Element", "Name");
+  cdsPurchaseOrderAdm[adm::ConfermedOn].Format.withSeconds = true;
+  cdsPurchaseOrderAdm[adm::UnConfirmedOn].Format.withSeconds = true;
+
+  for (TVosClientDataSet* rows :
+       {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl})
+    ApplyRowsAtOnce(form_, *rows, cdsPurchaseOrder);
+  ApplyRowsAtOnce(
+      form_, cdsPurchaseOrderAdm, cdsPurchaseOrder,
+      {.maxErrors = -1, .form = ApplyForm::Repeated, .afterRefusal = AfterRefusal::Cancel});
+  cdsPurchaseOrderAdm.AfterDelete = {};
+  cdsPurchaseOrderAdm.BeforeApplyUpdates = [this] {
+    cdsPurchaseOrderAdm.OwnerData = Variant(form_.App().ConnectionInfo());
+  };
+}
+
+void TdmPurchaseOrder::CopyKey(TVosClientDataSet& rows) {
+  if (rows.State() != DataSetState::Insert) return;
+  rows.FieldByName("PurchaseOrderId").Set(cdsPurchaseOrder[head::POIdNumber].Value());
+  rows.FieldByName("PurchaseOrderVer").Set(cdsPurchaseOrder[head::POVersion].Value());
+}
+
+// --- rows ---------------------------------------------------------------------------------------
+
+void TdmPurchaseOrder::cdsPurchaseOrderDetNewRecord() {
+  cdsPurchaseOrderDet[det::Quantity].Set(0.0);
+  cdsPurchaseOrderDet[det::CurrSumWithoutVAT].Set(Decimal(0, 4));
+}
+
+void TdmPurchaseOrder::cdsPurchaseOrderDetBeforePost() {
+  RequireFields(form_, form_.gPurchaseOrderDet, _rFieldNotFilled,
+                {"SerialNumber", "Measure", "Quantity"});
+  CheckOrderRest();
+  RequireFields(form_, form_.gPurchaseOrderDet, _rFieldNotFilled, {"CurrSumWithoutVAT"});
+  CopyKey(cdsPurchaseOrderDet);
+}
+
+/// No more may be requested than the supplier order still leaves; all of it may.
+void TdmPurchaseOrder::CheckOrderRest() {
+  const Variant order = cdsPurchaseOrderDet[det::SuppManifacOrderId].Value();
+  if (order.IsNull()) return;
+  SetOrderParams();
+  if (!suppManOrd.LocateKey(order)) return;
+  const auto rest = suppManOrd.ValueOf(order, "RestOrdQNT").AsDouble();
+  const auto asked = cdsPurchaseOrderDet[det::Quantity].AsDouble();
+  if (rest && asked && CompareQuantities(*asked, *rest) > 0)
+    RefuseAt(form_, form_.gPurchaseOrderDet, "Quantity", _rExceedsOrder);
+}
+
+void TdmPurchaseOrder::dsPurchaseOrderDetStateChange() {
+  TVosDBGrid& grid = form_.gPurchaseOrderDet;
+  if (cdsPurchaseOrderDet.State() != DataSetState::Insert) return;
+  const GridColumn* column = grid.FindColumn(det::RowNumber.name);
+  if (column != nullptr) grid.SetCurrentColumn(static_cast<int>(column - grid.columns.data()));
+  const auto next = cdsPurchaseOrderDet.MaxOf(det::RowNumber, 1).AsInt().value_or(0);
+  cdsPurchaseOrderDet[det::RowNumber].Set(next == 0 ? std::int64_t{1} : next);
+  grid.fixedCols = 1;
+}
+
+void TdmPurchaseOrder::SerialNumberChange() {
+  TVosClientDataSet& row = cdsPurchaseOrderDet;
+  const Variant serial = row[det::SerialNumber].Value();
+  if (serial.IsNull() || !kpl.LocateKey(serial)) return;
+  const Variant inventory = kpl.ValueOf(serial, "InventoryCode");
+  const Variant service = kpl.ValueOf(serial, "ServiceCode");
+  if (!inventory.IsNull()) {
+    row[det::InventoryId].Set(inventory);
+    row[det::ServiceCode].Clear();
+  }
+  if (!service.IsNull()) {
+    row[det::ServiceCode].Set(service);
+    row[det::InventoryId].Clear();
+  }
+  row[det::bslName].Set(kpl.ValueOf(serial, form_.values.FirstLanguage() ? "cbName" : "cbName2"));
+  row[det::Measure].Set(kpl.ValueOf(serial, "bslMeasure"));
+  for (const FieldDef& field :
+       {det::roundQNT, det::msMeasure, det::IncomeMeasure, det::BarCodeMeasure, det::servMeasure})
+    row[field].Set(kpl.ValueOf(serial, field.name));
+  row[det::Quantity].Set(0.0);
+  row[det::CurrSumWithoutVAT].Set(Decimal(0, 4));
+  RefreshMeasure();
+  const Variant measure = row[det::Measure].Value();
+  measures.LocateKey(measure);
+  MeasureChange();
+  row[det::Numerator].Set(measures.ValueOf(measure, "Numerator"));
+  suppManOrd.SetParam("SerialNumber", serial);
+}
+
+void TdmPurchaseOrder::MeasureChange() {
+  TVosClientDataSet& row = cdsPurchaseOrderDet;
+  const Variant measure = row[det::Measure].Value();
+  if (!measures.Knows(measure)) return;
+  row[det::MsrName].Set(measures.ValueOf(measure, form_.values.FirstLanguage() ? "Name" : "Name2"));
+  row[det::RowNumerator].Set(measures.ValueOf(measure, "Numerator"));
+  row[det::OrdinaryFraction].Set(measures.ValueOf(measure, "OrdinaryFraction"));
+}
+
+void TdmPurchaseOrder::RefreshMeasure() {
+  if (cdsPurchaseOrderDet.IsEmpty()) return;
+  NarrowUnits(measures, UnitsClause(cdsPurchaseOrderDet, {}, form_.values._cpLimitMeasures == 1));
+}
+
+void TdmPurchaseOrder::SetOrderParams() {
+  suppManOrd.SetParam("Supplier", cdsPurchaseOrder[head::Supplier].Value());
+  suppManOrd.SetParam("SerialNumber", cdsPurchaseOrderDet[det::SerialNumber].Value());
+}
+
+void TdmPurchaseOrder::SuppManifacOrderIdChange() {
+  const Variant order = cdsPurchaseOrderDet[det::SuppManifacOrderId].Value();
+  if (order.IsNull()) return cdsPurchaseOrderDet[det::SMOName].Clear();
+  SetOrderParams();
+  if (!suppManOrd.LocateKey(order)) return;
+  const std::string_view name = form_.values.FirstLanguage() ? "Description" : "Description2";
+  cdsPurchaseOrderDet[det::SMOName].Set(suppManOrd.ValueOf(order, name));
+}
+
+// --- quantities as text -------------------------------------------------------------------------
+
+namespace {
+
+std::int32_t NumberOf(TVosClientDataSet& rows, std::size_t position, const FieldDef& field) {
+  return static_cast<std::int32_t>(rows.ValueAt(position, rows[field]).AsInt().value_or(0));
+}
+
+QuantityUnit UnitOf(TVosClientDataSet& rows, std::size_t position) {
+  return {.rowNumerator = std::max(1, NumberOf(rows, position, det::RowNumerator)),
+          .decimals = NumberOf(rows, position, det::roundQNT),
+          .ordinaryFraction = NumberOf(rows, position, det::OrdinaryFraction) != 0};
+}
+
+}  // namespace
+
+std::string TdmPurchaseOrder::QuantityGetText(std::size_t row) {
+  const auto quantity =
+      cdsPurchaseOrderDet.ValueAt(row, cdsPurchaseOrderDet[det::Quantity]).AsDouble();
+  return quantity ? QuantityToStr(*quantity, UnitOf(cdsPurchaseOrderDet, row)) : "0";
+}
+
+Answer<Variant> TdmPurchaseOrder::QuantitySetText(std::string_view text) {
+  if (Variant(text).IsEmpty()) return Variant();
+  const auto quantity =
+      StrToQuantity1(text, UnitOf(cdsPurchaseOrderDet, cdsPurchaseOrderDet.RecNo()));
+  if (!quantity) return quantity.GetFailure();
+  return Variant(*quantity);
+}
+
+/// Quantities of supplier orders are shown in smallest units, as the row's item is counted.
+std::string TdmPurchaseOrder::OrderQuantityText(const Variant& value) {
+  if (value.IsNull()) return "0";
+  QuantityUnit unit = UnitOf(cdsPurchaseOrderDet, cdsPurchaseOrderDet.RecNo());
+  unit.rowNumerator = 1;
+  return QuantityToStr(value.AsDouble().value_or(0), unit);
+}
+
+// --- payment plan -------------------------------------------------------------------------------
+
+void TdmPurchaseOrder::cdsPurchaseOrderPayPlNewRecord() {
+  cdsPurchaseOrderPayPl[pay::SumWithVAT].Set(Decimal(0, 4));
+  cdsPurchaseOrderPayPl[pay::AdvancePayment].Set(false);
+  cdsPurchaseOrderPayPl[pay::AdvanceStatement].Set(false);
+}
+
+void TdmPurchaseOrder::InvoiceDateChange() {
+  const auto invoiced = cdsPurchaseOrderPayPl[pay::InvoiceDate].AsDate();
+  if (!invoiced) return;
+  cdsPurchaseOrderPayPl[pay::PaymentDate].Set(invoiced->PlusDays(form_.values.vMaxTermOfPayment));
+}
+
+void TdmPurchaseOrder::cdsPurchaseOrderPayPlBeforePost() {
+  RequireFields(form_, form_.gPOPayPl, _rFieldNotFilled,
+                {"InvoiceDate", "SumWithVAT", "PaymentDate"});
+  if (cdsPurchaseOrderPayPl.State() == DataSetState::Insert)
+    cdsPurchaseOrderPayPl[pay::RowNumber].Set(cdsPurchaseOrderPayPl[pay::RNLocate].Value());
+  CopyKey(cdsPurchaseOrderPayPl);
+}
+
+// --- search by groups ---------------------------------------------------------------------------
+
+void TdmPurchaseOrder::SearchGroup() {
+  SearchSpec spec;
+  spec.caption = "Търсене -Групиране";
+  spec.provider = system::kDialogSearchProvider;
+  spec.lines = kGroupSearch;
+  spec.params = {{"Partner", cdsPurchaseOrder[head::Supplier].Value()},
+                 {"ForDate", cdsPurchaseOrder[head::DocumentDate].Value()},
+                 {"Store", 0}};
+  spec.fields = {
+      SearchBy("SerialNumber", "Пореден номер"),
+      SearchBy("cbName", "Име").In(Visibility::fvFirstLang).ByPart(),
+      SearchBy("cbName2", "Име 2").In(Visibility::fvSecondLang).ByPart(),
+  };
+  spec.columns.assign(std::begin(kGroupColumns), std::end(kGroupColumns));
+  spec.startField = "cbName";
+  const auto chosen = RunSearchDialog(form_, spec);
+  const Variant* serial = chosen ? FindValue(*chosen, "SerialNumber") : nullptr;
+  if (form_.gPurchaseOrderDet.readOnly || serial == nullptr || serial->IsNull()) return;
+  if (!kpl.LocateKey(*serial)) {
+    VosMessageDlg(form_, kWarning, form_.caption, Filled(_rNotInSupplyList, {serial->ToText()}));
+    return;
+  }
+  form_.gPurchaseOrderDet.CloseEditor();
+  if (!cdsPurchaseOrderDet.Editing()) cdsPurchaseOrderDet.Edit();
+  cdsPurchaseOrderDet[det::SerialNumber].Set(*serial);
+}
+
+}  // namespace orvane

@@ -1,0 +1,420 @@
+#include "modules/purchases/purchase_requests/tf_purchase_order.h"
+
+#include <cmath>
+
+#include "contract/parameters.h"
+#include "contract/system.h"
+#include "host/dialogs.h"
+#include "kit/action_table.h"
+#include "kit/pages.h"
+#include "kit/parameters.h"
+#include "kit/required_fields.h"
+#include "kit/shared_key.h"
+#include "modules/core/get_quant.h"
+#include "modules/core/tdm_user_blanks_orvane.h"
+#include "modules/purchases/frame/orvane_msgs.h"
+#include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
+
+namespace orvane {
+
+using namespace purchase_request;
+
+namespace {
+
+constexpr std::string_view _rNoEmployee =
+    "Нямате права за работа с екрана. Липсва информация за Вас в таблица \"Служители\"!";
+constexpr int kFirstCategoryWithEmployee = 3;
+constexpr SharedKey kF9{KeyCode::F9, {"acForConfirmation", "acSave"}};
+
+}  // namespace
+
+void TfPurchaseOrder::AddOwnActions() {
+  using Self = TfPurchaseOrder;
+  static constexpr ActionRow<Self> kActions[] = {
+      // action, caption, key, handler, icon
+      {"acDocSearch", "Справка", Ctrl(KeyCode::S), &Self::acDocSearchExecute, "report"},
+      {"acSave", "Запис", KeyCode::F9, &Self::acSaveExecute, "save"},
+      {"acCancel", "Отказ", Ctrl(KeyCode::Z), &Self::acCancelExecute, "cancel"},
+      {"acPrint", "Печат", KeyCode::F7, &Self::acPrintExecute, "print"},
+      {"acNewDoc", "Нов документ", KeyCode::F10, &Self::acNewDocExecute, "new"},
+      {"acNewVersion", "Нова версия", Ctrl(KeyCode::F10), &Self::acNewVersionExecute, "version"},
+      {"acDelete", "Изтриване", KeyCode::F5, &Self::acDeleteExecute, "delete"},
+      {"acQuantity", "Количество", Ctrl(KeyCode::Q), &Self::acQuantityExecute, "quantity"},
+      {"acCopyDoc", "Копиране", Ctrl(KeyCode::K), &Self::acCopyDocExecute, "copy"},
+      {"acRows", "Редове", KeyCode::F6, &Self::acRowsExecute, "rows"},
+      {"acSearch", "Търсене", KeyCode::F2, &Self::acSearchExecute, "search"},
+      {"acNameSearch", "Търсене по име", Shift(KeyCode::F2), &Self::acNameSearchExecute, "search"},
+      {"acPartialSearch", "Търсене по част от име", Ctrl(KeyCode::F2),
+       &Self::acPartialSearchExecute, "search"},
+      {"acNomenclature", "Номенклатура", Ctrl(KeyCode::F12), &Self::acNomenclatureExecute, "open"},
+      {"acSearchGroup", "Търсене - групиране", Ctrl(KeyCode::BackQuote),
+       &Self::acSearchGroupExecute, "search"},
+  };
+  AddActions(*this, kActions);
+  FindAction("acNomenclature")->hint = "Преход към номенклатура";
+  AddWorkflow();
+  identifiers_.AddTo();
+  versions_.AddTo();
+  AddHostActions(*this);
+}
+
+/// Beside these: moves and decisions (tf_purchase_order_workflow.cpp) and navigation at key edits.
+const LiveRow TfPurchaseOrder::kLive[] = {
+    // action, focus, state of the head, needs, when
+    {"acDocSearch", kAtKeyEdit},
+    {"acNewDoc", kAtKeyEdit, InState::Any, paInsert, &When<&TfPurchaseOrder::MayAppend>},
+    {"acNewVersion", kAtKeyEdit, InState::Any, paInsert, &When<&TfPurchaseOrder::MayMakeVersion>},
+    {"acCopyDoc", kAtKeyEdit, InState::Any, paInsert, &When<&TfPurchaseOrder::MayCopy>},
+    {"acPrint", kAtKeyEdit, InState::Any, {}, &When<&TfPurchaseOrder::IsLoaded>},
+    {"acRows", kAtKeyEdit, InState::Any, {}, &When<&TfPurchaseOrder::IsLoaded>},
+
+    {"acSave", "diMainInfo", InState::Any, {}, &When<&TfPurchaseOrder::MaySave>},
+    {"acCancel", "diMainInfo"},
+    {"acRows", "diMainInfo"},
+
+    {"acDelete", "gPurchaseOrderDet", InState::Any, paDelete,
+     &When<&TfPurchaseOrder::MayDeleteRow>},
+    {"acQuantity",
+     "gPurchaseOrderDet",
+     InState::Any,
+     {},
+     &When<&TfPurchaseOrder::MayEnterQuantity>},
+    {"acCancel", "gPurchaseOrderDet"},
+    {"acDelete", "gPurchaseOrderDel", InState::Any, paDelete,
+     &When<&TfPurchaseOrder::MayDeleteRow>},
+    {"acCancel", "gPurchaseOrderDel"},
+    {"acDelete", "gPOPayPl", InState::Any, paDelete, &When<&TfPurchaseOrder::MayDeleteRow>},
+    {"acCancel", "gPOPayPl"},
+    {"acCancel", "gPOAdm"},
+    {"acCancel", "gDeliveries"},
+
+    {"acSearch", kAtCombo},
+    {"acNameSearch", kAtCombo},
+    {"acPartialSearch", kAtCombo},
+    {"acNomenclature", kAtCombo},
+    {"acSearchGroup", "cbKPL"},
+};
+
+std::span<const LiveRow> TfPurchaseOrder::LiveRows() const {
+  return kLive;
+}
+
+void TfPurchaseOrder::AfterRefreshActions() {
+  RefreshWorkflow();
+  const bool still = values.DisplayOneDocMode || !IsLoaded();
+  identifiers_.Refresh(values.LastGetRecID, still);
+  versions_.Refresh(values.LastGetRecVer, still);
+  SettleKey(*this, kF9);
+  documentIsFresh_ = false;
+}
+
+bool TfPurchaseOrder::IsLoaded() const {
+  const TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  return !head.IsEmpty() && head.State() != DataSetState::Insert;
+}
+
+bool TfPurchaseOrder::MayMakeVersion() const {
+  if (!values.vCanAppend) return false;
+  return !IsLoaded() || (values.FDocumentStatus < Fulfilling && !values.FDocumentAnnulated);
+}
+
+bool TfPurchaseOrder::MaySave() const {
+  return !diMainInfo.readOnly && (May(paEdit) || May(paInsert));
+}
+
+bool TfPurchaseOrder::MayDeleteRow() const {
+  const TVosDBGrid* grid = FocusedRows();
+  return grid != nullptr && !grid->readOnly && !grid->DataSet().IsEmpty() &&
+         grid->DataSet().State() != DataSetState::Insert;
+}
+
+bool TfPurchaseOrder::MayEnterQuantity() const {
+  const TVosClientDataSet& rows = dmPurchaseOrder->cdsPurchaseOrderDet;
+  if (gPurchaseOrderDet.readOnly || rows.IsEmpty() || gPurchaseOrderDet.columns.empty())
+    return false;
+  const auto column = static_cast<std::size_t>(gPurchaseOrderDet.CurrentColumn());
+  return gPurchaseOrderDet.columns[column].field == det::Quantity.name &&
+         rows.FieldByName(det::OrdinaryFraction.name).AsBool();
+}
+
+// --- creation and showing -----------------------------------------------------------------------
+
+TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
+    : TVosDBForm(identity, "TfPurchaseOrder", "Искане за покупка"),
+      dmPurchaseOrder(std::make_unique<TdmPurchaseOrder>(*this)),
+      cbCostCenters(*this, "cbCostCenters", dmPurchaseOrder->costCenters),
+      cbKindSupplies(*this, "cbKindSupplies", dmPurchaseOrder->kindSupplies),
+      cbPartners(*this, "cbPartners", dmPurchaseOrder->partners),
+      cbSuppliesContract(*this, "cbSuppliesContract", dmPurchaseOrder->suppliesContracts),
+      cbNomIn250(*this, "cbNomIn250", dmPurchaseOrder->nomIn250),
+      cbCurrencies(*this, "cbCurrencies", dmPurchaseOrder->currencies),
+      cbKPL(*this, "cbKPL", dmPurchaseOrder->kpl),
+      cbSuppManOrd(*this, "cbSuppManOrd", dmPurchaseOrder->suppManOrd),
+      cbMeasures(*this, "cbMeasures", dmPurchaseOrder->measures),
+      eIdNum(*this, "eIdNum", "Идентификатор"),
+      eVer(*this, "eVer", "Версия"),
+      lStatus(*this, "lStatus"),
+      diMainInfo(*this, "diMainInfo", dmPurchaseOrder->dsPurchaseOrder),
+      diAdminInfo(*this, "diAdminInfo", dmPurchaseOrder->dsPurchaseOrder),
+      gPurchaseOrderDet(*this, "gPurchaseOrderDet", dmPurchaseOrder->dsPurchaseOrderDet),
+      gPurchaseOrderDel(*this, "gPurchaseOrderDel", dmPurchaseOrder->dsPurchaseOrderDel),
+      gPOPayPl(*this, "gPOPayPl", dmPurchaseOrder->dsPurchaseOrderPayPl),
+      gPOAdm(*this, "gPOAdm", dmPurchaseOrder->dsPurchaseOrderAdm),
+      gDeliveries(*this, "gDeliveries", dmPurchaseOrder->dsDeliveries),
+      pcTables(*this, "pcTables"),
+      identifiers_(*this, eIdNum, "Y",
+                   [this](Nav nav, int step) {
+                     dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, 0);
+                   }),
+      versions_(*this, eVer, "", [this](Nav nav, int step) {
+        dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, values.LastGetVer);
+      }) {
+  if (App().vCurrentEmployee.IsNull() && App().UserCategory() >= kFirstCategoryWithEmployee)
+    Refuse(_rNoEmployee);
+  values.LNG_ = App().AppNotMultiLang() || App().FirstLanguage() ? 1 : 2;
+  dmPurchaseOrder->SetLanguage();
+  ReadParameters();
+  SetUpLookups();
+  SetUpRowLookups();
+  SetUpItems();
+  SetUpColumns();
+  SetUpPages();
+  ChooseLanguages();
+  MSGridCols = gPurchaseOrderDet.columns;
+  BindFocus();
+  AddOwnActions();
+  SetReadWrite(false);
+}
+
+void TfPurchaseOrder::ReadParameters() {
+  const auto own = [this](int number) { return ParamNumber(*this, system::kModuleGroup, number); };
+  const auto host = [this](int number) { return ParamNumber(*this, system::kHostGroup, number); };
+  values._cpCAR = own(parameters::cpCar);
+  values._cpBRM = own(parameters::cpBRM);
+  values._cpSuppWares = own(parameters::cpWares);
+  values._cpSuppServ = own(parameters::cpSuppServ);
+  values._cpKindSupplyChoice = static_cast<int>(own(parameters::cpKindSupplyChoice));
+  values._cpKindSupplyList = own(parameters::cpKindSupplyList);
+  values._cpMaxTermOfPayment = static_cast<int>(own(parameters::cpMaxTermOfPayment));
+  values._cpCountNumberAfterPoint = static_cast<int>(host(parameters::kAmountDecimals));
+  values._cpCentralBank = host(parameters::kCentralBank);
+  values._cpBGNKindCurrency = host(parameters::kNationalCurrency);
+  values._cpLimitMeasures = static_cast<int>(host(parameters::kOwnUnitsOnly));
+  values.vMaxTermOfPayment = values._cpMaxTermOfPayment;
+}
+
+void TfPurchaseOrder::VosBaseFormShow() {
+  pcTables.active = 0;
+  if (values.DisplayOneDocMode) {
+    documentIsFresh_ = true;
+    FocusControl(&eIdNum);
+    return;
+  }
+  dmPurchaseOrder->FetchOnOpening();
+  values.vCanAppend = !dmPurchaseOrder->cdsCheckAdmNotifiers.IsEmpty();
+  FocusControl(&eIdNum);
+  dmPurchaseOrder->GetRecord(Nav::Last, 0, 0, 0);
+}
+
+void TfPurchaseOrder::StartPurchaseOrder(TVosBaseForm& owner, std::int64_t id) {
+  TfPurchaseOrder screen(DialogIdentity(owner));
+  screen.SetAccess(owner.Access());
+  screen.values.DisplayOneDocMode = true;
+  screen.dmPurchaseOrder->FetchOnOpening();
+  if (screen.dmPurchaseOrder->GetRecord(Nav::ByKey, 0, id, 0) == LoadCode::None) {
+    VosMessageDlg(owner, 0, screen.caption, Filled(_rDocNotFound, {std::to_string(id)}));
+    return;
+  }
+  screen.ShowModal();
+}
+
+void TfPurchaseOrder::OnLanguageChanged() {
+  values.LNG_ = App().FirstLanguage() ? 1 : 2;
+  dmPurchaseOrder->SetLanguage();
+  // What is being typed stays; names that came with the load follow with the next one.
+  if (!dmPurchaseOrder->HasPending() && IsLoaded()) ReloadShown();
+}
+
+bool TfPurchaseOrder::HasUnsavedTyping() const {
+  return TVosDBForm::HasUnsavedTyping() || dmPurchaseOrder->HasPending();
+}
+
+// --- focus --------------------------------------------------------------------------------------
+
+void TfPurchaseOrder::BindFocus() {
+  eIdNum.OnEnter = [this] { KeyEditEnter(); };
+  eIdNum.OnExit = [this] { eIdNumExit(); };
+  eIdNum.OnEditClosed = [this](const std::string& text) { eIdNumClosed(text); };
+  eVer.OnEnter = [this] { KeyEditEnter(); };
+  eVer.OnEditClosed = [this](const std::string& text) { eVerClosed(text); };
+  diMainInfo.OnLastItem = [this] {
+    acRowsExecute();
+    return true;
+  };
+  for (TVosDBGrid* grid :
+       {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl, &gPOAdm, &gDeliveries})
+    grid->OnEnter = [this] { GridEnter(); };
+  for (TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel})
+    grid->OnLastColumn = [this] { return ShowNextPage(pcTables); };
+  gPurchaseOrderDet.OnColEnter = [this] { QuantityColumnEnter(); };
+  cbMeasures.OnEnter = [this] {
+    if (dmPurchaseOrder->cdsPurchaseOrderDet.State() != DataSetState::Insert)
+      dmPurchaseOrder->RefreshMeasure();
+  };
+  cbSuppManOrd.OnEnter = [this] { OrderComboEnter(); };
+}
+
+/// Rows belong to a saved head: a head being typed is saved before one of the grids is used.
+void TfPurchaseOrder::GridEnter() {
+  if (dmPurchaseOrder->cdsPurchaseOrder.Editing()) SaveHead(SavedBy::EnteringGrid);
+}
+
+void TfPurchaseOrder::QuantityColumnEnter() {
+  if (!MayEnterQuantity()) return;
+  dmPurchaseOrder->RefreshMeasure();
+  acQuantityExecute();
+}
+
+/// What an order still leaves changes while others request: its list is fetched anew each time.
+void TfPurchaseOrder::OrderComboEnter() {
+  if (gPurchaseOrderDet.readOnly) return;
+  dmPurchaseOrder->SetOrderParams();
+  dmPurchaseOrder->suppManOrd.Forget();
+}
+
+TVosDBGrid* TfPurchaseOrder::FocusedRows() const {
+  const Control* active = ActiveControl();
+  for (const TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl}) {
+    if (active == grid) return const_cast<TVosDBGrid*>(grid);
+  }
+  return nullptr;
+}
+
+TVosMTCombo& TfPurchaseOrder::FocusedCombo() const {
+  Control* control = ActiveControl();
+  TVosMTCombo* combo = control == nullptr ? nullptr : control->ActiveCombo();
+  if (combo == nullptr) throw Abort{};
+  return *combo;
+}
+
+// --- what the actions do ------------------------------------------------------------------------
+
+void TfPurchaseOrder::acSaveExecute() {
+  if (ActiveControl() == &diMainInfo) diMainInfo.FlushChanges();
+  SaveHead(SavedBy::Action);
+}
+
+void TfPurchaseOrder::SaveHead(SavedBy by) {
+  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  RequireFields(*this, diMainInfo, _rFieldNotFilled, {"DocumentDate", "CostCenter", "KindSupply"});
+  if (values.IsContracted(dmPurchaseOrder->KindSupply()))
+    RequireFields(*this, diMainInfo, _rFieldNotFilled, {"Supplier", "ContractId"});
+  RequireFields(*this, diMainInfo, _rFieldNotFilled,
+                {"IncTranspInPrice", "KindCurrency", "RateOfExchange"});
+  if (!head.Editing()) head.Edit();
+  head.Post();
+  if (dmPurchaseOrder->documentHead.ReconcileError) {
+    if (head.Editing()) FocusControl(&diMainInfo);
+    throw Abort{};
+  }
+  if (by == SavedBy::Action) FocusControl(&eVer);
+}
+
+void TfPurchaseOrder::acCancelExecute() {
+  if (ActiveControl() == &diMainInfo) {
+    diMainInfo.CloseEditor();
+    return FocusControl(&eIdNum);
+  }
+  FocusControl(&diMainInfo);
+  diMainInfo.SetCurrentItem(0);
+}
+
+void TfPurchaseOrder::acNewDocExecute() {
+  dmPurchaseOrder->cdsPurchaseOrder.Insert();
+  dmPurchaseOrder->EmptyParts();
+  ShowDeliveriesPage();
+  VisibleItemsDependOnKind();
+  SetPropertiesVals();
+  SetReadWrite(May(paInsert));
+  eIdNum.SetText("");
+  eVer.SetText("");
+  diMainInfo.FocusField("DocumentDate");
+}
+
+void TfPurchaseOrder::acDeleteExecute() {
+  TVosDBGrid* grid = FocusedRows();
+  if (grid == nullptr || grid->DataSet().IsEmpty()) return;
+  if (!Confirmed(*this, _rDeleteCaption, _rDeleteText)) return;
+  grid->CloseEditor();
+  grid->DataSet().Delete();
+}
+
+void TfPurchaseOrder::acPrintExecute() {
+  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  TdmUserBlanksOrvane blanks(*this);
+  blanks.PrintPurchaseOrder(kPurchaseOrderBlank, head[head::KindSupply].Value(),
+                            head[head::POIdNumber].AsInt().value_or(0),
+                            static_cast<int>(head[head::POVersion].AsInt().value_or(0)));
+}
+
+void TfPurchaseOrder::acQuantityExecute() {
+  TVosClientDataSet& rows = dmPurchaseOrder->cdsPurchaseOrderDet;
+  gPurchaseOrderDet.CommitEditor();
+  dmPurchaseOrder->measures.FillIfStale();
+  dmPurchaseOrder->cSQL.Close();
+  const auto whole = std::llround(rows[det::Quantity].AsDouble().value_or(0));
+  const auto chosen =
+      GetQuant(*this, rows[det::Measure].Value(), whole, dmPurchaseOrder->cdsMeasures);
+  if (!chosen) return;
+  if (!rows.Editing()) rows.Edit();
+  rows[det::Quantity].Set(static_cast<double>(*chosen));
+}
+
+void TfPurchaseOrder::acRowsExecute() {
+  pcTables.ShowPage("tsPurchaseOrderDet");
+}
+
+void TfPurchaseOrder::acSearchExecute() {
+  TVosMTCombo& combo = FocusedCombo();
+  combo.DoSearch(combo.GetLookupField(), false);
+}
+
+void TfPurchaseOrder::acNameSearchExecute() {
+  FocusedCombo().SearchByName();
+}
+
+void TfPurchaseOrder::acPartialSearchExecute() {
+  FocusedCombo().SearchByPartName();
+}
+
+void TfPurchaseOrder::acNomenclatureExecute() {
+  FocusedCombo().OpenNomenclature();
+}
+
+void TfPurchaseOrder::acDocSearchExecute() {
+  OpenReport(kReportSearch);
+}
+
+void TfPurchaseOrder::acNewVersionExecute() {
+  OpenReport(new_rec::kNewVersion);
+}
+
+void TfPurchaseOrder::acCopyDocExecute() {
+  OpenReport(new_rec::kCopy);
+}
+
+void TfPurchaseOrder::OpenReport(int kind) {
+  Control* edit = ActiveControl();
+  TfPurchaseOrderReport report(DialogIdentity(*this));
+  report.SetAccess(Access());
+  report.pKind = kind;
+  report.ShowModal();
+  if (!report.Success) return;
+  const LoadCode code =
+      dmPurchaseOrder->GetRecord(Nav::ByKey, 0, report.pIdNumber, report.pVersion);
+  if (edit == &eIdNum) values.LastGetRecID = code;
+  documentIsFresh_ = true;
+  FocusControl(edit);
+}
+
+}  // namespace orvane

@@ -1,0 +1,154 @@
+// Identifier and version of the shown request, and what of the screen depends on what was loaded.
+
+#include <charconv>
+#include <optional>
+
+#include "host/dialogs.h"
+#include "kit/national_currency.h"
+#include "modules/purchases/frame/orvane_msgs.h"
+#include "modules/purchases/purchase_requests/tf_purchase_order.h"
+#include "packet/fold.h"
+
+namespace orvane {
+
+using namespace purchase_request;
+
+namespace {
+
+constexpr int kWarning = 2;
+constexpr std::string_view _rWrongIdentifier =
+    "Въведете коректна стойност за поле \"Идентификатор\"!";
+constexpr std::string_view _rWrongVersion = "Въведете коректна стойност за поле \"Версия\"!";
+constexpr std::string_view _rNoSuchVersion = "Не съществува версия %s за идентификатор %s!";
+
+constexpr std::string_view _rSum = "Сума на искането";
+constexpr std::string_view _rLevSum = "Левова сума на искането";
+constexpr std::string_view _rRowSum = "Сума";
+constexpr std::string_view _rRowCurrencySum = "Валутна сума";
+
+std::optional<std::int32_t> ReadNumber(std::string_view text) {
+  const std::string_view typed = Trim(text);
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), number);
+  if (error != std::errc() || end != typed.data() + typed.size()) return std::nullopt;
+  return number;
+}
+
+}  // namespace
+
+void TfPurchaseOrder::ShowKeys(std::int64_t id, int ver) {
+  eIdNum.SetText(std::to_string(id));
+  eVer.SetText(std::to_string(ver));
+  values.LastGetID = id;
+  values.LastGetVer = ver;
+  documentIsFresh_ = true;
+}
+
+void TfPurchaseOrder::ReloadShown() {
+  if (values.LastGetID == 0 || documentIsFresh_) return;
+  dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
+}
+
+/// Coming to the keys gives up what was typed into the head and shows what the server holds.
+void TfPurchaseOrder::KeyEditEnter() {
+  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  const bool dropped = head.Editing();
+  if (dropped) head.Cancel();
+  ReloadShown();
+  if (dropped) SetPropertiesVals();
+}
+
+void TfPurchaseOrder::eIdNumExit() {
+  const bool inserting = dmPurchaseOrder->cdsPurchaseOrder.State() == DataSetState::Insert;
+  if (eIdNum.Text().empty() && !inserting) FocusControl(&eIdNum);
+}
+
+void TfPurchaseOrder::eIdNumClosed(const std::string& text) {
+  const std::optional<std::int32_t> id = ReadNumber(text);
+  RefuseIf(!id, _rWrongIdentifier);
+  if (*id != values.LastGetID &&
+      dmPurchaseOrder->GetRecord(Nav::ByKey, 0, *id, 0) == LoadCode::None)
+    VosMessageDlg(*this, kWarning, caption, Filled(_rDocNotFound, {std::to_string(*id)}));
+  if (values.LastGetID != 0) eIdNum.SetText(std::to_string(values.LastGetID));
+}
+
+void TfPurchaseOrder::eVerClosed(const std::string& text) {
+  const std::optional<std::int32_t> version = ReadNumber(text);
+  RefuseIf(!version, _rWrongVersion);
+  const std::optional<std::int32_t> id = ReadNumber(eIdNum.Text());
+  RefuseIf(!id, _rWrongIdentifier);
+  constexpr int kHighestVersion = 255;
+  const LoadCode code = *version > 0 && *version <= kHighestVersion
+                            ? dmPurchaseOrder->GetRecord(Nav::ByKey, 0, *id, *version)
+                            : LoadCode::None;
+  if (code != LoadCode::None) return;
+  VosMessageDlg(*this, kWarning, caption,
+                Filled(_rNoSuchVersion, {std::to_string(*version), std::to_string(*id)}));
+  documentIsFresh_ = false;
+  ReloadShown();
+  throw Abort{};
+}
+
+// --- what is shown and what may be written ------------------------------------------------------
+
+void TfPurchaseOrder::SetPropertiesVals() {
+  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  values.FDocumentAnnulated = !head[head::AnnulOn].IsNull();
+  values.FDocumentStatus = static_cast<int>(head[head::Status].AsInt().value_or(0));
+  lStatus.text = values.FDocumentAnnulated ? "Анулирано" : head.FieldByName("lupStatusName").Text();
+  if (head[head::OldVersion].AsBool() && !lStatus.text.empty()) lStatus.text += " · стара версия";
+  SetReadWrite(false);
+}
+
+void TfPurchaseOrder::SetReadWrite(bool forceWritable) {
+  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  const bool current = !values.FDocumentAnnulated && values.FDocumentStatus == Entered &&
+                       !head[head::OldVersion].AsBool();
+  const bool writable = forceWritable || (current && !values.DisplayOneDocMode && May(paEdit));
+  diMainInfo.readOnly = !writable;
+  for (TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl}) {
+    grid->readOnly = !writable;
+    grid->canInsert = writable;
+  }
+  eIdNum.readOnly = values.DisplayOneDocMode;
+  eVer.readOnly = values.DisplayOneDocMode;
+}
+
+void TfPurchaseOrder::VisibleItemsDependOnKind() {
+  const std::int64_t kind = dmPurchaseOrder->KindSupply();
+  diMainInfo.FindItem("IncTranspInPrice")->visible = values.IsPricedByList(kind);
+  for (std::string_view field : {"Supplier", "ContractId"})
+    diMainInfo.FindItem(field)->required = values.IsContracted(kind);
+}
+
+void TfPurchaseOrder::VisibleItemsDependOnCurrency() {
+  const bool foreign = !dmPurchaseOrder->InNationalCurrency();
+  diMainInfo.FindItem("RateOfExchange")->visible = foreign;
+  diAdminInfo.FindItem("CurrSumPurchaseOrder")->visible = foreign;
+  const std::string national =
+      dmPurchaseOrder->currencies.ValueOf(values._cpBGNKindCurrency, "Name").ToText();
+  diAdminInfo.FindItem("SumPurchaseOrder")->label =
+      foreign ? NationalCaption(_rLevSum, _rSum, national) : std::string(_rSum);
+}
+
+void TfPurchaseOrder::VisibleMSGridCols() {
+  const std::int64_t kind = dmPurchaseOrder->KindSupply();
+  gPurchaseOrderDet.columns = MSGridCols;
+  if (!values.IsContracted(kind)) {
+    gPurchaseOrderDet.RemoveColumn("SuppManifacOrderId");
+    gPurchaseOrderDet.RemoveColumn("SMOName");
+  }
+  if (values.IsPricedByList(kind)) return gPurchaseOrderDet.RemoveColumn("CurrSumWithoutVAT");
+  GridColumn& sum = *gPurchaseOrderDet.FindColumn("CurrSumWithoutVAT");
+  sum.title = dmPurchaseOrder->InNationalCurrency() ? _rRowSum : _rRowCurrencySum;
+  sum.readOnly = kind == values._cpSuppServ;
+}
+
+void TfPurchaseOrder::ShowDeliveriesPage() {
+  TabPage& page = *pcTables.FindPage("tsDeliveries");
+  page.visible = !dmPurchaseOrder->cdsDeliveries.IsEmpty();
+  const bool shown = &pcTables.pages[static_cast<std::size_t>(pcTables.active)] == &page;
+  if (shown && !page.visible) pcTables.active = 0;
+}
+
+}  // namespace orvane
