@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "dialect_world.h"
 #include "packet/fold.h"
+#include "server/dialect_world.h"
 
 namespace orvane {
 namespace {

@@ -1,6 +1,6 @@
 // What search statements find: rows counted by hand on both engines.
 
-#include "dialect_world.h"
+#include "server/dialect_world.h"
 
 namespace orvane {
 namespace {
@@ -91,6 +91,7 @@ TEST_P(DialectOnEngine, ValuesMeetTheKindOfTheirColumn) {
       {"InvoiceNumber = '7'", "3"},
       {"InvoiceNumber = 'ФА-07'", "2"},
       {"12 <= Supplier", "3"},
+      {"Supplier < 12 AND 1 > :Half AND :Half = 0.5 AND '05.03.2026' > :Day", "1; 2"},
       {"Supplier = 99999999999", ""},
       {"Supplier = IdNumber + 9", "2; 3"},
       {"IdNumber = (SELECT MAX(IdNumber) FROM SuppInvRegister i WHERE i.Supplier = 11)", "2"},
@@ -101,10 +102,12 @@ TEST_P(DialectOnEngine, ValuesMeetTheKindOfTheirColumn) {
   };
   for (const Search& search : kSearches) {
     SCOPED_TRACE(search.rest);
-    EXPECT_EQ(
-        Finds(world, "SELECT IdNumber FROM SuppInvRegister s WHERE " + search.rest,
-              {{"Day", *Date::Parse("04.03.2026")}, {"Sum", Decimal(1250, 2)}, {"Yes", true}}),
-        search.rows);
+    EXPECT_EQ(Finds(world, "SELECT IdNumber FROM SuppInvRegister s WHERE " + search.rest,
+                    {{"Day", *Date::Parse("04.03.2026")},
+                     {"Sum", Decimal(1250, 2)},
+                     {"Half", 0.5},
+                     {"Yes", true}}),
+              search.rows);
   }
   EXPECT_EQ(Finds(world,
                   "SELECT CAST(s.InvoiceNumber as VARCHAR(4)) Number, CurrSumWithVATRb, "

@@ -3,8 +3,8 @@
 #include <map>
 #include <stdexcept>
 
-#include "dialect_world.h"
 #include "packet/fold.h"
+#include "server/dialect_world.h"
 
 namespace orvane {
 namespace {

@@ -1,6 +1,6 @@
 // Every search template of the screens is understood and runs on both engines.
 
-#include "dialect_world.h"
+#include "server/dialect_world.h"
 
 namespace orvane {
 namespace {

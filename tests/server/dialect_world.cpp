@@ -1,4 +1,4 @@
-#include "dialect_world.h"
+#include "server/dialect_world.h"
 
 #include <algorithm>
 #include <sstream>

@@ -8,81 +8,13 @@
 #include <vector>
 
 #include "packet/fold.h"
+#include "server/dialect/comparisons.h"
+#include "server/dialect/document_rows.h"
 #include "server/dialect/fold_of.h"
 #include "server/dialect/like_pattern.h"
 
 namespace orvane::dialect {
 namespace {
-
-/// Kinds that compare with each other.
-enum class Sort : unsigned char { Number, Amount, Rate, Real, Day, Moment, Text };
-
-Sort SortOf(ValueKind kind) {
-  switch (kind) {
-    case ValueKind::Bool:
-    case ValueKind::Byte:
-    case ValueKind::Int16:
-    case ValueKind::Int32:
-    case ValueKind::Code:
-      return Sort::Number;
-    case ValueKind::Amount:
-      return Sort::Amount;
-    case ValueKind::Rate:
-      return Sort::Rate;
-    case ValueKind::Double:
-      return Sort::Real;
-    case ValueKind::Date:
-      return Sort::Day;
-    case ValueKind::Stamp:
-      return Sort::Moment;
-    case ValueKind::String:
-    case ValueKind::Memo:
-      return Sort::Text;
-  }
-  return Sort::Text;
-}
-
-bool Comparable(ValueKind left, ValueKind right) {
-  const auto isNumber = [](Sort sort) { return sort == Sort::Number || sort == Sort::Real; };
-  const Sort a = SortOf(left);
-  const Sort b = SortOf(right);
-  return a == b || (isNumber(a) && isNumber(b));
-}
-
-/// The kind in which two kinds of number meet; empty when they do not.
-std::optional<ValueKind> Common(ValueKind left, ValueKind right) {
-  if (left == right) return left;
-  if (!Comparable(left, right)) return std::nullopt;
-  if (SortOf(left) == Sort::Text) return ValueKind::Memo;
-  if (left == ValueKind::Double || right == ValueKind::Double) return ValueKind::Double;
-  return std::max(left, right);  // whole numbers stand in order of their size
-}
-
-bool Holds(int order, const std::string& sign) {
-  if (sign == "=") return order == 0;
-  if (sign == "<>") return order != 0;
-  if (sign == "<") return order < 0;
-  if (sign == ">") return order > 0;
-  if (sign == "<=") return order <= 0;
-  return order >= 0;
-}
-
-std::string Turned(const std::string& sign) {
-  if (sign == "<") return ">";
-  if (sign == ">") return "<";
-  if (sign == "<=") return ">=";
-  if (sign == ">=") return "<=";
-  return sign;
-}
-
-/// The kind a literal or parameter has when nothing else decides.
-ValueKind OwnKind(const Variant& value) {
-  if (value.AsString() != nullptr) return ValueKind::Memo;
-  if (value.AsDate()) return ValueKind::Date;
-  if (value.AsStamp()) return ValueKind::Stamp;
-  if (value.AsInt()) return ValueKind::Code;
-  return ValueKind::Double;
-}
 
 /// A value that both engines take as a parameter.
 bool IsPlain(const Variant& value) {
@@ -90,15 +22,6 @@ bool IsPlain(const Variant& value) {
   if (const auto* real = std::get_if<double>(&value.Raw())) return std::isfinite(*real);
   const std::string* text = value.AsString();
   return text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);
-}
-
-std::string Replaced(std::string_view text, std::string_view mark, std::string_view by) {
-  std::string replaced;
-  for (std::size_t at = text.find(mark); at != std::string_view::npos; at = text.find(mark)) {
-    replaced.append(text.substr(0, at)).append(by);
-    text.remove_prefix(at + mark.size());
-  }
-  return replaced.append(text);
 }
 
 class Binder {
@@ -199,7 +122,8 @@ class Binder {
       if (std::any_of(select.tables.begin(), select.tables.end(), same)) {
         return RefuseAll(written.place, "името „" + table.alias + "“ е дадено на две таблици");
       }
-      if (table.table->rows == RowsSeen::Visible) table.predicate = PredicateFor(*table.table);
+      if (table.table->rows == RowsSeen::Visible)
+        table.predicate = PredicateOf(*table.table, input_.visibility);
       select.tables.push_back(std::move(table));
       if (!written.on) continue;
       const ConditionPtr on = BindCondition(*written.on);
@@ -207,18 +131,6 @@ class Binder {
       select.tables.back().on = AsFilter(on);
     }
     return true;
-  }
-
-  RowPredicate PredicateFor(const CatalogueTable& table) const {
-    if (table.head.empty()) return input_.visibility(table);
-    static constexpr std::string_view kHead = "documentHead";
-    const CatalogueTable& head = *FindCatalogueTable(table.head);
-    RowPredicate predicate = input_.visibility(head);
-    if (predicate.text.empty()) return predicate;
-    predicate.text = "exists (select 1 from " + std::string(head.stored) + " " +
-                     std::string(kHead) + " where " + Replaced(table.headLink, "{h}", kHead) +
-                     " and (" + Replaced(predicate.text, "{t}", kHead) + "))";
-    return predicate;
   }
 
   bool MayRead(const CatalogueTable& table) {
@@ -660,36 +572,14 @@ class Binder {
   }
 
   ConditionPtr Compare(TermPtr left, std::string sign, TermPtr right, Place place) {
-    if (left->IsNull() || right->IsNull()) return MakeTruth(Truth::Unknown);
-    if (left->IsConstant() && right->IsConstant())
-      return CompareConstants(*left, sign, *right, place);
-    if (left->IsConstant()) {
-      std::swap(left, right);
-      sign = Turned(sign);
-    }
-    if (right->IsConstant()) {
-      const std::optional<Variant> value = Conform(right->value, left->type, input_.zone);
-      if (!value) return RefuseCompare(place);
-      right = MakeTyped(*value, left->type, 0);
-    } else if (!Comparable(left->type, right->type)) {
-      return RefuseCompare(place);
-    }
-    if (!IsText(*left)) return MakeCompare(std::move(left), std::move(sign), std::move(right));
-    return CompareTexts(std::move(left), std::move(sign), std::move(right));
+    ConditionPtr condition = CompareTerms(
+        std::move(left), std::move(sign), std::move(right),
+        [this](const TermPtr& text) { return Folded(text); }, input_.zone);
+    return condition ? condition : RefuseCompare(place);
   }
 
   ConditionPtr RefuseCompare(Place place) {
     return Refuse(place, "сравняват се стойности от различен вид");
-  }
-
-  /// By stored folds where both sides have them, else by the texts as they are.
-  ConditionPtr CompareTexts(TermPtr left, std::string sign, TermPtr right) {
-    TermPtr leftFold = Folded(left);
-    TermPtr rightFold = Folded(right);
-    if (leftFold && rightFold) {
-      return MakeCompare(std::move(leftFold), std::move(sign), std::move(rightFold));
-    }
-    return MakeCompare(std::move(left), std::move(sign), std::move(right));
   }
 
   TermPtr Folded(const TermPtr& text) {
@@ -697,30 +587,6 @@ class Binder {
       if (TermPtr fold = FoldOf(text, scope->select->tables)) return fold;
     }
     return nullptr;
-  }
-
-  ConditionPtr CompareConstants(const Term& left, const std::string& sign, const Term& right,
-                                Place place) {
-    const Variant& a = left.value;
-    const Variant& b = right.value;
-    const ValueKind kind = OwnKind(a);
-    if (kind == ValueKind::Memo && b.AsString() != nullptr) {
-      return MakeTruth(Holds(Fold(*a.AsString()).compare(Fold(*b.AsString())), sign)
-                           ? Truth::True
-                           : Truth::False);
-    }
-    const std::optional<Decimal> decimalA = a.AsDecimal();
-    const std::optional<Decimal> decimalB = b.AsDecimal();
-    if (decimalA && decimalB) {
-      const int order = *decimalA < *decimalB ? -1 : (*decimalA > *decimalB ? 1 : 0);
-      return MakeTruth(Holds(order, sign) ? Truth::True : Truth::False);
-    }
-    const bool aIsText = a.AsString() != nullptr;
-    const ValueKind meeting = aIsText ? OwnKind(b) : kind;
-    const std::optional<Variant> x = Conform(a, meeting, input_.zone);
-    const std::optional<Variant> y = Conform(b, meeting, input_.zone);
-    if (!x || !y || meeting == ValueKind::Memo) return RefuseCompare(place);
-    return MakeTruth(Holds(Variant::Compare(*x, *y), sign) ? Truth::True : Truth::False);
   }
 
   ConditionPtr BindLike(const SyntaxExpr& syntax) {
@@ -740,32 +606,6 @@ class Binder {
     if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
     ConditionPtr condition = LikeCondition(fold ? fold : text, *like);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
-  }
-
-  static ConditionPtr LikeCondition(const TermPtr& text, const LikePattern& like) {
-    const auto constant = [](const std::string& value) {
-      return MakeTyped(value, ValueKind::Memo, 0);
-    };
-    if (like.kind == LikeKind::Exact) return MakeCompare(text, "=", constant(like.text));
-    if (like.kind == LikeKind::Beginning) {
-      if (like.text.empty()) return MakeNot(NullTest(text));
-      std::vector<ConditionPtr> range = {MakeCompare(text, ">=", constant(like.text))};
-      const std::string bound = PrefixUpperBound(like.text);
-      if (!bound.empty()) range.push_back(MakeCompare(text, "<", constant(bound)));
-      return MakeAnd(std::move(range));
-    }
-    Condition condition;
-    condition.kind =
-        like.kind == LikeKind::Anywhere ? ConditionKind::Contains : ConditionKind::Matches;
-    condition.parts = {text, constant(like.text)};
-    return std::make_shared<const Condition>(std::move(condition));
-  }
-
-  static ConditionPtr NullTest(const TermPtr& term) {
-    Condition condition;
-    condition.kind = ConditionKind::IsNull;
-    condition.parts = {term};
-    return std::make_shared<const Condition>(std::move(condition));
   }
 
   ConditionPtr BindIsNull(const SyntaxExpr& syntax) {
@@ -795,18 +635,8 @@ class Binder {
       equal.push_back(Compare(left, "=", values[i], syntax.parts[i + 1]->place));
       if (!equal.back()) return nullptr;
     }
-    ConditionPtr condition = plain && equal.size() > 1 ? List(equal) : MakeOr(std::move(equal));
+    ConditionPtr condition = plain && equal.size() > 1 ? ListOf(equal) : MakeOr(std::move(equal));
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
-  }
-
-  /// Equalities of one term with constants, as a list.
-  static ConditionPtr List(const std::vector<ConditionPtr>& equal) {
-    Condition list;
-    list.kind = ConditionKind::InList;
-    list.parts.push_back(equal.front()->parts[0]);
-    for (const ConditionPtr& one : equal)
-      list.parts.push_back(one->parts[1]);
-    return std::make_shared<const Condition>(std::move(list));
   }
 
   ConditionPtr BindInSelect(const SyntaxExpr& syntax) {
