@@ -28,6 +28,8 @@ constexpr DemoPerson kPeople[] = {
      "контролер, работи на английски"},
     {"vasilev", "Стефан Василев", "Stefan Vasilev", "vasilev2026", 3, 1, 1, 1010,
      "одитор, само чете"},
+    {"marinov", "Красимир Маринов", "Krasimir Marinov", "marinov2026", 3, 1, 15, 1011,
+     "началник на отдел „Производствени цехове“"},
 };
 
 }  // namespace

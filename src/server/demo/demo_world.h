@@ -1,0 +1,54 @@
+#pragma once
+
+// What the parts of the demonstration company know of each other.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "packet/decimal.h"
+#include "server/demo/demo_money.h"
+#include "server/demo/demo_partners.h"
+#include "server/demo/demo_writer.h"
+
+namespace orvane {
+
+struct DemoEmployee {
+  std::int64_t code = 0;
+  std::string name;
+  std::string name2;
+  std::string login;  ///< empty: does not work with the system
+};
+
+struct DemoNotifier {
+  std::int64_t costCenter = 0;
+  std::int64_t employee = 0;
+};
+
+struct DemoWorld {
+  std::uint32_t seed = 1;
+  std::vector<DemoEmployee> employees;  ///< ascending by code
+  std::vector<DemoNotifier> notifiers;  ///< ascending
+  std::vector<DemoPartner> partners;
+  std::vector<DemoRate> rates;
+};
+
+DemoWorld MakeDemoWorld(std::uint32_t seed);
+
+/// Employee under whom what nobody decided is recorded.
+inline constexpr std::int64_t kServiceEmployee = 1999;
+
+/// An amount of `cents` hundredths.
+inline Decimal Cents(std::int64_t cents) {
+  return Decimal(cents * 100, 4);
+}
+
+/// Departments, sections, cost centres, who heads and who stands in; people who are not users;
+/// levels of approval and settings.
+void AddOrganisation(DemoWriter& writer, const DemoWorld& world);
+/// Partners, currencies and rates, descriptions of documents.
+void AddPartners(DemoWriter& writer, const DemoWorld& world);
+/// Units, materials, services, stores, the supply lists and who supplies what.
+void AddGoods(DemoWriter& writer, const DemoWorld& world);
+
+}  // namespace orvane
