@@ -181,11 +181,7 @@ class PostgresDatabase final : public Database {
         Control("set local statement_timeout = " + std::to_string(limits.milliseconds));
     const Statement role = Control("set local role " + std::string(kSearchRole));
     const Statement rollback = Control("rollback");
-    std::vector<PostgresCommand> commands = {
-        {&begin, true },
-        {&guard, true },
-        {&limit, false}
-    };
+    std::vector<PostgresCommand> commands = {{&begin, true}, {&guard, true}, {&limit, false}};
     // The role is taken anew before each statement, in case one could put it off.
     for (const Statement& statement : statements) {
       commands.push_back({&role, true});

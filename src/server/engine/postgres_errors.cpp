@@ -14,19 +14,19 @@ struct StateRow {
 
 /// The first row that fits counts.
 constexpr StateRow kStates[] = {
-    {"23505", EngineErrorKind::Unique    }, // unique_violation
-    {"23503", EngineErrorKind::ForeignKey}, // foreign_key_violation
-    {"23502", EngineErrorKind::NotNull   }, // not_null_violation
-    {"23514", EngineErrorKind::Check     }, // check_violation
-    {"P0001", EngineErrorKind::Check     }, // raise_exception
-    {"40001", EngineErrorKind::Retry     }, // serialization_failure
-    {"40P01", EngineErrorKind::Retry     }, // deadlock_detected
-    {"55P03", EngineErrorKind::Retry     }, // lock_not_available
-    {"57014", EngineErrorKind::Limit     }, // query_canceled
-    {"08P01", EngineErrorKind::Other     }, // protocol_violation: a fault of ours
-    {"08",    EngineErrorKind::LinkDown  }, // connection exceptions
-    {"57P",   EngineErrorKind::LinkDown  }, // shut down, starting up
-    {"53300", EngineErrorKind::LinkDown  }, // too_many_connections
+    {"23505", EngineErrorKind::Unique},      // unique_violation
+    {"23503", EngineErrorKind::ForeignKey},  // foreign_key_violation
+    {"23502", EngineErrorKind::NotNull},     // not_null_violation
+    {"23514", EngineErrorKind::Check},       // check_violation
+    {"P0001", EngineErrorKind::Check},       // raise_exception
+    {"40001", EngineErrorKind::Retry},       // serialization_failure
+    {"40P01", EngineErrorKind::Retry},       // deadlock_detected
+    {"55P03", EngineErrorKind::Retry},       // lock_not_available
+    {"57014", EngineErrorKind::Limit},       // query_canceled
+    {"08P01", EngineErrorKind::Other},       // protocol_violation: a fault of ours
+    {"08", EngineErrorKind::LinkDown},       // connection exceptions
+    {"57P", EngineErrorKind::LinkDown},      // shut down, starting up
+    {"53300", EngineErrorKind::LinkDown},    // too_many_connections
 };
 
 std::string Field(const PGresult* result, int field) {

@@ -19,13 +19,9 @@ struct HiddenRow {
 
 /// Secrets and the server's own books.
 inline constexpr HiddenRow kHiddenFromSearch[] = {
-    {"WSysUsers",       "PasswordHash"},
-    {"UserRights",      ""            },
-    {"Session",         ""            },
-    {"LoginAttempt",    ""            },
-    {"ClientKey",       ""            },
-    {"History",         ""            },
-    {"SchemaMigration", ""            },
+    {"WSysUsers", "PasswordHash"}, {"UserRights", ""}, {"Session", ""},
+    {"LoginAttempt", ""},          {"ClientKey", ""},  {"History", ""},
+    {"SchemaMigration", ""},
 };
 
 /// Whether the fence lets a search read that column; an empty column asks for the table's rows.
