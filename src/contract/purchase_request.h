@@ -40,8 +40,9 @@ inline constexpr auto CreatedOn = Moment("CreatedOn", Required | Stamped, "Съ�
 inline constexpr auto AmendFrom = String("AmendFrom", 10, Stamped, "Коригиран от");
 inline constexpr auto AmendOn = Moment("AmendOn", Stamped, "Коригиран на");
 inline constexpr auto Status = Byte("Status", Required, "Статус");
-inline constexpr auto AnnulFrom = String("AnnulFrom", 10, Stamped, "Анулиран от");
-inline constexpr auto AnnulOn = Moment("AnnulOn", Stamped, "Анулиран на");
+/// Sent to annul the request; the server writes its own login and time in their place.
+inline constexpr auto AnnulFrom = String("AnnulFrom", 10, Plain, "Анулиран от");
+inline constexpr auto AnnulOn = Moment("AnnulOn", Plain, "Анулиран на");
 inline constexpr auto OldVersion = Bit("OldVersion", Required, "Стара версия");
 inline constexpr auto NtfName = String("NtfName", 30, Joined, "Име");
 inline constexpr auto CrtFrmName = String("CrtFrmName", 40, Joined, "Име");
@@ -148,7 +149,7 @@ inline constexpr auto UnConfirmedFrom = Code19("UnConfirmedFrom");
 inline constexpr auto UnConfirmedOn = Moment("UnConfirmedOn", Stamped);
 inline constexpr auto Status = Byte("Status", Required, "Статус");
 /// Number of the sending that made the row; a decision on a former sending is a conflict.
-inline constexpr auto SendingNumber = Int32("SendingNumber", Plain);
+inline constexpr auto SendingNumber = Int32("SendingNumber", Key | Required);
 inline constexpr auto ConfLevelLocate = Int32("ConfLevelLocate", Joined);
 inline constexpr auto Approval = Byte("Approval", Plain, "Одобряващ");
 

@@ -97,17 +97,26 @@ std::optional<std::string> TakeWhole(std::string_view& text) {
 
 std::optional<Decimal> WideDecimal::RoundedHalfUp(int decimals) const {
   assert(decimals >= 0 && decimals <= Decimal::kMaxScale);
+  if (denominator_ == 0) return std::nullopt;  // outgrew the exact range before
   Wide numerator = numerator_;
   Wide denominator = denominator_;
   const int shift = decimals - scale_;
   if (shift < 0) {
-    denominator *= Power(-shift);
+    if (__builtin_mul_overflow(denominator, Power(-shift), &denominator)) return std::nullopt;
   } else if (__builtin_mul_overflow(numerator, Power(shift), &numerator)) {
     return std::nullopt;
   }
   const Wide rounded = DivideHalfUp(numerator, denominator);
   if (!Fits(rounded)) return std::nullopt;
   return Decimal(static_cast<std::int64_t>(rounded), decimals);
+}
+
+WideDecimal WideDecimal::DividedBy(Decimal other) const {
+  assert(!other.IsZero());
+  const Wide sign = other.IsNegative() ? -1 : 1;
+  Wide denominator = 0;
+  if (__builtin_mul_overflow(denominator_, sign * other.Mantissa(), &denominator)) return {0, 0, 0};
+  return {sign * numerator_, denominator, scale_ - other.Scale()};
 }
 
 std::optional<Decimal> Decimal::Parse(std::string_view text) {
@@ -194,9 +203,7 @@ WideDecimal Decimal::Times(Decimal other) const {
 }
 
 WideDecimal Decimal::DividedBy(Decimal other) const {
-  assert(!other.IsZero());
-  const Wide sign = other.IsNegative() ? -1 : 1;
-  return {sign * mantissa_, sign * other.mantissa_, scale_ - other.scale_};
+  return WideDecimal(mantissa_, 1, scale_).DividedBy(other);
 }
 
 double Decimal::ToDouble() const {

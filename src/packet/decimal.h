@@ -21,6 +21,9 @@ class WideDecimal {
  public:
   /// Rounds half away from zero to `decimals` places; empty when the result does not fit a Decimal.
   std::optional<Decimal> RoundedHalfUp(int decimals) const;
+  /// Divides further, still exact; `other` must not be zero. A result that outgrows the exact range
+  /// rounds to empty.
+  WideDecimal DividedBy(Decimal other) const;
 
  private:
   friend class Decimal;
@@ -29,7 +32,7 @@ class WideDecimal {
       : numerator_(numerator), denominator_(denominator), scale_(scale) {}
 
   Wide numerator_;
-  Wide denominator_;  // always positive
+  Wide denominator_;  // positive; 0 when the exact range was outgrown
   int scale_;
 };
 

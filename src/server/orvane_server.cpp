@@ -8,6 +8,7 @@
 #include "server/classes/server_classes.h"
 #include "server/demo/demo_users.h"
 #include "server/dialect/search.h"
+#include "server/documents/visibility.h"
 #include "server/providers/apply.h"
 #include "server/providers/select_statement.h"
 #include "server/sessions/engine_failures.h"
@@ -32,16 +33,17 @@ bool MayRead(const Session& session, const CatalogueTable& table) {
 
 Answer<RenderedSearch> Render(const Work& work, const FetchRequest& request) {
   const Session& who = work.Who();
-  const SearchInput input{request.sql,
-                          request.params,
-                          request.rowLimit,
-                          request.continuation,
-                          work.EngineKind(),
-                          [&who](const CatalogueTable& table) { return MayRead(who, table); },
-                          {},
-                          {},
-                          work.Today(),
-                          work.Zone()};
+  const SearchInput input{
+      request.sql,
+      request.params,
+      request.rowLimit,
+      request.continuation,
+      work.EngineKind(),
+      [&who](const CatalogueTable& table) { return MayRead(who, table); },
+      [&work](const CatalogueTable& table) { return SearchVisibility(work, table.name); },
+      {},
+      work.Today(),
+      work.Zone()};
   return RenderSearch(input);
 }
 
@@ -140,8 +142,10 @@ Answer<std::vector<DataPacket>> OrvaneServer::FetchOnce(Work& work,
   for (const FetchRequest& request : requests) {
     const ServerClass* serverClass = FindClass(request.serverClass);
     if (!serverClass) return UnknownFailure("клас", request.serverClass);
-    if (!serverClass->FindProvider(request.provider)) {
-      return UnknownFailure("доставчик", request.provider);
+    const ProviderRow* provider = serverClass->FindProvider(request.provider);
+    if (!provider) return UnknownFailure("доставчик", request.provider);
+    if (provider->select.empty() && !provider->search) {
+      return Failure{FailureKind::BadRequest, "Тези данни се зареждат с документа си."};
     }
     const auto allowed = CheckRight(work, *serverClass, Right::Open);
     if (!allowed) return allowed.GetFailure();

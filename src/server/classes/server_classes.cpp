@@ -4,10 +4,7 @@ namespace orvane {
 
 std::vector<ServerClass> MakeServerClasses() {
   return {
-      TsmSQL(),
-      TsmParameters(),
-      TsmDepartment(),
-      TsmLevelsApproval(),
+      TsmSQL(), TsmParameters(), TsmDepartment(), TsmLevelsApproval(), TsmPurchaseOrder(),
   };
 }
 

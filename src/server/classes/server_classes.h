@@ -12,6 +12,8 @@ std::vector<ServerClass> MakeServerClasses();
 ServerClass TsmDepartment();
 ServerClass TsmLevelsApproval();
 ServerClass TsmParameters();
+ServerClass TsmPurchaseOrder();
+ServerClass TsmPurchaseOrderReport();
 ServerClass TsmSQL();
 
 }  // namespace orvane

@@ -82,7 +82,8 @@ void Applying::Prepare() {
   for (const Change& change : request_.delta) {
     PreparedChange prepared;
     prepared.requestHash = RequestHash(provider_.def.name, change);
-    const auto allowed = CheckRight(work_, serverClass_, RightFor(change.kind));
+    const ChangeRight own = provider_.rules.right;
+    const auto allowed = CheckRight(work_, serverClass_, own ? own(change) : RightFor(change.kind));
     auto checked = CheckChange(provider_.def, change);
     if (!allowed) {
       prepared.failure = allowed.GetFailure();

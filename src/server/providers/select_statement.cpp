@@ -118,6 +118,20 @@ Answer<Statement> AsPortion(Statement statement, const ProviderDef& provider,
   return statement;
 }
 
+/// A data request carries its parameters by position, in one array under the name "Data".
+Answer<FetchRequest> WithDataSpread(const ProviderRow& provider, const FetchRequest& request) {
+  const Variant* data = FindValue(request.params, "Data");
+  const VariantArray* values = data ? data->AsArray() : nullptr;
+  if (!values) return request;
+  if (values->size() != provider.params.size()) return Malformed("Грешен брой параметри.");
+  FetchRequest spread = request;
+  std::erase_if(spread.params,
+                [](const NamedValue& param) { return SameName(param.name, "Data"); });
+  for (std::size_t i = 0; i < values->size(); ++i)
+    spread.params.push_back({std::string(provider.params[i].name), (*values)[i]});
+  return spread;
+}
+
 void CutColumn(PacketColumn& column, std::size_t rows) {
   switch (RowOf(column.kind).storage) {
     case Storage::Integer:
@@ -141,7 +155,10 @@ void CutColumn(PacketColumn& column, std::size_t rows) {
 }  // namespace
 
 Answer<Statement> SelectStatement(const Work& work, const ProviderRow& provider,
-                                  const FetchRequest& request) {
+                                  const FetchRequest& asked) {
+  auto spread = WithDataSpread(provider, asked);
+  if (!spread) return spread.GetFailure();
+  const FetchRequest& request = *spread;
   if (request.rowLimit < 0) return Malformed("Грешен брой редове.");
   for (const NamedValue& sent : request.params) {
     bool known = false;

@@ -39,6 +39,7 @@ struct ProviderRow {
   ProviderDef def;
   /// Answers the provider's fields in their order; parameters are written :Name. Parameters of the
   /// session are filled by the server: :SessionLogin, :SessionEmployee, :SessionLevel, :Today.
+  /// Empty: the rows travel with their document's load and are fetched in no other way.
   std::string_view select;
   /// Kinds of the parameters that the client sends.
   std::vector<FieldDef> params;

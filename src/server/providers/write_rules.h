@@ -5,11 +5,13 @@
 // little of which rule was broken, and differently; so the rules are asked for one by one after the
 // engine refused.
 
+#include <any>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "contract/points.h"
 #include "packet/delta.h"
 #include "packet/failure.h"
 
@@ -60,6 +62,8 @@ struct WriteContext {
   const Variant& ownerData;
   Variant ownerAnswer;
   NamedValues headMoved;
+  /// What a document's first hook read and its second one needs.
+  std::any kept = {};
 };
 
 /// A step of a document's own: locks and checks before the rows are written, statuses and answers
@@ -67,12 +71,16 @@ struct WriteContext {
 /// May change values of `change.after` and add to `filled`. A setback undoes the batch.
 using WriteHook = Answer<Done, Setback> (*)(WriteContext&, std::span<PreparedChange> changes);
 
+/// The right a change needs when it is not its kind's: a document's move has a right of its own.
+using ChangeRight = Right (*)(const Change& change);
+
 struct WriteRules {
   std::span<const UniqueRule> unique = {};
   std::span<const ReferenceRule> references = {};
   std::span<const UsedByRule> usedBy = {};
   WriteHook beforeWrite = nullptr;
   WriteHook afterWrite = nullptr;
+  ChangeRight right = nullptr;
 };
 
 }  // namespace orvane

@@ -1,0 +1,52 @@
+#pragma once
+
+// Who decides at a level: the head of the document's cost centre, or of its section or department
+// by the structure register, and whoever stands in for him today.
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "contract/workflow.h"
+#include "packet/date.h"
+#include "server/engine/database.h"
+
+namespace orvane {
+
+struct Approver {
+  std::int64_t employee = 0;
+  std::string name;
+  bool deputy = false;
+};
+
+/// The approvers of one kind for one cost centre, or what is missing.
+struct FoundApprovers {
+  std::vector<Approver> approvers;
+  /// The head, also when he cannot decide himself: the record of a deputy's decision names him.
+  std::optional<std::int64_t> head;
+  /// Says which register misses what; empty when somebody was found.
+  std::string gap;
+
+  bool Has(std::int64_t employee) const;
+};
+
+/// Of the three kinds of approvers.
+struct ApproversOfCostCenter {
+  std::array<FoundApprovers, 3> kinds;
+
+  const FoundApprovers& Of(ApproverKind kind) const {
+    return kinds[static_cast<std::size_t>(kind) - 1];
+  }
+};
+
+inline constexpr std::size_t kApproverStatements = 2;
+/// Read the registers for a cost centre, given as an SQL expression ("?1" with its value in
+/// `params`, or a subselect without parameters).
+std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedValues& params,
+                                       Date today);
+/// From the two answers, in their order.
+ApproversOfCostCenter ReadApprovers(const DataPacket& places, const DataPacket& people);
+
+}  // namespace orvane

@@ -1,0 +1,50 @@
+#pragma once
+
+// Judging one decision on a document: whose turn it is, who may take what back, and what the row of
+// the level says afterwards. The document's own screen and the queue both come here.
+
+#include <optional>
+#include <string>
+
+#include "packet/date.h"
+#include "packet/failure.h"
+#include "server/approval/approval_rows.h"
+#include "server/approval/approvers.h"
+
+namespace orvane {
+
+/// The document a decision is about, as it is on disk, locked.
+struct DecisionFacts {
+  std::string document;  ///< its name in sentences
+  std::string_view statusName;
+  int status = ForApproval;
+  StatusSet decidable = kDecidableStatuses;
+  std::int64_t sending = 0;
+  std::string sentFrom;
+  std::string sentOn;  ///< as the user reads it
+  std::span<const ApprovalRow> rows;
+  const ApproversOfCostCenter& approvers;
+  std::optional<std::int64_t> employee;
+};
+
+struct DecisionAsked {
+  int level = 0;
+  std::int64_t sending = 0;
+  /// ApprovalGiven, ApprovalRejected, or ApprovalWaiting to take the decision back.
+  int status = ApprovalWaiting;
+};
+
+/// What the level's row says after the decision.
+struct DecidedRow {
+  int level = 0;
+  int status = ApprovalWaiting;
+  std::optional<std::int64_t> decidedBy;
+  std::optional<std::int64_t> withdrawnBy;
+  /// The head in whose place a deputy decided.
+  std::optional<std::int64_t> onBehalfOf;
+};
+
+/// Conflict when the document went on since the asker saw it; Refused when a rule says no.
+Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked& asked);
+
+}  // namespace orvane

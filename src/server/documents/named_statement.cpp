@@ -1,0 +1,62 @@
+#include "server/documents/named_statement.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace orvane {
+namespace {
+
+bool IsNameCharacter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+}  // namespace
+
+Statement Named(std::string_view text, const NamedValues& values,
+                std::vector<ResultColumn> columns) {
+  Statement statement;
+  statement.columns = std::move(columns);
+  std::vector<std::string_view> names;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool named = text[i] == ':' && i + 1 < text.size() && IsNameCharacter(text[i + 1]);
+    if (!named) {
+      statement.text += text[i];
+      continue;
+    }
+    std::size_t end = i + 1;
+    while (end < text.size() && IsNameCharacter(text[end]))
+      ++end;
+    const std::string_view name = text.substr(i + 1, end - i - 1);
+    const auto known = std::find(names.begin(), names.end(), name);
+    const auto position = static_cast<std::size_t>(known - names.begin());
+    if (known == names.end()) {
+      const Variant* value = FindValue(values, name);
+      assert(value != nullptr && "every parameter of a statement has a value");
+      names.push_back(name);
+      statement.params.push_back(value ? *value : Variant());
+    }
+    statement.text += '?' + std::to_string(position + 1);
+    i = end - 1;
+  }
+  return statement;
+}
+
+std::vector<ResultColumn> ColumnsOf(const ProviderDef& provider) {
+  std::vector<ResultColumn> columns;
+  for (const FieldDef& field : provider.fields)
+    columns.push_back({std::string(field.name), field.kind, field.size});
+  return columns;
+}
+
+std::string Replaced(std::string_view text, std::string_view mark, std::string_view by) {
+  std::string replaced;
+  for (;;) {
+    const std::size_t at = text.find(mark);
+    replaced += text.substr(0, at);
+    if (at == std::string_view::npos) return replaced;
+    replaced += by;
+    text.remove_prefix(at + mark.size());
+  }
+}
+
+}  // namespace orvane

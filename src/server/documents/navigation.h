@@ -1,0 +1,36 @@
+#pragma once
+
+// Finding the document that a load asks for: by key, at an end, or so many steps from where the
+// asker stands. One statement finds it, keeps its key for the statements behind it in the same
+// round trip (orvane_keep), and tells whether anything lies before and behind.
+
+#include "contract/workflow.h"
+#include "server/documents/visibility.h"
+#include "server/engine/database.h"
+
+namespace orvane {
+
+/// Where a load goes. Steps count for Nav::Step only.
+struct Place {
+  Nav nav = Nav::ByKey;
+  int step = 0;
+  std::int64_t id = 0;
+  /// Asks for a version of `id`; without it, moves go between documents (their current versions).
+  std::optional<std::int64_t> version;
+};
+
+/// Empty when the number is none of the moves.
+std::optional<Nav> NavOf(const Variant& number);
+
+/// Keeps "DocumentId" and "DocumentVersion" (both null when nothing may be seen) and answers them
+/// with IsFirst and IsLast. A step beyond an end finds the end.
+Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place);
+
+/// What the statement's row says: a sole document is the last one.
+LoadCode LoadCodeOf(const DataPacket& found);
+
+/// For the statements behind: the key that was kept.
+inline constexpr std::string_view kKeptId = "orvane_kept('DocumentId')";
+inline constexpr std::string_view kKeptVersion = "orvane_kept('DocumentVersion')";
+
+}  // namespace orvane

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "server/documents/document.h"
+
+namespace orvane {
+
+/// Positions of the parts behind the head.
+enum RequestPart : std::uint8_t {
+  kRequestRows,
+  kRequestSchedule,
+  kRequestPlan,
+  kRequestApprovals,
+  kRequestDeliveries,
+  kRequestCostCenterRow,
+  kRequestPartnerRow,
+  kRequestContractRow,
+};
+
+/// Purchase requests.
+const Document& PurchaseRequest();
+
+}  // namespace orvane

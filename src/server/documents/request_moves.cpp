@@ -1,0 +1,82 @@
+#include "server/documents/request_moves.h"
+
+#include "contract/supplier_order.h"
+#include "server/documents/named_statement.h"
+#include "server/documents/request_approval.h"
+#include "server/documents/server_writes.h"
+
+namespace orvane {
+namespace {
+
+namespace request = purchase_request;
+
+constexpr std::string_view kOrdersOf =
+    "select o.IdNumber, o.Status, case when exists (select 1 from PurchaseOrderDet d"
+    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId and p.POVersion = d.PurchaseOrderVer"
+    " where d.SuppManifacOrderId = o.IdNumber and p.OldVersion = 0 and p.AnnulOn is null"
+    " and p.Status between 3 and 7) then 1 else 0 end from SuppManifacOrder o"
+    " where o.Status in (5, 6) and o.AnnulOn is null and o.IdNumber in"
+    " (select d.SuppManifacOrderId from PurchaseOrderDet d where d.PurchaseOrderId = :Id"
+    " and d.PurchaseOrderVer = :Version and d.SuppManifacOrderId is not null) order by o.IdNumber";
+constexpr std::string_view kLockOrdersOf =
+    "select o.IdNumber from SuppManifacOrder o where o.IdNumber in"
+    " (select d.SuppManifacOrderId from PurchaseOrderDet d where d.PurchaseOrderId = :Id"
+    " and d.PurchaseOrderVer = :Version and d.SuppManifacOrderId is not null) order by o.IdNumber";
+
+constexpr auto kOrderStatus = Writes("", supplier_order::head::dspSuppManifacOrder.table,
+                                     supplier_order::head::IdNumber, supplier_order::head::Status);
+
+}  // namespace
+
+Statement NextNumber(std::string_view table) {
+  return Named(
+      "update DocumentCounter set LastNumber = LastNumber + 1 where TableName = :Table"
+      " returning LastNumber",
+      {{"Table", table}}, {{"LastNumber", ValueKind::Int32, 0}});
+}
+
+Answer<Done, Setback> SettleOrders(WriteContext& context, RequestKey key) {
+  const NamedValues params = {{"Id", key.id}, {"Version", key.version}};
+  std::string lock(kLockOrdersOf);
+  if (context.work.EngineKind() == Engine::Postgres) lock += " for update of o";
+  const Statement statements[] = {Named(lock, params, {{"IdNumber", ValueKind::Int32, 0}}),
+                                  Named(kOrdersOf, params,
+                                        {{"IdNumber", ValueKind::Int32, 0},
+                                         {"Status", ValueKind::Byte, 0},
+                                         {"Requested", ValueKind::Bool, 0}})};
+  const auto packets = context.transaction.QueryAll(statements);
+  if (!packets) return ToSetback(packets.GetFailure(), "locking supplier orders");
+  ServerWrites writes(context.work);
+  const DataPacket& orders = (*packets)[1];
+  for (std::size_t row = 0; row < orders.rowCount; ++row) {
+    const bool requested = orders.At(row, "Requested").AsBool().value_or(false);
+    writes.Update(kOrderStatus,
+                  {{"IdNumber", orders.At(row, "IdNumber")}, {"Status", orders.At(row, "Status")}},
+                  {{"Status", static_cast<int>(requested ? Fulfilling : Approved)}});
+  }
+  return writes.CarryOut(context.transaction, "moving supplier orders");
+}
+
+Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const RequestHead& head,
+                                         DocumentStatus status) {
+  ServerWrites writes(context.work);
+  writes.Update(RequestTable(), head.row,
+                {{std::string(request::head::Status.name), static_cast<int>(status)}});
+  if (writes.Empty()) return Done{};
+  const auto written = writes.CarryOut(context.transaction, "writing a request's status");
+  if (!written) return written;
+  SetValue(context.headMoved, request::head::Status.name, static_cast<int>(status));
+  return SettleOrders(context, head.key);
+}
+
+Answer<Done, Setback> RequestMoved(WriteContext& context, RequestKey key, const Move& move) {
+  if (move.name == request::kSend.name) return SendRequest(context, key);
+  if (move.name == request::kCorrect.name) {
+    const auto dropped = DropApprovalRows(context, key);
+    if (!dropped) return dropped;
+    return SettleOrders(context, key);
+  }
+  return Done{};
+}
+
+}  // namespace orvane

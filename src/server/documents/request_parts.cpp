@@ -1,0 +1,163 @@
+#include "server/documents/request_parts.h"
+
+#include <algorithm>
+#include <any>
+
+#include "packet/fold.h"
+#include "server/documents/named_statement.h"
+#include "server/documents/request_apply.h"
+#include "server/documents/server_writes.h"
+#include "server/documents/settings.h"
+
+namespace orvane {
+namespace {
+
+namespace del = purchase_request::del;
+namespace pay = purchase_request::pay;
+
+constexpr std::string_view kIdColumn = "PurchaseOrderId";
+constexpr std::string_view kVersionColumn = "PurchaseOrderVer";
+constexpr int kMostPlanRows = 255;
+
+std::optional<RequestKey> KeyIn(const Change& change) {
+  const NamedValues& values = change.kind == ChangeKind::Insert ? change.after : change.before;
+  const Variant* id = FindValue(values, kIdColumn);
+  const Variant* version = FindValue(values, kVersionColumn);
+  if (!id || !version || !id->AsInt() || !version->AsInt()) return std::nullopt;
+  return RequestKey{*id->AsInt(), *version->AsInt()};
+}
+
+/// Locks the head and reads what `more` asks; refuses when nothing may be changed.
+Answer<std::vector<DataPacket>, Setback> LockEditable(WriteContext& context, RequestKey key,
+                                                      std::span<const Statement> more) {
+  std::vector<Statement> statements = {LockRequest(context.work, key)};
+  statements.insert(statements.end(), more.begin(), more.end());
+  auto packets = context.transaction.QueryAll(statements);
+  if (!packets) return ToSetback(packets.GetFailure(), "locking a request");
+  const auto head = ReadRequestHead(packets->front());
+  if (auto refusal = WhyNotEditable(head, key)) return Refusal(*std::move(refusal));
+  packets->erase(packets->begin());
+  return std::move(*packets);
+}
+
+void ImposeOnInsert(PreparedChange& change, std::string_view column, const Variant& value) {
+  if (change.change.kind == ChangeKind::Insert) {
+    Impose(change, {}, column, value);
+    return;
+  }
+  std::erase_if(change.change.after,
+                [&](const NamedValue& sent) { return SameName(sent.name, column); });
+}
+
+/// A check box left alone is off.
+void ImposeFlag(PreparedChange& change, std::string_view column) {
+  const Variant* sent = FindValue(change.change.after, column);
+  const bool absent = change.change.kind == ChangeKind::Insert && !sent;
+  if (absent || (sent && sent->IsNull())) {
+    SetValue(change.change.after, column, false);
+    SetValue(change.filled, column, false);
+  }
+}
+
+/// Whether a planned date was delivered is the deliveries' to say.
+Answer<Done, Setback> BeforeSchedule(WriteContext& context, std::span<PreparedChange> changes) {
+  const auto key = RequestOf(changes);
+  if (!key) return key.GetFailure();
+  const auto locked = LockEditable(context, *key, {});
+  if (!locked) return locked.GetFailure();
+  for (PreparedChange& change : changes)
+    ImposeOnInsert(change, del::Delivered.name, false);
+  return Done{};
+}
+
+Answer<Done, Setback> BeforePlan(WriteContext& context, std::span<PreparedChange> changes) {
+  const auto key = RequestOf(changes);
+  if (!key) return key.GetFailure();
+  const Statement more[] = {
+      SelectSettings(),
+      Named("select coalesce(max(RowNumber), 0) from PurchaseOrderPayPl"
+            " where PurchaseOrderId = :Id and PurchaseOrderVer = :Version",
+            {{"Id", key->id}, {"Version", key->version}}, {{"Last", ValueKind::Int32, 0}})};
+  const auto read = LockEditable(context, *key, more);
+  if (!read) return read.GetFailure();
+  const DocumentSettings settings = ReadSettings((*read)[0]);
+  std::int64_t last = (*read)[1].At(0, "Last").AsInt().value_or(0);
+  for (PreparedChange& change : changes) {
+    ImposeOnInsert(change, pay::SupplyInvoiceId.name, Variant());
+    if (change.change.kind == ChangeKind::Delete) continue;
+    ImposeFlag(change, pay::AdvancePayment.name);
+    ImposeFlag(change, pay::AdvanceStatement.name);
+    if (const Variant* sum = FindValue(change.change.after, pay::SumWithVAT.name)) {
+      const auto rounded = sum->AsDecimal()
+                               .value_or(Decimal())
+                               .Times(Decimal(1, 0))
+                               .RoundedHalfUp(settings.amountDecimals);
+      Impose(change, {}, pay::SumWithVAT.name, *rounded->AtScale(4));
+    }
+    if (change.change.kind != ChangeKind::Insert) continue;
+    if (++last > kMostPlanRows) {
+      return Refusal(Refused("Планът за плащане на " + NameOf(*key) + " има вече " +
+                             std::to_string(kMostPlanRows) + " реда. Обединете плащания."));
+    }
+    Impose(change, {}, pay::RowNumber.name, last);
+    SetValue(change.filled, pay::RNLocate.name, last);
+  }
+  return Done{};
+}
+
+constexpr std::string_view kScheduleKey[] = {"PurchaseOrderId", "PurchaseOrderVer", "DeliveryDate"};
+constexpr UniqueRule kScheduleUnique[] = {
+    {kScheduleKey, "Вече има доставка на {DeliveryDate}. Изберете друга дата."},
+};
+
+}  // namespace
+
+Answer<RequestKey, Setback> RequestOf(std::span<const PreparedChange> changes) {
+  std::optional<RequestKey> key;
+  for (const PreparedChange& prepared : changes) {
+    const Change& change = prepared.change;
+    const auto own = KeyIn(change);
+    const bool moved =
+        change.kind == ChangeKind::Update &&
+        (FindValue(change.after, kIdColumn) || FindValue(change.after, kVersionColumn));
+    if (!own || moved || (key && *key != *own)) {
+      return BadRequest("Редовете не са на едно искане.");
+    }
+    key = own;
+  }
+  return *key;
+}
+
+Variant ValueAfter(const Change& change, const NamedValues& present, std::string_view column) {
+  if (const Variant* value = FindValue(change.after, column)) return *value;
+  if (const Variant* value = FindValue(present, column)) return *value;
+  return {};
+}
+
+void CompleteOldValues(Change& change, const NamedValues& present) {
+  if (change.kind != ChangeKind::Update) return;
+  for (const NamedValue& value : change.after) {
+    if (FindValue(change.before, value.name)) continue;
+    if (const Variant* old = FindValue(present, value.name)) {
+      change.before.push_back({value.name, *old});
+    }
+  }
+}
+
+Setback Refusal(Failure failure) {
+  return {std::move(failure), false};
+}
+
+Setback BadRequest(std::string sentence) {
+  return {{FailureKind::BadRequest, std::move(sentence)}, false};
+}
+
+WriteRules RequestScheduleRules() {
+  return {.unique = kScheduleUnique, .beforeWrite = &BeforeSchedule};
+}
+
+WriteRules RequestPlanRules() {
+  return {.beforeWrite = &BeforePlan};
+}
+
+}  // namespace orvane

@@ -1,0 +1,181 @@
+#include "server/documents/request_rows.h"
+
+#include <algorithm>
+
+#include "packet/quantity.h"
+#include "server/documents/named_statement.h"
+#include "server/documents/server_writes.h"
+
+namespace orvane {
+namespace {
+
+namespace det = purchase_request::det;
+
+constexpr ValueKind kQuantity = ValueKind::Double;
+
+/// What other requests took of an order's entry.
+constexpr std::string_view kOrderEntries =
+    "select d.SuppManOrderId, d.SerialNumber, d.Quantity - coalesce((select sum(r.Quantity)"
+    " from PurchaseOrderDet r join PurchaseOrder p on p.POIdNumber = r.PurchaseOrderId"
+    " and p.POVersion = r.PurchaseOrderVer"
+    " where r.SuppManifacOrderId = d.SuppManOrderId and r.SerialNumber = d.SerialNumber"
+    " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7"
+    " and (p.POIdNumber <> :OwnId or p.POVersion <> :OwnVersion)), 0.0)"
+    " from SuppManOrderDet d where {wanted}";
+
+std::string EntryName(std::int64_t serial, const std::map<std::int64_t, EntryFacts>& entries) {
+  const auto found = entries.find(serial);
+  std::string name = "„" + std::to_string(serial);
+  if (found != entries.end() && !found->second.name.empty()) name += " " + found->second.name;
+  return name + "“";
+}
+
+std::string RowName(const RequestHead& head, const RequestRow& row) {
+  return NameOf(head.key) + ", ред " + std::to_string(row.number);
+}
+
+std::optional<Failure> WhyOrderRefuses(const RequestHead& head, const RequestRow& row,
+                                       const OrderFacts* order,
+                                       const std::map<std::int64_t, EntryFacts>& entries) {
+  const std::string name = "поръчка за производство " + std::to_string(*row.order);
+  const std::string where = RowName(head, row) + ": ";
+  const std::string wayOut = " Изберете друга поръчка.";
+  if (!order) return Refused(where + name + " не съществува." + wayOut);
+  if (order->annulled) return Refused(where + name + " е анулирана." + wayOut);
+  if (order->status != Approved && order->status != Fulfilling) {
+    return Refused(where + name + " не е одобрена или е приключена." + wayOut);
+  }
+  if (order->supplier != head.supplier) {
+    return Refused(where + name + " е към друг доставчик, а не към доставчика на искането." +
+                   wayOut);
+  }
+  if (!order->left.contains(row.serial)) {
+    return Refused(where + name + " не съдържа " + EntryName(row.serial, entries) + "." + wayOut);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+Statement SelectRequestRows(RequestKey key) {
+  std::string text = "select ";
+  std::vector<ResultColumn> columns;
+  for (const FieldDef& field : det::dspPurchaseOrderDet.fields) {
+    if (field.Is(Joined)) continue;
+    text += (columns.empty() ? "" : ", ") + std::string(field.name);
+    columns.push_back({std::string(field.name), field.kind, field.size});
+  }
+  return Named(text +
+                   " from PurchaseOrderDet where PurchaseOrderId = :Id and PurchaseOrderVer = "
+                   ":Version order by RowNumber",
+               {{"Id", key.id}, {"Version", key.version}}, std::move(columns));
+}
+
+RequestRow RequestRowOf(NamedValues values) {
+  const auto number = [&](const FieldDef& field) {
+    const Variant* value = FindValue(values, field.name);
+    return value ? value->AsInt() : std::nullopt;
+  };
+  RequestRow row;
+  row.number = static_cast<int>(number(det::RowNumber).value_or(0));
+  row.serial = number(det::SerialNumber).value_or(0);
+  row.order = number(det::SuppManifacOrderId);
+  row.numerator = number(det::Numerator).value_or(1);
+  if (const Variant* quantity = FindValue(values, det::Quantity.name)) {
+    row.quantity = quantity->AsDouble().value_or(0);
+  }
+  if (const Variant* amount = FindValue(values, det::CurrSumWithoutVAT.name)) {
+    row.amount = amount->AsDecimal().value_or(Decimal());
+  }
+  row.values = std::move(values);
+  return row;
+}
+
+std::vector<RequestRow> ReadRequestRows(const DataPacket& packet) {
+  std::vector<RequestRow> rows;
+  for (std::size_t row = 0; row < packet.rowCount; ++row)
+    rows.push_back(RequestRowOf(RowValues(packet, row)));
+  return rows;
+}
+
+void ApplyChange(std::vector<RequestRow>& rows, const Change& change) {
+  if (change.kind == ChangeKind::Insert) {
+    rows.push_back(RequestRowOf(change.after));
+    return;
+  }
+  const Variant* number = FindValue(change.before, det::RowNumber.name);
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const RequestRow& row) {
+    return number && number->AsInt() == row.number;
+  });
+  if (found == rows.end()) return;  // gone meanwhile, which the where clause will tell
+  if (change.kind == ChangeKind::Delete) {
+    rows.erase(found);
+  } else {
+    *found = RequestRowOf(After(found->values, change));
+  }
+}
+
+std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted, RequestKey own,
+                                    NamedValues params) {
+  params.push_back({"OwnId", own.id});
+  params.push_back({"OwnVersion", own.version});
+  std::string lock =
+      "select o.IdNumber, o.Status, case when o.AnnulOn is null then 0 else 1 end,"
+      " o.Supplier from SuppManifacOrder o where " +
+      Replaced(wanted, "{order}", "o.IdNumber") + " order by o.IdNumber";
+  if (work.EngineKind() == Engine::Postgres) lock += " for update of o";
+  return {
+      Named(lock, params,
+            {{"IdNumber", ValueKind::Int32, 0},
+             {"Status", ValueKind::Byte, 0},
+             {"Annulled", ValueKind::Bool, 0},
+             {"Supplier", ValueKind::Code, 0}}),
+      Named(Replaced(kOrderEntries, "{wanted}", Replaced(wanted, "{order}", "d.SuppManOrderId")),
+            params,
+            {{"IdNumber", ValueKind::Int32, 0},
+             {"SerialNumber", ValueKind::Code, 0},
+             {"QuantityLeft", kQuantity, 0}})};
+}
+
+std::map<std::int64_t, OrderFacts> ReadOrders(const DataPacket& orders, const DataPacket& entries) {
+  std::map<std::int64_t, OrderFacts> facts;
+  for (std::size_t row = 0; row < orders.rowCount; ++row) {
+    OrderFacts order;
+    order.id = orders.At(row, "IdNumber").AsInt().value_or(0);
+    order.status = static_cast<int>(orders.At(row, "Status").AsInt().value_or(0));
+    order.annulled = orders.At(row, "Annulled").AsBool().value_or(false);
+    order.supplier = orders.At(row, "Supplier").AsInt().value_or(0);
+    facts.emplace(order.id, std::move(order));
+  }
+  for (std::size_t row = 0; row < entries.rowCount; ++row) {
+    const auto found = facts.find(entries.At(row, "IdNumber").AsInt().value_or(0));
+    if (found == facts.end()) continue;
+    found->second.left[entries.At(row, "SerialNumber").AsInt().value_or(0)] =
+        entries.At(row, "QuantityLeft").AsDouble().value_or(0);
+  }
+  return facts;
+}
+
+std::optional<Failure> WhyOrdersRefuse(const RequestHead& head, std::span<const RequestRow> rows,
+                                       const std::map<std::int64_t, OrderFacts>& orders,
+                                       const std::map<std::int64_t, EntryFacts>& entries) {
+  std::map<std::pair<std::int64_t, std::int64_t>, double> asked;
+  for (const RequestRow& row : rows) {
+    if (!row.order) continue;
+    const auto order = orders.find(*row.order);
+    const OrderFacts* facts = order == orders.end() ? nullptr : &order->second;
+    if (auto refusal = WhyOrderRefuses(head, row, facts, entries)) return refusal;
+    double& sum = asked[{*row.order, row.serial}];
+    sum = RoundedQuantity(sum + row.quantity);
+    const double left = facts->left.at(row.serial);
+    if (CompareQuantities(sum, left) <= 0) continue;
+    return Refused(RowName(head, row) + ": количеството на " + EntryName(row.serial, entries) +
+                   " надвишава „Остатък за искане“ на поръчка за производство " +
+                   std::to_string(*row.order) +
+                   ". Намалете количеството или изберете друга "
+                   "поръчка.");
+  }
+  return std::nullopt;
+}
+
+}  // namespace orvane

@@ -1,0 +1,44 @@
+#pragma once
+
+// What the parameter store says about documents. Texts are read with comma or point; an empty or
+// unreadable one has no value.
+
+#include <cstdint>
+#include <optional>
+
+#include "packet/decimal.h"
+#include "server/engine/database.h"
+
+namespace orvane {
+
+struct DocumentSettings {
+  int amountDecimals = 2;  ///< also while the parameter is empty
+  std::optional<std::int64_t> centralBank;
+  std::optional<std::int64_t> nationalCurrency;
+  std::optional<std::int64_t> capitalKind;
+  std::optional<std::int64_t> bulkKind;   ///< ОСМ
+  std::optional<std::int64_t> waresKind;  ///< goods
+  std::optional<std::int64_t> pricedServiceKind;
+  std::optional<std::int64_t> mixedKind;
+  std::optional<std::int64_t> serviceEmployee;
+  Decimal tolerance;       ///< 0 while the parameter is empty
+  int priceAlgorithm = 1;  ///< also while the parameter is empty
+
+  /// ОСМ, goods and priced services take their amounts from prices.
+  bool IsPriced(std::int64_t kindSupply) const {
+    return kindSupply == bulkKind || kindSupply == waresKind || kindSupply == pricedServiceKind;
+  }
+  /// ОСМ and goods show no amounts on their rows.
+  bool HasAmountColumn(std::int64_t kindSupply) const {
+    return kindSupply != bulkKind && kindSupply != waresKind;
+  }
+  /// ОСМ, goods and capital expenditure may be requested against supplier orders.
+  bool MayNameOrders(std::int64_t kindSupply) const {
+    return kindSupply == bulkKind || kindSupply == waresKind || kindSupply == capitalKind;
+  }
+};
+
+Statement SelectSettings();
+DocumentSettings ReadSettings(const DataPacket& rows);
+
+}  // namespace orvane

@@ -1,0 +1,159 @@
+#include "server/documents/visibility.h"
+
+#include "server/documents/claims.h"
+#include "server/documents/named_statement.h"
+
+namespace orvane {
+namespace {
+
+/// Cost centres that a person heads or stands in for: as head of the cost centre, of its section or
+/// of its department by the structure, or as deputy of one of these today.
+constexpr std::string_view kHeadedByEmployee =
+    "select c.CostCenter from CostCenters c where c.Chief = :Employee"
+    " union select s.CostCenter from Sections x join Structure s on s.Section = x.Section"
+    " where x.Chief = :Employee"
+    " union select u.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 1"
+    " union select s.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " join Structure s on s.Section = u.Section"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 2"
+    " union select s.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " join Structure s on s.Department = u.Department"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 3 union ";
+constexpr std::string_view kHeadedByLogin =
+    "select s.CostCenter from Department p join Structure s on s.Department = p.Code"
+    " where p.Chief = :Login";
+
+std::string ColumnOf(std::string_view alias, std::string_view column) {
+  return std::string(alias) + "." + std::string(column);
+}
+
+}  // namespace
+
+/// Up or down the identifiers.
+struct Visibility::Direction {
+  std::string_view compare;
+  std::string_view nearest;
+  std::string_view order;
+};
+
+Sight SightOf(const Work& work) {
+  const Session& who = work.Who();
+  const auto mayOpen = [&](Point point) {
+    return who.May(static_cast<std::int32_t>(point), Right::Open);
+  };
+  return {who.userLevel, who.login, who.Employee(), work.Today(),
+          mayOpen(Point::Deliveries) || mayOpen(Point::SupplierInvoices)};
+}
+
+Visibility::Visibility(const SeenTable& table, const Sight& sight)
+    : table_(table),
+      everything_(sight.level < kFirstBoundLevel),
+      employed_(sight.employee.has_value()) {
+  if (everything_) {
+    condition_ = "1 = 1";
+    return;
+  }
+  params_ = {{"Login", sight.login}, {"Today", sight.today}};
+  plainReasons_.emplace_back("{t}.CreatedFrom = :Login");
+  if (employed_) {
+    params_.push_back({"Employee", *sight.employee});
+    plainReasons_.emplace_back(table.requested);
+  }
+  if (sight.readsReceived) {
+    for (const int status : table.receivedStatuses)
+      plainReasons_.push_back("{t}.Status = " + std::to_string(status));
+  }
+  for (const std::string& reason : plainReasons_)
+    condition_ += (condition_.empty() ? "(" : " or ") + reason;
+  condition_ += " or " + Replaced(table.headed, "{headed}", Headed());
+  if (employed_) {
+    const std::string version = table.version.empty() ? "0" : ColumnOf("{t}", table.version);
+    condition_ += " or exists (select 1 from ApprovalTurn t where " + Turns() +
+                  " and t.DocumentId = " + ColumnOf("{t}", table.id) +
+                  " and t.DocumentVersion = " + version + ")";
+  }
+  condition_ += ")";
+}
+
+/// Subselect of the cost centres that the asker heads.
+std::string Visibility::Headed() const {
+  return (employed_ ? std::string(kHeadedByEmployee) : std::string()) + std::string(kHeadedByLogin);
+}
+
+/// The asker's turns (alias t) at documents of this kind.
+std::string Visibility::Turns() const {
+  return "t.Employee = :Employee and t.KindRegister = " +
+         std::to_string(static_cast<int>(table_.kind));
+}
+
+std::string Visibility::On(std::string_view alias) const {
+  return Replaced(condition_, "{t}", alias);
+}
+
+std::string Visibility::Nearest(const Direction& direction, std::string_view position) const {
+  const std::string id = ColumnOf("p", table_.id);
+  const std::string from = " from " + std::string(table_.table) + " p";
+  const std::string current = Replaced(table_.current, "{t}", "p");
+  const auto beyond = [&](std::string_view column) {
+    return std::string(column) + " " + std::string(direction.compare) + " " +
+           std::string(position) + " order by " + std::string(column) +
+           std::string(direction.order) + " limit 1";
+  };
+  const std::string nearest(direction.nearest);
+  if (everything_) {
+    return "(select " + nearest + "(" + id + ")" + from + " where " + current + " and " + id + " " +
+           std::string(direction.compare) + " " + std::string(position) + ")";
+  }
+  std::string reasons;
+  int number = 0;
+  const auto add = [&](const std::string& select) {
+    reasons += number == 0 ? "" : " union all ";
+    reasons += "select Id from (" + select + ") reason" + std::to_string(++number);
+  };
+  for (const std::string& reason : plainReasons_) {
+    add("select " + id + " as Id" + from + " where " + Replaced(reason, "{t}", "p") + " and " +
+        current + " and " + beyond(id));
+  }
+  add("select " + nearest + "(Id) as Id from (select (select " + id + from + " where " +
+      Replaced(Replaced(table_.headed, "{t}", "p"), "in ({headed})", "= h.CostCenter") + " and " +
+      current + " and " + beyond(id) + ") as Id from (" + Headed() + ") h) units");
+  if (employed_) {
+    const std::string version =
+        table_.version.empty() ? ""
+                               : " and " + ColumnOf("p", table_.version) + " = t.DocumentVersion";
+    add("select t.DocumentId as Id from ApprovalTurn t join " + std::string(table_.table) +
+        " p on " + id + " = t.DocumentId" + version + " where " + Turns() + " and " + current +
+        " and " + beyond("t.DocumentId"));
+  }
+  return "(select " + nearest + "(Id) from (" + reasons + ") reasons)";
+}
+
+std::string Visibility::Next(std::string_view position) const {
+  return Nearest({">", "min", ""}, position);
+}
+
+std::string Visibility::Previous(std::string_view position) const {
+  return Nearest({"<", "max", " desc"}, position);
+}
+
+RowPredicate Visibility::AsRowPredicate() const {
+  if (everything_) return {};
+  Statement statement = Named(condition_, params_);
+  return {std::move(statement.text), std::move(statement.params)};
+}
+
+RowPredicate SearchVisibility(const Work& work, std::string_view table) {
+  for (const SeenTable* seen : {&kSeenRequests, &kSeenOrders, &kSeenDeliveries}) {
+    if (SameName(seen->table, table)) return Visibility(*seen, SightOf(work)).AsRowPredicate();
+  }
+  return {"1 = 0", {}};
+}
+
+}  // namespace orvane

@@ -1,0 +1,116 @@
+#pragma once
+
+// Who sees which document. One predicate per document table, used by loads, moves, reports and
+// every search that touches the table; and the same taken apart into its reasons, so that a move to
+// the next document is a seek in one index per reason and never a walk over what one may not see.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "contract/workflow.h"
+#include "packet/date.h"
+#include "packet/variant.h"
+#include "server/dialect/search.h"
+#include "server/providers/work.h"
+
+namespace orvane {
+
+/// What of an asker decides which documents he sees.
+struct Sight {
+  std::int32_t level = 0;
+  std::string login;
+  std::optional<std::int64_t> employee;
+  Date today;
+  /// Holds open on deliveries or invoices.
+  bool readsReceived = false;
+};
+Sight SightOf(const Work& work);
+
+/// How a document's table names what the reasons look at; {t} stands for the table's alias.
+struct SeenTable {
+  DocumentKind kind = DocumentKind::PurchaseRequest;
+  std::string_view table;
+  std::string_view id;
+  std::string_view version;  ///< empty for documents without versions
+  /// Which rows a move between documents walks over.
+  std::string_view current;
+  /// The asker requested it.
+  std::string_view requested;
+  /// Its cost centre is among those of the asker, a subselect in the place of {headed}.
+  std::string_view headed;
+  /// Statuses in which whoever holds open on deliveries or invoices sees the document too.
+  std::span<const int> receivedStatuses;
+};
+
+/// The reasons why an asker sees rows of a table.
+class Visibility {
+ public:
+  Visibility(const SeenTable& table, const Sight& sight);
+
+  /// Levels 0 to 2 see everything.
+  bool Everything() const { return everything_; }
+  /// Condition on alias {t} with named parameters; "1 = 1" for those who see everything.
+  const std::string& Condition() const { return condition_; }
+  /// The condition on an alias.
+  std::string On(std::string_view alias) const;
+  /// Scalar subquery: the identifier of the nearest seen document above (below) `position`, an
+  /// expression; null when there is none.
+  std::string Next(std::string_view position) const;
+  std::string Previous(std::string_view position) const;
+  /// Values of the parameters that the texts name.
+  const NamedValues& Params() const { return params_; }
+  /// For search statements.
+  RowPredicate AsRowPredicate() const;
+
+ private:
+  struct Direction;
+  std::string Nearest(const Direction& direction, std::string_view position) const;
+  std::string Headed() const;
+  std::string Turns() const;
+
+  SeenTable table_;
+  bool everything_ = false;
+  bool employed_ = false;
+  std::vector<std::string> plainReasons_;  ///< conditions on {t}, each with an index of its own
+  std::string condition_;
+  NamedValues params_;
+};
+
+inline constexpr int kReceivedStatuses[] = {Approved, Fulfilling};
+inline constexpr SeenTable kSeenRequests{DocumentKind::PurchaseRequest,
+                                         "PurchaseOrder",
+                                         "POIdNumber",
+                                         "POVersion",
+                                         "{t}.OldVersion = 0",
+                                         "{t}.Notifier = :Employee",
+                                         "{t}.CostCenter in ({headed})",
+                                         kReceivedStatuses};
+inline constexpr SeenTable kSeenOrders{DocumentKind::SupplierOrder,
+                                       "SuppManifacOrder",
+                                       "IdNumber",
+                                       "",
+                                       "1 = 1",
+                                       "{t}.Notifier = :Employee",
+                                       "{t}.CostCenter in ({headed})",
+                                       {}};
+/// A delivery belongs to the requester and the cost centre of its request.
+inline constexpr SeenTable kSeenDeliveries{
+    DocumentKind::Delivery,
+    "Deliveries",
+    "IdNumber",
+    "",
+    "1 = 1",
+    "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"
+    " and o.POVersion = {t}.PurchaseOrderVer and o.Notifier = :Employee)",
+    "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"
+    " and o.POVersion = {t}.PurchaseOrderVer and o.CostCenter in ({headed}))",
+    {}};
+
+/// The asker's predicate for a head table of the search catalogue; a table that is not among the
+/// documents here shows nothing.
+RowPredicate SearchVisibility(const Work& work, std::string_view table);
+
+}  // namespace orvane
