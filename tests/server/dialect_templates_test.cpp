@@ -241,6 +241,11 @@ std::vector<std::string> SupplyTemplates() {
   };
 }
 
+/// The setting as the asker knows it.
+NamedValues Identity(const Variant& value) {
+  return {{"DescrBaseSupplyList.IdentityWithNom", value}};
+}
+
 const NamedValues kParams = {
     {"FirstLanguage", false},
     {"Begins", "сто%"},
@@ -281,8 +286,8 @@ TEST_P(DialectOnEngine, EveryTemplateIsUnderstoodAndRuns) {
 TEST_P(DialectOnEngine, EverySearchOfTheSupplyListRunsUnderEitherSetting) {
   DialectWorld world(GetParam());
   for (const std::string& sql : SupplyTemplates()) {
-    for (const Variant& setting : {Variant(), Variant(0), Variant(1)}) {
-      const Asking asking{kParams, 80, {}, {{"DescrBaseSupplyList.IdentityWithNom", setting}}};
+    for (const NamedValues& settings : {NamedValues{}, Identity({}), Identity(0), Identity(1)}) {
+      const Asking asking{kParams, 80, {}, settings};
       EXPECT_EQ(world.Rows(sql + " ORDER BY cbName", asking), "") << sql;
       EXPECT_EQ(world.Rows(sql + " AND cbName2 LIKE :Begins ORDER BY cbName2", asking), "") << sql;
       EXPECT_EQ(world.Rows(sql + " AND " + kSupplyNames + " LIKE :Contains ORDER BY B.SerialNumber",
@@ -350,9 +355,18 @@ TEST_P(DialectOnEngine, TheSupplyListShowsTheNameThatTheSettingChooses) {
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
-    const Asking asking{{}, 80, {}, {{"DescrBaseSupplyList.IdentityWithNom", row.identity}}};
+    const Asking asking{{}, 80, {}, Identity(row.identity)};
     const std::string sql = SupplyTemplates()[row.number] + " ORDER BY cbName";
     EXPECT_EQ(world.Rows(sql, asking), row.expected);
+  }
+  world.Fill("DescrBaseSupplyList", "IdentityWithNom\n 1");
+  for (const Row& row : kRows) {
+    if (row.identity == 0) continue;
+    SCOPED_TRACE(std::string(row.name) + ", the setting read with the rows");
+    const Asking asking{{}, 80, {}, {}};
+    EXPECT_EQ(world.Rows(SupplyTemplates()[row.number] + " ORDER BY cbName", asking), row.expected);
+    EXPECT_EQ(world.Rows(SupplyTemplates()[row.number] + " AND cbName LIKE 'РЕМ%'", asking),
+              pineOfService);
   }
 }
 
@@ -360,12 +374,13 @@ TEST(DialectPlans, TheSupplyListIsReadAlongTheIndexOfItsOrder) {
   DialectWorld world(Engine::Sqlite);
   const auto templates = SupplyTemplates();
   for (const std::size_t number : {std::size_t{0}, std::size_t{3}}) {
-    for (const int identity : {0, 1}) {
-      const Asking asking{kParams, 80, {}, {{"DescrBaseSupplyList.IdentityWithNom", identity}}};
+    for (const NamedValues& settings : {NamedValues{}, Identity(0), Identity(1)}) {
+      const Asking asking{kParams, 80, {}, settings};
+      const bool own = settings == Identity(0);
       for (const char* rest : {" ORDER BY cbName", " AND cbName LIKE :Begins ORDER BY cbName"}) {
         const std::string plan = world.Plan(templates[number] + rest, asking);
         EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << plan;
-        const char* index = identity == 1 ? "FoldEffectiveName" : "FoldName";
+        const char* index = own ? "FoldName" : "FoldEffectiveName";
         EXPECT_NE(plan.find(std::string("INDEX BaseSupplyListBy") + index), std::string::npos)
             << plan;
       }

@@ -307,8 +307,10 @@ class Binder {
       if (!syntax.table.empty() && !SameName(table.alias, syntax.table)) continue;
       const CatalogueColumn* column = table.table->Find(syntax.text);
       if (column == nullptr) continue;
-      if (column->Is(kSetting)) {
-        found.push_back(SettingOf(*table.table, *column));
+      const Variant* setting = column->Is(kSetting) ? SettingOf(*table.table, *column) : nullptr;
+      if (setting != nullptr) {
+        found.push_back(MakeTyped(Conform(*setting, column->kind, input_.zone).value_or(Variant()),
+                                  column->kind, column->size));
       } else {
         found.push_back(MakeColumn(table.number, *column, table.join == JoinKind::Left));
       }
@@ -316,12 +318,9 @@ class Binder {
     return found;
   }
 
-  TermPtr SettingOf(const CatalogueTable& table, const CatalogueColumn& column) {
-    const std::string name = std::string(table.name) + "." + std::string(column.name);
-    const Variant* value = FindValue(input_.settings, name);
-    const std::optional<Variant> conformed =
-        Conform(value != nullptr ? *value : Variant(), column.kind, input_.zone);
-    return MakeTyped(conformed ? *conformed : Variant(), column.kind, column.size);
+  /// What the asker knows of a setting; a null pointer when it is to be read with the rows.
+  const Variant* SettingOf(const CatalogueTable& table, const CatalogueColumn& column) const {
+    return FindValue(input_.settings, std::string(table.name) + "." + std::string(column.name));
   }
 
   TermPtr BindIsNullOf(const SyntaxExpr& syntax) {

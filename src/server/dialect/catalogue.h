@@ -18,7 +18,7 @@ enum CatalogueFlags : std::uint8_t {
   kKeyColumn = 1,  ///< part of the table's key; never null
   kNotNull = 2,    ///< never null
   kFolded = 4,     ///< text with its stored fold beside it, in the column Fold<name>
-  kSetting = 8,  ///< column of a single-row table whose value the asker supplies (see SearchInput)
+  kSetting = 8,  ///< column of a single-row table whose value the asker may know (see SearchInput)
 };
 
 struct CatalogueColumn {

@@ -22,6 +22,9 @@ constexpr EffectiveName kEffectiveNames[] = {
     {"BaseSupplyList", "Kind", "Name2", "EffectiveName2"},
 };
 
+/// Setting that decides between the entry's own name and the other tables'.
+constexpr std::string_view kNamingSetting = "IdentityWithNom";
+
 struct EffectiveSource {
   std::int64_t selected;
   std::string_view table;
@@ -100,6 +103,38 @@ TermPtr EffectiveFold(const Term& term, const EffectiveName& rule,
   return std::make_shared<const Term>(std::move(fold));
 }
 
+/// The value of the setting that a branch asks for: `Setting = value`, or ISNULL(Setting, 0) in its
+/// place, of which `orZero` tells.
+std::optional<std::int64_t> SettingAsked(const Condition& condition, bool& orZero) {
+  if (condition.kind != ConditionKind::Compare || condition.sign != "=") return std::nullopt;
+  const Term* asked = condition.parts[0].get();
+  orZero = asked->kind == TermKind::FirstNotNull && asked->parts[1]->value.AsInt() == 0;
+  if (orZero) asked = asked->parts[0].get();
+  if (asked->kind != TermKind::Column || asked->column->name != kNamingSetting) return std::nullopt;
+  return condition.parts[1]->value.AsInt();
+}
+
+/// A CASE over the setting between the entry's own name and that of the nomenclature is the name
+/// that the entry goes by, which is stored.
+TermPtr NamingFold(const Term& term, const EffectiveName& rule,
+                   const std::vector<TypedTable>& tables) {
+  TermPtr fold;
+  const Term* own = nullptr;
+  bool orZero = false;
+  for (std::size_t i = 0; i < term.conditions.size(); ++i) {
+    const std::optional<std::int64_t> asked = SettingAsked(*term.conditions[i], orZero);
+    if (asked == 1 && !fold && term.parts[i]->kind == TermKind::Case) {
+      fold = EffectiveFold(*term.parts[i], rule, tables);
+    } else if (asked == 0 && own == nullptr && orZero) {
+      own = term.parts[i].get();
+    } else {
+      return nullptr;
+    }
+  }
+  if (own == nullptr) own = term.parts.back().get();
+  return fold && IsColumn(*own, fold->table, rule.name) ? fold : nullptr;
+}
+
 TermPtr FoldParts(const Term& text, const std::vector<TypedTable>& tables) {
   Term fold = text;
   fold.type = ValueKind::Memo;
@@ -130,6 +165,7 @@ TermPtr FoldOf(const TermPtr& text, const std::vector<TypedTable>& tables) {
     case TermKind::Case:
       for (const EffectiveName& rule : kEffectiveNames) {
         if (TermPtr fold = EffectiveFold(*text, rule, tables)) return fold;
+        if (TermPtr fold = NamingFold(*text, rule, tables)) return fold;
       }
       return FoldParts(*text, tables);
     case TermKind::FirstNotNull:
