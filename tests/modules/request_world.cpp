@@ -45,6 +45,16 @@ std::string TableOf(std::string_view sql) {
   return std::string(sql.substr(at, sql.find_first_of(" \n", at) - at));
 }
 
+/// Whether a unit lies in the block of hundreds that the statement asks for, if it does.
+bool InBlock(const NamedValues& row, const std::string& sql) {
+  constexpr std::string_view kFrom = "WHERE Code >= ";
+  const std::size_t at = sql.find(kFrom);
+  if (at == std::string::npos) return true;
+  const std::int64_t first = std::stoll(sql.substr(at + kFrom.size()));
+  const std::int64_t code = Value(row, "Code")->AsInt().value_or(0);
+  return code >= first && code < first + 100;
+}
+
 constexpr FieldDef kColumns[] = {
     Code19("CostCenter"),
     Code19("Partner"),
@@ -261,7 +271,7 @@ DataPacket TableServer::Search(const FetchRequest& request) {
       const Variant* value = Value(row, param.name);
       return value == nullptr || *value == param.value;
     });
-    if (fits) found.push_back(row);
+    if (fits && InBlock(row, request.sql)) found.push_back(row);
   }
   return PacketOf(kColumns, found);
 }
@@ -424,13 +434,14 @@ void World::Type(std::string_view field, std::string_view text) {
   const auto pointAt = [&](Control& control, int row, int column) {
     Screen().Dispatch(Pointed{&control, row, column});
   };
+  const bool inHead = Screen().ActiveControl() == &Screen().diMainInfo;
   for (TVosDBGrid* grid :
        {&Screen().gPurchaseOrderDet, &Screen().gPurchaseOrderDel, &Screen().gPOPayPl}) {
     if (Screen().ActiveControl() != grid) continue;
     const GridColumn* column = grid->FindColumn(field);
     pointAt(*grid, -1, static_cast<int>(column - grid->columns.data()));
   }
-  if (Screen().ActiveControl() == &Screen().diMainInfo) {
+  if (inHead) {
     const InspectorItem* item = Screen().diMainInfo.FindItem(field);
     pointAt(Screen().diMainInfo, static_cast<int>(item - Screen().diMainInfo.items.data()), -1);
   }
@@ -439,10 +450,11 @@ void World::Type(std::string_view field, std::string_view text) {
   } else {
     fakes::Type(Screen(), text);
   }
-  Press(KeyCode::Enter);
+  const bool isLast = Items(Screen().diMainInfo).ends_with(field);
+  Press(inHead && !isLast ? KeyStroke(KeyCode::Enter) : Shift(KeyCode::Tab));
 }
 
-std::string World::Live(std::initializer_list<std::string_view> of) {
+std::string World::Live(std::span<const std::string_view> of) {
   std::string live;
   for (std::string_view name : of) {
     if (IsLive(name)) live += (live.empty() ? "" : " ") + std::string(name);

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -93,13 +94,16 @@ class World {
   TVosClientDataSet& Rows() { return Rules().cdsPurchaseOrderDet; }
 
   void Press(KeyStroke key) { fakes::Press(Screen(), key); }
-  /// Points at the field, types, and leaves it with Enter.
+  /// Points at the field of the focused control, types, and leaves it without leaving the control.
   void Type(std::string_view field, std::string_view text);
   void Choose(std::string_view action) { Screen().Dispatch(ActionChosen{std::string(action)}); }
   void FocusOn(Control& control) { Screen().Dispatch(Pointed{&control}); }
   bool IsLive(std::string_view action) { return Screen().FindAction(action)->enabled; }
   /// Names of live actions of the list, in its order, parted by blanks.
-  std::string Live(std::initializer_list<std::string_view> of);
+  std::string Live(std::span<const std::string_view> of);
+  std::string Live(std::initializer_list<std::string_view> of) {
+    return Live(std::span(of.begin(), of.size()));
+  }
   std::string Columns(const TVosDBGrid& grid);
   std::string Items(const TVosDataInspector& inspector);
   /// Name of the focused control; for grids and inspectors with the field: "diMainInfo.CostCenter".
