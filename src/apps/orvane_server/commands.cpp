@@ -4,6 +4,7 @@
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <iostream>
@@ -24,6 +25,8 @@ namespace orvane {
 namespace {
 
 constexpr int kGraceMs = 10'000;
+/// So many requests take long enough to say how it goes.
+constexpr std::int64_t kManyDocuments = 20'000;
 
 void Say(const std::string& sentence) {
   std::cout << sentence << '\n';
@@ -106,17 +109,29 @@ Answer<Done> MigrateDatabase(const Settings& settings) {
   return RefreshStatistics(**database);
 }
 
-Answer<Done> Demo(const Settings& settings, std::uint32_t seed) {
+Answer<Done> Demo(const Settings& settings, std::uint32_t seed, std::int64_t documents) {
   auto database = Open(settings);
   if (!database) return database.GetFailure();
   const auto migrated = Migrate(**database);
   if (!migrated) return migrated.GetFailure();
   DemoOptions options;
   options.seed = seed;
+  options.documents = documents;
+  const auto begin = std::chrono::steady_clock::now();
+  options.progress = [&](std::int64_t made) {
+    const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - begin;
+    if (made < documents || documents >= kManyDocuments) {
+      Say(std::to_string(made) + " от " + std::to_string(documents) + " искания, " +
+          std::to_string(static_cast<std::int64_t>(static_cast<double>(made) / passed.count())) +
+          " в секунда.");
+    }
+  };
   const auto made = MakeDemoCompany(**database, SystemClock{}, options);
   if (!made) return made;
+  const auto analyzed = RefreshStatistics(**database);
+  if (!analyzed) return analyzed;
   Say("Демонстрационната фирма е готова в „" + settings.database + "“.");
-  return RefreshStatistics(**database);
+  return Done{};
 }
 
 Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {

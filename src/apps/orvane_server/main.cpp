@@ -27,6 +27,7 @@ struct CommandLine {
   SettingTexts flags;
   std::string company = "Моята фирма";
   std::uint32_t seed = 1;
+  std::int64_t documents = 3000;
   bool unsafeDurability = false;
   UserArguments user;
 };
@@ -78,8 +79,10 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   app.add_subcommand("init", "Създава базата")
       ->add_option("--company", line.company, "Име на фирмата");
   app.add_subcommand("migrate", "Обновява базата до версията на програмата");
-  app.add_subcommand("demo", "Създава демонстрационна фирма")
-      ->add_option("--seed", line.seed, "Зърно: еднакво зърно, еднаква фирма");
+  CLI::App* demo = app.add_subcommand("demo", "Създава демонстрационна фирма");
+  demo->add_option("--seed", line.seed, "Зърно: еднакво зърно, еднаква фирма");
+  demo->add_option("--documents", line.documents, "Брой искания за покупка")
+      ->check(CLI::Range(0, 10'000'000));
   app.add_subcommand("serve", "Обслужва клиентите до SIGTERM")
       ->add_flag("--unsafe-durability", line.unsafeDurability,
                  "Приема настройки на базата, при които потвърденото може да се загуби");
@@ -108,7 +111,7 @@ Answer<Done> Run(const CLI::App& app, const CommandLine& line) {
   spdlog::set_level(spdlog::level::from_str(settings->logLevel));
   if (app.got_subcommand("init")) return Init(*settings, line.company);
   if (app.got_subcommand("migrate")) return MigrateDatabase(*settings);
-  if (app.got_subcommand("demo")) return Demo(*settings, line.seed);
+  if (app.got_subcommand("demo")) return Demo(*settings, line.seed, line.documents);
   if (app.got_subcommand("serve")) return ServeUntilSignal(*settings, line.unsafeDurability);
   if (app.got_subcommand("check")) return Check(*settings);
   const CLI::App* user = app.get_subcommand("user");

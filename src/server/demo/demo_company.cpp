@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "contract/points.h"
+#include "server/demo/demo_documents.h"
 #include "server/demo/demo_people.h"
 #include "server/demo/demo_world.h"
 #include "server/sessions/engine_failures.h"
@@ -25,6 +27,11 @@ Answer<Done> AddUsers(UserAdmin& admin) {
     if (!added) return added;
     const auto granted = admin.GrantEverywhere(login, person.rights);
     if (!granted) return granted;
+    for (const Point point : {Point::Deliveries, Point::SupplierInvoices}) {
+      if (!person.seesLittle) break;
+      const auto taken = admin.Grant(login, static_cast<std::int32_t>(point), 0);
+      if (!taken) return taken;
+    }
     if (person.employee == 0) continue;
     const auto employed = admin.AddEmployee(
         {person.employee, std::string(person.name), std::string(person.name2), login});
@@ -62,6 +69,8 @@ Answer<Done> MakeDemoCompany(Database& database, const Clock& clock, const DemoO
   const DemoWorld world = MakeDemoWorld(options.seed);
   const auto written = WriteRegisters(database, world);
   if (!written) return ToFailure(written.GetFailure(), kDoing);
+  const auto documents = WriteDocuments(database, world, {options.documents, options.progress});
+  if (!documents) return ToFailure(documents.GetFailure(), kDoing);
   return Done{};
 }
 

@@ -180,6 +180,7 @@ struct ServiceFamily {
   int usual;
 };
 constexpr std::int64_t kFirstServiceSerial = 30001;
+constexpr std::int16_t kWorkingDay = 602;  // the unit of training, which is exempt from VAT
 constexpr ServiceFamily kServiceFamilies[] = {
     {kPricedServices, "Превоз до %s", "Carriage to %s",
      "Пловдив|Варна|Бургас|Русе|Стара Загора|Плевен|Велико "
@@ -204,7 +205,7 @@ constexpr ServiceFamily kServiceFamilies[] = {
      601, 0, 2600, 180, 24},
     {kServices, "Обучение по %s", "Training in %s",
      "заваряване|безопасност|първа помощ|качество|английски език|ЦПУ програмиране",
-     "welding|safety|first aid|quality|English|CNC programming", 602, 1, 24000, 3200, 2},
+     "welding|safety|first aid|quality|English|CNC programming", kWorkingDay, 1, 24000, 3200, 2},
     {kServices, "Консултации по %s", "Consulting on %s", "данъци|патенти|околна среда|енергия",
      "taxes|patents|environment|energy", 601, 0, 5500, 900, 16},
     {kSubscriptions, "Абонамент: %s", "Subscription: %s",
@@ -301,6 +302,12 @@ std::vector<DemoEntry> AllEntries() {
 const std::vector<DemoEntry>& DemoEntries() {
   static const std::vector<DemoEntry> entries = AllEntries();
   return entries;
+}
+
+std::int64_t DemoVatPercent(const DemoEntry& entry) {
+  const bool training = entry.kind == kServices && entry.measure == kWorkingDay;
+  if (training) return 0;
+  return entry.kind == kEntertainment ? 9 : kUsualVat;
 }
 
 std::span<const Date> DemoPriceDays() {

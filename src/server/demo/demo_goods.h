@@ -57,6 +57,10 @@ struct DemoEntry {
 /// Ascending by serial number; materials first.
 const std::vector<DemoEntry>& DemoEntries();
 
+/// Whole per cent; 20 is the usual, with which tables leave it empty.
+std::int64_t DemoVatPercent(const DemoEntry& entry);
+inline constexpr std::int64_t kUsualVat = 20;
+
 /// Days on which new prices came into force, ascending.
 std::span<const Date> DemoPriceDays();
 /// Price in force on a day, in hundredths; the first one before all of them.

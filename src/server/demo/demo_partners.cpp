@@ -181,6 +181,12 @@ std::vector<DemoPartner> DemoPartners(std::uint32_t seed) {
   return partners;
 }
 
+std::int32_t DemoInvoiceDescr(DemoKind kind) {
+  if (kind == kWares) return 2;
+  if (kind == kCapital) return 4;
+  return kind == kRawMaterials || kind == kOtherMaterials ? 1 : 3;
+}
+
 std::vector<const DemoEntry*> DemoOffer(const DemoPartner& supplier) {
   constexpr std::size_t kMost = 32;
   std::vector<const DemoEntry*> trade;

@@ -53,6 +53,9 @@ inline constexpr std::int64_t kFirstSupplier = 5001;
 /// The central bank, some two hundred suppliers and a few customers, ascending by code.
 std::vector<DemoPartner> DemoPartners(std::uint32_t seed);
 
+/// Description of the invoices for what is bought of a kind.
+std::int32_t DemoInvoiceDescr(DemoKind kind);
+
 /// Entries of his trade that a supplier sells: some thirty, or all when there are fewer.
 std::vector<const DemoEntry*> DemoOffer(const DemoPartner& supplier);
 

@@ -30,6 +30,8 @@ constexpr DemoPerson kPeople[] = {
      "одитор, само чете"},
     {"marinov", "Красимир Маринов", "Krasimir Marinov", "marinov2026", 3, 1, 15, 1011,
      "началник на отдел „Производствени цехове“"},
+    {"dobreva", "Лиляна Добрева", "Lilyana Dobreva", "dobreva2026", 3, 1, 15, 1012,
+     "заявител, вижда само своите документи", true},
 };
 
 }  // namespace

@@ -17,6 +17,9 @@ struct DemoPerson {
   std::int32_t rights;          ///< at every point
   std::int64_t employee;        ///< code of the employee record, 0: none
   std::string_view occupation;  ///< what the login screen says of him
+  /// Has no rights where deliveries and invoices are kept, and so sees only requests that concern
+  /// him.
+  bool seesLittle = false;
 };
 
 std::span<const DemoPerson> DemoPeople();

@@ -84,25 +84,12 @@ constexpr std::int16_t kProductionList = 2;
 constexpr CodeNames kLists[] = {{kGeneralList, "Общ списък", "General List"},
                                 {kProductionList, "Производствен списък", "Production List"}};
 
-Variant OrNull(std::int64_t code) {
-  return code == 0 ? Variant() : Variant(code);
-}
-Variant OrNull(const std::string& text) {
-  return text.empty() ? Variant() : Variant(text);
-}
-
-std::int32_t InvoiceDescrOf(DemoKind trade) {
-  if (trade == kWares) return 2;
-  if (trade == kCapital) return 4;
-  return trade == kRawMaterials || trade == kOtherMaterials ? 1 : 3;
-}
-
 void AddPartner(DemoWriter& writer, const DemoPartner& row) {
   writer.Add(demo::kPartners,
              {row.code, row.name, row.name2, OrNull(row.eik), row.supplier,
               row.supplier ? Variant(static_cast<int>(row.currency)) : Variant(),
               OrNull(row.choice), OrNull(row.list), OrNull(row.paymentDays),
-              row.supplier ? Variant(InvoiceDescrOf(row.trade)) : Variant(), OrNull(row.town),
+              row.supplier ? Variant(DemoInvoiceDescr(row.trade)) : Variant(), OrNull(row.town),
               OrNull(row.address), OrNull(row.address2), OrNull(row.telephone), OrNull(row.email)});
 }
 
@@ -122,12 +109,10 @@ void AddItems(DemoWriter& writer) {
            OrNull(row.incomeMeasure), OrNull(row.barCodeMeasure), static_cast<int>(row.decimals),
            ends ? Variant(*Date::FromYmd(2026, 7, 1)) : Variant(), always, Variant()});
     } else {
-      // Training is exempt, hotels are taxed at nine per cent.
-      const Variant vat = row.kind == kServices && row.measure == 602 ? Variant(0)
-                          : row.kind == kEntertainment                ? Variant(9)
-                                                                      : Variant();
-      writer.Add(demo::kServices, {row.service, row.name, row.name2, static_cast<int>(row.measure),
-                                   static_cast<int>(row.decimals), vat});
+      const std::int64_t vat = DemoVatPercent(row);
+      writer.Add(demo::kServices,
+                 {row.service, row.name, row.name2, static_cast<int>(row.measure),
+                  static_cast<int>(row.decimals), vat == kUsualVat ? Variant() : Variant(vat)});
     }
   }
 }

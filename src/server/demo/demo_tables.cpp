@@ -18,6 +18,15 @@ constexpr DemoColumn Money(std::string_view name) {
 constexpr DemoColumn Day(std::string_view name) {
   return {name, ValueKind::Date, false};
 }
+constexpr DemoColumn Moment(std::string_view name) {
+  return {name, ValueKind::Stamp, false};
+}
+constexpr DemoColumn Factor(std::string_view name) {
+  return {name, ValueKind::Rate, false};
+}
+constexpr DemoColumn Real(std::string_view name) {
+  return {name, ValueKind::Double, false};
+}
 constexpr DemoColumn Text(std::string_view name) {
   return {name, ValueKind::Memo, false};
 }
@@ -62,10 +71,8 @@ constexpr DemoColumn kPartner[] = {Code("Partner"),
                                    Text("Address2"),
                                    Text("Telephone1"),
                                    Text("email")};
-constexpr DemoColumn kRate[] = {Code("Partner"),
-                                Int("KindCurrency"),
-                                Day("RateDate"),
-                                {"CurrencyRate1", ValueKind::Rate, false}};
+constexpr DemoColumn kRate[] = {Code("Partner"), Int("KindCurrency"), Day("RateDate"),
+                                Factor("CurrencyRate1")};
 constexpr DemoColumn kMeasure[] = {kCode, kName, kName2, Int("Numerator"), Bit("OrdinaryFraction")};
 constexpr DemoColumn kMaterial[] = {Int("IdNumber"),
                                     kName,
@@ -98,6 +105,79 @@ constexpr DemoColumn kListed[] = {Int("KindList"), Code("SerialNumber"), Int("Me
                                   Money("Price")};
 constexpr DemoColumn kListPrice[] = {Int("KindList"), Code("SerialNumber"),
                                      Day("AvailableFromDate"), Money("Price")};
+constexpr DemoColumn kContract[] = {Int("IdNumber"),
+                                    Code("Supplier"),
+                                    Text("ContractNumber"),
+                                    {"ShortDescription", ValueKind::Memo, true},
+                                    {"ShortDescription2", ValueKind::Memo, true},
+                                    Day("ContractDate"),
+                                    Day("FinishDate"),
+                                    Bit("AutomaticRenewal"),
+                                    Int("NoticePeriod"),
+                                    Int("KindContract"),
+                                    Int("CapExPlanCode"),
+                                    Bit("ManifacOrder"),
+                                    Int("SupplyInvoiceDescr"),
+                                    Int("KindSupplyList"),
+                                    Int("KindSupplyChoice"),
+                                    Bit("InclTransportInPrice"),
+                                    Code("SuppElKindPayment"),
+                                    Int("MaxTermOfPayment"),
+                                    Text("CreatedFrom"),
+                                    Moment("CreatedOn")};
+constexpr DemoColumn kOrder[] = {
+    Int("IdNumber"),          Day("DocumentDate"),  Text("Description"),     Text("Description2"),
+    Day("FromDate"),          Day("ToDate"),        Code("CostCenter"),      Int("KindSupply"),
+    Code("Supplier"),         Int("ContractId"),    Int("IncTranspInPrice"), Int("KindCurrency"),
+    Factor("RateOfExchange"), Code("Notifier"),     Text("CreatedFrom"),     Moment("CreatedOn"),
+    Text("AmendFrom"),        Moment("AmendOn"),    Int("Status"),           Text("AnnulFrom"),
+    Moment("AnnulOn"),        Int("SendingNumber"), Text("SentFrom"),        Moment("SentOn")};
+constexpr DemoColumn kOrderRow[] = {Int("SuppManOrderId"), Int("RowNumber"),   Code("SerialNumber"),
+                                    Int("Measure"),        Real("Quantity"),   Int("RowNumerator"),
+                                    Int("Numerator"),      Int("InventoryId"), Int("ServiceCode")};
+constexpr DemoColumn kOrderDecision[] = {
+    Int("SuppManOrderId"), Int("ConfirmationLevel"), Int("SendingNumber"), Int("Approval"),
+    Int("Status"),         Code("ConfirmedFrom"),    Moment("ConfermedOn")};
+constexpr DemoColumn kRequest[] = {Int("POIdNumber"),         Int("POVersion"),
+                                   Day("DocumentDate"),       Text("Description"),
+                                   Text("Description2"),      Text("Rationale"),
+                                   Text("Rationale2"),        Code("CostCenter"),
+                                   Code("Notifier"),          Code("Supplier"),
+                                   Int("ContractId"),         Int("KindSupply"),
+                                   Int("IncTranspInPrice"),   Int("KindCurrency"),
+                                   Factor("RateOfExchange"),  Money("CurrSumPurchaseOrder"),
+                                   Money("SumPurchaseOrder"), Text("CreatedFrom"),
+                                   Moment("CreatedOn"),       Text("AmendFrom"),
+                                   Moment("AmendOn"),         Int("Status"),
+                                   Text("AnnulFrom"),         Moment("AnnulOn"),
+                                   Bit("OldVersion"),         Int("SendingNumber"),
+                                   Text("SentFrom"),          Moment("SentOn")};
+constexpr DemoColumn kRequestRow[] = {
+    Int("PurchaseOrderId"), Int("PurchaseOrderVer"),   Int("RowNumber"),
+    Code("SerialNumber"),   Int("InventoryId"),        Int("ServiceCode"),
+    Int("Measure"),         Int("SuppManifacOrderId"), Real("Quantity"),
+    Int("Numerator"),       Int("RowNumerator"),       Money("CurrSumWithoutVAT"),
+    Text("Remarks"),        Text("Remarks2")};
+constexpr DemoColumn kRequestDate[] = {Int("PurchaseOrderId"), Int("PurchaseOrderVer"),
+                                       Day("DeliveryDate"), Day("DateOfLoading"), Bit("Delivered")};
+constexpr DemoColumn kRequestPayment[] = {
+    Int("PurchaseOrderId"), Int("PurchaseOrderVer"), Int("RowNumber"),        Day("InvoiceDate"),
+    Money("SumWithVAT"),    Bit("AdvancePayment"),   Bit("AdvanceStatement"), Day("PaymentDate")};
+constexpr DemoColumn kRequestDecision[] = {Int("PurchaseOrderId"),   Int("PurchaseOrderVer"),
+                                           Int("ConfirmationLevel"), Int("SendingNumber"),
+                                           Int("Approval"),          Int("Status"),
+                                           Code("ConfirmedFrom"),    Moment("ConfermedOn")};
+constexpr DemoColumn kTurn[] = {Code("Employee"), Int("KindRegister"), Int("DocumentId"),
+                                Int("DocumentVersion")};
+constexpr DemoColumn kDelivery[] = {
+    Int("IdNumber"),         Day("DeliveryDate"),   Day("PODeliveryDate"), Int("PurchaseOrderId"),
+    Int("PurchaseOrderVer"), Int("KindSupply"),     Code("Supplier"),      Int("Store"),
+    Text("SuppDocNumber"),   Day("SuppDocDate"),    Int("Status"),         Text("CreatedFrom"),
+    Moment("CreatedOn"),     Text("ConfirmedFrom"), Moment("ConfirmedOn"), Int("SendingNumber"),
+    Text("SentFrom"),        Moment("SentOn")};
+constexpr DemoColumn kDeliveryRow[] = {Int("DeliveryId"),  Int("RowNumber"),   Code("SerialNumber"),
+                                       Int("InventoryId"), Int("ServiceCode"), Int("Measure"),
+                                       Real("Quantity"),   Int("Numerator"),   Int("RowNumerator")};
 constexpr DemoColumn kOffer[] = {Code("Partner"), Code("SerialNumber"), Day("FromDate"),
                                  Day("ToDate")};
 
@@ -137,6 +217,18 @@ constinit const DemoTable kBaseSupplyListDates{"BaseSupplyListDates", kEntryPric
 constinit const DemoTable kSupplyLists{"SupplyLists", kListed, 2};
 constinit const DemoTable kSupplyListsDates{"SupplyListsDates", kListPrice, 3};
 constinit const DemoTable kPartnerSupplyEntries{"PartnerSupplyEntries", kOffer, 3};
+constinit const DemoTable kContracts{"SuppliesContracts", kContract, 1};
+constinit const DemoTable kOrders{"SuppManifacOrder", kOrder, 1};
+constinit const DemoTable kOrderRows{"SuppManOrderDet", kOrderRow, 2};
+constinit const DemoTable kOrderApproval{"SuppManOrderAdmin", kOrderDecision, 2};
+constinit const DemoTable kRequests{"PurchaseOrder", kRequest, 2};
+constinit const DemoTable kRequestRows{"PurchaseOrderDet", kRequestRow, 3};
+constinit const DemoTable kRequestDates{"PurchaseOrderDel", kRequestDate, 3};
+constinit const DemoTable kRequestPayments{"PurchaseOrderPayPl", kRequestPayment, 3};
+constinit const DemoTable kRequestApproval{"PurchaseOrderAdm", kRequestDecision, 3};
+constinit const DemoTable kTurns{"ApprovalTurn", kTurn, 4};
+constinit const DemoTable kDeliveries{"Deliveries", kDelivery, 1};
+constinit const DemoTable kDeliveryRows{"DeliveryRows", kDeliveryRow, 2};
 
 namespace {
 
@@ -173,7 +265,19 @@ constexpr const DemoTable* kAllTables[] = {&kEmployees,
                                            &kBaseSupplyListDates,
                                            &kSupplyLists,
                                            &kSupplyListsDates,
-                                           &kPartnerSupplyEntries};
+                                           &kPartnerSupplyEntries,
+                                           &kContracts,
+                                           &kOrders,
+                                           &kOrderRows,
+                                           &kOrderApproval,
+                                           &kRequests,
+                                           &kRequestRows,
+                                           &kRequestDates,
+                                           &kRequestPayments,
+                                           &kRequestApproval,
+                                           &kTurns,
+                                           &kDeliveries,
+                                           &kDeliveryRows};
 
 }  // namespace
 

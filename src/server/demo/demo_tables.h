@@ -43,6 +43,18 @@ extern const DemoTable kBaseSupplyListDates;
 extern const DemoTable kSupplyLists;
 extern const DemoTable kSupplyListsDates;
 extern const DemoTable kPartnerSupplyEntries;
+extern const DemoTable kContracts;
+extern const DemoTable kOrders;
+extern const DemoTable kOrderRows;
+extern const DemoTable kOrderApproval;
+extern const DemoTable kRequests;
+extern const DemoTable kRequestRows;
+extern const DemoTable kRequestDates;
+extern const DemoTable kRequestPayments;
+extern const DemoTable kRequestApproval;
+extern const DemoTable kTurns;
+extern const DemoTable kDeliveries;
+extern const DemoTable kDeliveryRows;
 
 /// All of them.
 std::span<const DemoTable* const> AllTables();

@@ -31,6 +31,14 @@ struct DemoTable {
   std::size_t keyColumns = 1;  ///< the first ones
 };
 
+/// Zero and an empty text stand for no value.
+inline Variant OrNull(std::int64_t code) {
+  return code == 0 ? Variant() : Variant(code);
+}
+inline Variant OrNull(std::string_view text) {
+  return text.empty() ? Variant() : Variant(text);
+}
+
 class DemoWriter {
  public:
   /// One value per column, in the table's order.
