@@ -76,7 +76,7 @@ const WalkRunner::Verb WalkRunner::kVerbs[] = {
     {"expect", &WalkRunner::DoExpect},     {"server", &WalkRunner::DoServer},
     {"link", &WalkRunner::DoLink},         {"remember", &WalkRunner::DoRemember},
     {"picture", &WalkRunner::DoPicture},   {"close", &WalkRunner::DoClose},
-    {"language", &WalkRunner::DoLanguage},
+    {"language", &WalkRunner::DoLanguage}, {"page", &WalkRunner::DoPage},
 };
 
 struct WalkRunner::Expectation {
@@ -89,7 +89,8 @@ const WalkRunner::Expectation WalkRunner::kExpectations[] = {
     {"rows", &WalkRunner::ExpectRows},       {"focus", &WalkRunner::ExpectFocus},
     {"calls", &WalkRunner::ExpectCalls},     {"form", &WalkRunner::ExpectForm},
     {"report", &WalkRunner::ExpectReport},   {"state", &WalkRunner::ExpectState},
-    {"columns", &WalkRunner::ExpectColumns},
+    {"columns", &WalkRunner::ExpectColumns}, {"name", &WalkRunner::ExpectName},
+    {"label", &WalkRunner::ExpectLabel},
 };
 
 WalkRunner::WalkRunner(std::string fileName, std::vector<WalkStep> steps, IWalkDriver& driver,
@@ -318,6 +319,19 @@ void WalkRunner::DoLanguage(const Words&) {
   driver_.Choose(Form(), "acLanguage");
 }
 
+/// The page of a name, of whichever page control of the form has it.
+void WalkRunner::DoPage(const Words& words) {
+  TVosBaseForm& form = Form();
+  for (Control* control : form.Controls()) {
+    auto* pages = dynamic_cast<TPageControl*>(control);
+    const TabPage* page = pages == nullptr ? nullptr : pages->FindPage(WordAt(words, 1));
+    if (page == nullptr) continue;
+    if (!page->visible) Problem("страницата " + words[1] + " не се вижда");
+    return driver_.ChoosePage(form, pages->Name(), page->name);
+  }
+  Problem("няма страница " + words[1]);
+}
+
 // --- expectations -------------------------------------------------------------------------------
 
 void WalkRunner::DoExpect(const Words& words) {
@@ -412,6 +426,27 @@ void WalkRunner::ExpectColumns(const Words& words) {
   for (std::size_t i = 2; i < words.size(); ++i)
     expected += (i == 2 ? "" : " ") + words[i];
   Compare("колони", expected, seen);
+}
+
+/// What stands behind the value of an inspector's item.
+void WalkRunner::ExpectName(const Words& words) {
+  const std::optional<FieldPlace> place = FindPlace(Form(), WordAt(words, 2));
+  const auto* inspector = place ? dynamic_cast<const TVosDataInspector*>(place->control) : nullptr;
+  if (inspector == nullptr) Problem("няма поле " + words[2] + " с име зад стойността");
+  Compare("име", WordAt(words, 3), inspector->NameText(place->row));
+}
+
+/// The label of an item or the title of a column; "" when none is shown.
+void WalkRunner::ExpectLabel(const Words& words) {
+  const std::optional<FieldPlace> place = FindPlace(Form(), WordAt(words, 2));
+  std::string seen;
+  if (place) {
+    if (const auto* grid = dynamic_cast<const TVosDBGrid*>(place->control))
+      seen = grid->TitleOf(words[2]);
+    if (const auto* inspector = dynamic_cast<const TVosDataInspector*>(place->control))
+      seen = inspector->LabelOf(words[2]);
+  }
+  Compare("надпис", WordAt(words, 3), seen);
 }
 
 void WalkRunner::ExpectValue(const Words& words) {

@@ -35,6 +35,10 @@ class IWalkDriver {
   virtual void TypeText(TVosBaseForm& form, std::string_view text) = 0;
   virtual void PointAt(TVosBaseForm& form, Control& control, int row, int column) = 0;
   virtual void Choose(TVosBaseForm& form, std::string_view action) = 0;
+  /// Picks the tab of a page.
+  virtual void ChoosePage(TVosBaseForm& form, std::string_view pageControl, std::string_view page) {
+    form.Dispatch(PageChosen{std::string(pageControl), std::string(page)});
+  }
   /// The question that is up; null when none is.
   virtual const MessageDialog* Question() const = 0;
   /// Answers the question that is up.
@@ -114,6 +118,7 @@ class WalkRunner {
   void DoPicture(const Words& words);
   void DoClose(const Words& words);
   void DoLanguage(const Words& words);
+  void DoPage(const Words& words);
 
   void ExpectDialog(const Words& words);
   void ExpectAction(const Words& words);
@@ -124,6 +129,8 @@ class WalkRunner {
   void ExpectReport(const Words& words);
   void ExpectState(const Words& words);
   void ExpectColumns(const Words& words);
+  void ExpectName(const Words& words);
+  void ExpectLabel(const Words& words);
   void ExpectValue(const Words& words);
 
   std::string fileName_;
