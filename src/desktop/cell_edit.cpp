@@ -38,7 +38,8 @@ CellEdit::CellEdit(QWidget& window, QObject& filter, TVosBaseForm& form)
       lines_(new QPlainTextEdit(&window)) {
   line_->setFrame(false);
   line_->setTextMargins(kPadding - 4, 0, kPadding - 4, 0);
-  lines_->setFrameShape(QFrame::NoFrame);
+  lines_->setStyleSheet(
+      QString("QPlainTextEdit { border: 2px solid %1; }").arg(ColorOf(Role::Accent).name()));
   lines_->setTabChangesFocus(true);
   for (QWidget* editor : {static_cast<QWidget*>(line_), static_cast<QWidget*>(lines_)}) {
     editor->setFocusPolicy(Qt::NoFocus);
@@ -84,7 +85,9 @@ void CellEdit::Follow(ControlView* view) {
   if (opened || Text() != Qs(editor->Text())) SetText(Qs(editor->Text()));
   QRect place = view->EditorPlace();
   if (!place.isEmpty()) place.moveTopLeft(view->Surface().mapTo(&window_, place.topLeft()));
-  current_->setGeometry(place.adjusted(2, 2, -2, -2));
+  // The view paints the border of one line; several lines bring their own.
+  const int border = current_ == line_ ? 2 : 0;
+  current_->setGeometry(place.adjusted(border, border, -border, -border));
   current_->setVisible(!place.isEmpty());
   current_->raise();
 }
@@ -112,12 +115,14 @@ QRect CellEdit::Place() const {
 /// where it was.
 void CellEdit::Typed() {
   if (settling_ || current_ == nullptr) return;
-  const int caret = caretBefore_;
+  Control* active = form_.ActiveControl();
+  const CellEditor* editor = active == nullptr ? nullptr : active->Editor();
+  if (editor == nullptr) return;
   const QString typed = Text();
+  const auto grown = static_cast<int>(typed.size() - Qs(editor->Text()).size());
+  const int caret = line_->cursorPosition() - std::max(0, grown);
   form_.Dispatch(EditorTextChanged{Utf8(typed)});
-  if (current_ == line_ && line_->text() != typed)
-    line_->setCursorPosition(std::min(caret, static_cast<int>(line_->text().size())));
-  caretBefore_ = line_->cursorPosition();
+  if (current_ == line_ && line_->text() != typed) line_->setCursorPosition(caret);
 }
 
 bool CellEdit::IsForEditor(const QKeyEvent& event) const {

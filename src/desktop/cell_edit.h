@@ -51,7 +51,6 @@ class CellEdit {
   QPlainTextEdit* lines_;
   QPointer<QWidget> current_;
   const Control* owner_ = nullptr;
-  int caretBefore_ = 0;
   bool settling_ = false;
 };
 

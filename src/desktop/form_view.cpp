@@ -222,7 +222,8 @@ void FormView::TakePlace(const QWidget* owner) {
     return view->Model().Kind() == ControlKind::PageControl;
   });
   layout()->activate();
-  QSize size = sizeHint();
+  constexpr int kLeastWidth = 560;
+  QSize size = sizeHint().expandedTo(QSize(kLeastWidth, 0));
   if (ribbon_ != nullptr) size.setWidth(std::max(size.width(), ribbon_->sizeHint().width()));
   size = (document ? screen.size() : size).boundedTo(screen.size());
   resize(size);

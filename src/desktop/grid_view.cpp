@@ -16,7 +16,8 @@ namespace orvane {
 namespace {
 
 constexpr int kFewestRows = 4;   // a grid is never lower than this many rows
-constexpr int kWantedRows = 15;  // what a grid asks for when there is room
+constexpr int kDialogRows = 10;  // what a grid of a dialog asks for
+constexpr int kWantedRows = 16;  // and one of a screen
 constexpr int kMemoRows = 5;     // height of the editor of a memo
 constexpr int kMemoWidth = 320;
 constexpr int kBorderReach = 4;  // pixels around a border where it can be grasped
@@ -34,7 +35,23 @@ GridView::GridView(TVosDBGrid& grid, FormMemory& memory)
   MeasureColumns();
 }
 
+/// What the columns' widths depend on.
+std::size_t GridView::ColumnsHash() const {
+  LookHasher hasher;
+  for (const GridColumn& column : grid_.columns) {
+    hasher.Add(column.field).Add(column.title).Add(column.group);
+    hasher.Add(static_cast<std::size_t>(column.width)).Add(static_cast<std::size_t>(column.kind));
+  }
+  return hasher.Add(static_cast<std::size_t>(grid_.fixedCols))
+      .Add(grid_.DataSet().Generation())
+      .Add(grid_.DataSet().IsEmpty() ? 1U : 0U)
+      .Value();
+}
+
 void GridView::MeasureColumns() {
+  const std::size_t hash = ColumnsHash();
+  if (hash == measured_) return;
+  measured_ = hash;
   columns_.Measure(grid_, [this](int column) {
     const std::string& field = grid_.columns[static_cast<std::size_t>(column)].field;
     return memory_.ColumnWidth(grid_.Form().ClassName(), grid_.Name() + "." + field);
@@ -147,8 +164,9 @@ QString GridView::CurrentText() const {
 }
 
 QSize GridView::sizeHint() const {
+  const int rows = grid_.Form().Identity().opener == nullptr ? kWantedRows : kDialogRows;
   return {columns_.NaturalTotal() + verticalScrollBar()->sizeHint().width() + 2,
-          columns_.HeadHeight() + kWantedRows * kRowHeight};
+          columns_.HeadHeight() + rows * kRowHeight};
 }
 
 QSize GridView::minimumSizeHint() const {
@@ -243,6 +261,10 @@ void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (check && CheckBoxRect(CellRect(row, column)).contains(event->pos()))
     return mousePressEvent(event);
   Point(event->pos(), true);
+  // The mouse has no Alt+Down: the list comes with the editor.
+  const CellEditor* editor = grid_.Editor();
+  if (editor != nullptr && editor->Combo() != nullptr && !editor->IsChanged())
+    grid_.Form().Dispatch(ListWanted{});
 }
 
 void GridView::mouseMoveEvent(QMouseEvent* event) {

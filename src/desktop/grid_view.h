@@ -43,6 +43,7 @@ class GridView final : public QAbstractScrollArea, public ControlView {
     int startWidth = 0;
   };
 
+  std::size_t ColumnsHash() const;
   void MeasureColumns();
   void SettleBars();
   void FollowCursor();
@@ -59,6 +60,7 @@ class GridView final : public QAbstractScrollArea, public ControlView {
   TVosDBGrid& grid_;
   FormMemory& memory_;
   GridColumns columns_;
+  std::size_t measured_ = 0;
   std::size_t seenRow_ = 0;
   int seenColumn_ = -1;
   Drag drag_;

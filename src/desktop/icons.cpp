@@ -103,7 +103,10 @@ void PaintIcon(QPainter& painter, const QPoint& topLeft, std::string_view name, 
   painter.translate(topLeft);
   painter.setPen(Qt::NoPen);
   painter.setBrush(ColorOf(ground));
-  painter.drawRoundedRect(QRectF(0, 0, kIconSide, kIconSide), 3, 3);
+  constexpr qreal kInset = 4;
+  const QRectF square(0, 0, kIconSide, kIconSide);
+  painter.drawRoundedRect(known ? square : square.adjusted(kInset, kInset, -kInset, -kInset),
+                          known ? 3 : 2, known ? 3 : 2);
   if (known) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(ColorOf(Role::IconSign), 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

@@ -11,7 +11,8 @@ namespace orvane {
 
 inline constexpr int kIconSide = 14;
 
-/// Paints the icon of that name, 14 pixels square; a plain square when there is none of that name.
+/// Paints the icon of that name, 14 pixels square; a small plain square when there is none of
+/// that name.
 /// Actions that are not live are grey.
 void PaintIcon(QPainter& painter, const QPoint& topLeft, std::string_view name, bool live);
 

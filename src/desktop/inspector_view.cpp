@@ -8,6 +8,7 @@
 #include "desktop/grid_painter.h"
 #include "desktop/qt_text.h"
 #include "desktop/theme.h"
+#include "host/combo.h"
 #include "host/form.h"
 #include "host/inspector.h"
 
@@ -18,6 +19,16 @@ constexpr int kFewestLines = 3;
 constexpr int kValueChars = 34;  // characters a value has room for when nothing else says so
 constexpr int kNameGap = 10;     // between a code and the name behind it
 constexpr int kMemoLines = 4;    // height of the editor of a memo
+
+void PaintListSign(QPainter& painter, const QRect& place) {
+  constexpr int kReach = 4;
+  const QPoint middle = place.center();
+  const QPoint line[] = {middle + QPoint(-kReach, -2), middle + QPoint(0, 2),
+                         middle + QPoint(kReach, -2)};
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.drawPolyline(line, 3);
+  painter.setRenderHint(QPainter::Antialiasing, false);
+}
 
 QString LabelText(const InspectorItem& item) {
   return Qs(item.label) + (item.required ? QStringLiteral(" •") : QString());
@@ -161,6 +172,13 @@ void InspectorView::paintEvent(QPaintEvent*) {
   if (!HasFocus() || current < 0) return;
   painter.setPen(QPen(ColorOf(Role::Accent), 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
   painter.drawRect(ValueRect(current).adjusted(1, 1, -1, -1));
+  if (inspector_.ActiveCombo() != nullptr) PaintListSign(painter, ListSignRect(current));
+}
+
+/// Where the mouse opens the list of the current item.
+QRect InspectorView::ListSignRect(int line) const {
+  const QRect value = ValueRect(line);
+  return {value.right() - kRowHeight, value.top(), kRowHeight, value.height()};
 }
 
 void InspectorView::PaintItem(QPainter& painter, int line) {
@@ -207,7 +225,11 @@ void InspectorView::PaintValue(QPainter& painter, int index, const QRect& place)
   };
   const QString value = Qs(inspector_.DisplayText(index)).replace('\n', ' ');
   if (!value.isEmpty()) paint(value, Role::Text);
-  if (room.width() > 0) paint(Qs(inspector_.NameText(index)), Role::TextDim);
+  const QString name = Qs(inspector_.NameText(index));
+  // Without a value before it a name would look like one.
+  if (value.isEmpty())
+    room.setLeft(room.right() - std::min(room.width(), metrics.horizontalAdvance(name)));
+  if (!name.isEmpty() && room.width() > 0) paint(name, Role::TextDim);
 }
 
 void InspectorView::resizeEvent(QResizeEvent* event) {
@@ -230,6 +252,8 @@ void InspectorView::mousePressEvent(QMouseEvent* event) {
     open = box.adjusted(-3, -3, 3, 3).contains(event->pos());
   }
   inspector_.Form().Dispatch(Pointed{&inspector_, item, 0, open});
+  if (item < 0 || item != inspector_.CurrentItem() || inspector_.ActiveCombo() == nullptr) return;
+  if (ListSignRect(LineOf(item)).contains(event->pos())) inspector_.Form().Dispatch(ListWanted{});
 }
 
 void InspectorView::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -238,6 +262,9 @@ void InspectorView::mouseDoubleClickEvent(QMouseEvent* event) {
   if (item >= 0 && inspector_.items[static_cast<std::size_t>(item)].kind == ItemKind::Check)
     return mousePressEvent(event);
   inspector_.Form().Dispatch(Pointed{&inspector_, item, 0, true});
+  const CellEditor* editor = inspector_.Editor();
+  if (editor != nullptr && editor->Combo() != nullptr && !editor->IsChanged())
+    inspector_.Form().Dispatch(ListWanted{});
 }
 
 }  // namespace orvane

@@ -42,6 +42,7 @@ class InspectorView final : public QAbstractScrollArea, public ControlView {
   int ItemAt(int y) const;
   QRect LineRect(int line) const;
   QRect ValueRect(int line) const;
+  QRect ListSignRect(int line) const;
   void FollowCursor();
   void PaintItem(QPainter& painter, int line);
   void PaintValue(QPainter& painter, int item, const QRect& place);

@@ -26,6 +26,7 @@ QString MoreText() {
 
 ListPopup::ListPopup(QWidget& window, TVosBaseForm& form)
     : QWidget(&window), window_(window), form_(form) {
+  setObjectName("list");
   setFocusPolicy(Qt::NoFocus);
   hide();
 }

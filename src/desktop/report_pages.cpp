@@ -2,6 +2,7 @@
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QMarginsF>
+#include <QtCore/QRegularExpression>
 #include <QtGui/QFontMetrics>
 #include <QtGui/QPageLayout>
 #include <QtGui/QPainter>
@@ -31,7 +32,7 @@ constexpr int kSmall = 75;
 constexpr int kBig = 150;
 constexpr int kNumber = 260;
 constexpr int kBarcodeHeight = 260;
-constexpr int kBarcodeModule = 9;
+constexpr int kBarcodeModule = 12;
 
 QFont Type(int size, bool bold = false) {
   QFont font("PT Sans");

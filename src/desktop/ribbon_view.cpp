@@ -20,11 +20,11 @@ constexpr int kTabs = 29;  // height of the strip of tabs
 constexpr int kRows = 3;
 constexpr int kTop = 5;         // above the first row of a group
 constexpr int kCaption = 19;    // below the last
-constexpr int kGroupSpace = 6;  // at both sides of a group
+constexpr int kGroupSpace = 5;  // at both sides of a group
 constexpr int kColumnGap = 4;
-constexpr int kItemPadding = 5;
+constexpr int kItemPadding = 4;
 constexpr int kIconGap = 6;
-constexpr int kKeyGap = 14;  // between caption and key
+constexpr int kKeyGap = 11;  // between caption and key
 constexpr int kFoldWidth = 34;
 constexpr int kTabPadding = 16;
 

@@ -42,13 +42,17 @@ void SendMouse(QWidget& widget, QEvent::Type type, const QPoint& at) {
 
 /// Everything that is on the screen: the form at the bottom and what stands over it.
 QPixmap PictureOf(const std::vector<QWidget*>& windows) {
-  QPixmap picture = windows.front()->grab();
+  QRect all;
+  for (const QWidget* window : windows)
+    all |= QRect(window->pos(), window->size());
+  QPixmap picture(all.size());
+  picture.fill(ColorOf(Role::Bar));
   QPainter painter(&picture);
-  for (std::size_t i = 1; i < windows.size(); ++i) {
-    const QPoint at = windows[i]->pos() - windows.front()->pos();
-    painter.drawPixmap(at, windows[i]->grab());
+  for (QWidget* window : windows) {
+    const QPoint at = window->pos() - all.topLeft();
+    painter.drawPixmap(at, window->grab());
     painter.setPen(ColorOf(Role::Strip));
-    painter.drawRect(QRect(at, windows[i]->size()).adjusted(0, 0, -1, -1));
+    painter.drawRect(QRect(at, window->size()).adjusted(0, 0, -1, -1));
   }
   return picture;
 }
@@ -115,7 +119,7 @@ std::string QtWalkDriver::Go(WalkRunner& runner) {
   timer_.start();
   toolkit_.WorkUntil([&runner] { return runner.IsOver(); });
   timer_.stop();
-  toolkit_.Abandon();
+  toolkit_.Abandon();  // a walk without steps has not done so
   runner.Finish();
   runner_ = nullptr;
   return runner.FailureText().value_or("");
@@ -125,6 +129,8 @@ std::string QtWalkDriver::Go(WalkRunner& runner) {
 /// walk has closed it again.
 void QtWalkDriver::Step() {
   if (runner_ == nullptr) return;
+  // Dialogs that the walk's end left open must not keep their callers waiting.
+  if (runner_->IsOver()) return toolkit_.Abandon();
   timer_.start();
   if (toolkit_.IsReturning()) return;
   MessageView* message = toolkit_.OpenMessage();
@@ -132,7 +138,7 @@ void QtWalkDriver::Step() {
     PressKey(*message, KeyCode::Enter);
     return;
   }
-  if (!runner_->IsOver()) runner_->RunNext();
+  runner_->RunNext();
 }
 
 // --- the driver

@@ -57,7 +57,6 @@ class QtWalkDriver final : public IWalkDriver {
   const QString pictures_;
   QTimer timer_;
   WalkRunner* runner_ = nullptr;
-  bool stepping_ = false;
   std::vector<MessageDialog> messages_;
   std::vector<ReportDocument> reports_;
   std::vector<std::string> taken_;

@@ -1,0 +1,169 @@
+// Modal loops: messages, questions, dialogs over dialogs, and a walk that goes on inside them.
+
+#include <gtest/gtest.h>
+
+#include <QtGui/QKeyEvent>
+
+#include "desktop/screen.h"
+#include "host/dialogs.h"
+
+namespace orvane {
+namespace {
+
+using sample::Screen;
+
+struct AnswerRow {
+  const char* text;  ///< typed; null: the key is pressed
+  KeyStroke key;
+  bool deletes;
+};
+
+TEST(DesktopDialogs, AQuestionAnswersToLettersOfBothLayoutsAndIsHarmlessByDefault) {
+  const AnswerRow rows[] = {
+      {"д", {}, true},
+      {"Д", {}, true},
+      {"y", {}, true},
+      {"н", {}, false},
+      {"n", {}, false},
+      {nullptr, KeyCode::Escape, false},
+      {nullptr, KeyCode::Enter, false},
+      {nullptr, KeyCode::Y, true},
+      {nullptr, KeyCode::N, false},
+  };
+  for (const AnswerRow& row : rows) {
+    Screen screen;
+    screen.PointAt(screen.form->gRows, 0, 1);
+    Screen::Inside([&] {
+      MessageView* question = screen.toolkit.OpenMessage();
+      ASSERT_NE(question, nullptr);
+      EXPECT_EQ(Utf8(question->windowTitle()), _rDeleteCaption);
+      if (row.text != nullptr)
+        TypeKeys(*question, row.text);
+      else
+        PressKey(*question, row.key);
+    });
+    screen.Press(KeyCode::F5);
+    const std::size_t rowsLeft = screen.form->cdsRows_.RecordCount();
+    EXPECT_EQ(rowsLeft, row.deletes ? 4U : 5U)
+        << (row.text != nullptr ? row.text : KeyText(row.key));
+    EXPECT_EQ(screen.toolkit.OpenMessage(), nullptr);
+  }
+}
+
+TEST(DesktopDialogs, TheArrowMovesToYesAndEnterTakesIt) {
+  Screen screen;
+  screen.PointAt(screen.form->gRows, 0, 1);
+  Screen::Inside([&] {
+    PressKey(*screen.toolkit.OpenMessage(), KeyCode::Left);
+    PressKey(*screen.toolkit.OpenMessage(), KeyCode::Enter);
+  });
+  screen.Press(KeyCode::F5);
+  EXPECT_EQ(screen.form->cdsRows_.RecordCount(), 4U);
+}
+
+TEST(DesktopDialogs, TheFocusIsWhereItWasAndNoFocusEventRan) {
+  Screen screen;
+  sample::TfSample& form = *screen.form;
+  screen.PointAt(form.gRows, 0, 1);
+  int moves = 0;
+  form.gRows.OnEnter = form.gRows.OnExit = [&moves] { ++moves; };
+  Screen::Inside([&] { PressKey(*screen.toolkit.OpenMessage(), KeyCode::Escape); });
+  screen.Press(KeyCode::F5);
+  QApplication::processEvents();
+  EXPECT_EQ(moves, 0);
+  EXPECT_EQ(form.ActiveControl(), &form.gRows);
+  EXPECT_EQ(screen.View().focusWidget(), &screen.View().ViewOf(form.gRows)->Widget());
+  screen.Press(KeyCode::Down);
+  EXPECT_EQ(form.cdsRows_.RecNo(), 1U);
+}
+
+TEST(DesktopDialogs, ModalFormsNestAndReturnInOrder) {
+  Screen screen;
+  sample::TfSample second(screen.app);
+  sample::TfSample third(screen.app);
+  std::vector<std::string> order;
+  Screen::Inside([&] {
+    Screen::Inside([&] {
+      order.push_back("innermost open");
+      EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), &third);
+      third.Dispatch(CloseWanted());
+    });
+    third.ShowModal();
+    order.push_back("third closed");
+    EXPECT_FALSE(second.IsClosed());
+    second.Dispatch(CloseWanted());
+  });
+  second.ShowModal();
+  order.push_back("second closed");
+  EXPECT_EQ(order, (std::vector<std::string>{"innermost open", "third closed", "second closed"}));
+  EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), screen.form.get());
+}
+
+TEST(DesktopDialogs, ClosingTheWindowAsksTheForm) {
+  Screen screen;
+  sample::TfSample& form = *screen.form;
+  form.cdsHead_.Edit();
+  form.cdsHead_.FieldByName("Description").Set("Друго");
+  Screen::Inside([&] { PressKey(*screen.toolkit.OpenMessage(), KeyCode::Escape); });
+  screen.View().close();
+  EXPECT_FALSE(form.IsClosed());
+  EXPECT_FALSE(screen.View().isHidden());
+  Screen::Inside([&] { TypeKeys(*screen.toolkit.OpenMessage(), "д"); });
+  screen.Press(Alt(KeyCode::F4));
+  EXPECT_TRUE(form.IsClosed());
+  EXPECT_TRUE(screen.View().isHidden());
+}
+
+// --- walks
+// ----------------------------------------------------------------------------------------
+
+std::unique_ptr<TVosBaseForm> MakeSample(const FormIdentity& identity) {
+  return std::make_unique<sample::TfSample>(*identity.app);
+}
+
+class SampleMain final : public TVosModuleForm {
+ public:
+  explicit SampleMain(VosApplication& app) : TVosModuleForm({.app = &app}, "SampleMain", "") {}
+};
+
+std::unique_ptr<TVosBaseForm> StartSample(VosApplication& app) {
+  app.classes.Register("TfSample", &MakeSample);
+  constexpr PointRow points[] = {{Point::Departments, "Sample", "TfSample", "Искане за покупка"}};
+  app.AddPoints(11, points);
+  return std::make_unique<SampleMain>(app);
+}
+
+/// The problem's text; empty when the walk went well.
+std::string Walk(const std::string& text) {
+  sample::SampleServer server;
+  FaultyDoor door(server);
+  SetClock clock{Stamp{0}};
+  QtToolkit toolkit(std::make_unique<FormMemory>());
+  QtWalkDriver driver(toolkit, {});
+  WalkRunner runner(
+      "sample.walk", *ParseWalk(text), driver,
+      {&door, &clock, TimeZone{}, [](std::string_view) { return "п"; }, &StartSample});
+  return driver.Go(runner);
+}
+
+TEST(DesktopWalk, GoesOnInsideQuestionsAndMessages) {
+  EXPECT_EQ(Walk("clock 05.03.2026 09:00\nuser ivanova\nopen TfSample\nexpect focus eIdNum\n"
+                 "press F6\nexpect rows gRows 5\nfocus SerialNumber\npress F5\n"
+                 "expect dialog \"Желаете ли да изтриете текущия запис?\"\nanswer Не\n"
+                 "expect rows gRows 5\npress F5\nanswer Да\nexpect rows gRows 4\n"
+                 "type Quantity 7,25\nexpect Quantity 7,25\n"
+                 "type Measure 999\nexpect dialog \"Няма „999“ в списъка „Код“.\"\npress Escape\n"
+                 "row new gDates\ntype RowNumber 1\nexpect rows gDates 1\n"
+                 "choose acRows\nexpect focus gRows\nclose\n"),
+            "");
+}
+
+TEST(DesktopWalk, NamesTheLineAndWhatAPersonWouldHaveSeen) {
+  const std::string problem =
+      Walk("user ivanova\nopen TfSample\npress F6\npress F5\nexpect rows gRows 4\n");
+  EXPECT_NE(problem.find("sample.walk:5"), std::string::npos) << problem;
+  EXPECT_NE(problem.find("Желаете ли да изтриете"), std::string::npos) << problem;
+}
+
+}  // namespace
+}  // namespace orvane
