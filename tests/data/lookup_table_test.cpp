@@ -110,13 +110,9 @@ TEST(LookupTable, AsksForAKeyOnceAndRemembersThatThereIsNone) {
     int calls;
   };
   const Row kRows[] = {
-      {450,       true,  1}, // stale: portion and key in one call
-      {450,       true,  0},
-      {3,         true,  0},
-      {451,       true,  1},
-      {999,       false, 1},
-      {999,       false, 0},
-      {Variant(), false, 0},
+      {450, true, 1},  // stale: portion and key in one call
+      {450, true, 0},  {3, true, 0},    {451, true, 1},
+      {999, false, 1}, {999, false, 0}, {Variant(), false, 0},
   };
   for (const Row& row : kRows) {
     const auto before = desk.session.calls;
@@ -180,6 +176,36 @@ TEST(LookupTable, AChangedParameterOrTemplateMakesItStale) {
   EXPECT_TRUE(desk.table.IsStale());
 }
 
+TEST(LookupTable, RowsShownAreKnownButNotOffered) {
+  PartnerDesk desk;
+  DataPacket shown;
+  shown.AddColumn("Partner", ValueKind::Code).AddColumn("Name", ValueKind::String, 30);
+  shown.AppendRow(std::vector<Variant>{450, "Стара фирма"});
+  desk.table.TakeShown(shown);
+  EXPECT_EQ(desk.table.ValueOf(450, "Name"), Variant("Стара фирма"));
+  EXPECT_FALSE(desk.table.Knows(451));
+  EXPECT_TRUE(desk.table.ValueOf(451, "Name").IsNull());
+  EXPECT_EQ(desk.session.calls, 0);
+  desk.table.Fill();
+  EXPECT_EQ(desk.partners.RecordCount(), 10u);
+  EXPECT_EQ(desk.table.ValueOf(450, "Name"), Variant("Стара фирма"));
+  EXPECT_EQ(desk.table.ValueOf(5, "Name"), Variant("Фирма 5"));
+  EXPECT_TRUE(desk.table.LocateKey(450));
+  EXPECT_EQ(desk.table.ValueOf(450, "Name"), Variant("Фирма 450"));  // what is offered is newer
+  desk.table.Forget();
+  EXPECT_TRUE(desk.partners.IsEmpty());
+  EXPECT_TRUE(desk.table.IsStale());
+}
+
+TEST(LookupTable, WithoutAStatementNothingIsOfferedOrAsked) {
+  PartnerDesk desk;
+  desk.table.Fill();
+  desk.table.SetTemplate({});
+  EXPECT_FALSE(desk.table.LocateKey(5));
+  EXPECT_EQ(desk.Narrowed("Name", SearchMatch::Begins, "Фирма", 80), "");
+  EXPECT_EQ(desk.session.calls, 1);
+}
+
 TEST(LookupTable, AStatementWithoutPlaceForConditionsIsReadToItsEnd) {
   PartnerDesk desk(25);
   desk.table.SetTemplate({"SELECT Partner, Name FROM Partners ORDER BY Partner"});
@@ -202,16 +228,12 @@ TEST(LookupCompletion, FetchesWhatAllRowsMissInOneCall) {
   const TField& lookup = orders[kLupPartner];
   EXPECT_EQ(orders.TextAt(1, lookup), "");
   desk.session.calls = 0;
-  CompleteLookups({
-      {orders, "lupPartner", desk.table}
-  });
+  CompleteLookups({{orders, "lupPartner", desk.table}});
   EXPECT_EQ(orders.TextAt(0, lookup), "Фирма 5");
   EXPECT_EQ(orders.TextAt(2, lookup), "Фирма 450");
   EXPECT_EQ(orders.TextAt(3, lookup), "Фирма 451");
   EXPECT_EQ(orders.TextAt(4, lookup), "");
-  CompleteLookups({
-      {orders, "lupPartner", desk.table}
-  });
+  CompleteLookups({{orders, "lupPartner", desk.table}});
   EXPECT_EQ(desk.session.calls, 1);
   EXPECT_FALSE(desk.search.Connected());
 }
