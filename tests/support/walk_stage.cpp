@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kEighthOfMarch2026 = 20520;  // days since 1970; walks set their own clock
 constexpr std::int64_t kMicrosPerDay = 86'400'000'000;
+constexpr std::int64_t kRequests = 120;  // enough to move among
 
 template <class T>
 T Must(Answer<T> answer) {
@@ -32,7 +33,10 @@ std::unique_ptr<TVosBaseForm> StartModules(VosApplication& app) {
 
 WalkStage::WalkStage(TestEngine engine, WalkWay way)
     : database_(FreshDatabase(engine)), clock_({kEighthOfMarch2026 * kMicrosPerDay}) {
-  Must(MakeDemoCompany(*database_, clock_, {.seed = 1, .passwordCost = PasswordCost::Lowest()}));
+  DemoOptions company;
+  company.passwordCost = PasswordCost::Lowest();
+  company.documents = kRequests;
+  Must(MakeDemoCompany(*database_, clock_, company));
   ServerOptions options;
   options.sessions.passwordCost = PasswordCost::Lowest();
   server_ = std::make_unique<OrvaneServer>(*database_, clock_, options);
