@@ -60,11 +60,11 @@ void AddOptions(CLI::App& app, CommandLine& line) {
   app.add_flag("--light", line.light, "Светли цветове")->excludes(dark);
 }
 
-void SpeakBulgarian(QApplication& application, QTranslator& translator) {
+void SpeakBulgarian(QTranslator& translator) {
   QLocale::setDefault(QLocale(QLocale::Bulgarian, QLocale::Bulgaria));
   if (translator.load("qtbase_bg", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
     QApplication::installTranslator(&translator);
-  application.setApplicationDisplayName("Orvane");
+  QApplication::setApplicationName("Orvane");
 }
 
 Theme ThemeOf(const CommandLine& line, const QApplication& application) {
@@ -97,7 +97,7 @@ int Work(QtToolkit& toolkit, Backend& backend) {
 
 int Run(CommandLine& line, QApplication& application) {
   QTranslator translator;
-  SpeakBulgarian(application, translator);
+  SpeakBulgarian(translator);
   ApplyTheme(application, ThemeOf(line, application));
   QApplication::setQuitOnLastWindowClosed(false);
   if (!line.walk.file.empty()) {
