@@ -40,8 +40,23 @@ std::string Quoted(std::string_view text) {
   return "\"" + std::string(text) + "\"";
 }
 
+/// Letters of the names that a walk remembers things by.
+constexpr std::string_view kNameLetters =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+
+/// Thin and no-break blanks, which part thousands, read as blanks.
+std::string PlainBlanks(std::string_view text) {
+  std::string plain(text);
+  for (std::string_view blank : {"\u2009", "\u202f", "\u00a0"}) {
+    for (std::size_t at = plain.find(blank); at != std::string::npos; at = plain.find(blank)) {
+      plain.replace(at, blank.size(), " ");
+    }
+  }
+  return plain;
+}
+
 void Compare(std::string_view what, std::string_view expected, std::string_view seen) {
-  if (expected == seen) return;
+  if (PlainBlanks(expected) == PlainBlanks(seen)) return;
   Problem("очаква се " + std::string(what) + " " + Quoted(expected) + ", на екрана е " +
           Quoted(seen));
 }
@@ -154,12 +169,15 @@ void WalkRunner::Fail(const WalkStep& step, const std::string& what) {
   failure_ = fileName_ + ":" + std::to_string(step.line) + ": " + step.text + ": " + what + seen;
 }
 
+/// What was remembered may stand inside a longer text too: "Документ $request не е намерен!".
 WalkRunner::Words WalkRunner::Replaced(const Words& words) const {
   Words replaced = words;
   for (std::string& word : replaced) {
-    if (word.size() < 2 || word.front() != '$') continue;
-    const auto found = remembered_.find(word.substr(1));
-    if (found != remembered_.end()) word = found->second;
+    for (std::size_t at = word.find('$'); at != std::string::npos; at = word.find('$', at + 1)) {
+      const std::size_t end = std::min(word.find_first_not_of(kNameLetters, at + 1), word.size());
+      const auto found = remembered_.find(word.substr(at + 1, end - at - 1));
+      if (found != remembered_.end()) word.replace(at, end - at, found->second);
+    }
   }
   return replaced;
 }

@@ -7,6 +7,24 @@
 namespace orvane {
 namespace {
 
+/// The word in quotes that begins at `at`, which moves behind it; a quote in it stands behind a
+/// backslash. Empty when the quote is not closed.
+std::optional<std::string> CutQuoted(std::string_view line, std::size_t& at) {
+  std::string word;
+  for (std::size_t i = at + 1; i < line.size(); ++i) {
+    if (line[i] == '\\' && i + 1 < line.size() && line[i + 1] == '"') {
+      word += line[++i];
+      continue;
+    }
+    if (line[i] == '"') {
+      at = i + 1;
+      return word;
+    }
+    word += line[i];
+  }
+  return std::nullopt;
+}
+
 /// Words of one line; empty when a quote is not closed.
 std::optional<std::vector<std::string>> CutWords(std::string_view line) {
   std::vector<std::string> words;
@@ -19,10 +37,9 @@ std::optional<std::vector<std::string>> CutWords(std::string_view line) {
     }
     if (next == '#') break;
     if (next == '"') {
-      const std::size_t end = line.find('"', at + 1);
-      if (end == std::string_view::npos) return std::nullopt;
-      words.emplace_back(line.substr(at + 1, end - at - 1));
-      at = end + 1;
+      std::optional<std::string> word = CutQuoted(line, at);
+      if (!word) return std::nullopt;
+      words.push_back(*std::move(word));
       continue;
     }
     const std::size_t end = line.find_first_of(" \t\r#", at);

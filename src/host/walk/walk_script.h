@@ -1,8 +1,8 @@
 #pragma once
 
 // A walk is a text that a user of the program could have written: one step a line, a verb and its
-// words. Words with blanks stand in double quotes; # begins a comment; $name is what was
-// remembered.
+// words. Words with blanks stand in double quotes (\" is a quote inside); # begins a comment; $name
+// is what was remembered.
 //
 //   user ivanova
 //   open TfDepartment
