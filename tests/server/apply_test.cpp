@@ -331,6 +331,28 @@ TEST_P(Applying, AChangedKeyIsAnUpdateOfTheRow) {
             "!!Err_Вече има дирекция с код 3. Изберете друг код.");
 }
 
+TEST_P(Applying, ADepartmentThatIsUsedStays) {
+  ASSERT_EQ(Outcomes({InsertOf(Department(1, "Една", "petrov")),
+                      InsertOf(Department(2, "Две", "petrov"))}),
+            "ok ok");
+  server.Execute(
+      {"insert into CostCenters (CostCenter, Name, FoldName) values (1001, 'Ц', 'ц')", {}, {}});
+  server.Execute({"insert into Structure (CostCenter, Department) values (1001, 1)", {}, {}});
+  server.Execute(
+      {"insert into StructureDeputies (IdNumber, StructuralUnitType, Department) values "
+       "(1, 3, 2)",
+       {},
+       {}});
+  constexpr char kInStructure[] =
+      "!!Err_Дирекция 1 е в организационната структура на център за разход 1001. Изберете първо "
+      "друга дирекция за него.";
+  EXPECT_EQ(Message(DeleteOf({{"Code", 1}})), kInStructure);
+  EXPECT_EQ(Message(UpdateOf({{"Code", 1}}, {{"Code", 9}})), kInStructure);
+  EXPECT_EQ(Message(DeleteOf({{"Code", 2}})),
+            "!!Err_За дирекция 2 са посочени заместници. Изтрийте първо заместниците ѝ.");
+  EXPECT_EQ(Departments(server), "1 Една petrov; 2 Две petrov");
+}
+
 TEST_P(Applying, FetchesComeWholeOrInPortionsByKey) {
   for (const int code : {5, 1, 4, 2, 3}) {
     ASSERT_EQ(Outcomes({InsertOf(Department(code, "Име", "petrov"))}), "ok");

@@ -15,12 +15,22 @@ constexpr ReferenceRule kReferences[] = {
      "Няма потребител „{Chief}“, който да е началник на дирекцията. Изберете друг началник."},
 };
 
+constexpr UsedByRule kUsedBy[] = {
+    {"Code", "Structure", "Department",
+     "Дирекция {Code} е в организационната структура на център за разход {used}. Изберете първо "
+     "друга дирекция за него.",
+     "CostCenter"},
+    {"Code", "StructureDeputies", "Department",
+     "За дирекция {Code} са посочени заместници. Изтрийте първо заместниците ѝ."},
+};
+
 }  // namespace
 
 ServerClass TsmDepartment() {
   return ServerClass(department::kServerClass)
       .UsedFrom({Point::Departments})
-      .Provider(department::dspDepartment, kSelect, {.unique = kUnique, .references = kReferences});
+      .Provider(department::dspDepartment, kSelect,
+                {.unique = kUnique, .references = kReferences, .usedBy = kUsedBy});
 }
 
 }  // namespace orvane

@@ -4,9 +4,12 @@
 
 #include "packet/fold.h"
 #include "server/providers/change_check.h"
+#include "server/sessions/statements.h"
 
 namespace orvane {
 namespace {
+
+constexpr std::uint16_t kLongestShown = 120;
 
 /// The value a column has in the change: the new one, else the old one.
 Variant ValueIn(const Change& change, std::string_view column) {
@@ -76,16 +79,32 @@ std::optional<Failure> BrokenReference(Transaction& transaction, const WriteRule
   return std::nullopt;
 }
 
+/// What the first row that uses `value` shows of itself; empty when there is none.
+std::optional<std::string> FirstUse(Transaction& transaction, const UsedByRule& rule,
+                                    const Variant& value) {
+  const std::string shown(rule.shows.empty() ? rule.tableColumn : rule.shows);
+  const std::string text = "select min(" + shown + ") from " + std::string(rule.table) + " where " +
+                           std::string(rule.tableColumn) + " = ?1";
+  const auto found =
+      transaction.Query(Select(text, {value}, {{"Shown", rule.shownKind, kLongestShown}}));
+  if (!found) {
+    spdlog::error("looking for a broken rule: {}", found.GetFailure().text);
+    return std::nullopt;
+  }
+  const Variant first = found->At(0, "Shown");
+  return first.IsNull() ? std::nullopt : std::optional(first.ToText());
+}
+
 std::optional<Failure> BrokenUse(Transaction& transaction, const WriteRules& rules,
                                  const Change& change) {
+  Change asItWas = change;
+  asItWas.after.clear();
   for (const UsedByRule& rule : rules.usedBy) {
     const Variant* value = FindValue(change.before, rule.column);
-    if (!value) continue;
-    if (Exists(transaction, rule.table, {&rule.tableColumn, 1}, {*value})) {
-      Change asItWas = change;
-      asItWas.after.clear();
-      return Refused(Sentence(rule.sentence, asItWas));
-    }
+    const auto used = value ? FirstUse(transaction, rule, *value) : std::nullopt;
+    if (!used) continue;
+    asItWas.before.push_back({"used", *used});
+    return Refused(Sentence(rule.sentence, asItWas));
   }
   return std::nullopt;
 }

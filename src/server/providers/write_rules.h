@@ -36,12 +36,15 @@ struct ReferenceRule {
   std::string_view sentence;
 };
 
-/// The row is used by another table, and so neither its key may change nor may it be deleted.
+/// The row is used by another table, and so neither its key may change nor may it be deleted. In
+/// the sentence {used} stands for the value of `shows` in the first row that uses it.
 struct UsedByRule {
   std::string_view column;
   std::string_view table;
   std::string_view tableColumn;
   std::string_view sentence;
+  std::string_view shows = {};
+  ValueKind shownKind = ValueKind::Code;
 };
 
 /// One change on its way: checked, its values as the fields keep them, its names as the contract
