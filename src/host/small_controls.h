@@ -30,6 +30,7 @@ class TKeyEdit : public Control {
   bool HandleKey(KeyStroke key) override;
   bool HandleText(std::string_view text) override;
   CellEditor* Editor() override { return editor_.IsOpen() ? &editor_ : nullptr; }
+  bool EditorTextTyped(std::string_view text) override { return editor_.SetText(text); }
   void CommitEditor() override;
   void CancelEditor() override { editor_.Close(); }
   void BeforeLeave() override { CommitEditor(); }

@@ -60,6 +60,23 @@ TEST(DesktopKeys, TypingOpensTheEditorAndEnterTakesIt) {
   EXPECT_EQ(screen.form->gRows.CurrentColumn(), 8);
 }
 
+TEST(DesktopKeys, AKeyEditIsTypedIntoLikeACell) {
+  Screen screen;
+  std::string closed;
+  screen.form->eVersion.OnEditClosed = [&closed](const std::string& text) { closed = text; };
+  screen.PointAt(screen.form->eVersion, 0, 0);
+  screen.Type("417");
+  EXPECT_EQ(screen.EditorText(), "417");
+  screen.Press(KeyCode::Home);
+  screen.Press(KeyCode::Delete);
+  screen.Press(KeyCode::Enter);
+  EXPECT_EQ(closed, "17");
+  EXPECT_EQ(screen.EditorText(), "(none)");
+  screen.Type("5");
+  screen.Press(KeyCode::Escape);
+  EXPECT_EQ(screen.form->eVersion.Text(), "17");
+}
+
 TEST(DesktopKeys, AnActionsKeyReachesItThroughAnOpenEditor) {
   struct Row {
     int column;
