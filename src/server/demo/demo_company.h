@@ -19,7 +19,7 @@ struct DemoOptions {
   /// Purchase requests, from 6 January 2025 to 4 March 2026, however many there are.
   std::int64_t documents = 3000;
   /// Called after each transaction with the number of requests made so far; may be empty.
-  std::function<void(std::int64_t)> progress;
+  std::function<void(std::int64_t)> progress = nullptr;
 };
 
 /// Fills a migrated database that holds nothing yet; refused when it already has users.

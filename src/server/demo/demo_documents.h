@@ -14,7 +14,7 @@ namespace orvane {
 struct DemoDocuments {
   std::int64_t requests = 0;
   /// Called now and then with the number of requests made so far; may be empty.
-  std::function<void(std::int64_t)> progress;
+  std::function<void(std::int64_t)> progress = nullptr;
 };
 
 /// In transactions of some twenty thousand requests each. The registers are there.
