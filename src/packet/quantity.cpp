@@ -1,8 +1,9 @@
 #include "packet/quantity.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "packet/decimal.h"
 #include "packet/fold.h"
@@ -17,13 +18,26 @@ Failure NotAQuantity(std::string_view text) {
   return {FailureKind::Refused, "„" + std::string(text) + "“ не е количество. Въведете число."};
 }
 
-/// Digits only, at most nine of them.
+/// A whole number up to nine digits, thousands parted or not.
 std::optional<std::int64_t> ReadWhole(std::string_view text) {
-  if (text.empty() || text.size() > 9) return std::nullopt;
-  std::int64_t value = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (error != std::errc() || end != text.data() + text.size() || value < 0) return std::nullopt;
-  return value;
+  constexpr std::int64_t kHighest = 999'999'999;
+  const std::optional<Decimal> value = Decimal::Parse(text);
+  if (!value || value->IsNegative() || text.find_first_of(",.+-") != std::string_view::npos)
+    return std::nullopt;
+  return value->Mantissa() > kHighest ? std::nullopt : std::optional(value->Mantissa());
+}
+
+/// Parts the thousands of a number's whole digits by thin blanks.
+std::string Grouped(std::string text) {
+  constexpr std::string_view kThinBlank = "\u2009";
+  constexpr std::size_t kGroup = 3;
+  const std::size_t first = text.starts_with('-') ? 1 : 0;
+  std::size_t at = std::min(text.find(','), text.size());
+  while (at > first + kGroup) {
+    at -= kGroup;
+    text.insert(at, kThinBlank);
+  }
+  return text;
 }
 
 /// At most `decimals` places, trailing zeros left out.
@@ -31,11 +45,11 @@ std::string DecimalText(double value, int decimals) {
   const std::optional<Decimal> exact = Decimal::FromDouble(value, decimals);
   if (!exact) return {};
   std::string text = exact->ToText(',');
-  if (decimals == 0) return text;
+  if (decimals == 0) return Grouped(std::move(text));
   while (text.back() == '0')
     text.pop_back();
   if (text.back() == ',') text.pop_back();
-  return text;
+  return Grouped(std::move(text));
 }
 
 /// "3 5/12", "5/12" or "3" in units of `denominator` smallest units.

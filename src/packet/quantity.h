@@ -26,7 +26,7 @@ double RoundedQuantity(double quantity);
 int CompareQuantities(double left, double right);
 
 /// In the row's unit: "3 5/12" for ordinary fractions, otherwise at most `decimals` places with a
-/// comma. Thousands are not parted, so that the text can be typed back.
+/// comma. Thousands are parted by thin blanks, which may be typed back or left out.
 std::string QuantityToStr(double quantity, const QuantityUnit& unit);
 
 /// What was typed, in smallest units. Takes comma or point, and for ordinary fractions a rest

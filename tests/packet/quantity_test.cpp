@@ -18,12 +18,15 @@ TEST(Quantity, ReadsAsTheRowsUnitAndBack) {
   };
   const Case cases[] = {
       {0, kPieces, "0"},
-      {2000, kPieces, "2000"},
-      {1250.5, kKilograms, "1250,5"},
+      {2000, kPieces, "2 000"},
+      {1250.5, kKilograms, "1 250,5"},
       {0.001, kKilograms, "0,001"},
       {1250.5, kTons, "1,251"},
       {1250, kTons, "1,25"},
       {500, kDozens, "41 8/12"},
+      {20000, kDozens, "1 666 8/12"},
+      {1234567, kPieces, "1 234 567"},
+      {999, kPieces, "999"},
       {8, kDozens, "8/12"},
       {492, kDozens, "41"},
       {0, kDozens, "0"},
