@@ -1,0 +1,97 @@
+// docs/workflows.md is printed from the tables that run. The page cannot lie: this test fails when
+// it differs. ORVANE_REWRITE=1 writes it anew; the difference is then reviewed like any other.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <span>
+#include <sstream>
+
+#include "contract/purchase_request.h"
+#include "contract/workflow.h"
+
+namespace orvane {
+namespace {
+
+constexpr const char* kStatusNames[] = {"анулиран",     "отхвърлен",        "въведен",
+                                        "за одобрение", "частично одобрен", "одобрен",
+                                        "в изпълнение", "приключен"};
+constexpr const char* kWhoNames[] = {"всеки с правото", "началник на центъра или заявител",
+                                     "създател, ниво под 3 или пълен достъп", "чийто ред е",
+                                     "който е решил"};
+
+std::string RightName(Right right) {
+  switch (right) {
+    case Right::Open:
+      return "отваряне";
+    case Right::Edit:
+      return "редакция";
+    case Right::Insert:
+      return "добавяне";
+    case Right::Delete:
+      return "изтриване";
+    case Right::None:
+      break;
+  }
+  return "без право";
+}
+
+std::string FromNames(const StatusSet& from) {
+  std::string names;
+  for (int status = 0; status <= Completed; ++status) {
+    if (!from.Has(status)) continue;
+    names += names.empty() ? "" : ", ";
+    names += kStatusNames[status];
+  }
+  return names;
+}
+
+void PrintMoves(std::ostream& page, const std::string& title, std::span<const Move> moves) {
+  page << "\n## " << title << "\n\n| move | from | right | who | to | also writes |\n"
+       << "|---|---|---|---|---|---|\n";
+  for (const Move& move : moves) {
+    page << "| " << move.name << " | " << FromNames(move.from) << " | " << RightName(move.right)
+         << " | " << kWhoNames[static_cast<int>(move.who)] << " | "
+         << (move.to == 0 ? "unchanged" : kStatusNames[move.to]) << " | " << move.alsoWrites
+         << " |\n";
+  }
+}
+
+std::string Page() {
+  std::ostringstream page;
+  page << "# Workflows\n\nPrinted from the tables by which screens offer moves and the server "
+          "judges them. An annulled\nor superseded document allows none.\n";
+  PrintMoves(page, "Purchase request", purchase_request::kMoves);
+  return page.str();
+}
+
+TEST(Workflows, ThePageIsWhatTheTablesSay) {
+  const std::string path = std::string(ORVANE_SOURCE_DIR).append("/docs/workflows.md");
+  if (std::getenv("ORVANE_REWRITE") != nullptr) std::ofstream(path) << Page();
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  text << file.rdbuf();
+  EXPECT_EQ(text.str(), Page());
+}
+
+/// Written by hand from the rules of requests, not from the table.
+bool MayHappen(const std::string& move, int status) {
+  if (move == "send") return status == 2;
+  if (move == "correct") return status == 3;
+  if (move == "annul") return status == 1 || status == 2;
+  if (move == "complete") return status == 5 || status == 6;
+  return move == "reopen" && status == 7;
+}
+
+TEST(Workflows, RequestsMoveFromTheirStatusesOnly) {
+  for (const Move& move : purchase_request::kMoves) {
+    for (int status = -1; status <= 9; ++status) {
+      EXPECT_EQ(move.from.Has(status), MayHappen(std::string(move.name), status))
+          << move.name << " from " << status;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvane
