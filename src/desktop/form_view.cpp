@@ -10,6 +10,7 @@
 #include <QtWidgets/QBoxLayout>
 #include <algorithm>
 
+#include "desktop/accessible_views.h"
 #include "desktop/control_view.h"
 #include "desktop/form_memory.h"
 #include "desktop/form_parts.h"
@@ -161,8 +162,9 @@ void FormView::RefreshOnce() {
   if (ribbon_ != nullptr) ribbon_->Look();
   for (BarView* bar : bars_)
     bar->Look();
-  for (ControlView* view : views_)
-    view->Look();
+  for (ControlView* view : views_) {
+    if (view->Look() && view->HasFocus()) AnnouncePlace(*view);
+  }
   FollowEditor();
   SettleFocus();
   edit_.HideUnused();

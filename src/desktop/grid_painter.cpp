@@ -26,6 +26,10 @@ class GridPainter {
 
   void Paint() {
     painter_.fillRect(QRect(QPoint(), picture_.size), ColorOf(Role::Field));
+    painter_.fillRect(0, 0, picture_.size.width(), columns_.HeadHeight(), ColorOf(Role::Head));
+    painter_.setPen(ColorOf(Role::Line));
+    painter_.drawLine(0, columns_.HeadHeight() - 1, picture_.size.width(),
+                      columns_.HeadHeight() - 1);
     PaintPart(columns_.Fixed(), columns_.Count());
     PaintPart(0, columns_.Fixed());
     PaintCursor();

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <set>
 
+#include "desktop/accessible_views.h"
 #include "desktop/form_memory.h"
 #include "desktop/form_view.h"
 #include "desktop/message_view.h"
@@ -27,6 +28,7 @@ void StandOver(QWidget& dialog, const QWidget* owner) {
 }  // namespace
 
 QtToolkit::QtToolkit(std::unique_ptr<FormMemory> memory) : memory_(std::move(memory)) {
+  InstallAccessibleViews();
   freeTimer_.setSingleShot(true);
   freeTimer_.setInterval(0);
   QObject::connect(&freeTimer_, &QTimer::timeout, [this] { FreeClosed(); });
@@ -38,7 +40,7 @@ QtToolkit::~QtToolkit() = default;
 // ----------------------------------------------------------------------------------------
 
 FormView& QtToolkit::MakeView(TVosBaseForm& form, bool modal) {
-  const QWidget* owner = TopWindow();
+  const QWidget* owner = OwnerOf(form);
   views_.push_back(std::make_unique<FormView>(form, *memory_));
   FormView& view = *views_.back();
   if (modal) {
@@ -140,6 +142,12 @@ FormView* QtToolkit::TopView(const VosApplication& app) const {
 QWidget* QtToolkit::TopWindow() const {
   const std::vector<FormView*> shown = ShownViews();
   return shown.empty() ? nullptr : shown.back();
+}
+
+QWidget* QtToolkit::OwnerOf(const TVosBaseForm& form) const {
+  const TVosBaseForm* opener = form.Identity().opener;
+  QWidget* window = opener == nullptr ? nullptr : ViewOf(*opener);
+  return window != nullptr && !window->isHidden() ? window : TopWindow();
 }
 
 // --- loops

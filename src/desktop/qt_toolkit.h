@@ -45,6 +45,8 @@ class QtToolkit final : public IToolkit {
   std::vector<FormView*> ShownViews() const;
   /// The innermost form of that application that is not closed.
   FormView* TopView(const VosApplication& app) const;
+  /// Puts a window over the others and gives it the keyboard.
+  void Raise(FormView& view);
   /// The message that is up; null when none is.
   MessageView* OpenMessage() const;
   /// The innermost nested loop has what it waits for, but has not returned yet.
@@ -58,8 +60,9 @@ class QtToolkit final : public IToolkit {
 
  private:
   FormView& MakeView(TVosBaseForm& form, bool modal);
-  void Raise(FormView& view);
   QWidget* TopWindow() const;
+  /// The window a dialog of the form stands over.
+  QWidget* OwnerOf(const TVosBaseForm& form) const;
   void FreeClosed();
 
   std::unique_ptr<FormMemory> memory_;

@@ -11,6 +11,7 @@
 #include "desktop/qt_keys.h"
 #include "desktop/qt_text.h"
 #include "desktop/qt_toolkit.h"
+#include "desktop/report_preview.h"
 #include "desktop/ribbon_view.h"
 #include "desktop/small_views.h"
 #include "desktop/theme.h"
@@ -106,7 +107,10 @@ QtWalkDriver::QtWalkDriver(QtToolkit& toolkit, QString pictures)
   toolkit_.onMessage = [this](const MessageDialog& dialog) {
     if (!dialog.yesNo) messages_.push_back(dialog);
   };
-  toolkit_.onReport = [this](const ReportDocument& report) { reports_.push_back(report); };
+  toolkit_.onReport = [this](const ReportDocument& report) {
+    reports_.push_back(report);
+    previewed_ = report;
+  };
 }
 
 QtWalkDriver::~QtWalkDriver() {
@@ -155,7 +159,9 @@ TVosBaseForm* QtWalkDriver::ActiveForm(VosApplication& app) {
 
 FormView* QtWalkDriver::Window(TVosBaseForm& form) {
   FormView* view = toolkit_.ViewOf(form);
-  if (view != nullptr && !view->isActiveWindow()) view->activateWindow();
+  const std::vector<FormView*> shown = toolkit_.ShownViews();
+  // Another session's window may stand before it.
+  if (view != nullptr && !shown.empty() && shown.back() != view) toolkit_.Raise(*view);
   return view;
 }
 
@@ -218,16 +224,29 @@ std::vector<ReportDocument> QtWalkDriver::TakeReports() {
   return std::exchange(reports_, {});
 }
 
+/// The last window that is no dialog, of the session in use, and what stands over it.
+std::vector<QWidget*> QtWalkDriver::WindowsInSight() const {
+  std::vector<QWidget*> windows;
+  const std::vector<FormView*> shown = toolkit_.ShownViews();
+  for (auto view = shown.rbegin(); view != shown.rend(); ++view) {
+    if (&(*view)->Form().App() != &shown.back()->Form().App()) continue;
+    windows.insert(windows.begin(), *view);
+    if (!(*view)->isModal()) break;
+  }
+  if (MessageView* message = toolkit_.OpenMessage()) windows.push_back(message);
+  return windows;
+}
+
 void QtWalkDriver::Picture(std::string_view name) {
   if (pictures_.isEmpty()) return;
-  const std::vector<FormView*> shown = toolkit_.ShownViews();
-  if (shown.empty()) return;
-  // From the last window that is no dialog upwards.
-  std::size_t bottom = shown.size() - 1;
-  while (bottom > 0 && shown[bottom]->isModal())
-    --bottom;
-  std::vector<QWidget*> windows(shown.begin() + static_cast<std::ptrdiff_t>(bottom), shown.end());
-  if (MessageView* message = toolkit_.OpenMessage()) windows.push_back(message);
+  std::vector<QWidget*> windows = WindowsInSight();
+  if (windows.empty()) return;
+  std::unique_ptr<ReportPreview> preview;
+  if (previewed_) {
+    preview = std::make_unique<ReportPreview>(*previewed_);
+    windows.push_back(preview.get());
+    previewed_.reset();
+  }
   const QString file = QString("%1-%2.png")
                            .arg(static_cast<int>(taken_.size()) + 1, 3, 10, QChar('0'))
                            .arg(Qs(name));

@@ -9,7 +9,7 @@
 
 #include <QtCore/QString>
 #include <QtCore/QTimer>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +52,7 @@ class QtWalkDriver final : public IWalkDriver {
   /// The window of the form, made the active one.
   FormView* Window(TVosBaseForm& form);
   void ShowPageOf(FormView& view, Control& control);
+  std::vector<QWidget*> WindowsInSight() const;
 
   QtToolkit& toolkit_;
   const QString pictures_;
@@ -59,6 +60,8 @@ class QtWalkDriver final : public IWalkDriver {
   WalkRunner* runner_ = nullptr;
   std::vector<MessageDialog> messages_;
   std::vector<ReportDocument> reports_;
+  /// A walk does not stop at a preview; the next picture shows it.
+  std::optional<ReportDocument> previewed_;
   std::vector<std::string> taken_;
 };
 
