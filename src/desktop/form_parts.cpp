@@ -1,7 +1,9 @@
 #include "desktop/form_parts.h"
 
+#include <QtGui/QHelpEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QToolTip>
 #include <algorithm>
 
 #include "desktop/action_menu.h"
@@ -110,8 +112,24 @@ void TitleStrip::paintEvent(QPaintEvent*) {
 
 void TitleStrip::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton || !HasMenu()) return;
-  if (!MenuRect().adjusted(-4, -4, 4, 4).contains(event->pos())) return;
-  OpenActionMenu(*this, form_, ActionsBesideRibbon(form_), mapToGlobal(MenuRect().bottomLeft()));
+  if (MenuRect().adjusted(-4, -4, 4, 4).contains(event->pos())) OpenMenu();
+}
+
+void TitleStrip::OpenMenu(std::vector<std::string> folded) {
+  for (std::string& name : ActionsBesideRibbon(form_))
+    folded.push_back(std::move(name));
+  if (folded.empty()) return;
+  OpenActionMenu(*this, form_, folded, mapToGlobal(MenuRect().bottomLeft()));
+}
+
+bool TitleStrip::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  if (HasMenu() && MenuRect().contains(help->pos()))
+    QToolTip::showText(help->globalPos(), "Още операции (Shift+F10)", this);
+  else
+    QToolTip::hideText();
+  return true;
 }
 
 // --- the status

@@ -3,6 +3,8 @@
 // The strips above and below every form: title, status.
 
 #include <QtWidgets/QWidget>
+#include <string>
+#include <vector>
 
 namespace orvane {
 
@@ -14,9 +16,12 @@ class TitleStrip final : public QWidget {
  public:
   explicit TitleStrip(TVosBaseForm& form);
   void Look();
+  /// Opens the menu of what the ribbon does not show: `folded` first, then what it never holds.
+  void OpenMenu(std::vector<std::string> folded = {});
   QSize sizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
 

@@ -284,6 +284,11 @@ void FormView::keyPressEvent(QKeyEvent* event) {
 bool FormView::TakeKey(const QKeyEvent& event) {
   if (edit_.IsForEditor(event)) return false;
   const KeyStroke key = StrokeOf(event);
+  const bool menuKey = event.key() == Qt::Key_Menu || key == Shift(KeyCode::F10);
+  if (menuKey && form_.LiveActionFor(key) == nullptr) {
+    title_->OpenMenu(ribbon_ == nullptr ? std::vector<std::string>() : ribbon_->FoldedActions());
+    return true;
+  }
   const bool editing = edit_.Current() != nullptr;
   if (editing && key == Ctrl(KeyCode::Enter) && edit_.TypeLineEnd()) return true;
   if (!editing && form_.LiveActionFor(key) == nullptr && CopyOrPaste(event)) return true;

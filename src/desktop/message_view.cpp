@@ -119,7 +119,7 @@ void MessageView::paintEvent(QPaintEvent*) {
     PaintButton(painter, i);
   painter.setRenderHint(QPainter::Antialiasing, false);
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(ColorOf(Role::Strip));
+  painter.setPen(ColorOf(Role::AccentLine));
   painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QtGui/QKeyEvent>
+#include <QtWidgets/QMenu>
 
 #include "desktop/screen.h"
 #include "host/dialogs.h"
@@ -112,6 +113,36 @@ TEST(DesktopDialogs, ClosingTheWindowAsksTheForm) {
   screen.Press(Alt(KeyCode::F4));
   EXPECT_TRUE(form.IsClosed());
   EXPECT_TRUE(screen.View().isHidden());
+}
+
+TEST(DesktopDialogs, APreviewClosesByEscapeAndReturns) {
+  Screen screen;
+  ReportDocument report;
+  report.title = "Дирекции";
+  Screen::Inside([] {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (window->isVisible() && window->windowTitle() == "Дирекции")
+        PressKey(*window, KeyCode::Escape);
+    }
+  });
+  screen.toolkit.PreviewReport(*screen.form, report);
+  EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), screen.form.get());
+}
+
+TEST(DesktopDialogs, TheMenuKeyOffersWhatTheRibbonDoesNotShow) {
+  Screen screen;
+  screen.View().showNormal();
+  screen.View().resize(500, 600);
+  QApplication::processEvents();
+  screen.Press(Shift(KeyCode::F10));
+  const QMenu* menu = screen.View().findChild<QMenu*>();
+  ASSERT_NE(menu, nullptr);
+  QStringList offered;
+  for (const QAction* action : menu->actions())
+    offered.push_back(action->text().section('\t', 0, 0));
+  for (const char* caption : {"Печат", "Изход", "Смяна език", "Относно"})
+    EXPECT_TRUE(offered.contains(caption)) << caption;
+  EXPECT_FALSE(offered.contains("Запис"));
 }
 
 // --- walks
