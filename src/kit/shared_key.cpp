@@ -25,6 +25,9 @@ void SettleKey(TVosBaseForm& form, const SharedKey& shared) {
     TakeKey(*form.FindAction(shared.owners[1 - owner]), shared.key);
     return GiveKey(*action, shared.key);
   }
+  // At first both have it: one key stands at one caption only.
+  TAction& second = *form.FindAction(shared.owners[1]);
+  if (form.FindAction(shared.owners[0])->shortcut == second.shortcut) TakeKey(second, shared.key);
 }
 
 }  // namespace orvane

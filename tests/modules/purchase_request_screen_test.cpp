@@ -390,6 +390,47 @@ TEST(PurchaseRequestScreen, WhoMustBeAnEmployeeAndIsNotGetsNoScreen) {
   EXPECT_EQ(lower.Live({"acNewDoc", "acNewVersion", "acCopyDoc", "acPrint"}), "acPrint");
 }
 
+// --- paper --------------------------------------------------------------------------------------
+
+TEST(PurchaseRequestScreen, PrintsWhatTheServerHoldsInWords) {
+  World world;
+  Document document = InCurrency(7, kWares, kDollar);
+  Set(document.head, "Supplier", kSteel);
+  Set(document.head, "Description", "Ламарина");
+  Set(document.head, "SumPurchaseOrder", Decimal(12'345'000, 4));
+  NamedValues dozens = MakeRow(7, 2);
+  Set(dozens, "Quantity", 500.0);
+  Set(dozens, "RowNumerator", 12);
+  Set(dozens, "OrdinaryFraction", true);
+  Set(dozens, "CurrSumWithoutVAT", Decimal(1'000'500, 4));
+  document.det = {MakeRow(7, 1), dozens};
+  document.adm = {{{"ConfirmationLevel", 1}, {"Status", 3}, {"EmpName", "Христо Колев"}}};
+  world.server.documents = {document};
+  world.Open();
+  world.Calls();
+  world.Press(KeyCode::F7);
+  EXPECT_EQ(world.Calls(), 2);
+  ASSERT_EQ(world.toolkit.reports.size(), 1u);
+  const ReportDocument& report = world.toolkit.reports[0];
+  EXPECT_EQ(report.company, "Проба ООД");
+  EXPECT_EQ(report.number, "7");
+  EXPECT_EQ(report.key.number, 25);
+  std::map<std::string, std::string> facts;
+  for (const ReportFact& fact : report.facts)
+    facts[fact.label] = fact.value;
+  EXPECT_EQ(facts["Доставчик"], "20117  Стил Трейд ООД");
+  EXPECT_EQ(facts["Вид валута"], "Щатски долар");
+  EXPECT_EQ(facts["Валутен курс"], "0,9234000");
+  EXPECT_EQ(facts["Сума на искането"], "1\u2009234,50");
+  EXPECT_EQ(facts.count("Анулиран"), 0u);
+  ASSERT_EQ(report.tables.size(), 2u);
+  EXPECT_EQ(report.tables[0].rows[0][4], "12,5");
+  EXPECT_EQ(report.tables[0].rows[1][4], "41 8/12");
+  EXPECT_EQ(report.tables[0].totals[5], "100,05");
+  EXPECT_EQ(report.tables[1].rows[0][2], "Христо Колев");
+  EXPECT_EQ(report.tables[1].rows[0][4], "Одобрен");
+}
+
 // --- one given request --------------------------------------------------------------------------
 
 TEST(PurchaseRequestScreen, OneGivenRequestIsShownAndNothingElse) {

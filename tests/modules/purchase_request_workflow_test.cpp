@@ -170,6 +170,12 @@ TEST(PurchaseRequestWorkflow, F9BelongsToWhoeverIsLive) {
   world.Press(KeyCode::F6);  // neither is live: the key stays where it is
   EXPECT_EQ(save.shortcut, KeyStroke(KeyCode::F9));
   EXPECT_FALSE(save.enabled);
+
+  World reader(1);
+  reader.server.documents = {MakeDocument(1)};
+  reader.Open();
+  EXPECT_NE(reader.Screen().FindAction("acForConfirmation")->shortcut,
+            reader.Screen().FindAction("acSave")->shortcut);
 }
 
 // --- what operations send -----------------------------------------------------------------------

@@ -210,9 +210,9 @@ void TfPurchaseOrder::SetUpPages() {
         {"Одобрение",
          {"acForConfirmation", "acCorrect", "acAnnul", "acConfirm", "acRefuse", "acUnconfirm",
           "acUnRefuse", "acFinish", "acUnFinish"}},
-        {"Търсене",
-         {"acSearch", "acNameSearch", "acPartialSearch", "acNomenclature", "acSearchGroup"}},
-        {"Справки", {"acDocSearch", "acPrint", "acRows", "acQuantity"}},
+        {"Търсене", {"acSearch", "acNameSearch", "acPartialSearch"}},
+        {"Справки", {"acDocSearch", "acPrint", "acRows"}},
+        {"Ред", {"acQuantity", "acSearchGroup", "acNomenclature"}},
         {"Изход", {"acExit"}}}}};
   layout = ColumnOf({
       RowOf({Of(eIdNum), BarOf(identifiers_.ActionNames()), SpaceOf(0), Of(eVer),
