@@ -4,7 +4,8 @@ namespace orvane {
 
 std::vector<ServerClass> MakeServerClasses() {
   return {
-      TsmSQL(), TsmParameters(), TsmDepartment(), TsmLevelsApproval(), TsmPurchaseOrder(),
+      TsmSQL(),           TsmParameters(),          TsmDepartment(), TsmLevelsApproval(),
+      TsmPurchaseOrder(), TsmPurchaseOrderReport(),
   };
 }
 

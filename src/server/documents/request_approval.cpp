@@ -163,13 +163,7 @@ ProviderDef RequestApprovalTable() {
 }
 
 Statement SelectApprovalRows(RequestKey key) {
-  std::string text = "select ";
-  for (const FieldDef& field : kApprovalFields)
-    text += (text.size() > 7 ? ", " : "") + std::string(field.name);
-  return Named(text +
-                   " from PurchaseOrderAdm where PurchaseOrderId = :Id"
-                   " and PurchaseOrderVer = :Version order by ConfirmationLevel",
-               KeyParams(key), ColumnsOf(kApprovalTable));
+  return SelectPart(kApprovalTable, key);
 }
 
 std::vector<ApprovalRow> ReadApprovalRows(const DataPacket& packet) {

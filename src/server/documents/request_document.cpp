@@ -43,11 +43,15 @@ constexpr std::string_view kSelectPlan =
     " from PurchaseOrderPayPl where PurchaseOrderId = {id} and PurchaseOrderVer = {version}"
     " order by RowNumber";
 
+/// A deputy's decision names the head in whose place it was made.
 constexpr std::string_view kSelectApprovals =
-    "select a.PurchaseOrderId, a.PurchaseOrderVer, a.ConfirmationLevel, a.ConfirmedFrom, {e.Name},"
+    "select a.PurchaseOrderId, a.PurchaseOrderVer, a.ConfirmationLevel, a.ConfirmedFrom,"
+    " case when a.OnBehalfOf is null then {e.Name}"
+    " else substr({e.Name} || ' (за ' || {h.Name} || ')', 1, 30) end,"
     " a.ConfermedOn, a.UnConfirmedFrom, a.UnConfirmedOn, a.Status, a.SendingNumber,"
     " a.ConfirmationLevel, a.Approval"
     " from PurchaseOrderAdm a left join Employees e on e.Employee = a.ConfirmedFrom"
+    " left join Employees h on h.Employee = a.OnBehalfOf"
     " where a.PurchaseOrderId = {id} and a.PurchaseOrderVer = {version}"
     " order by a.ConfirmationLevel";
 

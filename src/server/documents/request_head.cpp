@@ -107,6 +107,21 @@ std::optional<RequestHead> ReadRequestHead(const DataPacket& packet) {
   return head;
 }
 
+Statement SelectPart(const ProviderDef& part, RequestKey key) {
+  std::string columns;
+  std::string order;
+  std::vector<ResultColumn> result;
+  for (const FieldDef& field : part.fields) {
+    if (field.Is(Joined)) continue;
+    columns += (columns.empty() ? "" : ", ") + std::string(field.name);
+    if (field.Is(Key)) order += (order.empty() ? "" : ", ") + std::string(field.name);
+    result.push_back({std::string(field.name), field.kind, field.size});
+  }
+  return Named("select " + columns + " from " + std::string(part.table) +
+                   " where PurchaseOrderId = :Id and PurchaseOrderVer = :Version order by " + order,
+               {{"Id", key.id}, {"Version", key.version}}, std::move(result));
+}
+
 std::string NameOf(RequestKey key) {
   return "Искане за покупка " + std::to_string(key.id) + ", версия " + std::to_string(key.version);
 }

@@ -53,6 +53,9 @@ Statement LockRequest(const Work& work, RequestKey key);
 /// Empty when there is no such request.
 std::optional<RequestHead> ReadRequestHead(const DataPacket& packet);
 
+/// The stored columns of a part's rows, in the order of their keys.
+Statement SelectPart(const ProviderDef& part, RequestKey key);
+
 /// "Искане за покупка 17, версия 2".
 std::string NameOf(RequestKey key);
 /// Name of a request's status, as nomenclature 249 has it.

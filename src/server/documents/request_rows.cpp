@@ -58,17 +58,7 @@ std::optional<Failure> WhyOrderRefuses(const RequestHead& head, const RequestRow
 }  // namespace
 
 Statement SelectRequestRows(RequestKey key) {
-  std::string text = "select ";
-  std::vector<ResultColumn> columns;
-  for (const FieldDef& field : det::dspPurchaseOrderDet.fields) {
-    if (field.Is(Joined)) continue;
-    text += (columns.empty() ? "" : ", ") + std::string(field.name);
-    columns.push_back({std::string(field.name), field.kind, field.size});
-  }
-  return Named(text +
-                   " from PurchaseOrderDet where PurchaseOrderId = :Id and PurchaseOrderVer = "
-                   ":Version order by RowNumber",
-               {{"Id", key.id}, {"Version", key.version}}, std::move(columns));
+  return SelectPart(det::dspPurchaseOrderDet, key);
 }
 
 RequestRow RequestRowOf(NamedValues values) {
