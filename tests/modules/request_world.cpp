@@ -370,11 +370,12 @@ Answer<VariantArray> TableServer::Call(const Caller&, const MethodCall& call) {
     return VariantArray{Variant(std::move(pairs))};
   }
   if (call.method == system::kGetCurrentEmployee) return VariantArray{employee};
-  const std::string operation = call.arguments[0].ToText();
+  const std::string operation = call.arguments.empty() ? "" : call.arguments[0].ToText();
   if (operation == get_rec::kName) return GetRec(call.arguments);
   if (operation == new_rec::kName) return newRec;
   VariantArray answer = call.arguments;
-  std::copy(sumCheck.begin(), sumCheck.end(), answer.begin() + sum_check::kCompared);
+  if (operation == sum_check::kName)
+    std::copy(sumCheck.begin(), sumCheck.end(), answer.begin() + sum_check::kCompared);
   return answer;
 }
 

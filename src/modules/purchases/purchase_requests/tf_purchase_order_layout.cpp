@@ -58,26 +58,29 @@ LookupSetup SupplyList() {
 
 /// Approved orders of the request's supplier that hold the row's item, with what they leave.
 LookupSetup SupplierOrders() {
-  return {.caption = "Търсене - Поръчки за производство",
-          .sql = {"SELECT O.IdNumber, CAST(O.Description AS VARCHAR(50)) Description, ",
-                  " CAST(O.Description2 AS VARCHAR(50)) Description2, ", "  O.DocumentDate,",
-                  "  OD.CalcQuantity, OD.CalcOrderedQunatity, OD.CalcQuantity - "
-                  "OD.CalcOrderedQunatity RestOrdQNT,",
-                  "  OD.CalcDeliverQuantity, OD.CalcQuantity - OD.CalcDeliverQuantity RestDlvrQNT",
-                  "FROM SuppManifacOrder O  {$WN}", "INNER JOIN SuppManOrderDet OD  {$WN}",
-                  "ON O.IdNumber = OD.SuppManOrderId AND OD.SerialNumber = :SerialNumber",
-                  "WHERE O.Supplier = :Supplier AND O.Status IN (5,6) AND O.AnnulFrom IS NULL",
-                  "{$WA}", "{$O}"},
-          .nameField = "Description",
-          .nameField2 = "Description2",
-          .searchFields = {SearchBy("O.IdNumber", "Номер"),
-                           SearchBy("O.DocumentDate", "Дата на документа"),
-                           SearchBy("OD.CalcQuantity", "Поръчано количество"),
-                           SearchBy("OD.CalcOrderedQunatity", "Поискано количество"),
-                           SearchBy("RestOrdQNT", "Остатък за искане"),
-                           SearchBy("OD.CalcDeliverQuantity", "Доставено количество"),
-                           SearchBy("RestDlvrQNT", "Остатък за доставка")},
-          .mask = std::string(kMaskCode9)};
+  return {
+      .caption = "Търсене - Поръчки за производство",
+      .sql = {"SELECT O.IdNumber, CAST(O.Description AS VARCHAR(50)) Description, ",
+              " CAST(O.Description2 AS VARCHAR(50)) Description2, ", "  O.DocumentDate,",
+              "  OD.CalcQuantity, OD.CalcOrderedQunatity, OD.CalcQuantity - "
+              "OD.CalcOrderedQunatity RestOrdQNT,",
+              "  OD.CalcDeliverQuantity, OD.CalcQuantity - OD.CalcDeliverQuantity RestDlvrQNT",
+              "FROM SuppManifacOrder O  {$WN}", "INNER JOIN SuppManOrderDet OD  {$WN}",
+              "ON O.IdNumber = OD.SuppManOrderId AND OD.SerialNumber = :SerialNumber",
+              "WHERE O.Supplier = :Supplier AND O.Status IN (5,6) AND O.AnnulFrom IS NULL", "{$WA}",
+              "{$O}"},
+      .nameField = "Description",
+      .nameField2 = "Description2",
+      .searchFields = {SearchBy("O.IdNumber", "Номер"),
+                       SearchBy("O.Description", "Описание").In(Visibility::fvFirstLang).ByPart(),
+                       SearchBy("O.Description2", "Описание").In(Visibility::fvSecondLang).ByPart(),
+                       SearchBy("O.DocumentDate", "Дата на документа"),
+                       SearchBy("OD.CalcQuantity", "Поръчано количество"),
+                       SearchBy("OD.CalcOrderedQunatity", "Поискано количество"),
+                       SearchBy("RestOrdQNT", "Остатък за искане"),
+                       SearchBy("OD.CalcDeliverQuantity", "Доставено количество"),
+                       SearchBy("RestDlvrQNT", "Остатък за доставка")},
+      .mask = std::string(kMaskCode9)};
 }
 
 /// An item labelled as its field.

@@ -52,14 +52,17 @@ LookupSetup Suppliers() {
 }
 
 LookupSetup SupplierOrders() {
-  return {.caption = "Търсене - Поръчки за производство",
-          .sql = {"SELECT IdNumber, CAST(Description AS VARCHAR(50)) Description, ",
-                  " CAST(Description2 AS VARCHAR(50)) Description2", "FROM SuppManifacOrder {$WN}",
-                  "{$W}", "{$O}"},
-          .nameField = "Description",
-          .nameField2 = "Description2",
-          .searchFields = {SearchBy("IdNumber", "Номер")},
-          .mask = std::string(kMaskCode9)};
+  return {
+      .caption = "Търсене - Поръчки за производство",
+      .sql = {"SELECT IdNumber, CAST(Description AS VARCHAR(50)) Description, ",
+              " CAST(Description2 AS VARCHAR(50)) Description2", "FROM SuppManifacOrder {$WN}",
+              "{$W}", "{$O}"},
+      .nameField = "Description",
+      .nameField2 = "Description2",
+      .searchFields = {SearchBy("IdNumber", "Номер"),
+                       SearchBy("Description", "Описание").In(Visibility::fvFirstLang).ByPart(),
+                       SearchBy("Description2", "Описание").In(Visibility::fvSecondLang).ByPart()},
+      .mask = std::string(kMaskCode9)};
 }
 
 LookupSetup SupplyList() {
