@@ -429,6 +429,9 @@ TEST(PurchaseRequestRules, ARefusedHeadShowsWhatTheServerHolds) {
   EXPECT_EQ(world.Head()[head::CostCenter].AsInt(), 1001);
   EXPECT_EQ(world.Focus(), "eIdNum");
   EXPECT_EQ(world.Head().ChangeCount(), 0u);
+  world.FocusOn(world.Screen().diMainInfo);
+  world.Press(KeyCode::F9);  // nothing to save: the refusal is over
+  EXPECT_EQ(world.Focus(), "eVer");
 }
 
 TEST(PurchaseRequestRules, ABrokenLinkLosesNothingTyped) {

@@ -328,6 +328,19 @@ TEST(PurchaseRequestWorkflow, ARefusedMoveChangesNothing) {
     EXPECT_NE(call.arguments.at(0), Variant("GetSumCheck"));
 }
 
+TEST(PurchaseRequestWorkflow, AMoveThatMeetsAnothersChangeIsNotLeftInEdit) {
+  World world;
+  world.server.documents = {MakeDocument(1)};
+  world.Open();
+  world.server.refuseNext = Failure{FailureKind::Conflict, "Искане 1 е променено от petrov."};
+  world.server.presentNext = {{"Status", 3}};
+  world.AnswerYes();
+  world.Press(KeyCode::F9);  // the table of differences is left without a choice
+  EXPECT_EQ(world.Head().State(), DataSetState::Browse);
+  EXPECT_EQ(world.Head().ChangeCount(), 0u);
+  EXPECT_EQ(world.Screen().values.FDocumentStatus, 2);
+}
+
 // --- the search report --------------------------------------------------------------------------
 
 TfPurchaseOrderReport& ReportOf(TVosBaseForm& form) {

@@ -387,6 +387,7 @@ Answer<ApplyAnswer> TableServer::Apply(const Caller&, const ApplyRequest& reques
     ChangeOutcome& outcome = answer.outcomes.emplace_back();
     outcome.failure = std::exchange(refuseNext, {});
     outcome.applied = !outcome.failure;
+    if (outcome.failure) outcome.present = std::exchange(presentNext, {});
     if (outcome.applied) Write(request.provider, change, outcome);
   }
   if (request.provider == head::dspPurchaseOrder.name)

@@ -50,6 +50,7 @@ class TableServer final : public IApplicationServer {
   Variant rate;                       ///< of every foreign currency; Null: none known
   VariantArray sumCheck{1, 1, 0};     ///< compared, plan, is the amount
   std::optional<Failure> refuseNext;  ///< answers the next change applied
+  NamedValues presentNext;            ///< with it: the row as it is now
   std::optional<Failure> failNext;    ///< answers the next apply as a whole
   VariantArray newRec{0, 0, 0};
 

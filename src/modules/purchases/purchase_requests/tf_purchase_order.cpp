@@ -312,12 +312,17 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
   RequireFields(*this, diMainInfo, _rFieldNotFilled,
                 {"IncTranspInPrice", "KindCurrency", "RateOfExchange"});
   if (!head.Editing()) head.Edit();
-  head.Post();
-  if (dmPurchaseOrder->documentHead.ReconcileError) {
+  if (!PostHead()) {
     if (head.Editing()) FocusControl(&diMainInfo);
     throw Abort{};
   }
   if (by == SavedBy::Action) FocusControl(&eVer);
+}
+
+bool TfPurchaseOrder::PostHead() {
+  dmPurchaseOrder->documentHead.ReconcileError = false;  // a head without changes is not applied
+  dmPurchaseOrder->cdsPurchaseOrder.Post();
+  return !dmPurchaseOrder->documentHead.ReconcileError;
 }
 
 void TfPurchaseOrder::acCancelExecute() {

@@ -128,6 +128,10 @@ class TfPurchaseOrder : public TVosDBForm {
   void AddWorkflow();
   void RefreshWorkflow();
   DocumentFacts Facts() const;
+  /// Posts the head, which applies it and loads the request again; false when the server refused.
+  bool PostHead();
+  /// Posts a move of the head; a refused one leaves nothing of it in edit and ends the event.
+  void PostMove();
   void MoveHead(const Move& move);
   void SendForApproval(const Move& move);
   void Annul(const Move& move);

@@ -96,13 +96,19 @@ bool TfPurchaseOrder::MayRemoveRejection() const {
 
 // --- what the operations do ---------------------------------------------------------------------
 
+void TfPurchaseOrder::PostMove() {
+  if (!PostHead()) {
+    KeyEditEnter();
+    throw Abort{};
+  }
+  SetPropertiesVals();
+}
+
 void TfPurchaseOrder::MoveHead(const Move& move) {
   TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
   if (!head.Editing()) head.Edit();
   head[head::Status].Set(static_cast<int>(move.to));
-  head.Post();
-  if (dmPurchaseOrder->documentHead.ReconcileError) throw Abort{};
-  SetPropertiesVals();
+  PostMove();
 }
 
 bool TfPurchaseOrder::WantsRateFirst() {
@@ -126,9 +132,7 @@ void TfPurchaseOrder::Annul(const Move&) {
   if (!head.Editing()) head.Edit();
   head[head::AnnulOn].Set(App().Now());
   head[head::AnnulFrom].Set(App().UserName());
-  head.Post();
-  if (dmPurchaseOrder->documentHead.ReconcileError) throw Abort{};
-  SetPropertiesVals();
+  PostMove();
 }
 
 void TfPurchaseOrder::DecideApproval(Decision decision) {
