@@ -97,8 +97,10 @@ class GridPainter {
     QString text = Qs(rows_.TextAt(position, *field));
     text.replace('\n', ' ');
     const QString fitting = painter_.fontMetrics().elidedText(text, Qt::ElideRight, room.width());
-    painter_.drawText(room, CellAlignment(grid_, column) | Qt::AlignVCenter | Qt::TextSingleLine,
-                      fitting);
+    painter_.drawText(
+        room,
+        static_cast<int>(CellAlignment(grid_, column)) | Qt::AlignVCenter | Qt::TextSingleLine,
+        fitting);
   }
 
   // --- heads ------------------------------------------------------------------------------------

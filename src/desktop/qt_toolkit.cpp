@@ -153,7 +153,7 @@ QWidget* QtToolkit::OwnerOf(const TVosBaseForm& form) const {
 // --- loops
 // ----------------------------------------------------------------------------------------
 
-void QtToolkit::WorkUntil(std::function<bool()> done) {
+void QtToolkit::WorkUntil(const std::function<bool()>& done) {
   waits_.push_back(&done);
   QEventLoop loop;
   while (!done() && !abandoned_)

@@ -36,7 +36,7 @@ class QtToolkit final : public IToolkit {
   /// Shows a form and works until it is closed.
   void RunUntilClosed(TVosBaseForm& form);
   /// Works until `done`; may be nested.
-  void WorkUntil(std::function<bool()> done);
+  void WorkUntil(const std::function<bool()>& done);
 
   // --- for those who drive the windows (walks, tests) -------------------------------------------
   /// The window of a form; null when it is not shown.

@@ -7,6 +7,7 @@
 #include <QtGui/QPageLayout>
 #include <QtGui/QPainter>
 #include <QtGui/QPdfWriter>
+#include <QtWidgets/QWidget>
 #include <algorithm>
 #include <numeric>
 
@@ -96,9 +97,9 @@ std::size_t EndOfGroup(const std::vector<ReportColumn>& columns, std::size_t fir
 }  // namespace
 
 ReportPages::ReportPages(ReportDocument document) : document_(std::move(document)) {
-  const int upright = kShortSide - 2 * kMarginX;
-  lying_ = std::ranges::any_of(document_.tables, [upright](const ReportTable& table) {
-    return WidthWanted(table) > upright * 11 / 10;
+  constexpr int kUpright = kShortSide - 2 * kMarginX;
+  lying_ = std::ranges::any_of(document_.tables, [](const ReportTable& table) {
+    return WidthWanted(table) > kUpright * 11 / 10;
   });
   for (const ReportTable& table : document_.tables)
     PlanTable(table);
@@ -338,10 +339,10 @@ void ReportPages::PaintCells(QPainter& painter, const Placed& at,
     if (texts[i].empty()) continue;
     const QRect room(plan.lefts[i] + kCellSpace, at.top, plan.widths[i] - 2 * kCellSpace,
                      at.height);
-    painter.drawText(
-        room,
-        Alignment(columns[i].align) | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextWrapAnywhere,
-        Qs(texts[i]));
+    painter.drawText(room,
+                     static_cast<int>(Alignment(columns[i].align)) | Qt::AlignVCenter |
+                         Qt::TextWordWrap | Qt::TextWrapAnywhere,
+                     Qs(texts[i]));
   }
 }
 

@@ -128,6 +128,7 @@ BarView::BarView(TVosBaseForm& form, std::vector<std::string> actions)
 
 void BarView::Look() {
   std::vector<bool> live;
+  live.reserve(actions_.size());
   for (int i = 0; i < static_cast<int>(actions_.size()); ++i)
     live.push_back(ActionAt(i) != nullptr && ActionAt(i)->enabled);
   if (live == seen_) return;

@@ -56,7 +56,7 @@ struct LiveRow {
 };
 
 /// Words for LiveRow::focus.
-inline constexpr std::string_view kAnywhere = "";
+inline constexpr std::string_view kAnywhere{};
 /// While any lookup combo has the focus.
 inline constexpr std::string_view kAtCombo = "*combo";
 /// While any key edit has the focus.

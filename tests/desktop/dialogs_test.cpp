@@ -85,17 +85,17 @@ TEST(DesktopDialogs, ModalFormsNestAndReturnInOrder) {
   std::vector<std::string> order;
   Screen::Inside([&] {
     Screen::Inside([&] {
-      order.push_back("innermost open");
+      order.emplace_back("innermost open");
       EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), &third);
       third.Dispatch(CloseWanted());
     });
     third.ShowModal();
-    order.push_back("third closed");
+    order.emplace_back("third closed");
     EXPECT_FALSE(second.IsClosed());
     second.Dispatch(CloseWanted());
   });
   second.ShowModal();
-  order.push_back("second closed");
+  order.emplace_back("second closed");
   EXPECT_EQ(order, (std::vector<std::string>{"innermost open", "third closed", "second closed"}));
   EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), screen.form.get());
 }

@@ -49,7 +49,7 @@ std::string RunWalkFile(QtToolkit& toolkit, const WalkOptions& walk, BackendOpti
   QtWalkDriver driver(toolkit, Qs(walk.pictures));
   WalkRunner runner(walk.file, *std::move(steps), driver,
                     {&door, &clock, TimeZone{}, &PasswordOf, &StartModules});
-  const std::string problem = driver.Go(runner);
+  std::string problem = driver.Go(runner);
   if (!walk.pictures.empty()) {
     std::ofstream page(std::filesystem::path(walk.pictures) / "index.html", std::ios::binary);
     page << WalkPage(text.str(), driver.Pictures(), problem);
