@@ -283,9 +283,9 @@ void TfPurchaseOrder::OrderComboEnter() {
 }
 
 TVosDBGrid* TfPurchaseOrder::FocusedRows() const {
-  const Control* active = ActiveControl();
+  Control* active = ActiveControl();
   for (const TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl}) {
-    if (active == grid) return const_cast<TVosDBGrid*>(grid);
+    if (active == grid) return static_cast<TVosDBGrid*>(active);
   }
   return nullptr;
 }
