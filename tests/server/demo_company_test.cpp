@@ -9,10 +9,13 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "server/demo/demo_tables.h"
+#include "server/documents/request_pricing.h"
+#include "server/documents/settings.h"
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
@@ -284,19 +287,48 @@ TEST_P(DemoCompany, NothingContradictsTheRules) {
   EXPECT_EQ(AskNumber(Base(), taken + "Status not in (6, 7) and Taken > 0"), 0);
 }
 
-TEST_P(DemoCompany, ForeignSumsAreRoundedOnceHalfUp) {
-  const DataPacket rows = Rows(Base(),
-                               "select CurrSumPurchaseOrder, RateOfExchange, SumPurchaseOrder from "
-                               "PurchaseOrder where KindCurrency <> 1",
-                               {{"Currency", ValueKind::Amount, 0},
-                                {"Rate", ValueKind::Rate, 0},
-                                {"National", ValueKind::Amount, 0}});
-  EXPECT_GT(rows.rowCount, 50u);
-  for (std::size_t row = 0; row < rows.rowCount; ++row) {
-    const Decimal amount = *rows.At(row, "Currency").AsDecimal();
-    const Decimal rate = *rows.At(row, "Rate").AsDecimal();
-    EXPECT_EQ(*amount.Times(rate).RoundedHalfUp(2), *rows.At(row, "National").AsDecimal());
+TEST_P(DemoCompany, AmountsArePricedAsTheServerPricesRows) {
+  const Statement select = SelectSettings();
+  const auto params = Base().ReadSnapshot({&select, 1});
+  ASSERT_TRUE(params);
+  const DocumentSettings settings = ReadSettings(params->front());
+  const DataPacket heads = Rows(Base(),
+                                "select POIdNumber, POVersion, KindSupply, RateOfExchange, "
+                                "CurrSumPurchaseOrder, SumPurchaseOrder from PurchaseOrder where "
+                                "KindSupply in (2, 3, 4, 5) and POIdNumber % 7 = 0",
+                                {{"Id", ValueKind::Int32, 0},
+                                 {"Version", ValueKind::Byte, 0},
+                                 {"Kind", ValueKind::Int32, 0},
+                                 {"Rate", ValueKind::Rate, 0},
+                                 {"Currency", ValueKind::Amount, 0},
+                                 {"National", ValueKind::Amount, 0}});
+  for (std::size_t at = 0; at < heads.rowCount; ++at) {
+    const RequestKey key{heads.At(at, "Id").AsInt().value_or(0),
+                         heads.At(at, "Version").AsInt().value_or(0)};
+    std::vector<Statement> statements = {SelectRequestRows(key)};
+    for (Statement& own : SelectEntries(EntriesOfRequest(
+             "{serial} in (select d.SerialNumber from PurchaseOrderDet d where d.PurchaseOrderId = "
+             ":Id and d.PurchaseOrderVer = :Version)",
+             {{"Id", key.id}, {"Version", key.version}})))
+      statements.push_back(std::move(own));
+    const auto packets = Base().ReadSnapshot(statements);
+    ASSERT_TRUE(packets) << packets.GetFailure().text;
+    const auto rows = ReadRequestRows((*packets)[0]);
+    const auto entries = ReadEntries((*packets)[1], (*packets)[2]);
+    const Decimal rate = *heads.At(at, "Rate").AsDecimal();
+    for (const RequestRow& row : rows) {
+      const EntryFacts& entry = entries.at(row.serial);
+      EXPECT_EQ(row.numerator, entry.numerator) << key.id;
+      EXPECT_EQ(*RowAmount(heads.At(at, "Kind").AsInt().value_or(0), rate, row, entry, settings),
+                row.amount)
+          << key.id << ", row " << row.number;
+    }
+    const auto sums = SumsOf(rows, rate, settings);
+    ASSERT_TRUE(sums);
+    EXPECT_EQ(sums->currency, *heads.At(at, "Currency").AsDecimal()) << key.id;
+    EXPECT_EQ(sums->national, *heads.At(at, "National").AsDecimal()) << key.id;
   }
+  EXPECT_GT(heads.rowCount, 200u);
 }
 
 TEST_P(DemoCompany, RequestsStandInEveryStatus) {

@@ -15,7 +15,7 @@ namespace orvane {
 namespace {
 
 constexpr int kRequestKind = static_cast<int>(DocumentKind::PurchaseRequest);
-constexpr std::int64_t kRequestsTogether = 1000;     // of a round of statements
+constexpr std::int64_t kRequestsTogether = 4000;     // of a round of statements
 constexpr std::int64_t kRequestsPerCommit = 20'000;  // of a transaction
 /// So many requests make a file with which SQLite's usual cache is too small.
 constexpr std::int64_t kManyRequests = 20'000;
