@@ -229,6 +229,11 @@ constexpr Contradiction kContradictions[] = {
      "select count(*) from PurchaseOrderAdm a join PurchaseOrder p on p.POIdNumber = "
      "a.PurchaseOrderId and p.POVersion = a.PurchaseOrderVer where a.SendingNumber <> "
      "p.SendingNumber"},
+    {"approved at once by nobody, or by service in spite of levels",
+     "select count(*) from PurchaseOrder p where (case when p.ServiceEmployee is null then 0 else "
+     "1 "
+     "end) <> (case when p.Status >= 5 and not exists (select 1 from LevelsApproval l where "
+     "l.KindRegister = 2 and l.KindSupply = p.KindSupply) then 1 else 0 end)"},
     {"head of a unit who cannot log in",
      "select count(*) from (select Chief from CostCenters union select Chief from Sections) h left "
      "join Employees e on e.Employee = h.Chief left join WSysUsers u on u.ShortName = e.Login "

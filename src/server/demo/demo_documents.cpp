@@ -44,6 +44,7 @@ Variant Who(bool is, std::string_view login) {
 
 void AddHead(DemoWriter& writer, const DemoRequest& row) {
   const bool sent = row.sendings > 0;
+  const bool byService = row.status >= Approved && row.decisions.empty();
   writer.Add(demo::kRequests, {row.id,
                                row.version,
                                row.day,
@@ -71,7 +72,8 @@ void AddHead(DemoWriter& writer, const DemoRequest& row) {
                                row.oldVersion,
                                row.sendings,
                                Who(sent, row.creator),
-                               When(sent, row.sent)});
+                               When(sent, row.sent),
+                               byService ? Variant(kServiceEmployee) : Variant()});
 }
 
 void AddRows(DemoWriter& writer, const DemoRequest& request) {

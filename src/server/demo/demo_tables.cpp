@@ -151,7 +151,8 @@ constexpr DemoColumn kRequest[] = {Int("POIdNumber"),         Int("POVersion"),
                                    Moment("AmendOn"),         Int("Status"),
                                    Text("AnnulFrom"),         Moment("AnnulOn"),
                                    Bit("OldVersion"),         Int("SendingNumber"),
-                                   Text("SentFrom"),          Moment("SentOn")};
+                                   Text("SentFrom"),          Moment("SentOn"),
+                                   Code("ServiceEmployee")};
 constexpr DemoColumn kRequestRow[] = {
     Int("PurchaseOrderId"), Int("PurchaseOrderVer"),   Int("RowNumber"),
     Code("SerialNumber"),   Int("InventoryId"),        Int("ServiceCode"),
