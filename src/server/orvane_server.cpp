@@ -112,7 +112,7 @@ Answer<T> OrvaneServer::Serve(const Caller& caller, const std::function<Answer<T
   if (!session) return session.GetFailure();
   constexpr int kAttempts = 3;  // the second sees what changed; the third, what changed meanwhile
   for (int attempt = 1;; ++attempt) {
-    Work work(database_, sessions_, *session, **company, caller, clock_.Now());
+    Work work(database_, sessions_, *session, **company, caller, clock_.Now(), options_.documents);
     auto answer = task(work);
     if (!work.Guarded()) {  // refused without a look at the database: is it still so?
       const auto guarded = work.Read({});

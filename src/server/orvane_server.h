@@ -25,6 +25,7 @@ namespace orvane {
 struct ServerOptions {
   SessionOptions sessions;
   SearchLimits searchLimits;
+  DocumentOptions documents;
 };
 
 /// Thread-safe. The database and the clock outlive it; the database is migrated.

@@ -49,6 +49,11 @@ std::string Quoted(const Variant& name) {
   return "„" + name.ToText() + "“";
 }
 
+std::string NoLoginOf(const std::string& unit) {
+  return "Началникът на " + unit +
+         " няма точно един запис в „Служители“ с потребител, който не е блокиран.";
+}
+
 /// What an expected approver lacks, told by the register where it is to be mended.
 std::string GapOf(ApproverKind kind, const DataPacket& places, bool known) {
   if (places.rowCount == 0) return "Центърът за разход на документа не съществува.";
@@ -59,8 +64,7 @@ std::string GapOf(ApproverKind kind, const DataPacket& places, bool known) {
     if (places.At(0, "CostCenterChief").IsNull()) {
       return "В „Центрове за разходи“ няма началник на " + center + ".";
     }
-    return "Началникът на " + center +
-           " няма потребител, с който да одобрява (таблица „Служители“).";
+    return NoLoginOf(center);
   }
   if (!placed) return "В „Организационна структура“ няма ред за " + center + ".";
   const bool section = kind == ApproverKind::SectionHead;
@@ -78,9 +82,7 @@ std::string GapOf(ApproverKind kind, const DataPacket& places, bool known) {
     return "Началникът на " + name + ", потребител " + Quoted(places.At(0, "DepartmentChief")) +
            ", няма запис в таблица „Служители“.";
   }
-  return "Началникът на " + name +
-         " няма точно един запис в „Служители“ с потребител, който не е "
-         "блокиран.";
+  return NoLoginOf(name);
 }
 
 }  // namespace

@@ -88,6 +88,9 @@ Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked
         "Вашият потребител няма точно един запис в таблица „Служители“ и не може да "
         "взема решения по документи.");
   }
+  if (facts.forbiddenOwn && asked.status != ApprovalWaiting) {
+    return Refused(facts.document + " е ваш документ и решението по него е на друг одобряващ.");
+  }
   if (auto outdated = WhyOutdated(facts, asked)) return *outdated;
   const ApprovalRow* row = RowOf(facts.rows, asked.level);
   if (!row) return WentOn(LevelName(facts, asked.level) + " вече не съществува.");

@@ -25,6 +25,8 @@ struct DecisionFacts {
   std::span<const ApprovalRow> rows;
   const ApproversOfCostCenter& approvers;
   std::optional<std::int64_t> employee;
+  /// It is the asker's own document, and the configuration forbids deciding on such.
+  bool forbiddenOwn = false;
 };
 
 struct DecisionAsked {

@@ -21,15 +21,10 @@ std::string InLanguage(std::string_view text, Language language) {
 
 }  // namespace
 
-Statement PartStatement(const DocumentPart& part, const Work& work, Language language) {
+Statement PartStatement(const DocumentPart& part, Language language) {
   const std::string keyed =
       Replaced(Replaced(part.select, "{id}", kKeptId), "{version}", kKeptVersion);
-  const auto employee = work.Who().Employee();
-  return Named(InLanguage(keyed, language),
-               {{"Today", work.Today()},
-                {"Login", work.Who().login},
-                {"Employee", employee ? Variant(*employee) : Variant()}},
-               ColumnsOf(part.def));
+  return {InLanguage(keyed, language), {}, ColumnsOf(part.def)};
 }
 
 Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
@@ -37,9 +32,9 @@ Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const 
   std::vector<Statement> statements;
   statements.push_back(
       FindDocument(document.seen, Visibility(document.seen, SightOf(work)), place));
-  statements.push_back(PartStatement(document.head, work, language));
+  statements.push_back(PartStatement(document.head, language));
   for (const DocumentPart& part : document.parts)
-    statements.push_back(PartStatement(part, work, language));
+    statements.push_back(PartStatement(part, language));
   statements.insert(statements.end(), further.begin(), further.end());
   auto read = work.Read(statements);
   if (!read) return read.GetFailure();

@@ -25,21 +25,22 @@ constexpr std::string_view kEntries =
     " from BaseSupplyList b join (select {day} as Day,"
     " case when c.IdNumber is not null then c.KindSupplyChoice"
     " when p.KindSupplyChoice is not null then p.KindSupplyChoice"
-    " else cast(k.Value as integer) end as Choice,"
+    " when k.Value = '2' then 2 when k.Value = '3' then 3 else 1 end as Choice,"
     " case when c.IdNumber is not null then c.KindSupplyList"
-    " when p.KindSupplyChoice is not null then p.KindSupplyList"
-    " else cast(nullif(s.Value, '-1') as integer) end as List"
+    " when p.KindSupplyChoice is not null then p.KindSupplyList else s.Code end as List"
     " from (select 1 as One) one"
     " left join SuppliesContracts c on c.IdNumber = {contract}"
     " left join Partners p on p.Partner = {supplier}"
-    " left join Params k on k.ParamGroup = {group} and k.Number = {choiceNumber} and k.Value <> ''"
-    " left join Params s on s.ParamGroup = {group} and s.Number = {listNumber} and s.Value <> '')"
+    " left join Params k on k.ParamGroup = {group} and k.Number = {choiceNumber}"
+    " left join Params v on v.ParamGroup = {group} and v.Number = {listNumber}"
+    " left join KindSupplyLists s on cast(s.Code as text) = v.Value)"
     " ch on 1 = 1"
     " left join Measures bm on bm.Code = b.Measure"
     " left join SupplyLists l on l.KindList = ch.List and l.SerialNumber = b.SerialNumber"
     " left join Measures lm on lm.Code = l.Measure where {wanted}";
 
-/// What the request behind the last approved delivery paid for the entry.
+/// What the request behind the last approved delivery paid for the entry; looked for only where the
+/// algorithm asks for it.
 constexpr std::string_view kLastDeliveries =
     "select x.SerialNumber, d.CurrSumWithoutVAT, d.Quantity, d.Numerator, o.RateOfExchange"
     " from (select b.SerialNumber, (select v.IdNumber from DeliveryRows r"
@@ -47,7 +48,8 @@ constexpr std::string_view kLastDeliveries =
     " where r.SerialNumber = b.SerialNumber and v.Status = 5 and v.AnnulOn is null"
     " and ({supplier} is null or v.Supplier = {supplier})"
     " order by v.DeliveryDate desc, v.IdNumber desc limit 1) as DeliveryId"
-    " from BaseSupplyList b where {wanted}) x"
+    " from BaseSupplyList b where exists (select 1 from Params a where a.ParamGroup = {group}"
+    " and a.Number = {algorithmNumber} and a.Value = '2') and {wanted}) x"
     " join Deliveries v on v.IdNumber = x.DeliveryId"
     " join PurchaseOrder o on o.POIdNumber = v.PurchaseOrderId and o.POVersion = v.PurchaseOrderVer"
     " join PurchaseOrderDet d on d.PurchaseOrderId = o.POIdNumber and"
@@ -61,6 +63,7 @@ std::string Filled(std::string_view text, const EntriesAsked& asked) {
   filled = Replaced(filled, "{group}", std::to_string(system::kModuleGroup));
   filled = Replaced(filled, "{choiceNumber}", std::to_string(parameters::cpKindSupplyChoice));
   filled = Replaced(filled, "{listNumber}", std::to_string(parameters::cpKindSupplyList));
+  filled = Replaced(filled, "{algorithmNumber}", std::to_string(parameters::cpAlgoritmPrice));
   return Replaced(filled, "{wanted}", Replaced(asked.wanted, "{serial}", "b.SerialNumber"));
 }
 

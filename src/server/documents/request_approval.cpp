@@ -243,7 +243,8 @@ Answer<Judged, Setback> Judge(WriteContext& context, RequestKey key, const Decis
       head->sentOn ? context.work.Zone().ToTextWithSeconds(*head->sentOn) : "";
   const auto decided = JudgeDecision(
       {NameOf(key), StatusName(head->status), head->status, kDecidableStatuses, head->sending,
-       head->sentFrom, sentOn, rows, approvers, context.work.Who().Employee()},
+       head->sentFrom, sentOn, rows, approvers, context.work.Who().Employee(),
+       IsForbiddenOwn(context.work, head->createdFrom, head->notifier)},
       asked);
   if (!decided) return Refusal(decided.GetFailure());
 

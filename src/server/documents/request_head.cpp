@@ -102,6 +102,7 @@ std::optional<RequestHead> ReadRequestHead(const DataPacket& packet) {
   head.old = number(field::OldVersion) != 0;
   head.seen = packet.At(0, "Seen").AsBool().value_or(false);
   head.sending = number(kRequestSendingNumber);
+  head.createdFrom = at(field::CreatedFrom).ToText();
   head.sentFrom = at(kRequestSentFrom).ToText();
   head.sentOn = at(kRequestSentOn).AsStamp();
   return head;
@@ -120,6 +121,11 @@ Statement SelectPart(const ProviderDef& part, RequestKey key) {
   return Named("select " + columns + " from " + std::string(part.table) +
                    " where PurchaseOrderId = :Id and PurchaseOrderVer = :Version order by " + order,
                {{"Id", key.id}, {"Version", key.version}}, std::move(result));
+}
+
+bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64_t notifier) {
+  if (work.Options().mayApproveOwn) return false;
+  return createdFrom == work.Who().login || work.Who().Employee() == notifier;
 }
 
 std::string NameOf(RequestKey key) {

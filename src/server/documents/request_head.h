@@ -36,6 +36,7 @@ struct RequestHead {
   bool old = false;
   bool seen = true;  ///< the asker may see it
   std::int64_t sending = 0;
+  std::string createdFrom;
   std::string sentFrom;
   std::optional<Stamp> sentOn;
 };
@@ -55,6 +56,9 @@ std::optional<RequestHead> ReadRequestHead(const DataPacket& packet);
 
 /// The stored columns of a part's rows, in the order of their keys.
 Statement SelectPart(const ProviderDef& part, RequestKey key);
+
+/// The asker created or requested it, and the configuration forbids deciding on one's own.
+bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64_t notifier);
 
 /// "Искане за покупка 17, версия 2".
 std::string NameOf(RequestKey key);

@@ -378,6 +378,11 @@ Answer<Done, Setback> AfterHead(WriteContext& context, std::span<PreparedChange>
   return Done{};
 }
 
+std::string WordOf(std::string_view column, const Variant& value) {
+  if (column != field::Status.name || !value.AsInt()) return {};
+  return std::string(StatusName(static_cast<int>(*value.AsInt())));
+}
+
 constexpr ReferenceRule kReferences[] = {
     {"CostCenter", "CostCenters", "CostCenter",
      "Няма център за разход {CostCenter}. Изберете друг център за разход."},
@@ -406,7 +411,8 @@ WriteRules RequestHeadRules() {
           .usedBy = kUsedBy,
           .beforeWrite = &BeforeHead,
           .afterWrite = &AfterHead,
-          .right = &HeadRight};
+          .right = &HeadRight,
+          .word = &WordOf};
 }
 
 }  // namespace orvane

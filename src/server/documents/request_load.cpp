@@ -6,6 +6,7 @@
 #include "server/documents/claims.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_document.h"
+#include "server/documents/request_head.h"
 
 namespace orvane {
 namespace {
@@ -74,7 +75,9 @@ DataPacket RolesIn(const Work& work, const LoadedDocument& loaded) {
   facts.employee = work.Who().Employee();
   if (facts.employee) {
     const ApprovalRow* turn = TurnOf(rows);
-    facts.decidesTurn = turn && approvers.Of(turn->approver).Has(*facts.employee);
+    const bool own = IsForbiddenOwn(work, head.At(0, "CreatedFrom").ToText(),
+                                    head.At(0, "Notifier").AsInt().value_or(0));
+    facts.decidesTurn = turn && !own && approvers.Of(turn->approver).Has(*facts.employee);
     facts.isChief = approvers.Of(ApproverKind::CostCenterHead).Has(*facts.employee);
   }
   return RolesPacket(RolesOf(facts));

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <any>
 #include <set>
 
@@ -109,6 +110,12 @@ const NamedValues* PresentRowOf(const RowFacts& facts, const Change& change) {
   return nullptr;
 }
 
+bool HasNumber(const std::vector<RequestRow>& rows, const Change& change) {
+  const auto number = ValueAfter(change, {}, det::RowNumber.name).AsInt();
+  return std::any_of(rows.begin(), rows.end(),
+                     [&](const RequestRow& row) { return row.number == number; });
+}
+
 /// Codes, sizes of units and the amount are the server's to fill.
 std::optional<Failure> FillRow(const RowFacts& facts, const NamedValues& present,
                                PreparedChange& prepared) {
@@ -178,6 +185,11 @@ Answer<Done, Setback> BeforeRows(WriteContext& context, std::span<PreparedChange
       if (auto refusal = FillRow(*facts, old, prepared)) return Refusal(*std::move(refusal));
       CompleteOldValues(prepared.change, old);
     }
+    if (insert && HasNumber(rows, prepared.change)) {
+      return Refusal(Refused(NameOf(*key) + " вече има ред " +
+                             ValueAfter(prepared.change, {}, det::RowNumber.name).ToText() +
+                             ". Изберете друг номер на ред."));
+    }
     ApplyChange(rows, prepared.change);
   }
   const auto refusal =
@@ -198,15 +210,10 @@ Answer<Done, Setback> AfterRows(WriteContext& context, std::span<PreparedChange>
   return writes.CarryOut(context.transaction, "writing a request's sums");
 }
 
-constexpr std::string_view kRowKey[] = {"PurchaseOrderId", "PurchaseOrderVer", "RowNumber"};
-constexpr UniqueRule kUnique[] = {
-    {kRowKey, "Вече има ред {RowNumber}. Изберете друг номер на ред."},
-};
-
 }  // namespace
 
 WriteRules RequestRowRules() {
-  return {.unique = kUnique, .beforeWrite = &BeforeRows, .afterWrite = &AfterRows};
+  return {.beforeWrite = &BeforeRows, .afterWrite = &AfterRows};
 }
 
 }  // namespace orvane

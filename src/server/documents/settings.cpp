@@ -44,11 +44,9 @@ DocumentSettings ReadSettings(const DataPacket& rows) {
   }
   settings.centralBank = host(parameters::kCentralBank);
   settings.nationalCurrency = host(parameters::kNationalCurrency);
-  settings.capitalKind = own(parameters::cpCar);
   settings.bulkKind = own(parameters::cpBRM);
   settings.waresKind = own(parameters::cpWares);
   settings.pricedServiceKind = own(parameters::cpSuppServ);
-  settings.mixedKind = own(parameters::cpMixedKindSupp);
   settings.serviceEmployee = own(parameters::cpServiceUser);
   const auto tolerance = NumberOf(rows, system::kModuleGroup, parameters::cpPOTolerance);
   settings.tolerance = tolerance.value_or(Decimal());

@@ -15,11 +15,9 @@ struct DocumentSettings {
   int amountDecimals = 2;  ///< also while the parameter is empty
   std::optional<std::int64_t> centralBank;
   std::optional<std::int64_t> nationalCurrency;
-  std::optional<std::int64_t> capitalKind;
   std::optional<std::int64_t> bulkKind;   ///< ОСМ
   std::optional<std::int64_t> waresKind;  ///< goods
   std::optional<std::int64_t> pricedServiceKind;
-  std::optional<std::int64_t> mixedKind;
   std::optional<std::int64_t> serviceEmployee;
   Decimal tolerance;       ///< 0 while the parameter is empty
   int priceAlgorithm = 1;  ///< also while the parameter is empty
@@ -31,10 +29,6 @@ struct DocumentSettings {
   /// ОСМ and goods show no amounts on their rows.
   bool HasAmountColumn(std::int64_t kindSupply) const {
     return kindSupply != bulkKind && kindSupply != waresKind;
-  }
-  /// ОСМ, goods and capital expenditure may be requested against supplier orders.
-  bool MayNameOrders(std::int64_t kindSupply) const {
-    return kindSupply == bulkKind || kindSupply == waresKind || kindSupply == capitalKind;
   }
 };
 

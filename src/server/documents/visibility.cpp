@@ -27,8 +27,8 @@ constexpr std::string_view kHeadedByEmployee =
     " where d.Deputy = :Employee and d.FromDate <= :Today"
     " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 3 union ";
 constexpr std::string_view kHeadedByLogin =
-    "select s.CostCenter from Department p join Structure s on s.Department = p.Code"
-    " where p.Chief = :Login";
+    "select s.CostCenter from Department h join Structure s on s.Department = h.Code"
+    " where h.Chief = :Login";
 
 std::string ColumnOf(std::string_view alias, std::string_view column) {
   return std::string(alias) + "." + std::string(column);

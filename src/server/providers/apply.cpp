@@ -229,7 +229,7 @@ void Applying::Explain(Transaction& transaction, std::size_t position, const Bat
   if (why.conflict) {
     const auto present = transaction.Query(PresentRow(provider_.def, change));
     if (present && present->rowCount == 1) outcome.present = RowValues(*present, 0);
-    outcome.failure = ExplainConflict(provider_.def, change, outcome.present);
+    outcome.failure = ExplainConflict(provider_.def, provider_.rules, change, outcome.present);
     return;
   }
   const bool refused =

@@ -131,7 +131,7 @@ Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
   return Refused("Данните противоречат на правилата на базата и не са записани.");
 }
 
-Failure ExplainConflict(const ProviderDef& provider, const Change& change,
+Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, const Change& change,
                         const NamedValues& present) {
   if (present.empty()) {
     return {FailureKind::Conflict, "Редът междувременно е изтрит от друг потребител."};
@@ -141,9 +141,10 @@ Failure ExplainConflict(const ProviderDef& provider, const Change& change,
     const Variant* now = FindValue(present, old.name);
     const FieldDef* field = FindField(provider, old.name);
     if (!now || !field || *now == old.value) continue;
+    const std::string word = rules.word ? rules.word(old.name, *now) : std::string();
     fields += (fields.empty() ? " Поле „" : ", поле „") +
               std::string(field->label.empty() ? field->name : field->label) + "“ вече е " +
-              (now->IsNull() ? "празно" : "„" + now->ToText() + "“");
+              (now->IsNull() ? "празно" : "„" + (word.empty() ? now->ToText() : word) + "“");
   }
   if (!fields.empty()) fields += '.';
   return {FailureKind::Conflict, "Редът междувременно е променен от друг потребител." + fields};

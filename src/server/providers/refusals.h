@@ -15,7 +15,7 @@ Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
 
 /// The sentence of a conflict: what the row looks like now, or that it is gone. `present` is empty
 /// when it is gone.
-Failure ExplainConflict(const ProviderDef& provider, const Change& change,
+Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, const Change& change,
                         const NamedValues& present);
 
 }  // namespace orvane

@@ -30,13 +30,14 @@ Setback ToSetback(const EngineError& error, std::string_view doing) {
 }
 
 Work::Work(Database& database, Sessions& sessions, std::shared_ptr<const Session> session,
-           const Company& company, const Caller& caller, Stamp now)
+           const Company& company, const Caller& caller, Stamp now, DocumentOptions options)
     : database_(database),
       sessions_(sessions),
       session_(std::move(session)),
       company_(company),
       caller_(caller),
-      now_(now) {}
+      now_(now),
+      options_(options) {}
 
 Answer<Packets> Work::Read(std::span<const Statement> statements) {
   auto packets = database_.ReadSnapshot(BehindGuard(sessions_.Guard(*session_), statements));

@@ -34,10 +34,16 @@ Setback ToSetback(const EngineError& error, std::string_view doing);
 /// Everything of a transaction between the guard and the commit.
 using WriteBody = std::function<Answer<Done, Setback>(Transaction&, const Packets&)>;
 
+/// What the server's configuration says of documents.
+struct DocumentOptions {
+  /// Whoever created or requested a document may decide on it too.
+  bool mayApproveOwn = true;
+};
+
 class Work {
  public:
   Work(Database& database, Sessions& sessions, std::shared_ptr<const Session> session,
-       const Company& company, const Caller& caller, Stamp now);
+       const Company& company, const Caller& caller, Stamp now, DocumentOptions options = {});
 
   const Session& Who() const { return *session_; }
   std::int32_t PointNo() const { return caller_.pointNo; }
@@ -47,6 +53,7 @@ class Work {
   Date Today() const { return company_.zone.DayOf(now_); }
   const TimeZone& Zone() const { return company_.zone; }
   Engine EngineKind() const { return database_.Kind(); }
+  const DocumentOptions& Options() const { return options_; }
 
   /// One snapshot, one round trip; one packet per statement.
   Answer<Packets> Read(std::span<const Statement> statements);
@@ -72,6 +79,7 @@ class Work {
   const Company& company_;
   const Caller& caller_;
   const Stamp now_;
+  const DocumentOptions options_;
   bool guarded_ = false;
   bool stale_ = false;
 };

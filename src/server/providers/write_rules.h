@@ -77,6 +77,9 @@ using WriteHook = Answer<Done, Setback> (*)(WriteContext&, std::span<PreparedCha
 /// The right a change needs when it is not its kind's: a document's move has a right of its own.
 using ChangeRight = Right (*)(const Change& change);
 
+/// A value as the user knows it, for sentences; empty where its plain text will do.
+using ValueWord = std::string (*)(std::string_view column, const Variant& value);
+
 struct WriteRules {
   std::span<const UniqueRule> unique = {};
   std::span<const ReferenceRule> references = {};
@@ -84,6 +87,7 @@ struct WriteRules {
   WriteHook beforeWrite = nullptr;
   WriteHook afterWrite = nullptr;
   ChangeRight right = nullptr;
+  ValueWord word = nullptr;
 };
 
 }  // namespace orvane
