@@ -220,7 +220,10 @@ bool TLookupTable::Knows(const Variant& key) const {
 
 bool TLookupTable::LocateKey(const Variant& key) {
   if (key.IsNull()) return false;
-  if (dlgSQL.empty()) return false;
+  if (dlgSQL.empty()) {
+    FillIfStale();
+    return dataSet_.Locate(keyField_, key);
+  }
   ConnectionScope scope(dataSet_.Connection());
   if (stale_) {
     std::vector<FetchRequest> requests{FillRequest()};
