@@ -61,6 +61,8 @@ class TField {
   std::string_view Name() const { return def_.name; }
   TVosClientDataSet& DataSet() const { return *dataSet_; }
   bool IsLookup() const;
+  /// The field that a choice made in this one goes into: of a lookup its key field, else itself.
+  TField& Written();
 
   /// The current row's value (of the row in edit, while one is); Null when there is no row.
   Variant Value() const;

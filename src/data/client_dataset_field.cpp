@@ -34,6 +34,10 @@ bool TField::IsLookup() const {
   return lookup_.has_value();
 }
 
+TField& TField::Written() {
+  return lookup_ ? dataSet_->FieldByName(lookup_->keyField) : *this;
+}
+
 Variant TField::Value() const {
   const auto row = dataSet_->impl_->CurrentRow();
   return row ? dataSet_->impl_->ValueOf(*row, *this) : Variant();

@@ -39,8 +39,9 @@ CellEditor* FieldControl::Editor() {
 bool FieldControl::CanEditCurrent() const {
   const EditedCell cell = CurrentCell();
   if (cell.field == nullptr || readOnly || cell.readOnly) return false;
-  if (cell.field->ReadOnly || cell.field->IsLookup() || DataSet().IsEmpty()) return false;
-  return cell.combo == nullptr || !cell.combo->readOnly;
+  if (cell.field->Written().ReadOnly || DataSet().IsEmpty()) return false;
+  if (cell.combo == nullptr) return !cell.field->IsLookup();
+  return !cell.combo->readOnly;
 }
 
 void FieldControl::Open(const EditedCell& cell) {
@@ -77,7 +78,7 @@ bool FieldControl::ClearCell() {
 bool FieldControl::DropList() {
   TVosMTCombo* combo = ActiveCombo();
   if (combo == nullptr || !OpenForEdit()) return false;
-  combo->OpenWholeList(editor_.Field()->Value());
+  combo->OpenWholeList(editor_.Field()->Written().Value());
   return true;
 }
 
@@ -123,7 +124,7 @@ void FieldControl::CommitEditor() {
     if (combo != nullptr) {
       const Answer<Variant> key = combo->Resolve(editor_.Text());
       if (!key) Form().Refuse(key.GetFailure().message);
-      PutValue(*editor_.Field(), *key);
+      PutValue(editor_.Field()->Written(), *key);
     } else {
       const Answer<Done> complete = editor_.CheckComplete();
       if (!complete) Form().Refuse(complete.GetFailure().message);
@@ -253,7 +254,7 @@ void FieldControl::PickFromList(int index) {
 void FieldControl::TakeFromCombo(const Variant& key) {
   if (!CanEditCurrent()) return;
   const Meanwhile committing(committing_);
-  PutValue(*CurrentCell().field, key);
+  PutValue(CurrentCell().field->Written(), key);
   CloseEditor();
 }
 

@@ -236,6 +236,7 @@ const TVosDBGrid::KeyRow TVosDBGrid::kKeys[] = {
 bool TVosDBGrid::HandleKey(KeyStroke key) {
   if (columns.empty()) return false;
   if (const auto used = HandleEditorKey(key)) return *used;
+  if (OnKeyDown && OnKeyDown(key)) return true;
   const auto row = std::ranges::find(kKeys, key, &KeyRow::key);
   return row != std::end(kKeys) && (this->*row->handle)();
 }

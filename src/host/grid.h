@@ -42,6 +42,9 @@ class TVosDBGrid : public FieldControl {
   std::string emptyText;  ///< what would be here and which key makes it, while there are no rows
   /// Another column became the current one.
   std::function<void()> OnColEnter;
+  /// A key of the grid, before the grid's own use of it; true when it was used up. Keys of an open
+  /// list or editor do not come here.
+  std::function<bool(KeyStroke)> OnKeyDown;
   /// Enter or Tab in the last column, after the row was posted; true when it was used (then no next
   /// row).
   std::function<bool()> OnLastColumn;

@@ -1,5 +1,6 @@
 #include "kit/register_screen.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "data/abort.h"
@@ -9,70 +10,128 @@
 
 namespace orvane {
 
-void RegisterScreen::AddTo() {
-  const auto add = [this](std::string_view name, std::string_view caption, KeyStroke key,
-                          std::string_view icon, std::function<void()> execute) {
-    TAction action;
-    action.name = name;
-    action.caption = caption;
-    action.shortcut = key;
-    action.icon = icon;
-    action.OnExecute = std::move(execute);
-    form_.AddAction(std::move(action));
-  };
-  add("acDelete", "Изтриване", KeyCode::F5, "delete", [this] { Delete(); });
-  add("acPrint", "Печат", KeyCode::F7, "print", [this] { Print(); });
-  add("acCancel", "Отказ", Ctrl(KeyCode::Z), "cancel", [this] {
-    grid_.CloseEditor();
-    grid_.DataSet().Cancel();
-  });
-  add("acSearchByCode", "Търсене", KeyCode::F2, "search", [this] {
-    TVosMTCombo& combo = FocusedCombo();
+namespace {
+
+TVosMTCombo* ComboInUse(const TVosBaseForm& form) {
+  Control* control = form.ActiveControl();
+  return control == nullptr ? nullptr : control->ActiveCombo();
+}
+
+/// The combo that has the focus; Abort when none has.
+TVosMTCombo& FocusedCombo(const TVosBaseForm& form) {
+  TVosMTCombo* combo = ComboInUse(form);
+  if (combo == nullptr) throw Abort{};
+  return *combo;
+}
+
+void Add(TVosBaseForm& form, std::string_view name, std::string_view caption, KeyStroke key,
+         std::string_view icon, std::function<void()> execute) {
+  TAction action;
+  action.name = name;
+  action.caption = caption;
+  action.shortcut = key;
+  action.icon = icon;
+  action.OnExecute = std::move(execute);
+  form.AddAction(std::move(action));
+}
+
+}  // namespace
+
+bool AtSearchableCombo(const TVosBaseForm& form) {
+  const TVosMTCombo* combo = ComboInUse(form);
+  return combo != nullptr && combo->mode != LookupMode::lmNomenclature;
+}
+
+bool AtComboOfRegister(const TVosBaseForm& form) {
+  const TVosMTCombo* combo = ComboInUse(form);
+  return combo != nullptr && !combo->nomenclatureClass.empty();
+}
+
+std::vector<std::string> AddLookupActions(TVosBaseForm& form, const RegisterActions& actions) {
+  if (actions.searchByCode.empty()) return {};
+  std::vector<std::string> names = {"acSearchByName", "acSearchByPartName",
+                                    std::string(actions.searchByCode)};
+  Add(form, actions.searchByCode, "Търсене", KeyCode::F2, "search", [&form] {
+    TVosMTCombo& combo = FocusedCombo(form);
     combo.DoSearch(combo.GetLookupField(), false);
   });
-  add("acSearchByName", "Търсене по име", Shift(KeyCode::F2), "search",
-      [this] { FocusedCombo().SearchByName(); });
-  add("acSearchByPartName", "Търсене по част от име", Ctrl(KeyCode::F2), "search",
-      [this] { FocusedCombo().SearchByPartName(); });
+  Add(form, "acSearchByName", "Търсене по име", Shift(KeyCode::F2), "search",
+      [&form] { FocusedCombo(form).SearchByName(); });
+  Add(form, "acSearchByPartName", "Търсене по част от име", Ctrl(KeyCode::F2), "search",
+      [&form] { FocusedCombo(form).SearchByPartName(); });
+  if (actions.nomenclature.empty()) return names;
+  Add(form, "acNomenclature", actions.nomenclature, Ctrl(KeyCode::F12), "open",
+      [&form] { FocusedCombo(form).OpenNomenclature(); });
+  names.emplace_back("acNomenclature");
+  return names;
+}
+
+void RegisterScreen::AddTo() {
+  const bool printed = report_.number != 0;
+  Add(form_, "acDelete", "Изтриване", KeyCode::F5, "delete", [this] { Delete(); });
+  if (printed) Add(form_, "acPrint", "Печат", KeyCode::F7, "print", [this] { Print(); });
+  Add(form_, "acCancel", "Отказ", Ctrl(KeyCode::Z), "cancel", [this] { Cancel(); });
+  const std::vector<std::string> searches = AddLookupActions(form_, actions_);
   AddHostActions(form_);
 
-  form_.ribbon = {{"Операции",
-                   {{"Операции", {"acPrint", "acCancel", "acDelete"}},
-                    {"Търсене", {"acSearchByName", "acSearchByPartName", "acSearchByCode"}},
-                    {"Изход", {"acExit"}}}}};
-  form_.layout = ColumnOf({Of(grid_, 1)});
+  std::vector<std::string> operations = {"acCancel", "acDelete"};
+  if (printed) operations.insert(operations.begin(), "acPrint");
+  std::vector<RibbonGroup> groups = {{std::string(actions_.operations), operations}};
+  if (!searches.empty()) groups.push_back({"Търсене", searches});
+  groups.push_back({"Изход", {"acExit"}});
+  form_.ribbon = {{"Операции", groups}};
+  std::vector<LayoutNode> places;
+  for (TVosDBGrid* grid : grids_)
+    places.push_back(Of(*grid, 1));
+  form_.layout = ColumnOf(std::move(places));
+}
+
+void RegisterScreen::AddOperation(TAction action) {
+  form_.ribbon.front().groups.front().actions.push_back(action.name);
+  form_.AddAction(std::move(action));
+}
+
+TVosDBGrid& RegisterScreen::GridInUse() const {
+  const auto focused = std::ranges::find(grids_, form_.ActiveControl());
+  return focused == grids_.end() ? *grids_.front() : **focused;
 }
 
 void RegisterScreen::StateChange() {
-  const bool inserting = grid_.DataSet().State() == DataSetState::Insert;
-  form_.SetVosFormStatus(fsInserting, inserting);
-  grid_.readOnly = !inserting && !form_.May(paEdit);
+  bool anyInserting = false;
+  for (TVosDBGrid* grid : grids_) {
+    const bool inserting = grid->DataSet().State() == DataSetState::Insert;
+    grid->readOnly = !inserting && !form_.May(paEdit);
+    anyInserting = anyInserting || inserting;
+  }
+  form_.SetVosFormStatus(fsInserting, anyInserting);
 }
 
 void RegisterScreen::ChangeAccess() {
-  grid_.canInsert = form_.May(paInsert);
-  grid_.insertWhenReadOnly = true;
+  for (TVosDBGrid* grid : grids_) {
+    grid->canInsert = form_.May(paInsert);
+    grid->insertWhenReadOnly = true;
+  }
   StateChange();
 }
 
 void RegisterScreen::Delete() {
-  TVosClientDataSet& dataSet = grid_.DataSet();
+  TVosClientDataSet& dataSet = GridInUse().DataSet();
   if (dataSet.IsEmpty()) return;
+  if (BeforeDelete) BeforeDelete();
   if (!Confirmed(form_, _rDeleteCaption, _rDeleteText)) return;
   dataSet.Delete();
+}
+
+void RegisterScreen::Cancel() {
+  TVosDBGrid& grid = GridInUse();
+  grid.CloseEditor();
+  grid.DataSet().Cancel();
 }
 
 void RegisterScreen::Print() {
   const int variant =
       form_.App().AppNotMultiLang() ? report_.variantOneLanguage : report_.variantTwoLanguages;
-  GenerateReport(form_, {kRegisterReportGroup, report_.number, variant}, grid_);
-}
-
-TVosMTCombo& RegisterScreen::FocusedCombo() const {
-  Control* control = form_.ActiveControl();
-  TVosMTCombo* combo = control == nullptr ? nullptr : control->ActiveCombo();
-  if (combo == nullptr) throw Abort{};
-  return *combo;
+  GenerateReport(form_, {kRegisterReportGroup, report_.number, variant}, *grids_.front());
 }
 
 std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language) {

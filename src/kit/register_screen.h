@@ -6,7 +6,11 @@
 //   register_.AddTo();                               // actions, ribbon, layout
 //   std::span<const LiveRow> LiveRows() const override { return kRegisterLive; }
 //   void OnChangeAccess() override { register_.ChangeAccess(); }
+//
+// A register of master and detail gives two grids: what the actions act on is the one in use.
 
+#include <functional>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -19,7 +23,11 @@
 namespace orvane {
 
 class TVosBaseForm;
-class TVosMTCombo;
+
+/// The combo in use has a search: it offers the rows of a register, not a nomenclature's few.
+bool AtSearchableCombo(const TVosBaseForm& form);
+/// The combo in use has a register behind its list.
+bool AtComboOfRegister(const TVosBaseForm& form);
 
 /// When the actions of a register are live. In insert the state rule wins: delete and print wait
 /// until the row is posted or cancelled.
@@ -29,15 +37,16 @@ inline constexpr LiveRow kRegisterLive[] = {
     {"acPrint", kAnywhere, InState::NotInsert, {}},
     {"acCancel", kAnywhere, InState::Insert, {}},
     {"acCancel", kAnywhere, InState::NotInsert, paEdit},
-    {"acSearchByCode", kAtCombo, InState::Any, {}},
-    {"acSearchByName", kAtCombo, InState::Any, {}},
-    {"acSearchByPartName", kAtCombo, InState::Any, {}},
+    {"acSearchByCode", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acSearchByName", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acSearchByPartName", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acNomenclature", kAtCombo, InState::Any, {}, &AtComboOfRegister},
     {"acExit", kAnywhere, InState::Any, {}},
 };
 
 /// A register's report in the generator: number and the variants for one and for two languages.
 struct RegisterReport {
-  int number = 0;
+  int number = 0;  ///< 0: the register is not printed
   int variantOneLanguage = 0;
   int variantTwoLanguages = 0;
 };
@@ -45,29 +54,52 @@ struct RegisterReport {
 /// Group of the purchases module's registers in the report generator.
 inline constexpr int kRegisterReportGroup = 11;
 
-/// The common part of one register screen; lives in the form beside its grid.
+/// Where the actions of a register differ from the plain one's.
+struct RegisterActions {
+  /// Name of the search by code; empty: nothing here is looked up, there are no searches.
+  std::string_view searchByCode = "acSearchByCode";
+  std::string_view nomenclature = {};        ///< caption of acNomenclature; empty: it has none
+  std::string_view operations = "Операции";  ///< caption of the ribbon's first group
+};
+
+/// The searches of the focused combo and, where it has a caption, the way to the register behind
+/// its list. Answers the names in the order of the ribbon.
+std::vector<std::string> AddLookupActions(TVosBaseForm& form, const RegisterActions& actions = {});
+
+/// The common part of one register screen; lives in the form beside its grids.
 class RegisterScreen {
  public:
-  RegisterScreen(TVosBaseForm& form, TVosDBGrid& grid, RegisterReport report)
-      : form_(form), grid_(grid), report_(report) {}
+  RegisterScreen(TVosBaseForm& form, TVosDBGrid& grid, RegisterReport report,
+                 RegisterActions actions = {})
+      : RegisterScreen(form, {&grid}, report, actions) {}
+  /// Grids from the top down; the first one is the register's main grid.
+  RegisterScreen(TVosBaseForm& form, std::initializer_list<TVosDBGrid*> grids,
+                 RegisterReport report, RegisterActions actions = {})
+      : form_(form), grids_(grids), report_(report), actions_(actions) {}
 
-  /// Adds the actions, the ribbon with its three groups, and the layout (ribbon over grid).
+  /// Adds the actions, the ribbon with its three groups, and the layout (ribbon over grids).
   void AddTo();
+  /// An action of the register's own, with its place in the ribbon's first group.
+  void AddOperation(TAction action);
+  /// Before the question whether to delete the row of the grid in use; may refuse.
+  std::function<void()> BeforeDelete;
 
-  /// Run on every change of the main dataset's state: form status and what the grid allows.
+  /// The grid that has the focus, else the main one.
+  TVosDBGrid& GridInUse() const;
+  /// Run on every change of a grid's dataset's state: form status and what the grids allow.
   void StateChange();
   /// Run when the host sets the screen's rights.
   void ChangeAccess();
 
  private:
   void Delete();
+  void Cancel();
   void Print();
-  /// The combo that has the focus; Abort when none has.
-  TVosMTCombo& FocusedCombo() const;
 
   TVosBaseForm& form_;
-  TVosDBGrid& grid_;
+  std::vector<TVosDBGrid*> grids_;
   RegisterReport report_;
+  RegisterActions actions_;
 };
 
 /// Titles of a name column in two languages: "Име (Български)", "Име (English)".

@@ -46,20 +46,20 @@ struct Row {
 
 TEST(ComboTest, TypingNarrowsTheList) {
   for (const Row& row : {
-           Row{"'1'",                     "1  брой|10  килограм|11  километър|12  метър" },
-           Row{"'1' '1'",                 "11  километър"                                                 },
-           Row{"'кил'",                "10  килограм|11  километър"                            },
-           Row{"'КИЛ'",                "10  килограм|11  километър"                            },
-           Row{"'метър'",            "12  метър|11  километър"                                  },
-           Row{"'метър' Down",       "*12  метър|11  километър"                                 },
-           Row{"'кил' Down Down Down", "10  килограм|*11  километър"                           },
-           Row{"'кил' Down Down Up",   "*10  килограм|11  километър"                           },
-           Row{"'ъгъл'",              "closed"                                                                 },
-           Row{"'1' Backspace",           "closed"                                                                 },
-           Row{"'1' Escape",              "closed"                                                                 },
-           Row{"Alt+Down",                "*1  брой|10  килограм|11  километър|12  метър"},
-           Row{"Alt+Down PageDown",       "1  брой|10  килограм|11  километър|*12  метър"},
-  }) {
+           Row{"'1'", "1  брой|10  килограм|11  километър|12  метър"},
+           Row{"'1' '1'", "11  километър"},
+           Row{"'кил'", "10  килограм|11  километър"},
+           Row{"'КИЛ'", "10  килограм|11  километър"},
+           Row{"'метър'", "12  метър|11  километър"},
+           Row{"'метър' Down", "*12  метър|11  километър"},
+           Row{"'кил' Down Down Down", "10  килограм|*11  километър"},
+           Row{"'кил' Down Down Up", "*10  килограм|11  километър"},
+           Row{"'ъгъл'", "closed"},
+           Row{"'1' Backspace", "closed"},
+           Row{"'1' Escape", "closed"},
+           Row{"Alt+Down", "*1  брой|10  килограм|11  километър|12  метър"},
+           Row{"Alt+Down PageDown", "1  брой|10  килограм|11  километър|*12  метър"},
+       }) {
     AtUnit at;
     at.See(row.keys);
     EXPECT_EQ(at.List(), row.list) << row.keys;
@@ -85,20 +85,20 @@ TEST(ComboTest, WhatWasTypedBecomesACode) {
       "1/3 Unit browse [кил] !Стоки: „кил“ отговаря на няколко записа в "
       "списъка „Мерки“. Изберете един от тях.";
   for (const Meaning& row : {
-           Meaning{"'12' Enter",               "12", "1/3 Sum edit"   },
-           Meaning{"'1' Enter",                "1",  "1/3 Sum browse" },
-           Meaning{"'килог' Enter",       "10", "1/3 Sum edit"   },
-           Meaning{"'лограм' Enter",     "10", "1/3 Sum edit"   },
-           Meaning{"'метър' Enter",       "12", "1/3 Sum edit"   },
-           Meaning{"'кил' Down Down Enter", "11", "1/3 Sum edit"   },
-           Meaning{"Alt+Down Down Enter",      "10", "1/3 Sum edit"   },
-           Meaning{"Alt+Down Escape Enter",    "1",  "1/3 Sum browse" },
-           Meaning{"Delete Enter",             "",   "1/3 Sum edit"   },
-           Meaning{"'99' Enter",               "1",  missing          },
-           Meaning{"'кил' Enter",           "1",  tooMany          },
-           Meaning{"'99' Escape",              "1",  "1/3 Unit browse"},
-           Meaning{"'1' Escape Escape",        "1",  "1/3 Unit browse"},
-  }) {
+           Meaning{"'12' Enter", "12", "1/3 Sum edit"},
+           Meaning{"'1' Enter", "1", "1/3 Sum browse"},
+           Meaning{"'килог' Enter", "10", "1/3 Sum edit"},
+           Meaning{"'лограм' Enter", "10", "1/3 Sum edit"},
+           Meaning{"'метър' Enter", "12", "1/3 Sum edit"},
+           Meaning{"'кил' Down Down Enter", "11", "1/3 Sum edit"},
+           Meaning{"Alt+Down Down Enter", "10", "1/3 Sum edit"},
+           Meaning{"Alt+Down Escape Enter", "1", "1/3 Sum browse"},
+           Meaning{"Delete Enter", "", "1/3 Sum edit"},
+           Meaning{"'99' Enter", "1", missing},
+           Meaning{"'кил' Enter", "1", tooMany},
+           Meaning{"'99' Escape", "1", "1/3 Unit browse"},
+           Meaning{"'1' Escape Escape", "1", "1/3 Unit browse"},
+       }) {
     AtUnit at;
     EXPECT_EQ(at.See(row.keys), row.seen) << row.keys;
     EXPECT_EQ(at.Unit(), row.unit) << row.keys;
@@ -149,8 +149,8 @@ TEST(ComboTest, ASearchedRowsCodeGoesIntoTheFieldByItsRules) {
   });
   screen.lookupUnits.dlgSQL = {"SELECT Code, Name, Name2", "FROM Measures", "{$W}", "{$O}"};
   screen.lookupUnits.dlgSearchFields = {
-      {.name = "Code",           .displayName = "Код"},
-      { .name = "Name", .displayName = "Име", .allowPartSearch = true},
+      {.name = "Code", .displayName = "Код"},
+      {.name = "Name", .displayName = "Име", .allowPartSearch = true},
   };
   screen.RunInGate([&] { screen.cbUnits.SearchByName(); });
   EXPECT_EQ(screen.TakeMessages(), "");
@@ -183,6 +183,29 @@ TEST(ComboTest, TheRegisterBehindTheListHandsItsChoiceBack) {
   screen.RunInGate([&] { screen.cbUnits.OpenNomenclature(); });
   EXPECT_EQ(screen.TakeMessages(), "");
   EXPECT_EQ(at.Unit(), "12");
+}
+
+TEST(ComboTest, AColumnOfNamesIsChosenByNameOrCodeAndWritesTheCode) {
+  AtUnit at;
+  EditingScreen& screen = *at.screen;
+  constexpr auto kUnitName = String("lupUnit", 30, Joined, "Мярка");
+  screen.cdsGoods.AddLookup(kUnitName, screen.cdsUnits, "Unit", "Code", "Name");
+  screen.grid.columns[2].field = "lupUnit";
+  screen.FillGoods();
+  screen.grid.SetCurrentColumn(2);
+  EXPECT_EQ(at.See("F2"), "1/3 lupUnit browse [брой]");
+  EXPECT_EQ(at.See("Enter"), "1/3 Sum browse") << "an untouched name is no choice";
+  for (const auto& [keys, unit, name] :
+       {std::tuple{"'километър' Enter", "11", "километър"}, std::tuple{"'12' Enter", "12", "метър"},
+        std::tuple{"Alt+Down Down Enter", "12", "метър"}, std::tuple{"Delete Enter", "", ""}}) {
+    screen.grid.SetCurrentColumn(2);
+    at.See(keys);
+    EXPECT_EQ(at.Unit(), unit) << keys;
+    EXPECT_EQ(screen.cdsGoods[kUnitName].Text(), name) << keys;
+  }
+  screen.grid.columns[2].combo = nullptr;
+  screen.grid.SetCurrentColumn(2);
+  EXPECT_EQ(at.See("'1'"), "1/3 lupUnit edit") << "without a list a name is only shown";
 }
 
 TEST(ComboTest, ALongListGrowsWhenItsEndIsReached) {

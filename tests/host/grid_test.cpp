@@ -344,6 +344,21 @@ TEST(GridTest, TheNextPortionComesWhenTheEndIsReached) {
   EXPECT_EQ(cds.RecNo(), 5U);
 }
 
+TEST(GridTest, AKeyTheScreenUsesUpDoesNothingElse) {
+  Host host;
+  host.LogIn();
+  EditingScreen screen(host);
+  std::string keys;
+  screen.grid.OnKeyDown = [&](KeyStroke key) {
+    keys += KeyText(key) + " ";
+    return key == KeyStroke(KeyCode::Enter);
+  };
+  EXPECT_EQ(screen.See("Right Enter"), "1/3 Name browse");
+  EXPECT_EQ(screen.See("Right 'к' Down"), "2/3 Unit browse") << "the list's own keys stay its own";
+  EXPECT_EQ(screen.See("Up"), "1/3 Unit browse");
+  EXPECT_EQ(keys, "Right Enter Right Up ");
+}
+
 TEST(GridTest, MessagesNameColumnsWithoutLineBreaks) {
   Host host;
   host.LogIn();
