@@ -3,7 +3,7 @@
 
 #include "server/documents/navigation.h"
 #include "server/documents/request_document.h"
-#include "server/request_world.h"
+#include "server/many_requests.h"
 
 namespace orvane {
 namespace {
@@ -12,51 +12,6 @@ constexpr int kManyRequests = 20'000;
 
 class RequestGrowth : public RequestCase {
  protected:
-  /// Requests 1 to kManyRequests with two rows each; cost centre 1001 has one in a thousand.
-  void FillMany() {
-    const std::string numbers =
-        "with recursive n (i) as (select 1 union all select i + 1 from n where i < " +
-        std::to_string(kManyRequests) + ") ";
-    world.RunSql(
-        "insert into PurchaseOrder (POIdNumber, POVersion, DocumentDate, CostCenter, Notifier,"
-        " KindSupply, IncTranspInPrice, KindCurrency, RateOfExchange, CreatedFrom, CreatedOn,"
-        " Status) " +
-            numbers +
-            "select i, 1, ?1, case when i % 1000 = 0 then 1001 else 1002 end, 100, 4, 1, 1, ?2,"
-            " 'author', ?3, 2 + i % 6 from n",
-        {*Date::FromYmd(2026, 3, 1), *Decimal::Parse("1")->AtScale(7), Stamp{1}});
-    world.RunSql(
-        "insert into PurchaseOrderDet (PurchaseOrderId, PurchaseOrderVer, RowNumber, SerialNumber,"
-        " Measure, Quantity, Numerator, RowNumerator, CurrSumWithoutVAT) " +
-            numbers +
-            "select i, 1, r, 20, 200, 1, 1000, 1000, ?1 from n cross join "
-            "(select 1 as r union all select 2) two",
-        {*Decimal::Parse("1")->AtScale(4)});
-    const auto fill = [&](const std::string& table, const std::string& columns,
-                          const std::string& values, VariantArray params = {}) {
-      world.RunSql(
-          "insert into " + table + " (" + columns + ") " + numbers + "select " + values + " from n",
-          std::move(params));
-    };
-    const Date day = *Date::FromYmd(2026, 3, 1);
-    const Variant money = *Decimal::Parse("1")->AtScale(4);
-    fill("ApprovalTurn", "Employee, KindRegister, DocumentId, DocumentVersion", "102, 2, i, 1");
-    world.RunSql("delete from ApprovalTurn where DocumentId % 2 = 1");
-    fill("PurchaseOrderDel", "PurchaseOrderId, PurchaseOrderVer, DeliveryDate", "i, 1, ?1", {day});
-    fill("PurchaseOrderPayPl",
-         "PurchaseOrderId, PurchaseOrderVer, RowNumber, InvoiceDate, SumWithVAT, PaymentDate",
-         "i, 1, 1, ?1, ?2, ?1", {day, money});
-    fill("PurchaseOrderAdm",
-         "PurchaseOrderId, PurchaseOrderVer, ConfirmationLevel, SendingNumber, Approval, Status",
-         "i, 1, 1, 1, 1, 2");
-    fill("Deliveries",
-         "IdNumber, DeliveryDate, PODeliveryDate, PurchaseOrderId, PurchaseOrderVer, KindSupply,"
-         " Supplier, Status, CreatedFrom, CreatedOn",
-         "i, ?1, ?1, i, 1, 4, 7, 2, 'author', ?2", {day, Stamp{1}});
-    const auto analyzed = world.Server().Base().RunScript("analyze");
-    ASSERT_TRUE(analyzed) << analyzed.GetFailure().text;
-  }
-
   std::string Plan(const Statement& statement) {
     const bool sqlite = GetParam() == Engine::Sqlite;
     Statement explain{(sqlite ? "explain query plan " : "explain ") + statement.text,
@@ -101,7 +56,7 @@ class RequestGrowth : public RequestCase {
 INSTANTIATE_TEST_SUITE_P(Engines, RequestGrowth, testing::ValuesIn(TestEngines()), TestEngineName);
 
 TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
-  FillMany();
+  FillManyRequests(world, kManyRequests);
   const Date today = *Date::FromYmd(2026, 3, 5);
   const Sight sights[] = {{0, "boss", {}, today, true},
                           {3, "author", 100, today, false},
@@ -126,9 +81,9 @@ TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
 }
 
 TEST_P(RequestGrowth, MovesAmongManyFindTheNearestSeen) {
-  FillMany();
+  FillManyRequests(world, kManyRequests);
   EXPECT_EQ(world.Where("boss", Nav::Next, 500), "0:501/1");
-  EXPECT_EQ(world.Where("kolev", Nav::Next, 500), "1:1000/1");
+  EXPECT_EQ(world.Where("kolev", Nav::Next, 500), "0:1000/1");
   EXPECT_EQ(world.Where("kolev", Nav::Step, 1000, {}, 10), "0:11000/1");
   EXPECT_EQ(world.Where("kolev", Nav::Next, 19999), "2:20000/1");
   world.RunSql("update StructDepDates set Deputy = 103");

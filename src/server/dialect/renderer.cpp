@@ -468,10 +468,18 @@ class Renderer {
       case ConditionKind::Or:
         return WriteJoined(condition, " OR ");
       case ConditionKind::Not:
-        Add("NOT (");
-        Write(*condition.conditions.front());
-        return Add(")");
+        return WriteNot(*condition.conditions.front());
     }
+  }
+
+  void WriteNot(const Condition& condition) {
+    if (condition.kind == ConditionKind::IsNull) {  // as partial indexes say it
+      Write(*condition.parts[0]);
+      return Add(" IS NOT NULL");
+    }
+    Add("NOT (");
+    Write(condition);
+    Add(")");
   }
 
   void WriteCompare(const Condition& condition) {

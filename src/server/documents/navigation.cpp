@@ -106,8 +106,8 @@ Statement FindDocument(const SeenTable& table, const Visibility& visibility, con
               " p where p." + std::string(table.id) + " = target.Id and " +
               Replaced(table.current, "{t}", "p") + ")";
   }
-  const std::string text = "with recursive " + target.tables +
-                           " select orvane_keep('DocumentId', " + id +
+  const std::string text = "with recursive " + (versions ? std::string() : visibility.Tables()) +
+                           target.tables + " select orvane_keep('DocumentId', " + id +
                            "), orvane_keep('DocumentVersion', " + version + "), case when " +
                            track.previous("target.Id") + " is null then 1 else 0 end, case when " +
                            track.next("target.Id") + " is null then 1 else 0 end from target";

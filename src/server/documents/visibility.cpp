@@ -97,20 +97,28 @@ std::string Visibility::On(std::string_view alias) const {
   return Replaced(condition_, "{t}", alias);
 }
 
+std::string Visibility::Tables() const {
+  return everything_ ? "" : "headed (CostCenter) as (" + Headed() + "), ";
+}
+
 std::string Visibility::Nearest(const Direction& direction, std::string_view position) const {
   const std::string id = ColumnOf("p", table_.id);
-  const std::string from = " from " + std::string(table_.table) + " p";
+  const std::string from = " from " + std::string(table_.table) + " p where ";
   const std::string current = Replaced(table_.current, "{t}", "p");
-  const auto beyond = [&](std::string_view column) {
-    return std::string(column) + " " + std::string(direction.compare) + " " +
-           std::string(position) + " order by " + std::string(column) +
-           std::string(direction.order) + " limit 1";
-  };
   const std::string nearest(direction.nearest);
+  const auto beyond = [&](const std::string& column) {
+    // The sum is a number of no column's type, as the indexed expressions are.
+    return column + " " + std::string(direction.compare) + " " + std::string(position) + " + 0";
+  };
+  const auto first = [&](const std::string& column) {
+    return beyond(column) + " order by " + column + std::string(direction.order) + " limit 1";
+  };
   if (everything_) {
-    return "(select " + nearest + "(" + id + ")" + from + " where " + current + " and " + id + " " +
-           std::string(direction.compare) + " " + std::string(position) + ")";
+    return "(select " + nearest + "(" + id + ")" + from + current + " and " + beyond(id) + ")";
   }
+  const std::string ordered = Replaced(table_.order, "{t}", "p");
+  // Keeps PostgreSQL from planning the aggregate a second time as a sort.
+  const std::string plain = "filter (where Id is not null)";
   std::string reasons;
   int number = 0;
   const auto add = [&](const std::string& select) {
@@ -118,21 +126,23 @@ std::string Visibility::Nearest(const Direction& direction, std::string_view pos
     reasons += "select Id from (" + select + ") reason" + std::to_string(++number);
   };
   for (const std::string& reason : plainReasons_) {
-    add("select " + id + " as Id" + from + " where " + Replaced(reason, "{t}", "p") + " and " +
-        current + " and " + beyond(id));
+    add("select " + id + " as Id" + from + Replaced(reason, "{t}", "p") + " and " + current +
+        " and " + first(ordered));
   }
-  add("select " + nearest + "(Id) as Id from (select (select " + id + from + " where " +
-      Replaced(Replaced(table_.headed, "{t}", "p"), "in ({headed})", "= h.CostCenter") + " and " +
-      current + " and " + beyond(id) + ") as Id from (" + Headed() + ") h) units");
+  const std::string ofUnit =
+      Replaced(Replaced(table_.headed, "{t}", "p"), "in ({headed})", "= h.CostCenter");
+  add("select " + nearest + "(Id) " + plain + " as Id from (select (select " + id + from + ofUnit +
+      " and " + current + " and " + first(ordered) + ") as Id from headed h) units");
   if (employed_) {
+    // A scalar subselect is tried turn by turn; a join would be worked out for all of them.
     const std::string version =
         table_.version.empty() ? ""
                                : " and " + ColumnOf("p", table_.version) + " = t.DocumentVersion";
-    add("select t.DocumentId as Id from ApprovalTurn t join " + std::string(table_.table) +
-        " p on " + id + " = t.DocumentId" + version + " where " + Turns() + " and " + current +
-        " and " + beyond("t.DocumentId"));
+    add("select t.DocumentId as Id from ApprovalTurn t where " + Turns() +
+        " and (select case when " + current + " then 1 else 0 end" + from + id + " = t.DocumentId" +
+        version + ") = 1 and " + first("t.DocumentId"));
   }
-  return "(select " + nearest + "(Id) from (" + reasons + ") reasons)";
+  return "(select " + nearest + "(Id) " + plain + " from (" + reasons + ") reasons)";
 }
 
 std::string Visibility::Next(std::string_view position) const {

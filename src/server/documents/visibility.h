@@ -37,6 +37,9 @@ struct SeenTable {
   std::string_view version;  ///< empty for documents without versions
   /// Which rows a move between documents walks over.
   std::string_view current;
+  /// What the indexes of its reasons are ordered by. Where they have them for moves alone it is an
+  /// expression that no other index has, so that no planner walks all identifiers instead.
+  std::string_view order;
   /// The asker requested it.
   std::string_view requested;
   /// Its cost centre is among those of the asker, a subselect in the place of {headed}.
@@ -56,6 +59,9 @@ class Visibility {
   const std::string& Condition() const { return condition_; }
   /// The condition on an alias.
   std::string On(std::string_view alias) const;
+  /// Common table expressions that Next and Previous name, each with a comma behind it; empty for
+  /// those who see everything.
+  std::string Tables() const;
   /// Scalar subquery: the identifier of the nearest seen document above (below) `position`, an
   /// expression; null when there is none.
   std::string Next(std::string_view position) const;
@@ -85,6 +91,7 @@ inline constexpr SeenTable kSeenRequests{DocumentKind::PurchaseRequest,
                                          "POIdNumber",
                                          "POVersion",
                                          "{t}.OldVersion = 0",
+                                         "{t}.POIdNumber + 0",
                                          "{t}.Notifier = :Employee",
                                          "{t}.CostCenter in ({headed})",
                                          kReceivedStatuses};
@@ -93,6 +100,7 @@ inline constexpr SeenTable kSeenOrders{DocumentKind::SupplierOrder,
                                        "IdNumber",
                                        "",
                                        "1 = 1",
+                                       "{t}.IdNumber + 0",
                                        "{t}.Notifier = :Employee",
                                        "{t}.CostCenter in ({headed})",
                                        {}};
@@ -103,6 +111,7 @@ inline constexpr SeenTable kSeenDeliveries{
     "IdNumber",
     "",
     "1 = 1",
+    "{t}.IdNumber",
     "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"
     " and o.POVersion = {t}.PurchaseOrderVer and o.Notifier = :Employee)",
     "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"

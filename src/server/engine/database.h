@@ -100,10 +100,14 @@ struct SearchLimits {
 
 /// Counted since the database was opened; tests look at differences. Statements are the caller's
 /// own, without begin, commit and the like; round trips are what PostgreSQL waits for, and the
-/// calls that would wait on SQLite: Begin and Savepoint travel with what follows them.
+/// calls that would wait on SQLite: Begin and Savepoint travel with what follows them. The last two
+/// are SQLite's: steps of its machine, and those that went from row to row of a table with no index
+/// to guide them.
 struct EngineCounters {
   std::atomic<std::int64_t> statements{0};
   std::atomic<std::int64_t> roundTrips{0};
+  std::atomic<std::int64_t> machineSteps{0};
+  std::atomic<std::int64_t> scanSteps{0};
 };
 
 /// Implementations are thread-safe.

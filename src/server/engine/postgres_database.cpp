@@ -177,8 +177,10 @@ class PostgresDatabase final : public Database {
                                                std::span<const Statement> statements,
                                                SearchLimits limits) override {
     const Statement begin = Control("begin isolation level repeatable read read only");
+    // A search is planned for the values it has: what is rare goes another way than what is common.
     const Statement limit =
-        Control("set local statement_timeout = " + std::to_string(limits.milliseconds));
+        Control("select set_config('statement_timeout', '" + std::to_string(limits.milliseconds) +
+                "', true), set_config('plan_cache_mode', 'auto', true)");
     const Statement role = Control("set local role " + std::string(kSearchRole));
     const Statement rollback = Control("rollback");
     std::vector<PostgresCommand> commands = {{&begin, true}, {&guard, true}, {&limit, false}};

@@ -142,19 +142,25 @@ FillError FillFrom(PacketColumn& column, std::size_t row, sqlite3_stmt* prepared
   }
 }
 
-/// Leaves a kept statement ready for its next use.
+/// Counts a statement's steps and leaves it ready for its next use.
 class Using {
  public:
-  explicit Using(sqlite3_stmt* prepared) : prepared_(prepared) {}
+  Using(sqlite3_stmt* prepared, EngineCounters* counters)
+      : prepared_(prepared), counters_(counters) {}
   Using(const Using&) = delete;
   Using& operator=(const Using&) = delete;
   ~Using() {
+    if (counters_ != nullptr) {
+      counters_->machineSteps += sqlite3_stmt_status(prepared_, SQLITE_STMTSTATUS_VM_STEP, 1);
+      counters_->scanSteps += sqlite3_stmt_status(prepared_, SQLITE_STMTSTATUS_FULLSCAN_STEP, 1);
+    }
     sqlite3_reset(prepared_);
     sqlite3_clear_bindings(prepared_);
   }
 
  private:
   sqlite3_stmt* prepared_;
+  EngineCounters* counters_;
 };
 
 void FoldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
@@ -290,7 +296,7 @@ EngineAnswer<DataPacket> SqliteConnection::QueryFenced(
 EngineAnswer<std::int64_t> SqliteConnection::Execute(const Statement& statement) {
   const auto prepared = Kept(statement.text);
   if (!prepared) return prepared.GetFailure();
-  const Using use(*prepared);
+  const Using use(*prepared, counters_);
   const auto bound = BindAll(*prepared, statement.params);
   if (!bound) return bound.GetFailure();
   int result = sqlite3_step(*prepared);
@@ -347,7 +353,7 @@ EngineAnswer<sqlite3_stmt*> SqliteConnection::Kept(const std::string& text) {
 
 EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared,
                                                 const Statement& statement) const {
-  const Using use(prepared);
+  const Using use(prepared, counters_);
   const auto bound = BindAll(prepared, statement.params);
   if (!bound) return bound.GetFailure();
   const int columns = sqlite3_column_count(prepared);

@@ -46,6 +46,8 @@ class SqliteConnection {
   SqliteConnection& operator=(const SqliteConnection&) = delete;
   ~SqliteConnection() = default;
 
+  /// Adds the steps of every statement to these, which must outlive the connection.
+  void CountInto(EngineCounters& counters) { counters_ = &counters; }
   EngineAnswer<DataPacket> Query(const Statement& statement);
   /// Runs a statement that a client had a say in. It is prepared under the authorizer, kept nowhere
   /// and stopped at the deadline.
@@ -81,6 +83,7 @@ class SqliteConnection {
 
   KeptNumbers keptNumbers_;
   SqliteHandle handle_;
+  EngineCounters* counters_ = nullptr;
   Fence fence_;
   std::unordered_map<std::string, SqlitePrepared> kept_;
 };

@@ -149,8 +149,9 @@ class SqliteDatabase final : public Database {
  public:
   SqliteDatabase(const std::string& path, std::unique_ptr<SqliteConnection> writer)
       : writer_(std::move(writer)),
-        readers_(kReaders, [path] { return SqliteConnection::Open(path, SqliteUse::Read); }),
-        searchers_(kSearchers, [path] { return SqliteConnection::Open(path, SqliteUse::Search); }) {
+        readers_(kReaders, [this, path] { return Counted(path, SqliteUse::Read); }),
+        searchers_(kSearchers, [this, path] { return Counted(path, SqliteUse::Search); }) {
+    writer_->CountInto(counters_);
   }
 
   Engine Kind() const override { return Engine::Sqlite; }
@@ -215,6 +216,12 @@ class SqliteDatabase final : public Database {
   }
 
  private:
+  EngineAnswer<std::unique_ptr<SqliteConnection>> Counted(const std::string& path, SqliteUse use) {
+    auto connection = SqliteConnection::Open(path, use);
+    if (connection) (*connection)->CountInto(counters_);
+    return connection;
+  }
+
   template <class Work>
   static std::invoke_result_t<Work> InSnapshot(SqliteConnection& connection, const Work& work) {
     const auto begun = connection.Execute({"begin", {}, {}});
