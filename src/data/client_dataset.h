@@ -52,6 +52,9 @@ struct ReconcileError {
   NamedValues present;  ///< what the server holds now; empty when the row is gone
   /// Fields of `mine` that the user gives up when he merges: filled by whoever answers Merge.
   mutable std::vector<std::string> givenUp;
+  /// Who changed the row meanwhile and when; empty when it is not known.
+  std::string changedBy = {};
+  Stamp changedOn = {};
 };
 
 /// A field of a dataset: a view onto the current row. Named by a FieldDef of the contract.
@@ -270,8 +273,9 @@ class TVosClientDataSet {
   Variant OwnerData;
   /// Columns of the document's head that the last apply moved.
   const NamedValues& HeadMoved() const;
-  /// Takes values that the server holds for the current row as if they had been loaded: no OnChange,
-  /// nothing to send. What was typed into the row stays on top. Without a row nothing happens.
+  /// Takes values that the server holds for the current row as if they had been loaded: no
+  /// OnChange, nothing to send. What was typed into the row stays on top. Without a row nothing
+  /// happens.
   void TakeLoaded(const NamedValues& values);
   /// Drops the log: every row is as it was loaded.
   void CancelUpdates();

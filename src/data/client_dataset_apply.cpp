@@ -167,7 +167,8 @@ std::vector<TVosClientDataSet::Impl::Decision> TVosClientDataSet::Impl::Reconcil
 ReconcileError TVosClientDataSet::Impl::DescribeError(const LogEntry& entry,
                                                       const ChangeOutcome& outcome) const {
   const Change change = MakeChange(entry);
-  return {entry.kind, *outcome.failure, change.before, change.after, outcome.present, {}};
+  return {entry.kind, *outcome.failure,  change.before,    change.after, outcome.present,
+          {},         outcome.changedBy, outcome.changedOn};
 }
 
 void TVosClientDataSet::Impl::Act(const Outcomes& outcomes,

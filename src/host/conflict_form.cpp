@@ -61,15 +61,21 @@ std::string RowName(TVosClientDataSet& dataSet, const ReconcileError& error) {
   return text.empty() ? "Записът" : "Записът „" + text + "“";
 }
 
+/// Who changed the row and when, as far as it is known.
+std::string Who(const TVosBaseForm& form, const ReconcileError& error) {
+  if (error.changedBy.empty()) return "друг потребител";
+  return "„" + error.changedBy + "“ на " + form.App().Info().zone.ToText(error.changedOn);
+}
+
 constexpr LiveRow kLive[] = {
-    {"acOverwrite",  kAnywhere},
+    {"acOverwrite", kAnywhere},
     {"acKeepTyping", kAnywhere},
-    {"acDropMine",   kAnywhere},
+    {"acDropMine", kAnywhere},
 };
 
 class TfVosConflict : public TVosBaseForm {
  public:
-  TfVosConflict(TVosBaseForm& owner, std::string_view rowName,
+  TfVosConflict(TVosBaseForm& owner, std::string_view rowName, const std::string& who,
                 const std::vector<Difference>& differences)
       : TVosBaseForm(DialogIdentity(owner), "TfVosConflict", kTitle),
         cdsDifferences_("cdsDifferences", {Name, Label, Mine, Theirs, Was, Overwrite}),
@@ -77,14 +83,13 @@ class TfVosConflict : public TVosBaseForm {
         lWhat_(*this, "lWhat"),
         gDifferences_(*this, "gDifferences", dsDifferences_) {
     Fill(differences);
-    lWhat_.text =
-        std::string(rowName) + " е променен от друг потребител, след като сте го заредили.";
+    lWhat_.text = std::string(rowName) + " е променен от " + who + ", след като сте го заредили.";
     gDifferences_.columns = {
-        {.field = "Label",     .width = 30, .title = "Поле",                 .readOnly = true         },
-        {.field = "Mine",      .width = 30, .title = "Моето",               .readOnly = true         },
-        {.field = "Theirs",    .width = 30, .title = "Сега в базата", .readOnly = true         },
-        {.field = "Was",       .width = 30, .title = "Беше",                 .readOnly = true         },
-        {.field = "Overwrite", .width = 8,  .title = "Запиши~моето",  .kind = ColumnKind::Check},
+        {.field = "Label", .width = 30, .title = "Поле", .readOnly = true},
+        {.field = "Mine", .width = 30, .title = "Моето", .readOnly = true},
+        {.field = "Theirs", .width = 30, .title = "Сега в базата", .readOnly = true},
+        {.field = "Was", .width = 30, .title = "Беше", .readOnly = true},
+        {.field = "Overwrite", .width = 8, .title = "Запиши~моето", .kind = ColumnKind::Check},
     };
     gDifferences_.cancelOnExit = false;
     AddChoice("acOverwrite", "Запиши отбелязаното", KeyCode::F9, "save", ReconcileAction::Merge);
@@ -94,8 +99,7 @@ class TfVosConflict : public TVosBaseForm {
     AddDialogExit(*this);
     ribbon = {
         {"Операции",
-         {{"Промяната", {"acOverwrite", "acKeepTyping", "acDropMine"}}, {"Изход", {"acExit"}}}}
-    };
+         {{"Промяната", {"acOverwrite", "acKeepTyping", "acDropMine"}}, {"Изход", {"acExit"}}}}};
     layout = ColumnOf({Of(lWhat_), Of(gDifferences_, 1)});
   }
 
@@ -161,21 +165,22 @@ class TfVosConflict : public TVosBaseForm {
 ReconcileAction RunConflictForm(TVosBaseForm& form, TVosClientDataSet& dataSet,
                                 const ReconcileError& error) {
   const std::string row = RowName(dataSet, error);
+  const std::string who = Who(form, error);
   if (error.present.empty()) {
     VosMessageDlg(form, 0, form.caption,
-                  row + " вече е изтрит от друг потребител. Промяната Ви не може да се запише.");
+                  row + " вече е изтрит от " + who + ". Промяната Ви не може да се запише.");
     return ReconcileAction::Refresh;
   }
   if (error.kind == ChangeKind::Delete) {
     VosMessageDlg(form, 0, form.caption,
-                  row +
-                      " е променен от друг потребител и не беше изтрит. Прегледайте го и "
+                  row + " е променен от " + who +
+                      " и не беше изтрит. Прегледайте го и "
                       "повторете изтриването, ако още е нужно.");
     return ReconcileAction::Refresh;
   }
   const std::vector<Difference> differences = Differences(dataSet, error);
   if (differences.empty()) return ReconcileAction::Merge;  // both typed the same
-  TfVosConflict dialog(form, row, differences);
+  TfVosConflict dialog(form, row, who, differences);
   dialog.ShowModal();
   if (dialog.Chosen() == ReconcileAction::Merge) error.givenUp = dialog.GivenUp();
   return dialog.Chosen();

@@ -38,6 +38,9 @@ struct ChangeOutcome {
   NamedValues filled;
   /// On conflict the row as it is now; empty when it is gone.
   NamedValues present;
+  /// On conflict who changed the row last (his name) and when; empty when history knows of nobody.
+  std::string changedBy = {};
+  Stamp changedOn = {};
 };
 
 }  // namespace orvane

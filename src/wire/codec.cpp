@@ -204,11 +204,15 @@ void EncodeOutcome(const ChangeOutcome& outcome, v1::ChangeOutcome& message) {
   if (outcome.failure) Encode(*outcome.failure, *message.mutable_failure());
   EncodeNamed(outcome.filled, *message.mutable_filled());
   EncodeNamed(outcome.present, *message.mutable_present());
+  message.set_changed_by(outcome.changedBy);
+  message.set_changed_on_micros(outcome.changedOn.micros);
 }
 
 bool DecodeOutcome(v1::ChangeOutcome& message, ChangeOutcome& outcome) {
   outcome.applied = message.applied();
   if (message.has_failure()) outcome.failure = DecodeFailure(*message.mutable_failure());
+  outcome.changedBy = std::move(*message.mutable_changed_by());
+  outcome.changedOn = {message.changed_on_micros()};
   return DecodeNamed(*message.mutable_filled(), outcome.filled) &&
          DecodeNamed(*message.mutable_present(), outcome.present);
 }

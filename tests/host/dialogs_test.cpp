@@ -33,9 +33,7 @@ class DialogsTest : public ::testing::Test {
   }
   Host host;
   std::unique_ptr<TVosBaseForm> form;
-  TVosClientDataSet cds{
-      "cdsDepartment", {Code, Name, Chief, AmendOn}
-  };
+  TVosClientDataSet cds{"cdsDepartment", {Code, Name, Chief, AmendOn}};
 };
 
 TEST_F(DialogsTest, TheRefusalMarkIsNeverShownAndOnlyYesIsYes) {
@@ -61,25 +59,29 @@ TEST_F(DialogsTest, ARefusedChangeIsToldAndAnsweredByItsKind) {
   using enum ReconcileAction;
   const Failure refused = Refused("Код 7 вече съществува.");
   const Row rows[] = {
-      {ChangeKind::Insert, refused,                                                 AfterRefusal::Correct, Correct, "Код 7 вече съществува."                                                                              },
-      {ChangeKind::Update, refused,                                                 AfterRefusal::Cancel,  Cancel,  "Код 7 вече съществува."                                                                              },
-      {ChangeKind::Delete, refused,                                                 AfterRefusal::Correct, Cancel,  "Код 7 вече съществува."                                                                              },
+      {ChangeKind::Insert, refused, AfterRefusal::Correct, Correct, "Код 7 вече съществува."},
+      {ChangeKind::Update, refused, AfterRefusal::Cancel, Cancel, "Код 7 вече съществува."},
+      {ChangeKind::Delete, refused, AfterRefusal::Correct, Cancel, "Код 7 вече съществува."},
       {ChangeKind::Update,
        {FailureKind::NoRight, ""},
        AfterRefusal::Correct,
-       Correct,                                                                                                     "Нямате право за тази операция."                                                              },
+       Correct,
+       "Нямате право за тази операция."},
       {ChangeKind::Update,
        {FailureKind::BadRequest, ""},
        AfterRefusal::Correct,
-       Correct,                                                                                                     "Сървърът не разбра заявката. Въведеното е запазено."                       },
+       Correct,
+       "Сървърът не разбра заявката. Въведеното е запазено."},
       {ChangeKind::Insert,
        {FailureKind::Conflict, "Запис с този ключ вече има."},
        AfterRefusal::Correct,
-       Correct,                                                                                                     "Запис с този ключ вече има."                                                                     },
+       Correct,
+       "Запис с този ключ вече има."},
       {ChangeKind::Update,
        {FailureKind::LinkDown, "x"},
        AfterRefusal::Cancel,
-       Abort,                                                                                                       "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."},
+       Abort,
+       "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."},
   };
   for (const Row& row : rows) {
     const ReconcileError error{row.kind, row.failure, {}, {}, {}, {}};
@@ -89,14 +91,12 @@ TEST_F(DialogsTest, ARefusedChangeIsToldAndAnsweredByItsKind) {
 }
 
 ReconcileError NameConflict() {
-  return {
-      ChangeKind::Update,
-      {FailureKind::Conflict,                 "Записът е променен."},
-      {{"Code", 7},                                     {"Name", "Механичен"}, {"Chief", "petrov"}, {"AmendOn", Variant()}},
-      {{"Name", "Механичен цех"},{"Chief", "ivanova"}, {"AmendOn", Stamp{1}}},
-      {{"Code", 7},               {"Name", "Цех 1"}, {"Chief", "georgiev"}, {"AmendOn", Stamp{2}}},
-      {               }
-  };
+  return {ChangeKind::Update,
+          {FailureKind::Conflict, "Записът е променен."},
+          {{"Code", 7}, {"Name", "Механичен"}, {"Chief", "petrov"}, {"AmendOn", Variant()}},
+          {{"Name", "Механичен цех"}, {"Chief", "ivanova"}, {"AmendOn", Stamp{1}}},
+          {{"Code", 7}, {"Name", "Цех 1"}, {"Chief", "georgiev"}, {"AmendOn", Stamp{2}}},
+          {}};
 }
 
 TEST_F(DialogsTest, AConflictShowsMineTheirsAndWasAndTheUserChooses) {
@@ -106,9 +106,9 @@ TEST_F(DialogsTest, AConflictShowsMineTheirsAndWasAndTheUserChooses) {
   };
   using enum ReconcileAction;
   const Row rows[] = {
-      {KeyCode::F9,     Merge  },
-      {KeyCode::F6,     Correct},
-      {KeyCode::F5,     Refresh},
+      {KeyCode::F9, Merge},
+      {KeyCode::F6, Correct},
+      {KeyCode::F5, Refresh},
       {KeyCode::Escape, Correct},
   };
   for (const Row& row : rows) {
@@ -153,10 +153,14 @@ TEST_F(DialogsTest, AConflictWithNothingToChooseIsToldInASentence) {
   EXPECT_EQ(host.toolkit.TakeMessage(),
             "Записът „Код 7“ е променен от друг потребител и не беше изтрит. Прегледайте го и "
             "повторете изтриването, ако още е нужно.");
+  deleted.changedBy = "Петър Петров";
+  deleted.changedOn = TimeZone{}.At(*Date::FromYmd(2026, 3, 5), 9, 12);
+  EXPECT_EQ(HandleReconcileError(*form, cds, deleted), ReconcileAction::Refresh);
+  EXPECT_EQ(host.toolkit.TakeMessage(),
+            "Записът „Код 7“ е променен от „Петър Петров“ на 05.03.2026 09:12 и не беше изтрит. "
+            "Прегледайте го и повторете изтриването, ако още е нужно.");
   ReconcileError same = NameConflict();
-  same.mine = {
-      {"Name", "Цех 1"}
-  };
+  same.mine = {{"Name", "Цех 1"}};
   EXPECT_EQ(HandleReconcileError(*form, cds, same), ReconcileAction::Merge);
   EXPECT_TRUE(host.toolkit.messages.empty());
 }
@@ -170,19 +174,19 @@ class SearchTest : public DialogsTest {
     spec.lines = {"SELECT d.Code, d.Name, Name2, Secret", "FROM Department d {$WN}", "{$W}",
                   "{$O}"};
     spec.fields = {
-        {.name = "d.Code",        .displayName = "Код"},
-        { .name = "d.Name",
+        {.name = "d.Code", .displayName = "Код"},
+        {.name = "d.Name",
          .displayName = "Име",
          .visibility = Visibility::fvFirstLang,
          .allowPartSearch = true,
          .defaultPartSearch = true},
-        {                            .name = "Name2",
+        {.name = "Name2",
          .displayName = "Име 2",
          .visibility = Visibility::fvSecondLang,
          .allowPartSearch = true,
          .defaultPartSearch = true,
          .defaultSearchPos = SearchPos::spAnywhere},
-        {                          .name = "Secret", .displayName = "Скрито",                        .visibility = Visibility::fvHidden},
+        {.name = "Secret", .displayName = "Скрито", .visibility = Visibility::fvHidden},
     };
     spec.columns = {Int16("Code"), String("Name", 40), String("Name2", 40), Int32("Secret")};
   }
@@ -243,11 +247,9 @@ TEST_F(SearchTest, FieldsAreOfferedByTheLanguageOfTheScreen) {
     bool multi, first;
     Names offered;
   };
-  const Row rows[] = {
-      {false, true,  {"Code", "Name"} },
-      {true,  true,  {"Code", "Name"} },
-      {true,  false, {"Code", "Name2"}}
-  };
+  const Row rows[] = {{false, true, {"Code", "Name"}},
+                      {true, true, {"Code", "Name"}},
+                      {true, false, {"Code", "Name2"}}};
   for (const Row& row : rows) {
     host.server.session.languageNames =
         row.multi ? Names{"Български", "English"} : Names{"Български"};
@@ -320,9 +322,7 @@ TEST_F(SearchTest, WhatCannotBeReadAsANumberIsToldAndNothingIsSent) {
 }
 
 TEST_F(SearchTest, AServerThatRefusesTheSearchLeavesTheConditions) {
-  host.server.packets = {
-      Failure{FailureKind::Refused, "!!Err_Търсенето продължи твърде дълго."}
-  };
+  host.server.packets = {Failure{FailureKind::Refused, "!!Err_Търсенето продължи твърде дълго."}};
   spec.startField = "Name";
   Run([&](TVosBaseForm& dialog) {
     Type(dialog, "а");
@@ -341,9 +341,7 @@ TEST(SearchOf, ALookupGivesItsTemplateParametersAndColumns) {
   table.SetParam("Supplier", 5);
   const SearchSpec spec = SearchOf(table);
   EXPECT_EQ(spec.lines, Names{"SELECT 1"});
-  EXPECT_EQ(spec.params, (NamedValues{
-                             {"Supplier", 5}
-  }));
+  EXPECT_EQ(spec.params, (NamedValues{{"Supplier", 5}}));
   EXPECT_EQ(spec.columns.size(), 2U) << "lookup fields are no columns";
 }
 
@@ -373,10 +371,8 @@ TEST(Login, AWrongPasswordKeepsTheTypingAndTheDialog) {
 
 TEST(Login, ADemonstrationUserIsPickedFromTheList) {
   Host host;
-  host.server.greeting.demonstrationUsers = {
-      {"ivanova", host.server.password, "заявител"      },
-      {"petrov",  host.server.password, "ръководител"}
-  };
+  host.server.greeting.demonstrationUsers = {{"ivanova", host.server.password, "заявител"},
+                                             {"petrov", host.server.password, "ръководител"}};
   host.toolkit.modals.push_back([&](TVosBaseForm& dialog) {
     dialog.Dispatch(Pointed{dialog.FindControl("gUsers"), 1, 0, false});
     Press(dialog, KeyCode::Enter);
@@ -435,10 +431,8 @@ TEST_F(SearchTest, AListIsPrintedWholeWithTheColumnsItShows) {
   TVosClientDataSet rows("cdsRows", connection, {Int16("Code"), String("Name", 40)});
   TDataSource source(rows);
   TVosDBGrid grid(*form, "grid", source);
-  grid.columns = {
-      {.field = "Name", .width = 40, .title = "Име~на цеха", .group = "Цех"},
-      {.field = "Code",               .width = 6,            .title = "Код"                  }
-  };
+  grid.columns = {{.field = "Name", .width = 40, .title = "Име~на цеха", .group = "Цех"},
+                  {.field = "Code", .width = 6, .title = "Код"}};
   host.server.packets = {Rows(80, "80"), Rows(3)};
   rows.RowLimit = 80;
   rows.Open();

@@ -149,7 +149,8 @@ TEST_P(Applying, ARowChangedMeanwhileIsAConflictThatShowsIt) {
   const ChangeOutcome& outcome = answer->outcomes.front();
   EXPECT_EQ(Outcome(outcome), "Conflict");
   EXPECT_EQ(outcome.failure->message,
-            "Редът междувременно е променен от друг потребител. Поле „Име“ вече е „Първа“.");
+            "Редът междувременно е променен от „Потребител petrov“. Поле „Име“ вече е „Първа“.");
+  EXPECT_EQ(outcome.changedBy, "Потребител petrov");
   EXPECT_EQ(FindValue(outcome.present, "Name")->ToText(), "Първа");
   EXPECT_EQ(FindValue(outcome.present, "Chief")->ToText(), "petrov");
   EXPECT_EQ(Departments(server), "1 Първа petrov");
@@ -164,7 +165,7 @@ TEST_P(Applying, ARowChangedMeanwhileIsAConflictThatShowsIt) {
   ASSERT_EQ(Outcomes({DeleteOf({{"Code", 1}, {"Name", "Първа"}})}), "ok");
   const auto gone = Apply({UpdateOf({{"Code", 1}, {"Name", "Първа"}}, {{"Name", "Х"}})});
   EXPECT_EQ(gone->outcomes.front().failure->message,
-            "Редът междувременно е изтрит от друг потребител.");
+            "Редът междувременно е изтрит от „Потребител ivanova“.");
   EXPECT_TRUE(gone->outcomes.front().present.empty());
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "packet/variant.h"
+#include "server/documents/order_remainder.h"
 
 namespace orvane {
 namespace {
@@ -53,23 +54,6 @@ constexpr Column Derived(Column column, std::string_view expression) {
   return column;
 }
 
-// What the rows of a supplier order leave is never stored: these derive it, in smallest units.
-constexpr std::string_view kOrderedQuantity =
-    "coalesce((select sum(d.Quantity) from PurchaseOrderDet d"
-    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId"
-    " and p.POVersion = d.PurchaseOrderVer"
-    " where d.SuppManifacOrderId = {t}.SuppManOrderId and d.SerialNumber = {t}.SerialNumber"
-    " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7), 0.0)";
-constexpr std::string_view kDeliveredQuantity =
-    "coalesce((select sum(r.Quantity) from DeliveryRows r"
-    " join Deliveries v on v.IdNumber = r.DeliveryId"
-    " where r.SerialNumber = {t}.SerialNumber and v.Status = 5 and v.AnnulOn is null"
-    " and exists (select 1 from PurchaseOrderDet d"
-    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId"
-    " and p.POVersion = d.PurchaseOrderVer"
-    " where d.SuppManifacOrderId = {t}.SuppManOrderId and d.SerialNumber = {t}.SerialNumber"
-    " and d.PurchaseOrderId = v.PurchaseOrderId and d.PurchaseOrderVer = v.PurchaseOrderVer"
-    " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7)), 0.0)";
 /// Signed and not ended on the company's day, or renewed by itself.
 constexpr std::string_view kActiveContract =
     "(case when {t}.ContractDate <= {today}"

@@ -4,6 +4,7 @@
 
 #include "packet/quantity.h"
 #include "server/documents/named_statement.h"
+#include "server/documents/order_remainder.h"
 #include "server/documents/server_writes.h"
 
 namespace orvane {
@@ -15,13 +16,16 @@ constexpr ValueKind kQuantity = ValueKind::Double;
 
 /// What other requests took of an order's entry.
 constexpr std::string_view kOrderEntries =
-    "select d.SuppManOrderId, d.SerialNumber, d.Quantity - coalesce((select sum(r.Quantity)"
-    " from PurchaseOrderDet r join PurchaseOrder p on p.POIdNumber = r.PurchaseOrderId"
-    " and p.POVersion = r.PurchaseOrderVer"
-    " where r.SuppManifacOrderId = d.SuppManOrderId and r.SerialNumber = d.SerialNumber"
-    " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7"
-    " and (p.POIdNumber <> :OwnId or p.POVersion <> :OwnVersion)), 0.0)"
-    " from SuppManOrderDet d where {wanted}";
+    "select e.SuppManOrderId, e.SerialNumber, e.Quantity - {ordered} from SuppManOrderDet e"
+    " where {wanted}";
+
+/// What requests other than :OwnId ask of an order's row `e`: a request that is being sent counts
+/// its rows itself.
+std::string OrderedByOthers() {
+  std::string text = Replaced(kOrderedQuantity, "{t}", "e");
+  return text.insert(text.rfind("), 0.0)"),
+                     " and (p.POIdNumber <> :OwnId or p.POVersion <> :OwnVersion)");
+}
 
 std::string EntryName(std::int64_t serial, const std::map<std::int64_t, EntryFacts>& entries) {
   const auto found = entries.find(serial);
@@ -109,6 +113,7 @@ std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted,
                                     NamedValues params) {
   params.push_back({"OwnId", own.id});
   params.push_back({"OwnVersion", own.version});
+  const std::string entries = Replaced(kOrderEntries, "{ordered}", OrderedByOthers());
   std::string lock =
       "select o.IdNumber, o.Status, case when o.AnnulOn is null then 0 else 1 end,"
       " o.Supplier from SuppManifacOrder o where " +
@@ -120,8 +125,7 @@ std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted,
              {"Status", ValueKind::Byte, 0},
              {"Annulled", ValueKind::Bool, 0},
              {"Supplier", ValueKind::Code, 0}}),
-      Named(Replaced(kOrderEntries, "{wanted}", Replaced(wanted, "{order}", "d.SuppManOrderId")),
-            params,
+      Named(Replaced(entries, "{wanted}", Replaced(wanted, "{order}", "e.SuppManOrderId")), params,
             {{"IdNumber", ValueKind::Int32, 0},
              {"SerialNumber", ValueKind::Code, 0},
              {"QuantityLeft", kQuantity, 0}})};

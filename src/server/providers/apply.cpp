@@ -229,7 +229,12 @@ void Applying::Explain(Transaction& transaction, std::size_t position, const Bat
   if (why.conflict) {
     const auto present = transaction.Query(PresentRow(provider_.def, change));
     if (present && present->rowCount == 1) outcome.present = RowValues(*present, 0);
-    outcome.failure = ExplainConflict(provider_.def, provider_.rules, change, outcome.present);
+    const auto last = transaction.Query(LastChange(provider_.def, change));
+    if (last && last->rowCount == 1) {
+      outcome.changedBy = last->At(0, "UserName").ToText();
+      outcome.changedOn = last->At(0, "ChangedOn").AsStamp().value_or(Stamp{});
+    }
+    outcome.failure = ExplainConflict(provider_.def, provider_.rules, change, outcome);
     return;
   }
   const bool refused =

@@ -202,6 +202,15 @@ Statement PresentRow(const ProviderDef& provider, const Change& change) {
   return statement;
 }
 
+Statement LastChange(const ProviderDef& provider, const Change& change) {
+  return {
+      "select coalesce(u.UserName, h.ChangedBy), h.ChangedOn from History h left join WSysUsers u "
+      "on u.ShortName = h.ChangedBy where h.TableName = ?1 and h.RowKey = ?2 order by h.Id desc "
+      "limit 1",
+      {Variant(provider.table), RowKey(provider, change)},
+      {{"UserName", ValueKind::String, 60}, {"ChangedOn", ValueKind::Stamp, 0}}};
+}
+
 NamedValues RowValues(const DataPacket& packet, std::size_t row) {
   NamedValues values;
   for (std::size_t i = 0; i < packet.columns.size(); ++i) {

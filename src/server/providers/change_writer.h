@@ -33,6 +33,10 @@ Statement HistoryStatement(const ProviderDef& provider, const Writer& writer, co
 /// The table's row under the key of `change.before`: every field that is not joined.
 Statement PresentRow(const ProviderDef& provider, const Change& change);
 
+/// The last entry of history about the row under the key of `change.before`: UserName (the login
+/// where the user is gone) and ChangedOn.
+Statement LastChange(const ProviderDef& provider, const Change& change);
+
 /// Names and values of a packet's row.
 NamedValues RowValues(const DataPacket& packet, std::size_t row);
 

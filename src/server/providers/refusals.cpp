@@ -132,10 +132,12 @@ Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
 }
 
 Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, const Change& change,
-                        const NamedValues& present) {
-  if (present.empty()) {
-    return {FailureKind::Conflict, "Редът междувременно е изтрит от друг потребител."};
-  }
+                        const ChangeOutcome& outcome) {
+  const NamedValues& present = outcome.present;
+  const std::string who =
+      outcome.changedBy.empty() ? "друг потребител" : "„" + outcome.changedBy + "“";
+  if (present.empty())
+    return {FailureKind::Conflict, "Редът междувременно е изтрит от " + who + "."};
   std::string fields;
   for (const NamedValue& old : change.before) {
     const Variant* now = FindValue(present, old.name);
@@ -147,7 +149,7 @@ Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, co
               (now->IsNull() ? "празно" : "„" + (word.empty() ? now->ToText() : word) + "“");
   }
   if (!fields.empty()) fields += '.';
-  return {FailureKind::Conflict, "Редът междувременно е променен от друг потребител." + fields};
+  return {FailureKind::Conflict, "Редът междувременно е променен от " + who + "." + fields};
 }
 
 }  // namespace orvane

@@ -13,9 +13,9 @@ namespace orvane {
 Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
                        const WriteRules& rules, const Change& change, EngineErrorKind kind);
 
-/// The sentence of a conflict: what the row looks like now, or that it is gone. `present` is empty
-/// when it is gone.
+/// The sentence of a conflict: who changed the row, and what it looks like now or that it is gone
+/// (`outcome.present` is empty then).
 Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, const Change& change,
-                        const NamedValues& present);
+                        const ChangeOutcome& outcome);
 
 }  // namespace orvane
