@@ -16,6 +16,7 @@
 #include "server/demo/demo_tables.h"
 #include "server/documents/request_pricing.h"
 #include "server/documents/settings.h"
+#include "support/demo_rows.h"
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
@@ -45,18 +46,8 @@ DataPacket Rows(Database& database, const std::string& text, std::vector<ResultC
 
 /// Everything a table holds, as one number.
 std::uint64_t ContentsOf(Database& database, const DemoTable& table) {
-  std::string names;
-  std::string order;
-  std::vector<ResultColumn> columns;
-  for (const DemoColumn& column : table.columns) {
-    names += (names.empty() ? "" : ", ") + std::string(column.name);
-    if (columns.size() < table.keyColumns) order = names;
-    columns.push_back({std::string(column.name), column.kind, 0});
-  }
-  const std::size_t width = columns.size();
-  const DataPacket rows =
-      Rows(database, "select " + names + " from " + std::string(table.name) + " order by " + order,
-           std::move(columns));
+  const DataPacket rows = ReadDemoTable(database, table);
+  const std::size_t width = table.columns.size();
   std::uint64_t hash = rows.rowCount;
   for (std::size_t row = 0; row < rows.rowCount; ++row) {
     for (std::size_t column = 0; column < width; ++column) {

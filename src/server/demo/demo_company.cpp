@@ -15,8 +15,9 @@ namespace orvane {
 namespace {
 
 constexpr char kNameCompany[] =
-    "update Company set Name = ?1, LanguageName = ?2, LanguageName2 = ?3, MultiLanguage = 1, "
+    "update Company set Name = ?1, LanguageName = ?2, LanguageName2 = ?3, MultiLanguage = ?4, "
     "Demonstration = 1";
+constexpr std::int64_t kSecondRecord = 1901;
 constexpr char kDoing[] = "filling the demonstration";
 
 Answer<Done> AddUsers(UserAdmin& admin) {
@@ -40,11 +41,12 @@ Answer<Done> AddUsers(UserAdmin& admin) {
   return Done{};
 }
 
-EngineAnswer<Done> WriteRegisters(Database& database, const DemoWorld& world) {
+EngineAnswer<Done> WriteRegisters(Database& database, const DemoWorld& world, bool twoLanguages) {
   auto transaction = database.Begin();
   if (!transaction) return transaction.GetFailure();
-  const auto named =
-      (*transaction)->Execute(Command(kNameCompany, {"„Орване Демо“ АД", "Български", "English"}));
+  const auto named = (*transaction)
+                         ->Execute(Command(kNameCompany, {"„Орване Демо“ АД", "Български",
+                                                          "English", twoLanguages ? 1 : 0}));
   if (!named) return named.GetFailure();
   DemoWriter writer;
   AddOrganisation(writer, world);
@@ -66,9 +68,15 @@ Answer<Done> MakeDemoCompany(Database& database, const Clock& clock, const DemoO
   }
   UserAdmin admin(database, clock, options.passwordCost);
   if (const auto added = AddUsers(admin); !added) return added.GetFailure();
-  const DemoWorld world = MakeDemoWorld(options.seed);
-  const auto written = WriteRegisters(database, world);
+  if (options.secondRecord) {
+    const auto added = admin.AddEmployee(
+        {kSecondRecord, "Десислава Стоянова", "Desislava Stoyanova", "stoyanova"});
+    if (!added) return added.GetFailure();
+  }
+  const DemoWorld world = MakeDemoWorld(options.seed, options.nationalCurrency, options.settings);
+  const auto written = WriteRegisters(database, world, options.twoLanguages);
   if (!written) return ToFailure(written.GetFailure(), kDoing);
+  if (options.documents == 0) return Done{};
   const auto documents = WriteDocuments(database, world, {options.documents, options.progress});
   if (!documents) return ToFailure(documents.GetFailure(), kDoing);
   return Done{};

@@ -1,7 +1,6 @@
 #include "server/demo/demo_documents.h"
 
 #include <algorithm>
-#include <set>
 #include <string>
 #include <string_view>
 
@@ -64,8 +63,8 @@ void AddHead(DemoWriter& writer, const DemoRequest& row) {
                                Cents(row.cents),
                                row.creator,
                                row.created,
-                               Who(sent, row.creator),
-                               When(sent, row.sent),
+                               OrNull(row.amender),
+                               When(!row.amender.empty(), row.amended),
                                row.status,
                                Who(row.annulled, row.creator),
                                When(row.annulled, row.annulledOn),
@@ -104,16 +103,15 @@ void AddPlans(DemoWriter& writer, const DemoRequest& request) {
 }
 
 void AddDecisions(DemoWriter& writer, const DemoRequest& request) {
-  std::set<std::int64_t> turns;
   for (const DemoDecision& row : request.decisions) {
     const bool decided = row.status != ApprovalWaiting;
     writer.Add(
         demo::kRequestApproval,
         {request.id, request.version, row.level, request.sendings, static_cast<int>(row.approver),
          row.status, decided ? Variant(row.head) : Variant(), When(decided, row.when)});
-    if (!row.turn || !turns.insert(row.head).second) continue;
-    writer.Add(demo::kTurns, {row.head, kRequestKind, request.id, request.version});
   }
+  for (const std::int64_t employee : request.turns)
+    writer.Add(demo::kTurns, {employee, kRequestKind, request.id, request.version});
 }
 
 /// The first planned delivery came: whole, or half when another one is planned.

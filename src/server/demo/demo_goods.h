@@ -51,7 +51,7 @@ struct DemoEntry {
   std::int16_t incomeMeasure = 0;   ///< in which it is received
   std::int16_t barCodeMeasure = 0;  ///< 0: none
   std::int16_t decimals = 0;        ///< of quantities
-  std::int64_t priceCents = 0;      ///< at first, in the national currency
+  std::int64_t priceCents = 0;      ///< at first, in euro
   int usual = 1;                    ///< a usual quantity, in its unit
 };
 /// Ascending by serial number; materials first.
@@ -63,7 +63,7 @@ inline constexpr std::int64_t kUsualVat = 20;
 
 /// Days on which new prices came into force, ascending.
 std::span<const Date> DemoPriceDays();
-/// Price in force on a day, in hundredths; the first one before all of them.
+/// Price in force on a day, in hundredths of a euro; the first one before all of them.
 std::int64_t DemoPriceOn(const DemoEntry& entry, Date day);
 
 }  // namespace orvane

@@ -39,6 +39,7 @@ constexpr Course kCourses[] = {
 };
 /// 1 / 1.95583 at seven places.
 constexpr std::int64_t kLevInEuro = 5112919;
+constexpr std::int64_t kEuroInLevs = 19558300;
 
 bool IsWorkingDay(Date day) {
   const int weekday = (day.days + 3) % 7;  // 0 Monday; 1 January 1970 was a Thursday
@@ -71,6 +72,23 @@ std::vector<DemoRate> DemoRates(std::uint32_t seed) {
       const std::int64_t noise = base * random.Between(-course.noise, course.noise) / 1'000'000;
       rates.push_back({course.currency, day, Decimal(base + noise, kRatePlaces)});
     }
+  }
+  return rates;
+}
+
+std::int64_t EuroInLevs(std::int64_t euro) {
+  return (euro * kEuroInLevs + kOne / 2) / kOne;
+}
+
+std::vector<DemoRate> DemoRatesInLevs(std::uint32_t seed) {
+  std::vector<DemoRate> rates;
+  for (const DemoRate& row : DemoRates(seed)) {
+    DemoRate rate = row;
+    // The euro takes the lev's place.
+    if (row.currency == kLev) rate.currency = kEuro;
+    rate.rate =
+        Decimal(row.currency == kLev ? kEuroInLevs : EuroInLevs(row.rate.Mantissa()), kRatePlaces);
+    rates.push_back(rate);
   }
   return rates;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Currencies of the demonstration company and the rates of its central bank, national currency (the
-// euro) for one unit.
+// Currencies of the demonstration company and the rates of its central bank, national currency for
+// one unit.
 
 #include <cstdint>
 #include <span>
@@ -27,10 +27,14 @@ struct DemoRate {
   Decimal rate;  ///< seven places
 };
 
-/// A rate per working day and currency of 2025 and 2026, ascending by currency and day. The lev has
-/// the one rate at which it was replaced.
+/// A rate in euro per working day and currency of 2025 and 2026, ascending by currency and day. The
+/// lev has the one rate at which it was replaced.
 std::vector<DemoRate> DemoRates(std::uint32_t seed);
-/// The latest rate not later than `day`; 1 for the euro. `rates` are DemoRates.
+/// The same in levs; the euro has the one rate to which the lev was fixed.
+std::vector<DemoRate> DemoRatesInLevs(std::uint32_t seed);
+/// So many euro, or parts of one, in levs.
+std::int64_t EuroInLevs(std::int64_t euro);
+/// The latest rate not later than `day`; 1 for the national currency. `rates` are ascending.
 Decimal DemoRateOn(const std::vector<DemoRate>& rates, std::int16_t currency, Date day);
 
 }  // namespace orvane

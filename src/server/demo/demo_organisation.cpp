@@ -18,13 +18,17 @@ struct Param {
   std::int32_t number;
   std::string_view value;
 };
+constexpr std::int32_t kNationalCurrency = 27;
 constexpr Param kParams[] = {
     // Of the host: decimals of amounts, partner of the central bank, kind of the national currency,
     // decimals of sum masks, whether a material is counted in its own units only.
-    {system::kHostGroup, 3, "2"},       {system::kHostGroup, 26, "1"},
-    {system::kHostGroup, 27, "1"},      {system::kHostGroup, 80, "2"},
-    {system::kHostGroup, 283, "1"},     {system::kModuleGroup, 1, "1"},  // cpCar
-    {system::kModuleGroup, 2, "2"},                                      // cpBRM
+    {system::kHostGroup, 3, "2"},
+    {system::kHostGroup, 26, "1"},
+    {system::kHostGroup, kNationalCurrency, ""},
+    {system::kHostGroup, 80, "2"},
+    {system::kHostGroup, 283, "1"},
+    {system::kModuleGroup, 1, "1"},      // cpCar
+    {system::kModuleGroup, 2, "2"},      // cpBRM
     {system::kModuleGroup, 3, "3"},      // cpKindSupplyChoice: by list up to a date
     {system::kModuleGroup, 4, "1"},      // cpKindSupplyList
     {system::kModuleGroup, 5, "3"},      // cpWares
@@ -159,6 +163,16 @@ Variant DayOrNull(const Day& day) {
   return date ? Variant(*date) : Variant();
 }
 
+void AddParams(DemoWriter& writer, const DemoWorld& world) {
+  for (const Param& row : kParams) {
+    if (row.group == system::kModuleGroup && !world.settings) continue;
+    const bool national = row.group == system::kHostGroup && row.number == kNationalCurrency;
+    writer.Add(demo::kParams,
+               {row.group, row.number,
+                national ? Variant(std::to_string(world.national)) : Variant(row.value)});
+  }
+}
+
 void AddPeople(DemoWriter& writer, const DemoWorld& world) {
   for (const DemoEmployee& employee : world.employees) {
     if (!employee.login.empty()) continue;  // users have their records already
@@ -174,10 +188,7 @@ void AddUnits(DemoWriter& writer) {
   for (const DemoCostCenter& row : DemoCostCenters())
     writer.Add(demo::kCostCenters, {row.code, row.name, row.name2, row.chief});
   for (const DemoCostCenter& row : DemoCostCenters()) {
-    const auto section =
-        std::find_if(DemoSections().begin(), DemoSections().end(),
-                     [&](const DemoSection& own) { return own.code == row.section; });
-    writer.Add(demo::kStructure, {row.code, section->department, row.section});
+    writer.Add(demo::kStructure, {row.code, DemoSectionOf(row).department, row.section});
   }
 }
 
@@ -209,9 +220,21 @@ void AddLevels(DemoWriter& writer) {
 
 }  // namespace
 
+std::int64_t DemoDeputy(const DemoCostCenter& center, int kind, Date day) {
+  const std::int64_t codes[] = {center.code, center.section, DemoSectionOf(center).department};
+  for (const Unit& unit : kUnits) {
+    if (unit.type != kind || unit.code != codes[kind - 1]) continue;
+    for (const Period& row : kPeriods) {
+      const auto from = Date::FromYmd(row.from.year, row.from.month, row.from.day);
+      const auto to = Date::FromYmd(row.to.year, row.to.month, row.to.day);
+      if (row.unit == unit.number && *from <= day && (!to || day <= *to)) return row.deputy;
+    }
+  }
+  return 0;
+}
+
 void AddOrganisation(DemoWriter& writer, const DemoWorld& world) {
-  for (const Param& row : kParams)
-    writer.Add(demo::kParams, {row.group, row.number, row.value});
+  AddParams(writer, world);
   AddPeople(writer, world);
   AddUnits(writer);
   AddDeputies(writer);

@@ -117,28 +117,31 @@ void AddItems(DemoWriter& writer) {
   }
 }
 
-void AddList(DemoWriter& writer, std::int16_t list, const DemoEntry& entry) {
+void AddList(DemoWriter& writer, const DemoWorld& world, std::int16_t list,
+             const DemoEntry& entry) {
   const int kind = list;
   writer.Add(demo::kSupplyLists, {kind, entry.serialNumber, static_cast<int>(entry.measure),
-                                  Cents(DemoPriceOn(entry, DemoPriceDays().back()))});
+                                  Cents(PriceIn(world, entry, DemoPriceDays().back()))});
   for (const Date day : DemoPriceDays()) {
     writer.Add(demo::kSupplyListsDates,
-               {kind, entry.serialNumber, day, Cents(DemoPriceOn(entry, day))});
+               {kind, entry.serialNumber, day, Cents(PriceIn(world, entry, day))});
   }
 }
 
-void AddSupplyLists(DemoWriter& writer) {
+void AddSupplyLists(DemoWriter& writer, const DemoWorld& world) {
   writer.Add(demo::kSupplyNaming, {1, true});
   for (const DemoEntry& row : DemoEntries()) {
     writer.Add(demo::kBaseSupplyList,
                {row.serialNumber, row.name, row.name2, row.material != 0 ? 1 : 2,
                 OrNull(row.material), OrNull(row.service), static_cast<int>(row.measure),
-                Cents(DemoPriceOn(row, DemoPriceDays().back())), row.name, row.name2});
+                Cents(PriceIn(world, row, DemoPriceDays().back())), row.name, row.name2});
     for (const Date day : DemoPriceDays()) {
-      writer.Add(demo::kBaseSupplyListDates, {row.serialNumber, day, Cents(DemoPriceOn(row, day))});
+      writer.Add(demo::kBaseSupplyListDates,
+                 {row.serialNumber, day, Cents(PriceIn(world, row, day))});
     }
-    AddList(writer, kGeneralList, row);
-    if (row.kind == kRawMaterials || row.kind == kWares) AddList(writer, kProductionList, row);
+    AddList(writer, world, kGeneralList, row);
+    if (row.kind == kRawMaterials || row.kind == kWares)
+      AddList(writer, world, kProductionList, row);
   }
 }
 
@@ -184,7 +187,7 @@ void AddGoods(DemoWriter& writer, const DemoWorld& world) {
     writer.Add(demo::kUserStores, {row.login, row.store});
   for (const StockDocument& row : kStockDocuments)
     writer.Add(demo::kKindDocInventory, {row.code, row.name, row.name2, row.operation});
-  AddSupplyLists(writer);
+  AddSupplyLists(writer, world);
   AddOffers(writer, world);
 }
 

@@ -202,7 +202,7 @@ void DemoRequests::SetPrice(DemoRequest& request, DemoRequestRow& row, DemoRando
   const Date day = choice == 1 ? DemoPriceDays().back() : request.day;
   const int percent = IsPriced(request.kind) ? 100 : random.Between(90, 112);
   row.currCents = RoundedQuotient(
-      Wide(DemoPriceOn(*row.entry, day)) * row.quantity * percent * kRateOne,
+      Wide(PriceIn(world_, *row.entry, day)) * row.quantity * percent * kRateOne,
       Wide(DemoMeasureOf(row.entry->measure).numerator) * request.rate.Mantissa() * 100);
 }
 
@@ -250,6 +250,20 @@ void DemoRequests::ChooseStatus(DemoRequest& request, DemoRandom& random) const 
   request.status = request.annulled ? -drawn : drawn;
 }
 
+void DemoRequests::Amend(DemoRequest& request) const {
+  if (request.sendings == 0) return;
+  request.amender = request.creator;
+  request.amended = request.sent;
+  if (request.status != Completed) return;
+  constexpr std::int64_t kAfterDecision = 45 * 60'000'000LL;
+  request.amender = logins_.at(request.center->chief);
+  request.amended = request.decisions.empty() ? request.sent : request.decisions.back().when;
+  request.amended.micros += kAfterDecision;
+  if (request.delivered) {
+    request.amended = std::max(request.amended, TimeZone{}.At(request.deliveries.front(), 16, 30));
+  }
+}
+
 std::vector<DemoRequest> DemoRequests::Make(std::int64_t number) const {
   assert(number >= 1 && number <= documents_);
   DemoRandom random(world_.seed, "request", static_cast<std::uint64_t>(number));
@@ -259,6 +273,7 @@ std::vector<DemoRequest> DemoRequests::Make(std::int64_t number) const {
   request.day = kFirstDay.PlusDays(at / 5 * 7 + at % 5);
   ChooseUnit(request, random);
   ChooseStatus(request, random);
+  request.currency = world_.national;
   TakeOrder(request);
   const bool ordered = !request.rows.empty();
   if (!ordered) ChooseSupplier(request, random);
@@ -278,11 +293,13 @@ std::vector<DemoRequest> DemoRequests::Make(std::int64_t number) const {
     replaced.status = Draw(kReplacedStatuses, random);
     FollowWorkflow(replaced, random);
     PlanRequest(replaced, random);
+    Amend(replaced);
     versions.push_back(std::move(replaced));
     request.version = 2;
   }
   FollowWorkflow(request, random);
   PlanRequest(request, random);
+  Amend(request);
   versions.push_back(std::move(request));
   return versions;
 }

@@ -34,7 +34,6 @@ struct DemoDecision {
   ApproverKind approver = ApproverKind::CostCenterHead;
   int status = ApprovalWaiting;
   std::int64_t head = 0;  ///< the employee who decided or whose turn it is
-  bool turn = false;      ///< it came before him
   Stamp when;             ///< of a decision
 };
 
@@ -66,9 +65,12 @@ struct DemoRequest {
   int sendings = 0;
   Stamp created;
   Stamp sent;
+  std::string_view amender;  ///< empty: nobody
+  Stamp amended;
   Stamp annulledOn;
   std::vector<DemoDecision> decisions;
-  std::vector<Date> deliveries;  ///< planned, ascending
+  std::vector<std::int64_t> turns;  ///< employees to whom the turn ever came, each once
+  std::vector<Date> deliveries;     ///< planned, ascending
   bool delivered = false;
   std::vector<DemoPayment> payments;
   std::string description;
@@ -98,6 +100,8 @@ class DemoRequests {
   /// The order against which the request with this number is made; null for most.
   const DemoOrder* OrderOf(std::int64_t number) const;
   std::string_view CreatorFor(const DemoRequest& request, DemoRandom& random) const;
+  /// Notes who changed it last: whoever sent it or, when it is completed, the cost centre's head.
+  void Amend(DemoRequest& request) const;
 
   const DemoWorld& world_;
   const std::vector<DemoOrder>& orders_;

@@ -38,6 +38,18 @@ int Given(int status, int levels, DemoRandom& random) {
   return status == Rejected ? random.Below(levels) : 0;
 }
 
+/// The turn of a level comes to its head and to whoever stands in for him that day.
+void TakeTurn(DemoRequest& request, const DemoLevel& level, Stamp moment) {
+  const int kind = static_cast<int>(level.approver);
+  const Date day = TimeZone{}.DayOf(moment);
+  for (const std::int64_t employee :
+       {DemoHead(*request.center, kind), DemoDeputy(*request.center, kind, day)}) {
+    const auto& turns = request.turns;
+    const bool known = std::find(turns.begin(), turns.end(), employee) != turns.end();
+    if (employee != 0 && !known) request.turns.push_back(employee);
+  }
+}
+
 void Decide(DemoRequest& request, const std::vector<DemoLevel>& levels, DemoRandom& random) {
   const int given = Given(request.status, static_cast<int>(levels.size()), random);
   Stamp when = request.sent;
@@ -47,7 +59,7 @@ void Decide(DemoRequest& request, const std::vector<DemoLevel>& levels, DemoRand
     decision.level = level.level;
     decision.approver = level.approver;
     decision.head = DemoHead(*request.center, static_cast<int>(level.approver));
-    decision.turn = number <= given;
+    if (number <= given) TakeTurn(request, level, when);
     if (number < given) decision.status = ApprovalGiven;
     if (number == given && request.status == Rejected) decision.status = ApprovalRejected;
     // Nobody decides after the demonstration's last day.
@@ -91,7 +103,12 @@ void FollowWorkflow(DemoRequest& request, DemoRandom& random) {
   request.status = Reachable(request.status, levels.size());
   const bool everSent = request.status != Entered || random.Percent(15);
   request.sendings = everSent ? (random.Percent(8) ? 2 : 1) : 0;
+  // What nobody has to approve is approved at once and cannot be taken back.
+  const int most = levels.empty() ? (request.status == Entered ? 0 : 1) : 2;
+  request.sendings = std::min(request.sendings, most);
   request.sent = Later(request.created, random.Between(15, 90));
+  if (request.status == Entered && request.sendings > 0)
+    TakeTurn(request, levels.front(), request.sent);
   if (request.status != Entered) Decide(request, levels, random);
   request.annulledOn = request.decisions.empty() ? Later(request.sent, 30)
                                                  : Later(request.decisions.back().when, 45);

@@ -88,13 +88,6 @@ constexpr DemoCostCenter kCostCenters[] = {
     {12001, 121, "Правен отдел", "Legal Office", kGeorgieva, 5},
 };
 
-const DemoSection& SectionOf(const DemoCostCenter& center) {
-  const DemoSection* found = kSections;
-  while (found->code != center.section)
-    ++found;
-  return *found;
-}
-
 }  // namespace
 
 std::span<const DemoDepartment> DemoDepartments() {
@@ -109,9 +102,16 @@ std::span<const DemoCostCenter> DemoCostCenters() {
   return kCostCenters;
 }
 
+const DemoSection& DemoSectionOf(const DemoCostCenter& center) {
+  const DemoSection* found = kSections;
+  while (found->code != center.section)
+    ++found;
+  return *found;
+}
+
 std::int64_t DemoHead(const DemoCostCenter& center, int kind) {
   assert(kind >= 1 && kind <= 3);
-  const DemoSection& section = SectionOf(center);
+  const DemoSection& section = DemoSectionOf(center);
   if (kind == 1) return center.chief;
   if (kind == 2) return section.chief;
   return kDepartments[section.department - 1].chiefsEmployee;

@@ -38,6 +38,7 @@ std::span<const DemoDepartment> DemoDepartments();
 std::span<const DemoSection> DemoSections();
 std::span<const DemoCostCenter> DemoCostCenters();
 
+const DemoSection& DemoSectionOf(const DemoCostCenter& center);
 /// Head of the cost centre (kind 1), of its section (2) or of its department (3), as an employee.
 std::int64_t DemoHead(const DemoCostCenter& center, int kind);
 

@@ -66,9 +66,11 @@ std::vector<DemoNotifier> Notifiers() {
 
 }  // namespace
 
-DemoWorld MakeDemoWorld(std::uint32_t seed) {
+DemoWorld MakeDemoWorld(std::uint32_t seed, std::int16_t national, bool settings) {
   DemoWorld world;
   world.seed = seed;
+  world.national = national;
+  world.settings = settings;
   for (const DemoPerson& person : DemoPeople()) {
     if (person.employee == 0) continue;
     world.employees.push_back({person.employee, std::string(person.name), std::string(person.name2),
@@ -81,8 +83,16 @@ DemoWorld MakeDemoWorld(std::uint32_t seed) {
   world.employees.push_back({kServiceEmployee, "Служебно одобряване", "Approval by Service", ""});
   world.notifiers = Notifiers();
   world.partners = DemoPartners(seed);
-  world.rates = DemoRates(seed);
+  for (DemoPartner& partner : world.partners) {
+    if (partner.town != 0) partner.currency = national;
+  }
+  world.rates = national == kLev ? DemoRatesInLevs(seed) : DemoRates(seed);
   return world;
+}
+
+std::int64_t PriceIn(const DemoWorld& world, const DemoEntry& entry, Date day) {
+  const std::int64_t euroCents = DemoPriceOn(entry, day);
+  return world.national == kLev ? EuroInLevs(euroCents) : euroCents;
 }
 
 }  // namespace orvane

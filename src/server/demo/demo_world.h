@@ -6,9 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "packet/date.h"
 #include "packet/decimal.h"
+#include "server/demo/demo_goods.h"
 #include "server/demo/demo_money.h"
 #include "server/demo/demo_partners.h"
+#include "server/demo/demo_units.h"
 #include "server/demo/demo_writer.h"
 
 namespace orvane {
@@ -27,13 +30,18 @@ struct DemoNotifier {
 
 struct DemoWorld {
   std::uint32_t seed = 1;
+  std::int16_t national = kEuro;        ///< the national currency
+  bool settings = true;                 ///< those of the purchases module are filled in
   std::vector<DemoEmployee> employees;  ///< ascending by code
   std::vector<DemoNotifier> notifiers;  ///< ascending
   std::vector<DemoPartner> partners;
   std::vector<DemoRate> rates;
 };
 
-DemoWorld MakeDemoWorld(std::uint32_t seed);
+DemoWorld MakeDemoWorld(std::uint32_t seed, std::int16_t national, bool settings);
+
+/// Price of an entry in force on a day, in hundredths of the company's national currency.
+std::int64_t PriceIn(const DemoWorld& world, const DemoEntry& entry, Date day);
 
 /// Employee under whom what nobody decided is recorded.
 inline constexpr std::int64_t kServiceEmployee = 1999;
@@ -46,6 +54,8 @@ inline Decimal Cents(std::int64_t cents) {
 /// Departments, sections, cost centres, who heads and who stands in; people who are not users;
 /// levels of approval and settings.
 void AddOrganisation(DemoWriter& writer, const DemoWorld& world);
+/// Employee who stands in for that head (see DemoHead) on a day; 0 when nobody does.
+std::int64_t DemoDeputy(const DemoCostCenter& center, int kind, Date day);
 /// Partners, currencies and rates, descriptions of documents.
 void AddPartners(DemoWriter& writer, const DemoWorld& world);
 /// Units, materials, services, stores, the supply lists and who supplies what.
