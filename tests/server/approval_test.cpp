@@ -410,5 +410,60 @@ TEST_P(Approval, ApprovalAgainstCorrectionEqualsOneBeforeTheOther) {
   }
 }
 
+TEST_P(Approval, AWithdrawalAgainstTheNextLevelEqualsOneBeforeTheOther) {
+  ThreeLevels();
+  world.As("kolev");
+  world.As("petrova");
+  for (int round = 0; round < 8; ++round) {
+    const std::int64_t id = world.SentRequest();
+    ASSERT_EQ(world.Decide("kolev", id, 1, kWaiting, kGiven), "ok");
+    const auto [withdraw, approve] =
+        AtOnce([&] { return world.Decide("kolev", id, 1, kGiven, kWaiting); },
+               [&] { return world.Decide("petrova", id, 2, kWaiting, kGiven); });
+    EXPECT_NE(withdraw == "ok", approve == "ok") << withdraw << "\n" << approve;
+    if (withdraw == "ok") {
+      EXPECT_EQ(world.Rows(id), "1:2 2:2 3:2");
+      EXPECT_EQ(world.StatusOf(id), ForApproval);
+      EXPECT_NE(approve.find("още не е на ред"), std::string::npos) << approve;
+    } else {
+      EXPECT_EQ(world.Rows(id), "1:3 2:3 3:2");
+      EXPECT_EQ(world.StatusOf(id), PartlyApproved);
+      EXPECT_NE(withdraw.find("по-високо ниво"), std::string::npos) << withdraw;
+    }
+  }
+}
+
+/// Levels are those of the sum that is on disk when the request is sent; afterwards no row changes.
+TEST_P(Approval, SendingAgainstAChangeOfARowEqualsOneBeforeTheOther) {
+  world.AddLevel(4, 1, 0, 1000, ApproverKind::CostCenterHead);
+  world.AddLevel(4, 2, 100, 1000, ApproverKind::SectionHead);
+  world.As("author");
+  world.As("kolev");
+  for (int round = 0; round < 8; ++round) {
+    const std::int64_t id = world.NewRequest();
+    ASSERT_EQ(world.AddRow(id, 1, 20, 8000, "50"), "ok");
+    ASSERT_EQ(world.AddDate(id), "ok");
+    const NamedValues key = {{"PurchaseOrderId", id}, {"PurchaseOrderVer", 1}, {"RowNumber", 1}};
+    NamedValues before = key;
+    before.push_back({"CurrSumWithoutVAT", Decimal(50'0000, 4)});
+    const auto [send, change] = AtOnce(
+        [&] { return world.Move("author", id, Entered, ForApproval); },
+        [&] {
+          return world.Apply("kolev", "dspPurchaseOrderDet",
+                             UpdateOf(before, {{"CurrSumWithoutVAT", Decimal(500'0000, 4)}}));
+        });
+    EXPECT_EQ(send, "ok");
+    EXPECT_EQ(world.StatusOf(id), ForApproval);
+    if (change == "ok") {
+      EXPECT_EQ(world.Rows(id), "1:2 2:2");
+    } else {
+      EXPECT_EQ(world.Rows(id), "1:2");
+      EXPECT_NE(change.find("„За одобрение“ и не се променя. Първо го върнете за корекция."),
+                std::string::npos)
+          << change;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orvane
