@@ -72,7 +72,9 @@ ReconcileAction HandleReconcileError(TVosBaseForm& form, TVosClientDataSet& data
     form.ShowFailure(error.failure);
     return ReconcileAction::Abort;
   }
-  if (error.failure.kind == FailureKind::Conflict && error.kind != ChangeKind::Insert)
+  // With nothing to lay side by side and nothing to correct, the server's own words tell more.
+  const bool told = afterRefusal == AfterRefusal::Cancel && error.present.empty();
+  if (error.failure.kind == FailureKind::Conflict && error.kind != ChangeKind::Insert && !told)
     return RunConflictForm(form, dataSet, error);
   VosMessageDlg(form, 0, form.caption, FailureText(error.failure));
   // A refused deletion has nothing to correct: the row comes back.
