@@ -6,7 +6,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
+#include <map>
 #include <stdexcept>
 #include <utility>
 
@@ -108,10 +108,12 @@ class OwnedDatabase final : public Database {
 /// A migrated database that others are copied from, made once per process and removed at its end.
 class Template {
  public:
-  explicit Template(TestEngine engine) : engine_(engine), name_(NewName()) {
+  Template(TestEngine engine, const std::function<void(Database&)>& fill)
+      : engine_(engine), name_(NewName()) {
     if (engine == Engine::Postgres) Administer("create database " + name_ + " template template0");
     const auto database = OpenAt(engine, LocationOfName(engine, name_));
     Must(Migrate(*database), "migration");
+    fill(*database);
   }
   Template(const Template&) = delete;
   Template& operator=(const Template&) = delete;
@@ -136,13 +138,10 @@ class Template {
   std::string name_;
 };
 
-const Template& TemplateOf(TestEngine engine) {
-  if (engine == Engine::Sqlite) {
-    static const Template sqlite(Engine::Sqlite);
-    return sqlite;
-  }
-  static const Template postgres(Engine::Postgres);
-  return postgres;
+const Template& TemplateOf(TestEngine engine, const std::string& contents,
+                           const std::function<void(Database&)>& fill) {
+  static std::map<std::pair<TestEngine, std::string>, Template> templates;
+  return templates.try_emplace({engine, contents}, engine, fill).first->second;
 }
 
 }  // namespace
@@ -168,8 +167,13 @@ std::string TestEngineName(const testing::TestParamInfo<TestEngine>& info) {
 }
 
 std::unique_ptr<Database> FreshDatabase(TestEngine engine) {
+  return FilledDatabase(engine, "", [](Database&) {});
+}
+
+std::unique_ptr<Database> FilledDatabase(TestEngine engine, const std::string& contents,
+                                         const std::function<void(Database&)>& fill) {
   const std::string name = NewName();
-  TemplateOf(engine).CopyTo(name);
+  TemplateOf(engine, contents, fill).CopyTo(name);
   return std::make_unique<OwnedDatabase>(engine, name);
 }
 

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -30,6 +31,10 @@ std::string TestEngineName(const testing::TestParamInfo<TestEngine>& info);
 
 /// A migrated, empty database, removed when it is destroyed. Throws when it cannot be made.
 std::unique_ptr<Database> FreshDatabase(TestEngine engine);
+/// A migrated database that holds what `fill` wrote: it runs once per process for each engine and
+/// `contents`, every database after the first is a copy.
+std::unique_ptr<Database> FilledDatabase(TestEngine engine, const std::string& contents,
+                                         const std::function<void(Database&)>& fill);
 /// One without any table, for the tests of migration.
 std::unique_ptr<Database> EmptyDatabase(TestEngine engine);
 /// Opens the database of one of the two above once more, as a further server would; the first one

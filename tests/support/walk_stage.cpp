@@ -2,14 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
 #include "host/walk/scripted_toolkit.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
-#include "server/demo/demo_company.h"
+#include "server/demo/demo_companies.h"
 #include "server/demo/demo_users.h"
+#include "server/sessions/user_admin.h"
 
 namespace orvane {
 namespace {
@@ -29,14 +31,21 @@ std::unique_ptr<TVosBaseForm> StartModules(VosApplication& app) {
   return StartOrvaneModule(app);
 }
 
+/// Each kind of company is made once and copied for every walk in it.
+std::unique_ptr<Database> CompanyFor(TestEngine engine, const Clock& clock,
+                                     const std::string& name) {
+  return FilledDatabase(engine, "walks " + name, [&](Database& database) {
+    DemoOptions company = Must(DemoCompanyNamed(name));
+    company.passwordCost = PasswordCost::Lowest();
+    company.documents = std::min(company.documents, kRequests);
+    Must(MakeDemoCompany(database, clock, company));
+  });
+}
+
 }  // namespace
 
-WalkStage::WalkStage(TestEngine engine, WalkWay way)
-    : database_(FreshDatabase(engine)), clock_({kEighthOfMarch2026 * kMicrosPerDay}) {
-  DemoOptions company;
-  company.passwordCost = PasswordCost::Lowest();
-  company.documents = kRequests;
-  Must(MakeDemoCompany(*database_, clock_, company));
+WalkStage::WalkStage(TestEngine engine, WalkWay way, const std::string& company)
+    : clock_({kEighthOfMarch2026 * kMicrosPerDay}), database_(CompanyFor(engine, clock_, company)) {
   ServerOptions options;
   options.sessions.passwordCost = PasswordCost::Lowest();
   server_ = std::make_unique<OrvaneServer>(*database_, clock_, options);
@@ -45,13 +54,15 @@ WalkStage::WalkStage(TestEngine engine, WalkWay way)
     return;
   }
   running_ = Must(StartServing(*server_, {.address = "127.0.0.1", .port = 0}));
-  remote_ = Must(
-      RemoteServer::Open({.address = "127.0.0.1:" + std::to_string(running_->Port())}));
+  remote_ = Must(RemoteServer::Open({.address = "127.0.0.1:" + std::to_string(running_->Port())}));
   door_ = std::make_unique<FaultyDoor>(*remote_);
 }
 
 WalkWorld WalkStage::World() {
-  return {door_.get(), &clock_, TimeZone{}, &DemonstrationPassword, &StartModules};
+  const auto grant = [this](const std::string& login, std::int32_t point, TPointAccess rights) {
+    return UserAdmin(*database_, clock_, PasswordCost::Lowest()).Grant(login, point, rights.Bits());
+  };
+  return {door_.get(), &clock_, TimeZone{}, &DemonstrationPassword, &StartModules, grant};
 }
 
 std::string DemonstrationPassword(std::string_view login) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a walk runs in: a demonstration company of its own, the real server behind a door whose link
+// What a walk runs in: a company of its own, the real server behind a door whose link
 // can be cut, in-process or over a real network connection.
 
 #include <memory>
@@ -21,15 +21,16 @@ enum class WalkWay { InProcess, OverWire };
 
 class WalkStage {
  public:
-  WalkStage(TestEngine engine, WalkWay way);
+  /// `company` is a name of DemoCompanyNamed.
+  WalkStage(TestEngine engine, WalkWay way, const std::string& company = "");
 
   WalkWorld World();
   Database& TheDatabase() { return *database_; }
   FaultyDoor& Door() { return *door_; }
 
  private:
-  std::unique_ptr<Database> database_;
   SetClock clock_;
+  std::unique_ptr<Database> database_;
   std::unique_ptr<OrvaneServer> server_;
   std::unique_ptr<RunningServer> running_;
   std::unique_ptr<RemoteServer> remote_;

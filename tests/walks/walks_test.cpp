@@ -16,7 +16,9 @@ struct WalkCase {
   WalkWay way;
 };
 
-void PrintTo(const WalkCase& walk, std::ostream* out) { *out << walk.file; }
+void PrintTo(const WalkCase& walk, std::ostream* out) {
+  *out << walk.file;
+}
 
 std::vector<WalkCase> AllWalks() {
   std::vector<std::string> files;
@@ -47,9 +49,12 @@ class EveryWalk : public testing::TestWithParam<WalkCase> {};
 
 TEST_P(EveryWalk, GoesThrough) {
   const WalkCase& walk = GetParam();
-  WalkStage stage(walk.engine, walk.way);
+  const std::string text = ReadWalkFile(walk.file);
+  const auto steps = ParseWalk(text);
+  ASSERT_TRUE(steps) << steps.GetFailure().message;
+  WalkStage stage(walk.engine, walk.way, CompanyOfWalk(*steps));
   const std::string name = std::filesystem::path(walk.file).filename().string();
-  const std::string problem = RunScriptedWalk(name, ReadWalkFile(walk.file), stage);
+  const std::string problem = RunScriptedWalk(name, text, stage);
   EXPECT_TRUE(problem.empty()) << problem;
 }
 

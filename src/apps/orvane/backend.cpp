@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <random>
 
-#include "server/demo/demo_company.h"
+#include "server/demo/demo_companies.h"
 #include "server/engine/database.h"
 #include "server/orvane_server.h"
 #include "server/schema/migrate.h"
@@ -44,6 +44,7 @@ class FarBackend final : public Backend {
       : server_(std::move(server)), name_(std::move(name)) {}
   IApplicationServer& Server() override { return *server_; }
   std::string ServerName() const override { return name_; }
+  Database* InnerDatabase() override { return nullptr; }
 
  private:
   std::unique_ptr<RemoteServer> server_;
@@ -60,6 +61,7 @@ class InnerBackend final : public Backend {
   std::string ServerName() const override {
     return running == nullptr ? std::string() : "127.0.0.1:" + std::to_string(running->Port());
   }
+  Database* InnerDatabase() override { return database.get(); }
 
   std::unique_ptr<TemporaryFolder> folder;
   std::unique_ptr<Database> database;
@@ -125,9 +127,10 @@ Answer<std::unique_ptr<Backend>> OpenInner(const BackendOptions& options, const 
   if (options.demo) {
     // Everybody may read the passwords of a demonstration: their hashes need not cost anything.
     serving.sessions.passwordCost = PasswordCost::Lowest();
-    DemoOptions demo;
-    demo.passwordCost = PasswordCost::Lowest();
-    const auto made = MakeDemoCompany(*backend->database, clock, demo);
+    auto demo = DemoCompanyNamed(options.company);
+    if (!demo) return demo.GetFailure();
+    demo->passwordCost = PasswordCost::Lowest();
+    const auto made = MakeDemoCompany(*backend->database, clock, *demo);
     if (!made) return made.GetFailure();
   }
   backend->server = std::make_unique<OrvaneServer>(*backend->database, clock, serving);

@@ -18,10 +18,13 @@ struct BackendOptions {
   std::string rootCertificate{};  ///< PEM file, for a server that is not on this machine
   std::string database{};         ///< SQLite file, served inside this program
   bool demo = false;              ///< a demonstration company that is gone afterwards
+  std::string company{};          ///< which one: see DemoCompanyNamed
   bool overWire = false;          ///< the inner server is reached over a real network connection
   /// Paints while a distant server is waited for; see RemoteOptions::pump.
   std::function<bool()> pump{};
 };
+
+class Database;
 
 class Backend {
  public:
@@ -29,6 +32,8 @@ class Backend {
   virtual IApplicationServer& Server() = 0;
   /// For the status bar; empty when the server is inside this program.
   virtual std::string ServerName() const = 0;
+  /// The database served inside this program; null when the server is far away.
+  virtual Database* InnerDatabase() = 0;
 };
 
 /// Refused, in a sentence for the user, when the database or a certificate cannot be read. `clock`

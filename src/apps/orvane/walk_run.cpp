@@ -12,6 +12,7 @@
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "server/demo/demo_users.h"
+#include "server/sessions/user_admin.h"
 
 namespace orvane {
 namespace {
@@ -43,12 +44,17 @@ std::string RunWalkFile(QtToolkit& toolkit, const WalkOptions& walk, BackendOpti
   if (!walk.pictures.empty()) std::filesystem::create_directories(walk.pictures);
   SetClock clock({kFifthOfMarch2026 * kMicrosPerDay});
   options.demo = true;
+  options.company = CompanyOfWalk(*steps);
   auto backend = OpenBackend(options, clock);
   if (!backend) return backend.GetFailure().message;
   FaultyDoor door((*backend)->Server());
+  UserAdmin admin(*(*backend)->InnerDatabase(), clock, PasswordCost::Lowest());
+  const auto grant = [&admin](const std::string& login, std::int32_t point, TPointAccess rights) {
+    return admin.Grant(login, point, rights.Bits());
+  };
   QtWalkDriver driver(toolkit, Qs(walk.pictures));
   WalkRunner runner(walk.file, *std::move(steps), driver,
-                    {&door, &clock, TimeZone{}, &PasswordOf, &StartModules});
+                    {&door, &clock, TimeZone{}, &PasswordOf, &StartModules, grant});
   std::string problem = driver.Go(runner);
   if (!walk.pictures.empty()) {
     std::ofstream page(std::filesystem::path(walk.pictures) / "index.html", std::ios::binary);

@@ -61,6 +61,13 @@ void Compare(std::string_view what, std::string_view expected, std::string_view 
           Quoted(seen));
 }
 
+struct RightWord {
+  std::string_view word;
+  PointAccessRight right;
+};
+constexpr RightWord kRights[] = {
+    {"open", paOpen}, {"edit", paEdit}, {"insert", paInsert}, {"delete", paDelete}};
+
 std::string StateWord(DataSetState state) {
   switch (state) {
     case DataSetState::Inactive:
@@ -92,6 +99,7 @@ const WalkRunner::Verb WalkRunner::kVerbs[] = {
     {"link", &WalkRunner::DoLink},         {"remember", &WalkRunner::DoRemember},
     {"picture", &WalkRunner::DoPicture},   {"close", &WalkRunner::DoClose},
     {"language", &WalkRunner::DoLanguage}, {"page", &WalkRunner::DoPage},
+    {"company", &WalkRunner::DoCompany},   {"rights", &WalkRunner::DoRights},
 };
 
 struct WalkRunner::Expectation {
@@ -196,6 +204,11 @@ TVosBaseForm& WalkRunner::Form() {
 }
 
 // --- steps --------------------------------------------------------------------------------------
+
+/// Whoever made the world of the walk has read it.
+void WalkRunner::DoCompany(const Words&) {
+  if (next_ != 1) Problem("дружеството се назовава в самото начало");
+}
 
 void WalkRunner::DoClock(const Words& words) {
   const std::optional<Date> day = Date::Parse(WordAt(words, 1));
@@ -348,6 +361,21 @@ void WalkRunner::DoPage(const Words& words) {
     return driver_.ChoosePage(form, pages->Name(), page->name);
   }
   Problem("няма страница " + words[1]);
+}
+
+/// rights kolev PurchaseRequests open edit
+void WalkRunner::DoRights(const Words& words) {
+  const ModulePoint* point = Current().app->FindPoint(WordAt(words, 2));
+  if (point == nullptr) Problem("няма точка " + words[2]);
+  TPointAccess rights;
+  for (std::size_t i = 3; i < words.size(); ++i) {
+    const auto* row = std::find_if(std::begin(kRights), std::end(kRights),
+                                   [&](const RightWord& right) { return right.word == words[i]; });
+    if (row == std::end(kRights)) Problem("няма право " + words[i]);
+    rights = rights.With(row->right);
+  }
+  const Answer<Done> granted = world_.grant(words[1], point->number, rights);
+  if (!granted) Problem(granted.GetFailure().message);
 }
 
 // --- expectations -------------------------------------------------------------------------------

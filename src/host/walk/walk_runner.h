@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/access.h"
 #include "host/application.h"
 #include "host/form.h"
 #include "host/report.h"
@@ -61,6 +62,9 @@ struct WalkWorld {
   /// Registers and starts the modules for a user just logged in; the main form is kept until the
   /// end.
   std::function<std::unique_ptr<TVosBaseForm>(VosApplication& app)> startModules;
+  /// Gives a user exactly these rights at a point, as an administrator does meanwhile.
+  std::function<Answer<Done>(const std::string& login, std::int32_t point, TPointAccess rights)>
+      grant;
 };
 
 class WalkRunner {
@@ -102,6 +106,7 @@ class WalkRunner {
   TVosBaseForm& Form();
   Session& Current();
 
+  void DoCompany(const Words& words);
   void DoClock(const Words& words);
   void DoUser(const Words& words);
   void DoOpen(const Words& words);
@@ -119,6 +124,7 @@ class WalkRunner {
   void DoClose(const Words& words);
   void DoLanguage(const Words& words);
   void DoPage(const Words& words);
+  void DoRights(const Words& words);
 
   void ExpectDialog(const Words& words);
   void ExpectAction(const Words& words);

@@ -71,4 +71,12 @@ Answer<std::vector<WalkStep>> ParseWalk(std::string_view text) {
   return steps;
 }
 
+std::string CompanyOfWalk(const std::vector<WalkStep>& steps) {
+  std::string name;
+  if (steps.empty() || steps.front().words.front() != "company") return name;
+  for (std::size_t i = 1; i < steps.front().words.size(); ++i)
+    name += (i == 1 ? "" : " ") + steps.front().words[i];
+  return name;
+}
+
 }  // namespace orvane

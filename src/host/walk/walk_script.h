@@ -4,6 +4,7 @@
 // words. Words with blanks stand in double quotes (\" is a quote inside); # begins a comment; $name
 // is what was remembered.
 //
+//   company lev                          (first of all; without it the demonstration company)
 //   user ivanova
 //   open TfDepartment
 //   type Name "Механичен цех"
@@ -25,5 +26,8 @@ struct WalkStep {
 
 /// Cuts a walk into steps. Refused, with the line, when a quote is not closed.
 Answer<std::vector<WalkStep>> ParseWalk(std::string_view text);
+
+/// Name of the company that a walk asks for at its head ("one language"); empty when it names none.
+std::string CompanyOfWalk(const std::vector<WalkStep>& steps);
 
 }  // namespace orvane
