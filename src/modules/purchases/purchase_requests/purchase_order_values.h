@@ -53,13 +53,15 @@ struct PurchaseOrderValues {
   int vMaxTermOfPayment = 0;  ///< payment term in force, days
 
   bool FirstLanguage() const { return LNG_ == 1; }
-  /// Kinds whose requests name a supplier and a contract.
+  /// Kinds whose requests name a supplier and a contract. No kind (0) is not one of them, nor is a
+  /// parameter that is unset.
   bool IsContracted(std::int64_t kindSupply) const {
-    return kindSupply == _cpCAR || kindSupply == _cpBRM || kindSupply == _cpSuppWares;
+    return kindSupply != 0 &&
+           (kindSupply == _cpCAR || kindSupply == _cpBRM || kindSupply == _cpSuppWares);
   }
   /// Kinds that are priced from the supply list: no amounts are typed, transport may be included.
   bool IsPricedByList(std::int64_t kindSupply) const {
-    return kindSupply == _cpBRM || kindSupply == _cpSuppWares;
+    return kindSupply != 0 && (kindSupply == _cpBRM || kindSupply == _cpSuppWares);
   }
 };
 

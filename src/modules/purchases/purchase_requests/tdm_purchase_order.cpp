@@ -317,14 +317,17 @@ void TdmPurchaseOrder::SendPending() {
 void TdmPurchaseOrder::cdsPurchaseOrderBeforePost() {
   using namespace purchase_request::head;
   const VosApplication& app = form_.App();
-  documentHead.PostExistingRecord = cdsPurchaseOrder.State() != DataSetState::Insert;
-  if (!documentHead.PostExistingRecord) {
+  // A new request that a broken link kept from the server is new however often it is posted.
+  const bool entered = cdsPurchaseOrder.State() == DataSetState::Insert;
+  const bool unsaved = cdsPurchaseOrder[POIdNumber].AsInt().value_or(-1) < 0;
+  documentHead.PostExistingRecord = !entered && !unsaved;
+  if (entered) {
     cdsPurchaseOrder[POIdNumber].Set(-1);
     cdsPurchaseOrder[POVersion].Set(0);
     cdsPurchaseOrder[Status].Set(kEntered);
     cdsPurchaseOrder[CreatedFrom].Set(app.UserName());
     cdsPurchaseOrder[CreatedOn].Set(app.Now());
-  } else if (form_.values.FillAmend) {
+  } else if (!unsaved && form_.values.FillAmend) {
     cdsPurchaseOrder[AmendFrom].Set(app.UserName());
     cdsPurchaseOrder[AmendOn].Set(app.Now());
   }

@@ -69,7 +69,7 @@ void TfPurchaseOrder::eIdNumClosed(const std::string& text) {
   if (*id != values.LastGetID &&
       dmPurchaseOrder->GetRecord(Nav::ByKey, 0, *id, 0) == LoadCode::None)
     VosMessageDlg(*this, kWarning, caption, Filled(_rDocNotFound, {std::to_string(*id)}));
-  if (values.LastGetID != 0) eIdNum.SetText(std::to_string(values.LastGetID));
+  eIdNum.SetText(values.LastGetID == 0 ? std::string() : std::to_string(values.LastGetID));
 }
 
 void TfPurchaseOrder::eVerClosed(const std::string& text) {
@@ -108,7 +108,7 @@ void TfPurchaseOrder::SetReadWrite(bool forceWritable) {
   diMainInfo.readOnly = !writable;
   for (TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl}) {
     grid->readOnly = !writable;
-    grid->canInsert = writable;
+    grid->canInsert = writable && May(paInsert);
   }
   eIdNum.readOnly = values.DisplayOneDocMode;
   eVer.readOnly = values.DisplayOneDocMode;
