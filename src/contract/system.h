@@ -23,6 +23,10 @@ inline constexpr auto UserName2 = String("UserName2", 30, Plain, "Име2");
 inline constexpr std::string_view kLevelsApprovalClass = "TsmLevelsApproval";
 inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
 
+/// TsmLevelsApproval.CountWaiting: no arguments; answer [0] how many documents wait for the asker's
+/// decision today.
+inline constexpr std::string_view kCountWaiting = "CountWaiting";
+
 /// TsmParameters.GetParams: [0] group; answer [0]: an array of [number, text] pairs, one per
 /// parameter that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null.
 inline constexpr std::string_view kParametersClass = "TsmParameters";

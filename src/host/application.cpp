@@ -271,9 +271,10 @@ bool VosApplication::OpenScreen(std::string_view className) {
 }
 
 void VosApplication::FreeClosedForms() {
-  std::erase_if(openForms_, [](const std::unique_ptr<TVosBaseForm>& form) {
+  const auto freed = std::erase_if(openForms_, [](const std::unique_ptr<TVosBaseForm>& form) {
     return form->IsClosed() && !form->IsBusy();
   });
+  if (freed > 0 && OnScreenClosed && IsLoggedIn()) OnScreenClosed();
 }
 
 bool VosApplication::CloseAll(const std::vector<TVosBaseForm*>& forms) {

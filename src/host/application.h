@@ -157,6 +157,8 @@ class VosApplication {
   const std::vector<std::unique_ptr<TVosBaseForm>>& OpenForms() const { return openForms_; }
   /// Frees forms that were closed; called by toolkits between events.
   void FreeClosedForms();
+  /// Called when a screen of the menu was closed and freed; may be empty.
+  std::function<void()> OnScreenClosed;
   /// Closes the opened screens, the last one first; false when one refused.
   bool CloseForms();
   /// Closes every shown form, the menu too; false when one refused.

@@ -1,4 +1,5 @@
 #include "contract/system.h"
+#include "server/approval/waiting.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
@@ -34,7 +35,8 @@ Answer<VariantArray> GetCurrentEmployee(Work& work, const VariantArray& argument
 ServerClass TsmLevelsApproval() {
   return ServerClass(system::kLevelsApprovalClass)
       .UsedFrom({Point::LevelsApproval})
-      .Operation(system::kGetCurrentEmployee, Rule::Session, &GetCurrentEmployee);
+      .Operation(system::kGetCurrentEmployee, Rule::Session, &GetCurrentEmployee)
+      .Operation(system::kCountWaiting, Rule::Session, &CountWaiting);
 }
 
 }  // namespace orvane

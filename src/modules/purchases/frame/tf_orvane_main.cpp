@@ -3,6 +3,7 @@
 #include "contract/points.h"
 #include "contract/system.h"
 #include "host/dialogs.h"
+#include "kit/waiting.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
 
@@ -41,6 +42,12 @@ TfOrvaneMain::TfOrvaneMain(const FormIdentity& identity)
   LoadSiblings();
   FindCurrentEmployee();
   ReadParameters();
+  RefreshWaiting(App());
+  App().OnScreenClosed = [&app = App()] { RefreshWaiting(app); };
+}
+
+TfOrvaneMain::~TfOrvaneMain() {
+  App().OnScreenClosed = nullptr;
 }
 
 void TfOrvaneMain::PrepareGenerator() {

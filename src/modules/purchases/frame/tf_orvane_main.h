@@ -21,6 +21,7 @@ class TfOrvaneMain : public TVosModuleForm {
  public:
   /// Throws Abort, after telling the user, when he has more than one employee record.
   explicit TfOrvaneMain(const FormIdentity& identity);
+  ~TfOrvaneMain() override;
 
   const TdmMiVosGenerator& Generator() const { return *dmMiVosGenerator_; }
 

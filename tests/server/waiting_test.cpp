@@ -1,0 +1,53 @@
+// What waits for somebody's decision: his turn now, as head or as deputy, and nothing else.
+
+#include "contract/system.h"
+#include "server/request_world.h"
+
+namespace orvane {
+namespace {
+
+class Waiting : public RequestCase {
+ protected:
+  /// "kolev 1 petrova 0 …" for everybody who may decide.
+  std::string Counts() {
+    std::string text;
+    for (const std::string login : {"kolev", "deputy", "petrova", "dimitrov", "author", "boss"}) {
+      const auto answer = world.Server()->Call(
+          world.As(login).At(Point::LevelsApproval),
+          {std::string(system::kLevelsApprovalClass), std::string(system::kCountWaiting), {}});
+      text += (text.empty() ? "" : " ") + login + " " +
+              (answer ? answer->front().ToText() : answer.GetFailure().message);
+    }
+    return text;
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Engines, Waiting, testing::ValuesIn(TestEngines()), TestEngineName);
+
+TEST_P(Waiting, IsTheTurnOfEachKindOfHeadAndOfHisDeputy) {
+  world.AddLevel(4, 1, 0, 1000, ApproverKind::CostCenterHead);
+  world.AddLevel(4, 2, 0, 1000, ApproverKind::SectionHead);
+  world.AddLevel(4, 3, 0, 1000, ApproverKind::DepartmentHead);
+  EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 0 author 0 boss 0");
+  const std::int64_t one = world.SentRequest();
+  const std::int64_t two = world.SentRequest();
+  EXPECT_EQ(Counts(), "kolev 2 deputy 2 petrova 0 dimitrov 0 author 0 boss 0");
+  ASSERT_EQ(world.Decide("kolev", one, 1, ApprovalWaiting, ApprovalGiven), "ok");
+  EXPECT_EQ(Counts(), "kolev 1 deputy 1 petrova 1 dimitrov 0 author 0 boss 0");
+  ASSERT_EQ(world.Decide("petrova", one, 2, ApprovalWaiting, ApprovalGiven), "ok");
+  EXPECT_EQ(Counts(), "kolev 1 deputy 1 petrova 0 dimitrov 1 author 0 boss 0");
+  ASSERT_EQ(world.Decide("kolev", two, 1, ApprovalWaiting, ApprovalRejected), "ok");
+  EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 1 author 0 boss 0");
+  ASSERT_EQ(world.Decide("dimitrov", one, 3, ApprovalWaiting, ApprovalGiven), "ok");
+  EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 0 author 0 boss 0");
+}
+
+TEST_P(Waiting, EndsWhenTheDocumentIsTakenBack) {
+  world.AddLevel(4, 1, 0, 1000, ApproverKind::CostCenterHead);
+  const std::int64_t id = world.SentRequest();
+  EXPECT_EQ(Counts(), "kolev 1 deputy 1 petrova 0 dimitrov 0 author 0 boss 0");
+  ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
+  EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 0 author 0 boss 0");
+}
+
+}  // namespace
+}  // namespace orvane
