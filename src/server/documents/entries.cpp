@@ -40,13 +40,14 @@ constexpr std::string_view kEntries =
     " left join Measures lm on lm.Code = l.Measure where {wanted}";
 
 /// What the request behind the last approved delivery paid for the entry; looked for only where the
-/// algorithm asks for it.
+/// algorithm asks for it. The comparison comes before the test for null: it tells PostgreSQL the
+/// type of a supplier that is not given.
 constexpr std::string_view kLastDeliveries =
     "select x.SerialNumber, d.CurrSumWithoutVAT, d.Quantity, d.Numerator, o.RateOfExchange"
     " from (select b.SerialNumber, (select v.IdNumber from DeliveryRows r"
     " join Deliveries v on v.IdNumber = r.DeliveryId"
     " where r.SerialNumber = b.SerialNumber and v.Status = 5 and v.AnnulOn is null"
-    " and ({supplier} is null or v.Supplier = {supplier})"
+    " and (v.Supplier = {supplier} or {supplier} is null)"
     " order by v.DeliveryDate desc, v.IdNumber desc limit 1) as DeliveryId"
     " from BaseSupplyList b where exists (select 1 from Params a where a.ParamGroup = {group}"
     " and a.Number = {algorithmNumber} and a.Value = '2') and {wanted}) x"
