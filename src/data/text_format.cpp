@@ -123,9 +123,16 @@ std::optional<Date> ReadDate(std::string_view text) {
   return Date::Parse(pointed);
 }
 
+/// A slip of a key makes 05.03.0226 of 2026; no document is so old or so far ahead.
+bool IsOfOurTimes(Date date) {
+  return date.Year() >= 1900 && date.Year() < 3000;
+}
+constexpr std::string_view kOtherTimes = "е с невъзможна година. Въведете година от 1900 до 2999.";
+
 Answer<Variant> ParseDate(std::string_view text) {
   const auto date = ReadDate(text);
   if (!date) return Unreadable(text, "не е дата. Въведете ден.месец.година.");
+  if (!IsOfOurTimes(*date)) return Unreadable(text, kOtherTimes);
   return Variant(*date);
 }
 
@@ -164,6 +171,7 @@ Answer<Variant> ParseStamp(std::string_view text, const TextFormat& format) {
   if (!date || !time) {
     return Unreadable(text, "не е дата и час. Въведете ден.месец.година час:минути.");
   }
+  if (!IsOfOurTimes(*date)) return Unreadable(text, kOtherTimes);
   return Variant(format.zone.At(*date, (*time)[0], (*time)[1], (*time)[2]));
 }
 
