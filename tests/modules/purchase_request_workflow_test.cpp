@@ -87,7 +87,7 @@ void CheckOffered(const Situation& s) {
   EXPECT_TRUE(world.Screen().DuplicateLiveKeys().empty());
   const bool writable = s.status == 2 && !s.annulled && !s.old && (s.rights & 2) != 0;
   EXPECT_EQ(world.Screen().diMainInfo.readOnly, !writable);
-  EXPECT_EQ(world.Screen().gPOPayPl.canInsert, writable);
+  EXPECT_EQ(world.Screen().gPOPayPl.canInsert, writable && (s.rights & 4) != 0);
   world.FocusOn(world.Screen().diMainInfo);
   EXPECT_EQ(world.Live(kAtKeys), writable ? "acRows acSave acCancel" : "acRows acCancel");
 }

@@ -108,11 +108,12 @@ class TdmPurchaseOrder : public TVosDataModule {
 
   /// PostExistingRecord and ReconcileError of the head.
   DocumentHead documentHead;
+  /// Sends what a broken link left behind, head first; nothing happens when there is nothing.
+  void SendPending();
 
  private:
   void BindHead();
   void BindParts();
-  void SendPending();
   void TakeRecord(const VariantArray& answer);
   void TakeRoles();
   HeadApplyRules MakeHeadRules();

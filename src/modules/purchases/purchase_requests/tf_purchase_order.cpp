@@ -21,6 +21,8 @@ using namespace purchase_request;
 
 namespace {
 
+constexpr std::string_view _rRateNotPositive =
+    "Валутният курс трябва да бъде по-голям от нула. Въведете друг.";
 constexpr std::string_view _rNoEmployee =
     "Нямате права за работа с екрана. Липсва информация за Вас в таблица \"Служители\"!";
 constexpr int kFirstCategoryWithEmployee = 3;
@@ -311,6 +313,8 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
     RequireFields(*this, diMainInfo, _rFieldNotFilled, {"Supplier", "ContractId"});
   RequireFields(*this, diMainInfo, _rFieldNotFilled,
                 {"IncTranspInPrice", "KindCurrency", "RateOfExchange"});
+  if (head[head::RateOfExchange].AsDecimal().value_or(Decimal()) <= Decimal())
+    RefuseAt(*this, diMainInfo, "RateOfExchange", _rRateNotPositive);
   if (!head.Editing()) head.Edit();
   if (!PostHead()) {
     if (head.Editing()) FocusControl(&diMainInfo);
@@ -322,6 +326,7 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
 bool TfPurchaseOrder::PostHead() {
   dmPurchaseOrder->documentHead.ReconcileError = false;  // a head without changes is not applied
   dmPurchaseOrder->cdsPurchaseOrder.Post();
+  dmPurchaseOrder->documentHead.ApplyPending();  // what a broken link left behind
   return !dmPurchaseOrder->documentHead.ReconcileError;
 }
 

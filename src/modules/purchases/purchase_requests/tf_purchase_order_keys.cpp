@@ -44,7 +44,10 @@ void TfPurchaseOrder::ShowKeys(std::int64_t id, int ver) {
   documentIsFresh_ = true;
 }
 
+/// What a broken link left behind goes first: it may be the shown request itself, still without an
+/// identifier.
 void TfPurchaseOrder::ReloadShown() {
+  dmPurchaseOrder->SendPending();
   if (values.LastGetID == 0 || documentIsFresh_) return;
   dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
 }
