@@ -9,6 +9,9 @@
 //
 // A register of master and detail gives two grids: what the actions act on is the one in use.
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <span>
@@ -43,6 +46,15 @@ inline constexpr LiveRow kRegisterLive[] = {
     {"acNomenclature", kAtCombo, InState::Any, {}, &AtComboOfRegister},
     {"acExit", kAnywhere, InState::Any, {}},
 };
+
+/// A live table with a row of the register's own behind it.
+template <std::size_t N>
+constexpr std::array<LiveRow, N + 1> WithRow(const LiveRow (&rows)[N], const LiveRow& own) {
+  std::array<LiveRow, N + 1> all{};
+  std::copy(std::begin(rows), std::end(rows), all.begin());
+  all[N] = own;
+  return all;
+}
 
 /// A register's report in the generator: number and the variants for one and for two languages.
 struct RegisterReport {

@@ -11,8 +11,6 @@
 namespace orvane {
 namespace {
 
-constexpr int kWarning = 2;
-
 std::string WithTitle(std::string_view text, std::string_view title) {
   std::string filled(text);
   return filled.replace(filled.find("%s"), 2, title);
@@ -29,8 +27,8 @@ std::string TitleOf(TVosDataInspector& inspector, std::string_view field) {
 
 template <class Place>
 [[noreturn]] void Refuse(TVosBaseForm& form, Place& place, std::string_view field,
-                         std::string_view text) {
-  VosMessageDlg(form, kWarning, form.caption, text);
+                         std::string_view text, int kind) {
+  VosMessageDlg(form, kind, form.caption, text);
   form.FocusControl(&place);
   place.FocusField(field);
   throw Abort{};
@@ -41,7 +39,7 @@ void Require(TVosBaseForm& form, Place& place, std::string_view text,
              std::initializer_list<std::string_view> fields) {
   for (std::string_view field : fields) {
     if (!place.DataSet().FieldByName(field).IsEmpty()) continue;
-    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)));
+    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)), kWarningMessage);
   }
 }
 
@@ -57,13 +55,14 @@ void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string
   Require(form, inspector, text, fields);
 }
 
-void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field, std::string_view text) {
-  Refuse(form, grid, field, text);
+void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field, std::string_view text,
+              int kind) {
+  Refuse(form, grid, field, text, kind);
 }
 
 void RefuseAt(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view field,
-              std::string_view text) {
-  Refuse(form, inspector, field, text);
+              std::string_view text, int kind) {
+  Refuse(form, inspector, field, text, kind);
 }
 
 }  // namespace orvane

@@ -19,10 +19,14 @@ void RequireFields(TVosBaseForm& form, TVosDBGrid& grid, std::string_view text,
 void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view text,
                    std::initializer_list<std::string_view> fields);
 
-/// Message with the form's caption as a warning, then the focus on the column, then Abort.
+/// Kinds of message.
+inline constexpr int kErrorMessage = 0;
+inline constexpr int kWarningMessage = 2;
+
+/// Message with the form's caption, then the focus on the column, then Abort.
 [[noreturn]] void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field,
-                           std::string_view text);
+                           std::string_view text, int kind = kWarningMessage);
 [[noreturn]] void RefuseAt(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view field,
-                           std::string_view text);
+                           std::string_view text, int kind = kWarningMessage);
 
 }  // namespace orvane

@@ -12,6 +12,38 @@ LookupSetup CostCentersOfNotifier() {
           .nomenclatureClass = "TfCostCenters"};
 }
 
+LookupSetup CostCenters(std::string_view caption) {
+  return {.caption = std::string(caption),
+          .sql = {"SELECT CostCenter, Name, Name2", "FROM CostCenters", "{$WN}", "{$W}", "{$O}"},
+          .searchFields = CodeAndNames("CostCenter"),
+          .mask = std::string(kMaskCode19),
+          .nomenclatureClass = "TfCostCenters"};
+}
+
+LookupSetup Sections() {
+  return {.caption = "Търсене - Отдели",
+          .sql = {"SELECT Section, Name, Name2", "FROM Sections", "{$WN}", "{$W}", "{$O}"},
+          .searchFields = CodeAndNames("Section"),
+          .mask = std::string(kMaskCode19),
+          .nomenclatureClass = "TfSections"};
+}
+
+LookupSetup Departments() {
+  return {.caption = "Търсене - Дирекции",
+          .sql = {"SELECT Code, Name, Name2", "FROM Departments", "{$WN}", "{$W}", "{$O}"},
+          .searchFields = CodeAndNames("Code"),
+          .mask = std::string(kMaskCode4),
+          .nomenclatureClass = "TfDepartment"};
+}
+
+LookupSetup Employees(std::string_view caption) {
+  return {.caption = std::string(caption),
+          .sql = {"SELECT Employee, Name, Name2", "FROM Employees {$WN}", "{$W}", "{$O}"},
+          .searchFields = CodeAndNames("Employee"),
+          .mask = std::string(kMaskCode19),
+          .nomenclatureClass = "TfEmployees"};
+}
+
 LookupSetup KindSupplies() {
   return {.caption = "Търсене - Видове покупки",
           .sql = {"SELECT Code, Name, Name2", "FROM KindSupplies ", "{$WN}", "{$W}", "{$O}"},

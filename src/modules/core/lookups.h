@@ -18,6 +18,9 @@ inline constexpr auto Name30 = String("Name", 30, Plain, "Име");
 inline constexpr auto Name30Second = String("Name2", 30, Plain, "Име 2");
 inline constexpr auto Name40 = String("Name", 40, Plain, "Име");
 inline constexpr auto Name40Second = String("Name2", 40, Plain, "Име 2");
+inline constexpr auto CostCenter = Code19("CostCenter", Key, "Код");
+inline constexpr auto Section = Code19("Section", Key, "Код");
+inline constexpr auto Employee = Code19("Employee", Key, "Код");
 inline constexpr auto Element = Code19("Element", Key, "Код");
 inline constexpr auto Numerator = Int32("Numerator", Plain, "Размер");
 inline constexpr auto OrdinaryFraction = Bit("OrdinaryFraction", Plain, "Дробна");
@@ -32,6 +35,10 @@ enum Nomenclature : int {
 
 /// Cost centres for which an employee is an admissible requester (parameter Notifier).
 LookupSetup CostCentersOfNotifier();
+LookupSetup CostCenters(std::string_view caption = "Търсене - Центрове за разходи");
+LookupSetup Sections();
+LookupSetup Departments();
+LookupSetup Employees(std::string_view caption = "Търсене - Служители");
 LookupSetup KindSupplies();
 LookupSetup Currencies();
 /// The third line of the statement gives way to the units of a row (kit/units.h).

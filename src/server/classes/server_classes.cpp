@@ -4,7 +4,8 @@ namespace orvane {
 
 std::vector<ServerClass> MakeServerClasses() {
   return {
-      TsmSQL(),           TsmParameters(),          TsmDepartment(), TsmLevelsApproval(),
+      TsmSQL(),           TsmParameters(),          TsmDepartment(),     TsmEmployeesFinSupp(),
+      TsmStructure(),     TsmStructureDeputies(),   TsmLevelsApproval(), TsmAdmissibleNotifiers(),
       TsmPurchaseOrder(), TsmPurchaseOrderReport(),
   };
 }

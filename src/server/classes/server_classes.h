@@ -9,11 +9,15 @@ namespace orvane {
 /// Every server class of the installation. A new class is a line here and a file in this folder.
 std::vector<ServerClass> MakeServerClasses();
 
+ServerClass TsmAdmissibleNotifiers();
 ServerClass TsmDepartment();
+ServerClass TsmEmployeesFinSupp();
 ServerClass TsmLevelsApproval();
 ServerClass TsmParameters();
 ServerClass TsmPurchaseOrder();
 ServerClass TsmPurchaseOrderReport();
 ServerClass TsmSQL();
+ServerClass TsmStructure();
+ServerClass TsmStructureDeputies();
 
 }  // namespace orvane

@@ -66,6 +66,9 @@ constexpr CodeNames kKinds[] = {
     {kRepairs, "Ремонт и поддръжка", "Repairs and Maintenance"},
 };
 
+/// Opened lately: it has no place in the structure, no requesters and no documents yet.
+constexpr DemoCostCenter kNewCostCenter{13001, 0, "Цех за зъбни колела", "Gear Shop", 1006, 0};
+
 /// Units that have deputies: 1 cost centre, 2 section, 3 department.
 struct Unit {
   std::int32_t number;
@@ -187,6 +190,8 @@ void AddUnits(DemoWriter& writer) {
     writer.Add(demo::kSections, {row.code, row.name, row.name2, row.chief});
   for (const DemoCostCenter& row : DemoCostCenters())
     writer.Add(demo::kCostCenters, {row.code, row.name, row.name2, row.chief});
+  writer.Add(demo::kCostCenters, {kNewCostCenter.code, kNewCostCenter.name, kNewCostCenter.name2,
+                                  kNewCostCenter.chief});
   for (const DemoCostCenter& row : DemoCostCenters()) {
     writer.Add(demo::kStructure, {row.code, DemoSectionOf(row).department, row.section});
   }

@@ -9,8 +9,12 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
+#include "modules/purchases/registers/admissible_notifiers/tf_admissible_notifiers.h"
 #include "modules/purchases/registers/department/tf_department.h"
+#include "modules/purchases/registers/employees_fin_supp/tf_employees_fin_supp.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
+#include "modules/purchases/registers/structure/tf_structure.h"
+#include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
 
 namespace orvane {
 namespace {
@@ -29,15 +33,15 @@ constexpr ScreenEntry kScreens[] = {
     {"TfOrvaneMain", &MakeScreen<TfOrvaneMain>},
     {"TfDepartment", &MakeScreen<TfDepartment>},
     {"TfKindSupplies", nullptr},
-    {"TfEmployeesFinSupp", nullptr},
+    {"TfEmployeesFinSupp", &MakeScreen<TfEmployeesFinSupp>},
     {"TfOrvaneParameters", nullptr},
-    {"TfStructure", nullptr},
-    {"TfStructureDeputies", nullptr},
+    {"TfStructure", &MakeScreen<TfStructure>},
+    {"TfStructureDeputies", &MakeScreen<TfStructureDeputies>},
     {"TfLevelsApproval", nullptr},
     {"TfCapExPlan", nullptr},
     {"TfDeliveries", nullptr},
     {"TfSuppManifacOrder", nullptr},
-    {"TfAdmissibleNotifiers", nullptr},
+    {"TfAdmissibleNotifiers", &MakeScreen<TfAdmissibleNotifiers>},
     {"TfSuppliesContracts", nullptr},
     {"TfPurchaseOrder", &MakeScreen<TfPurchaseOrder>},
     {"TfRegisterSuppInvoice", nullptr},
