@@ -3,60 +3,23 @@
 
 #include <gtest/gtest.h>
 
-#include "host/grid.h"
-#include "host/walk/scripted_toolkit.h"
-#include "modules/purchases/frame/screens.h"
-#include "modules/purchases/frame/tf_orvane_main.h"
-#include "support/test_server.h"
+#include "modules/user_screen.h"
 
 namespace orvane {
 namespace {
 
 constexpr int kNothing = 0;
 
-/// One user on the screen of departments.
-class Screen {
+class Screen : public UserScreen {
  public:
   explicit Screen(TestServer& server, const std::string& login = "ivanova")
-      : app_(server.Server(), toolkit_, server.Time()) {
-    EXPECT_TRUE(app_.LogIn(login, TestServer::PasswordOf(login)));
-    RegisterOrvaneModule(app_);
-    main_ = StartOrvaneModule(app_);
-    app_.OpenPoint("Departments");
-  }
-
-  TVosBaseForm* Form() { return toolkit_.ActiveForm(app_); }
-  TVosDBGrid& Grid() { return dynamic_cast<TVosDBGrid&>(*Form()->FindControl("gDepartment")); }
+      : UserScreen(server, "Departments", login) {}
+  TVosDBGrid& Grid() { return UserScreen::Grid("gDepartment"); }
   TVosClientDataSet& Rows() { return Grid().DataSet(); }
-  VosApplication& App() { return app_; }
-  ScriptedToolkit& Toolkit() { return toolkit_; }
-  bool HasModule() const { return main_ != nullptr; }
-
-  std::string Columns() {
-    std::string names;
-    for (const GridColumn& column : Grid().columns) {
-      names += (names.empty() ? "" : " ");
-      names += column.field;
-    }
-    return names;
-  }
-
   std::string Live() {
-    std::string names;
-    for (const char* name : {"acDelete", "acPrint", "acCancel", "acSearchByCode"}) {
-      if (!Form()->FindAction(name)->enabled) continue;
-      names += (names.empty() ? "" : " ");
-      names += name;
-    }
-    return names;
+    return UserScreen::Live({"acDelete", "acPrint", "acCancel", "acSearchByCode"});
   }
-
-  void Press(KeyStroke key) { toolkit_.Press(*Form(), key); }
-
- private:
-  ScriptedToolkit toolkit_;
-  VosApplication app_;
-  std::unique_ptr<TfOrvaneMain> main_;
+  std::string Columns() { return UserScreen::Columns("gDepartment"); }
 };
 
 void AddDepartment(TestServer& server, int code, const std::string& name) {

@@ -1,103 +1,133 @@
-// Declarations of every screen of the module, checked by machine: columns and items name fields,
-// the ribbon and the bars name actions, every action has a place, combos offer something by a code.
+// Declarations of every screen of the module, checked by machine on the real server; and the check
+// itself, on a screen in which everything is wrong that it looks for.
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include "data/lookup_table.h"
+#include "host/combo.h"
+#include "kit/columns.h"
+#include "modules/screen_findings.h"
+#include "modules/user_screen.h"
+#include "server/classes/server_classes.h"
 
-#include "modules/request_world.h"
-
-namespace orvane::requests {
+namespace orvane {
 namespace {
 
-class Findings {
- public:
-  explicit Findings(const TVosBaseForm& form) : form_(form) {
-    for (const Control* control : form.Controls())
-      CheckControl(*control);
-    for (const RibbonTab& tab : form.ribbon) {
-      for (const RibbonGroup& group : tab.groups)
-        CheckActions("ribbon", group.actions);
-    }
-    CheckLayout(form.layout);
-    CheckPlaces();
-  }
-  const std::vector<std::string>& All() const { return all_; }
-
- private:
-  void Add(const std::string& what) { all_.push_back(form_.ClassName() + ": " + what); }
-
-  void CheckField(const Control& control, const TVosClientDataSet& rows, std::string_view field,
-                  const TVosMTCombo* combo) {
-    auto& dataSet = const_cast<TVosClientDataSet&>(rows);
-    if (dataSet.FindField(field) == nullptr)
-      Add(control.Name() + ": '" + std::string(field) + "' names no field of " + rows.Name());
-    if (combo == nullptr) return;
-    TVosClientDataSet& offered = combo->Table().DataSet();
-    for (const std::string& name : {combo->lookupNameField, combo->lookupTrNameField}) {
-      if (!name.empty() && offered.FindField(name) == nullptr)
-        Add(combo->Name() + ": '" + name + "' names no field of " + offered.Name());
-    }
-    if (combo->mask.empty()) Add(combo->Name() + ": no mask");
+/// A server of two languages with one user who may do everything.
+struct Company {
+  Company() : server(Engine::Sqlite) {
+    server.UseTwoLanguages();
+    server.AddUser("ivanova");
   }
 
-  void CheckControl(const Control& control) {
-    if (const auto* grid = dynamic_cast<const TVosDBGrid*>(&control)) {
-      for (const GridColumn& column : grid->columns)
-        CheckField(control, grid->DataSet(), column.field, column.combo);
-    }
-    if (const auto* inspector = dynamic_cast<const TVosDataInspector*>(&control)) {
-      for (const InspectorItem& item : inspector->items) {
-        CheckField(control, inspector->DataSet(), item.field, item.combo);
-        if (!item.nameField.empty())
-          CheckField(control, inspector->DataSet(), item.nameField, nullptr);
-        if (item.label.empty()) Add(control.Name() + "." + item.field + ": no label");
-      }
-    }
-  }
-
-  void CheckActions(const std::string& where, const std::vector<std::string>& actions) {
-    for (const std::string& action : actions) {
-      placed_.insert(action);
-      if (form_.FindAction(action) == nullptr) Add(where + ": no action " + action);
-    }
-  }
-
-  void CheckLayout(const LayoutNode& node) {
-    CheckActions("bar", node.actions);
-    for (const LayoutNode& child : node.children)
-      CheckLayout(child);
-  }
-
-  void CheckPlaces() {
-    for (const auto& action : form_.Actions()) {
-      if (!action->always && !placed_.contains(action->name))
-        Add("action " + action->name + " has no place");
-      if (action->caption.empty()) Add("action " + action->name + " has no caption");
-    }
-  }
-
-  const TVosBaseForm& form_;
-  std::set<std::string> placed_;
-  std::vector<std::string> all_;
+  TestServer server;
+  std::vector<ServerClass> classes = MakeServerClasses();
 };
 
 TEST(EveryScreen, IsDeclaredWhole) {
-  World world;
-  world.server.documents = {MakeDocument(1)};
-  world.Open();
+  Company company;
+  UserScreen user(company.server, "Departments");
   int screens = 0;
   for (const PointRow& point : kPoints) {
-    if (world.app->classes.Find(point.screenClass) == nullptr) continue;
-    const auto form = world.app->CreateVosForm(nullptr, point.screenClass, kOrvaneModuleNo,
+    if (user.App().classes.Find(point.screenClass) == nullptr) continue;
+    SCOPED_TRACE(point.screenClass);
+    const auto form = user.App().CreateVosForm(nullptr, point.screenClass, kOrvaneModuleNo,
                                                static_cast<std::int32_t>(point.point),
-                                               world.app->FindPoint(point.name));
-    ASSERT_NE(form, nullptr) << point.screenClass;
-    EXPECT_EQ(Findings(*form).All(), std::vector<std::string>()) << point.screenClass;
+                                               user.App().FindPoint(point.name));
+    ASSERT_NE(form, nullptr);
+    form->BeShown();
+    EXPECT_EQ(ScreenFindings(*form, company.classes).All(), std::vector<std::string>());
+    user.Messages();
     ++screens;
   }
-  EXPECT_GE(screens, 3);
+  EXPECT_GE(screens, 7);
+}
+
+namespace broken {
+inline constexpr auto Code = Int16("Code", Key | Required, "Код");
+inline constexpr auto Colour = String("Colour", 10, Plain, "Цвят");
+inline constexpr auto dspDepartment = Writes("dspDepartment", "Department", Code, Colour);
+}  // namespace broken
+
+/// A screen with every mistake.
+class TfBroken : public TVosDBForm {
+ public:
+  explicit TfBroken(const FormIdentity& identity)
+      : TVosDBForm(identity, "TfBroken", "Грешен"),
+        own(App().Session(), DataPoint(), "TsmDepartment"),
+        cSQL(App().Session(), DataPoint(), "TsmSQL"),
+        rows("cdsBroken", own, broken::dspDepartment),
+        offered("cdsOffered", cSQL, {broken::Code, broken::Colour}),
+        table(offered, "Code"),
+        source(rows),
+        combo(*this, "cbBroken", table),
+        grid(*this, "gBroken", source) {
+    combo.lookupNameField = "Name";
+    table.SetTemplate({"SELECT Code, Colours", "FROM Departments", "{$W}"});
+    grid.columns = {Column("Code", 10, "").Edit(combo), Column("Chef", 10, "Началник")};
+    for (const char* name : {"acOne", "acTwo"}) {
+      TAction action;
+      action.name = name;
+      action.shortcut = KeyCode::F5;
+      action.OnExecute = [] {};
+      AddAction(std::move(action)).caption = "Действие";
+    }
+    TAction empty;
+    empty.name = "acEmpty";
+    AddAction(std::move(empty));
+    ribbon = {{"Операции", {{"Операции", {"acOne", "acTwo", "acThree"}}}}};
+    layout = ColumnOf({Of(grid, 1)});
+  }
+
+  TVosClientDataSet* MainDataSet() const override { return &grid.DataSet(); }
+
+ protected:
+  std::span<const LiveRow> LiveRows() const override {
+    static constexpr LiveRow kLive[] = {{"acOne", "gBroken"}, {"acTwo", "cbBroken"}};
+    return kLive;
+  }
+
+ private:
+  TVosSQLConnection own;
+  TVosSQLConnection cSQL;
+  TVosClientDataSet rows;
+  TVosClientDataSet offered;
+  TLookupTable table;
+  TDataSource source;
+  TVosMTCombo combo;
+  TVosDBGrid grid;
+};
+
+TEST(EveryScreen, OfAWrongOneTellsEachMistakeByNumber) {
+  Company company;
+  UserScreen user(company.server, "Departments");
+  user.App().classes.Register("TfBroken", [](const FormIdentity& identity) {
+    return std::unique_ptr<TVosBaseForm>(new TfBroken(identity));
+  });
+  const auto form = user.App().CreateVosForm(nullptr, "TfBroken", kOrvaneModuleNo,
+                                             static_cast<std::int32_t>(Point::Structure),
+                                             user.App().FindPoint("Structure"));
+  ASSERT_NE(form, nullptr);
+  dynamic_cast<TVosDBGrid&>(*form->FindControl("gBroken")).canInsert = true;
+  const std::vector<std::string> expected = {
+      "S003 TfBroken.cbBroken: 'Name' names no field of cdsOffered",
+      "S004 TfBroken.cbBroken: no mask",
+      "S005 TfBroken.cbBroken: 'Colour' is not in its statement",
+      "S008 TfBroken.gBroken: 'Code' has no title",
+      "S001 TfBroken.gBroken: 'Chef' names no field of cdsBroken",
+      "S011 TfBroken.cdsBroken: TsmDepartment is not for this point",
+      "S002 TfBroken.cdsBroken: 'Colour' is not in dspDepartment",
+      "S010 TfBroken.cdsBroken: AfterPost",
+      "S010 TfBroken.cdsBroken: OnReconcileError",
+      "S010 TfBroken.cdsBroken: OnStateChange",
+      "S006 TfBroken.ribbon: no action acThree",
+      "S007 TfBroken.acEmpty: no place",
+      "S008 TfBroken.acEmpty: no caption",
+      "S010 TfBroken.acEmpty: OnExecute",
+      "S009 TfBroken.gBroken new Code: F5: acOne, acTwo",
+  };
+  EXPECT_EQ(ScreenFindings(*form, company.classes).All(), expected);
 }
 
 }  // namespace
-}  // namespace orvane::requests
+}  // namespace orvane
