@@ -214,6 +214,10 @@ void TfPurchaseOrder::VosBaseFormShow() {
   }
   dmPurchaseOrder->FetchOnOpening();
   values.vCanAppend = !dmPurchaseOrder->cdsCheckAdmNotifiers.IsEmpty();
+  // As it stands when there is no request at all.
+  VisibleItemsDependOnKind();
+  VisibleItemsDependOnCurrency();
+  VisibleMSGridCols();
   FocusControl(&eIdNum);
   dmPurchaseOrder->GetRecord(Nav::Last, 0, 0, 0);
 }
