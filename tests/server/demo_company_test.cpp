@@ -1,7 +1,8 @@
-#include "server/demo/demo_company.h"
+#include "server/demo/demo_companies.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -14,6 +15,7 @@
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "server/demo/demo_tables.h"
+#include "server/documents/named_statement.h"
 #include "server/documents/request_pricing.h"
 #include "server/documents/settings.h"
 #include "support/demo_rows.h"
@@ -281,6 +283,45 @@ TEST_P(DemoCompany, NothingContradictsTheRules) {
   EXPECT_EQ(AskNumber(Base(), taken + "Taken > Quantity"), 0);
   EXPECT_EQ(AskNumber(Base(), taken + "Status in (6, 7) and Taken = 0"), 0);
   EXPECT_EQ(AskNumber(Base(), taken + "Status not in (6, 7) and Taken > 0"), 0);
+}
+
+std::string InLevs(std::string sql) {
+  for (const auto& [euro, lev] : {std::pair("KindCurrency = 1", "KindCurrency = 2"),
+                                  std::pair("KindCurrency <> 1", "KindCurrency <> 2"),
+                                  std::pair("SuppKindCurrency, 1", "SuppKindCurrency, 2")})
+    sql = Replaced(sql, euro, lev);
+  return sql;
+}
+
+TEST_P(DemoCompany, ACompanyInLevsContradictsNothingEither) {
+  auto options = DemoCompanyNamed("lev");
+  ASSERT_TRUE(options);
+  options->passwordCost = PasswordCost::Lowest();
+  const auto database = FreshDatabase(GetParam());
+  ASSERT_TRUE(MakeDemoCompany(*database, SystemClock{}, *options));
+  for (const Contradiction& row : kContradictions)
+    EXPECT_EQ(AskNumber(*database, InLevs(row.sql)), 0) << row.what;
+  EXPECT_GT(AskNumber(*database, "select count(*) from PurchaseOrder where KindCurrency = 2"),
+            2000);
+  EXPECT_GT(AskNumber(*database, "select count(*) from PurchaseOrder where KindCurrency = 1"), 20);
+}
+
+TEST(DemoCompanies, EachPassesTheServersCheckAndTheEmptyOneHoldsNoDocuments) {
+  for (const char* name : {"one language", "lev", "empty", "without parameters"}) {
+    auto options = DemoCompanyNamed(name);
+    ASSERT_TRUE(options) << name;
+    options->passwordCost = PasswordCost::Lowest();
+    options->documents = std::min<std::int64_t>(options->documents, 40);
+    const auto database = FreshDatabase(Engine::Sqlite);
+    ASSERT_TRUE(MakeDemoCompany(*database, SystemClock{}, *options)) << name;
+    const auto findings = CheckDatabase(*database);
+    ASSERT_TRUE(findings) << findings.GetFailure().message;
+    EXPECT_EQ(*findings, std::vector<std::string>{}) << name;
+    if (options->documents > 0) continue;
+    for (const DemoTable* table : {&demo::kRequests, &demo::kOrders, &demo::kContracts})
+      EXPECT_EQ(ReadDemoTable(*database, *table).rowCount, 0u) << table->name;
+  }
+  EXPECT_FALSE(DemoCompanyNamed("няма такова"));
 }
 
 TEST_P(DemoCompany, AmountsArePricedAsTheServerPricesRows) {
