@@ -34,7 +34,10 @@ void DocumentHead::Apply() {
 }
 
 ReconcileAction DocumentHead::Reconcile(const orvane::ReconcileError& error) {
-  const ReconcileAction action = HandleReconcileError(form_, head_, error, rules_.afterRefusal);
+  // Of a new document the server holds nothing to show instead: what was typed stays.
+  const bool entered = error.kind == ChangeKind::Insert;
+  const ReconcileAction action = HandleReconcileError(
+      form_, head_, error, entered ? AfterRefusal::Correct : rules_.afterRefusal);
   ReconcileError = true;
   dropped_ = action == ReconcileAction::Cancel || action == ReconcileAction::Refresh;
   // What the user laid over the other's change is a new attempt of his.

@@ -18,7 +18,7 @@ class TVosBaseForm;
 /// What differs between the heads of documents.
 struct HeadApplyRules {
   ApplyForm form = ApplyForm::Repeated;
-  AfterRefusal afterRefusal = AfterRefusal::Cancel;
+  AfterRefusal afterRefusal = AfterRefusal::Cancel;  ///< of a changed head; a new one stays typed
   /// What the server is told beside the change; `postExisting` is false for a new document.
   std::function<Variant(bool postExisting)> ownerData;
   /// The head was saved: loads the document again. `saved` is what the server returned; the new

@@ -325,7 +325,7 @@ TEST(PurchaseRequestWorkflow, ARefusedMoveChangesNothing) {
   EXPECT_EQ(world.Screen().values.FDocumentStatus, 2);
   EXPECT_EQ(world.Focus(), "eIdNum");
   for (const MethodCall& call : world.server.methods)
-    EXPECT_NE(call.arguments.at(0), Variant("GetSumCheck"));
+    EXPECT_TRUE(call.arguments.empty() || call.arguments[0] != Variant("GetSumCheck"));
 }
 
 TEST(PurchaseRequestWorkflow, AMoveThatMeetsAnothersChangeIsNotLeftInEdit) {
