@@ -74,7 +74,7 @@ TEST_P(Durability, SettingsThatLoseAcknowledgedDataAreRefused) {
   EXPECT_NE(durable.GetFailure().message.find("fsync = off"), std::string::npos);
 }
 
-TEST_P(Durability, CheckFindsAFoldThatIsNotTheTexts) {
+TEST_P(Durability, CheckFindsWhatTheRegistersWouldRefuse) {
   TestServer server(GetParam());
   server.AddUser("ivanova");
   const auto findings = [&] {
@@ -87,10 +87,22 @@ TEST_P(Durability, CheckFindsAFoldThatIsNotTheTexts) {
        "'ivanova')",
        {},
        {}});
+  server.Execute(
+      {"insert into StructureDeputies (IdNumber, StructuralUnitType, Department) values"
+       " (4, 3, 1), (5, 1, 1)",
+       {},
+       {}});
+  server.Execute(
+      {"insert into StructDepDates (StructDepId, FromDate, ToDate, Deputy) values"
+       " (4, ?1, ?2, 100), (4, ?2, null, 100)",
+       {*Date::FromYmd(2026, 3, 1), *Date::FromYmd(2026, 3, 2)},
+       {}});
   ASSERT_TRUE(server.Admin().SetBlocked("ivanova", true));
-  EXPECT_EQ(findings(),
-            (std::vector<std::string>{"Department.Name: „Една“ се търси под друг текст.",
-                                      "Началникът „ivanova“ на дирекция е блокиран потребител."}));
+  EXPECT_EQ(findings(), (std::vector<std::string>{
+                            "Department.Name: „Една“ се търси под друг текст.",
+                            "Началникът „ivanova“ на дирекция е блокиран потребител.",
+                            "Периодите на заместниците в структурна единица 4 се застъпват.",
+                            "Структурна единица 5 няма точно кода на своя тип."}));
 }
 
 TEST_P(Durability, AUserWhoHeadsADepartmentIsNotRemoved) {

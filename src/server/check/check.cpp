@@ -77,6 +77,15 @@ constexpr RowCheck kRowChecks[] = {
     {"select d.Chief from Department d join WSysUsers u on u.ShortName = d.Chief where u.Blocked "
      "<> 0",
      "Началникът „", "“ на дирекция е блокиран потребител."},
+    {"select distinct cast(a.StructDepId as varchar(10)) from StructDepDates a join StructDepDates"
+     " b on b.StructDepId = a.StructDepId and b.FromDate > a.FromDate"
+     " and (a.ToDate is null or b.FromDate <= a.ToDate)",
+     "Периодите на заместниците в структурна единица ", " се застъпват."},
+    {"select cast(IdNumber as varchar(10)) from StructureDeputies"
+     " where (CostCenter is not null) <> (StructuralUnitType = 1)"
+     " or (Section is not null) <> (StructuralUnitType = 2)"
+     " or (Department is not null) <> (StructuralUnitType = 3)",
+     "Структурна единица ", " няма точно кода на своя тип."},
 };
 
 Answer<Done> CheckRows(Database& database, Findings& findings) {

@@ -17,6 +17,8 @@ constexpr std::string_view kSectionGroup = "Отдел";
 constexpr std::string_view kCostCenterGroup = "Център на рзход";
 constexpr std::string_view kDeputyGroup = "Заместник";
 
+constexpr auto kLive = WithRow(kRegisterLive, {"acRows", kAnywhere});
+
 }  // namespace
 
 TfStructureDeputies::TfStructureDeputies(const FormIdentity& identity)
@@ -61,12 +63,31 @@ TfStructureDeputies::TfStructureDeputies(const FormIdentity& identity)
                   {{.from = "lupStructUTName", .choose = [this] { return ColumnOfType(); }}});
   register_.BeforeDelete = [this] { RefuseUnitWithPeriods(); };
   register_.AddTo();
+  register_.AddOperation(OtherGridAction());
   dmStructureDeputies->periodsOfUnit.OnMasterMoved = [this] { gStructDeputiesRowChanged(); };
   dmStructureDeputies->dsStructureDeputies.OnStateChange = [this] {
     register_.StateChange();
     gStructDeputiesRowChanged();
   };
   dmStructureDeputies->dsStructDepDates.OnStateChange = [this] { register_.StateChange(); };
+}
+
+std::span<const LiveRow> TfStructureDeputies::LiveRows() const {
+  return kLive;
+}
+
+/// Between the units and the periods by keyboard; what was typed whole is saved on the way.
+TAction TfStructureDeputies::OtherGridAction() {
+  TAction action;
+  action.name = "acRows";
+  action.caption = "Периоди";
+  action.shortcut = KeyCode::F6;
+  action.icon = "rows";
+  action.OnExecute = [this] {
+    const bool below = &register_.GridInUse() == &gStructDepDates;
+    FocusControl(below ? &gStructDeputies : &gStructDepDates);
+  };
+  return action;
 }
 
 void TfStructureDeputies::OnLanguageChanged() {

@@ -38,13 +38,14 @@ class TfStructureDeputies : public TVosDBForm {
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
   void OnLanguageChanged() override;
-  std::span<const LiveRow> LiveRows() const override { return kRegisterLive; }
+  std::span<const LiveRow> LiveRows() const override;
 
  private:
   void VosBaseFormShow() { dmStructureDeputies->Fetch(); }
   void gStructDeputiesRowChanged();
   std::string_view ColumnOfType() const;
   void RefuseUnitWithPeriods();
+  TAction OtherGridAction();
 };
 
 }  // namespace orvane
