@@ -109,9 +109,21 @@ void TfPurchaseOrder::SetReadWrite(bool forceWritable) {
                        !head[head::OldVersion].AsBool();
   const bool writable = forceWritable || (current && !values.DisplayOneDocMode && May(paEdit));
   diMainInfo.readOnly = !writable;
-  for (TVosDBGrid* grid : {&gPurchaseOrderDet, &gPurchaseOrderDel, &gPOPayPl}) {
-    grid->readOnly = !writable;
-    grid->canInsert = writable && May(paInsert);
+  // What an empty grid says of its key is said where the key works.
+  const struct {
+    TVosDBGrid& grid;
+    std::string_view none;
+    std::string_view key;
+  } rows[] = {
+      {gPurchaseOrderDet, "Няма материали и услуги.", " Insert добавя първия ред."},
+      {gPurchaseOrderDel, "Няма дати на доставка.", " Insert добавя първата."},
+      {gPOPayPl, "Няма план за плащане.", " Insert добавя първото плащане."},
+  };
+  for (const auto& row : rows) {
+    row.grid.readOnly = !writable;
+    row.grid.canInsert = writable && May(paInsert);
+    row.grid.emptyText = row.none;
+    if (row.grid.canInsert) row.grid.emptyText += row.key;
   }
   eIdNum.readOnly = values.DisplayOneDocMode;
   eVer.readOnly = values.DisplayOneDocMode;

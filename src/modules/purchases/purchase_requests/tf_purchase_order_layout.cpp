@@ -202,9 +202,6 @@ void TfPurchaseOrder::SetUpPages() {
       {"tsgPOAdm", "Одобрения", &gPOAdm},
       {"tsDeliveries", "Доставки", &gDeliveries, false},
   };
-  gPurchaseOrderDet.emptyText = "Няма материали и услуги. Insert добавя първия ред.";
-  gPurchaseOrderDel.emptyText = "Няма дати на доставка. Insert добавя първата.";
-  gPOPayPl.emptyText = "Няма план за плащане. Insert добавя първото плащане.";
   gPOAdm.emptyText = "Одобренията се появяват, когато искането се изпрати за одобрение.";
   lStatus.chip = true;
   ribbon = {
