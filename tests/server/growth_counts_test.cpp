@@ -146,7 +146,7 @@ class GrowthCounts : public testing::TestWithParam<Engine> {
                    "select sum(seq_scan)::bigint from pg_stat_user_tables where relname in"
                    " ('purchaseorder', 'purchaseorderdet', 'purchaseorderdel',"
                    " 'purchaseorderpaypl', 'purchaseorderadm', 'approvalturn', 'deliveries',"
-                   " 'history', 'clientkey')")};
+                   " 'history', 'clientkey', 'basesupplylist', 'suppmanifacorder')")};
   }
 
   Cost CostOf(RequestWorld& world, const Deed& deed) {

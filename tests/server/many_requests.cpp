@@ -46,6 +46,13 @@ void FillManyRequests(RequestWorld& world, int count) {
        "IdNumber, DeliveryDate, PODeliveryDate, PurchaseOrderId, PurchaseOrderVer, KindSupply,"
        " Supplier, Status, CreatedFrom, CreatedOn",
        "i, ?1, ?1, i, 1, 4, 7, 2, 'author', ?2", {day, Stamp{1}});
+  fill("BaseSupplyList",
+       "SerialNumber, Name, FoldName, EffectiveName, FoldEffectiveName, Kind, Measure",
+       "1000 + i, 'Запис', 'запис', 'Запис', 'запис', 1, 200", {});
+  fill("SuppManifacOrder",
+       "IdNumber, DocumentDate, CostCenter, KindSupply, Supplier, KindCurrency, Notifier,"
+       " CreatedFrom, CreatedOn, Status",
+       "1 + i, ?1, 1002, 3, 7, 1, 100, 'author', ?2, 2", {day, Stamp{1}});
   fill("History", "TableName, RowKey, ColumnName, ChangedBy, ChangedOn, MachineName, Kind",
        "'PurchaseOrder', cast(i as text), 'Status', 'author', ?1, 'PC', 'U'", {Stamp{1}});
   fill("ClientKey", "Login, Key, RequestHash, Answer, CreatedOn",

@@ -23,6 +23,7 @@ class Lexer {
   explicit Lexer(std::string_view sql) : sql_(sql) {}
 
   Answer<std::vector<Token>> Run() {
+    tokens_.reserve(sql_.size() / 6 + 1);
     while (true) {
       SkipBlanks();
       const Place place = place_;

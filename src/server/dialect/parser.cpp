@@ -26,8 +26,9 @@ constexpr auto kReserved = std::to_array<std::string_view>({
 });
 
 bool IsReserved(std::string_view word) {
-  return std::any_of(kReserved.begin(), kReserved.end(),
-                     [&](std::string_view known) { return SameName(known, word); });
+  return std::any_of(kReserved.begin(), kReserved.end(), [&](std::string_view known) {
+    return known.size() == word.size() && SameName(known, word);
+  });
 }
 
 struct TypeName {
@@ -66,7 +67,9 @@ class Parser {
   }
 
   bool IsWord(std::string_view word) const {
-    return Now().kind == TokenKind::Word && SameName(Now().text, word);
+    const Token& token = Now();
+    return token.kind == TokenKind::Word && token.text.size() == word.size() &&
+           SameName(token.text, word);
   }
   bool IsSign(std::string_view sign) const {
     return Now().kind == TokenKind::Sign && Now().text == sign;

@@ -11,9 +11,12 @@ namespace {
 constexpr int kPriceDecimals = 4;
 
 /// The supply-list choice is the contract's, else the supplier's, else that of the parameters; the
-/// list's newest price not later than the day counts before the undated one.
+/// list's newest price not later than the day counts before the undated one. The entries come first
+/// by themselves: PostgreSQL looks at eight tables together, and would walk the list of all.
 constexpr std::string_view kEntries =
-    "select b.SerialNumber, coalesce(b.EffectiveName, ''), b.InventoryCode, b.ServiceCode,"
+    "with b as materialized (select b.SerialNumber, b.EffectiveName, b.InventoryCode,"
+    " b.ServiceCode, b.Measure, b.Price from BaseSupplyList b where {wanted})"
+    " select b.SerialNumber, coalesce(b.EffectiveName, ''), b.InventoryCode, b.ServiceCode,"
     " coalesce(lm.Numerator, bm.Numerator),"
     " coalesce(case when ch.Choice in (2, 3) then (select t.Price from SupplyListsDates t"
     " where t.KindList = ch.List and t.SerialNumber = b.SerialNumber and t.AvailableFromDate <= "
@@ -22,7 +25,7 @@ constexpr std::string_view kEntries =
     " case when ch.Choice in (2, 3) then (select t.Price from BaseSupplyListDates t"
     " where t.SerialNumber = b.SerialNumber and t.AvailableFromDate <= ch.Day"
     " order by t.AvailableFromDate desc limit 1) end, b.Price)"
-    " from BaseSupplyList b join (select {day} as Day,"
+    " from b join (select {day} as Day,"
     " case when c.IdNumber is not null then c.KindSupplyChoice"
     " when p.KindSupplyChoice is not null then p.KindSupplyChoice"
     " when k.Value = '2' then 2 when k.Value = '3' then 3 else 1 end as Choice,"
@@ -37,7 +40,7 @@ constexpr std::string_view kEntries =
     " ch on 1 = 1"
     " left join Measures bm on bm.Code = b.Measure"
     " left join SupplyLists l on l.KindList = ch.List and l.SerialNumber = b.SerialNumber"
-    " left join Measures lm on lm.Code = l.Measure where {wanted}";
+    " left join Measures lm on lm.Code = l.Measure";
 
 /// What the request behind the last approved delivery paid for the entry; looked for only where the
 /// algorithm asks for it. The comparison comes before the test for null: it tells PostgreSQL the

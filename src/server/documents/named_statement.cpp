@@ -17,10 +17,14 @@ Statement Named(std::string_view text, const NamedValues& values,
   Statement statement;
   statement.columns = std::move(columns);
   std::vector<std::string_view> names;
+  statement.text.reserve(text.size() + 8);
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool named = text[i] == ':' && i + 1 < text.size() && IsNameCharacter(text[i + 1]);
+    const std::size_t colon = std::min(text.find(':', i), text.size());
+    statement.text += text.substr(i, colon - i);
+    i = colon;
+    const bool named = i + 1 < text.size() && IsNameCharacter(text[i + 1]);
     if (!named) {
-      statement.text += text[i];
+      if (i < text.size()) statement.text += text[i];
       continue;
     }
     std::size_t end = i + 1;

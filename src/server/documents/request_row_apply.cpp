@@ -34,18 +34,18 @@ struct RowFacts {
   std::map<std::int64_t, OrderFacts> orders;
 };
 
-/// "?, ?, …" over the values of a column in the new values; "null" when there are none.
-std::string ListOf(std::span<const PreparedChange> changes, std::string_view column,
-                   std::string_view prefix, NamedValues& params) {
-  std::string list;
+/// "select :V1 union all select :V2 union all " over the values of a column in the new values.
+std::string SelectsOf(std::span<const PreparedChange> changes, std::string_view column,
+                      NamedValues& params) {
+  std::string selects;
   for (const PreparedChange& change : changes) {
     const Variant* value = FindValue(change.change.after, column);
     if (!value || value->IsNull()) continue;
-    const std::string name = std::string(prefix) + std::to_string(params.size());
-    list += (list.empty() ? ":" : ", :") + name;
+    const std::string name = "V" + std::to_string(params.size());
+    selects += "select :" + name + " union all ";
     params.push_back({name, *value});
   }
-  return list.empty() ? "null" : list;
+  return selects;
 }
 
 std::string ChangedNumbers(std::span<const PreparedChange> changes, NamedValues& params) {
@@ -67,9 +67,10 @@ Answer<RowFacts, Setback> ReadFacts(WriteContext& context, RequestKey key,
       "select {column} from PurchaseOrderDet where PurchaseOrderId = :Id and"
       " PurchaseOrderVer = :Version and RowNumber in (" +
       ChangedNumbers(changes, params) + ")";
+  // One list, because PostgreSQL would walk the whole supply list for two joined by "or".
   const auto wanted = [&](std::string_view column, std::string_view what) {
-    return "(" + std::string(what) + " in (" + ListOf(changes, column, "V", params) + ") or " +
-           std::string(what) + " in (" + Replaced(ofKept, "{column}", column) + "))";
+    return std::string(what) + " in (" + SelectsOf(changes, column, params) +
+           Replaced(ofKept, "{column}", column) + ")";
   };
   const std::string entries = wanted(det::SerialNumber.name, "{serial}");
   const std::string units = wanted(det::Measure.name, "Code");

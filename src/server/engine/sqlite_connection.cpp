@@ -252,6 +252,9 @@ EngineAnswer<Done> SqliteConnection::Configure(SqliteUse use) {
   sqlite3_limit(handle_.get(), SQLITE_LIMIT_LENGTH, 16 * 1024 * 1024);
   sqlite3_limit(handle_.get(), SQLITE_LIMIT_ATTACHED, 0);
   sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  // A plan for all values: otherwise a kept statement is prepared anew whenever a value is bound
+  // that a partial index speaks of.
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
   sqlite3_set_authorizer(handle_.get(), &SqliteConnection::Authorize, &fence_);
   sqlite3_progress_handler(handle_.get(), kStepsBetweenChecks, &SqliteConnection::Progress,
                            &fence_);
@@ -275,7 +278,7 @@ int SqliteConnection::Progress(void* fence) {
 }
 
 EngineAnswer<DataPacket> SqliteConnection::Query(const Statement& statement) {
-  const auto prepared = Kept(statement.text);
+  const auto prepared = Kept(statement.text, kept_);
   if (!prepared) return prepared.GetFailure();
   return Rows(*prepared, statement);
 }
@@ -284,17 +287,17 @@ EngineAnswer<DataPacket> SqliteConnection::QueryFenced(
     const Statement& statement, std::chrono::steady_clock::time_point deadline) {
   fence_ = {true, deadline};
   auto answer = [&]() -> EngineAnswer<DataPacket> {
-    const auto prepared = Prepare(statement.text, false);
+    const auto prepared = Kept(statement.text, keptSearches_);
     if (!prepared) return prepared.GetFailure();
-    if (sqlite3_stmt_readonly(prepared->get()) == 0) return Wrong("a search only reads");
-    return Rows(prepared->get(), statement);
+    if (sqlite3_stmt_readonly(*prepared) == 0) return Wrong("a search only reads");
+    return Rows(*prepared, statement);
   }();
   fence_.up = false;
   return answer;
 }
 
 EngineAnswer<std::int64_t> SqliteConnection::Execute(const Statement& statement) {
-  const auto prepared = Kept(statement.text);
+  const auto prepared = Kept(statement.text, kept_);
   if (!prepared) return prepared.GetFailure();
   const Using use(*prepared, counters_);
   const auto bound = BindAll(*prepared, statement.params);
@@ -321,12 +324,11 @@ void SqliteConnection::RollBack() {
   if (InTransaction()) sqlite3_exec(handle_.get(), "rollback", nullptr, nullptr, nullptr);
 }
 
-EngineAnswer<SqlitePrepared> SqliteConnection::Prepare(const std::string& text, bool keep) const {
+EngineAnswer<SqlitePrepared> SqliteConnection::Prepare(const std::string& text) const {
   sqlite3_stmt* raw = nullptr;
   const char* tail = nullptr;
-  const unsigned flags = keep ? SQLITE_PREPARE_PERSISTENT : 0;
   const int result = sqlite3_prepare_v3(handle_.get(), text.data(), static_cast<int>(text.size()),
-                                        flags, &raw, &tail);
+                                        SQLITE_PREPARE_PERSISTENT, &raw, &tail);
   SqlitePrepared prepared(raw);
   if (result != SQLITE_OK) {
     EngineError error = LastError();
@@ -340,14 +342,14 @@ EngineAnswer<SqlitePrepared> SqliteConnection::Prepare(const std::string& text, 
   return prepared;
 }
 
-EngineAnswer<sqlite3_stmt*> SqliteConnection::Kept(const std::string& text) {
-  const auto found = kept_.find(text);
-  if (found != kept_.end()) return found->second.get();
-  auto prepared = Prepare(text, true);
+EngineAnswer<sqlite3_stmt*> SqliteConnection::Kept(const std::string& text, KeptStatements& kept) {
+  const auto found = kept.find(text);
+  if (found != kept.end()) return found->second.get();
+  auto prepared = Prepare(text);
   if (!prepared) return prepared.GetFailure();
-  if (kept_.size() >= kMostKept) kept_.clear();
+  if (kept.size() >= kMostKept) kept.clear();
   sqlite3_stmt* raw = prepared->get();
-  kept_.emplace(text, *std::move(prepared));
+  kept.emplace(text, *std::move(prepared));
   return raw;
 }
 

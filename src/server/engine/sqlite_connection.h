@@ -49,8 +49,8 @@ class SqliteConnection {
   /// Adds the steps of every statement to these, which must outlive the connection.
   void CountInto(EngineCounters& counters) { counters_ = &counters; }
   EngineAnswer<DataPacket> Query(const Statement& statement);
-  /// Runs a statement that a client had a say in. It is prepared under the authorizer, kept nowhere
-  /// and stopped at the deadline.
+  /// Runs a statement that a client had a say in. It is prepared under the authorizer, kept apart
+  /// from the trusted ones and stopped at the deadline.
   EngineAnswer<DataPacket> QueryFenced(const Statement& statement,
                                        std::chrono::steady_clock::time_point deadline);
   /// Number of rows touched.
@@ -76,8 +76,10 @@ class SqliteConnection {
   static int Progress(void* fence);
 
   EngineAnswer<Done> Configure(SqliteUse use);
-  EngineAnswer<SqlitePrepared> Prepare(const std::string& text, bool keep) const;
-  EngineAnswer<sqlite3_stmt*> Kept(const std::string& text);
+  using KeptStatements = std::unordered_map<std::string, SqlitePrepared>;
+
+  EngineAnswer<SqlitePrepared> Prepare(const std::string& text) const;
+  EngineAnswer<sqlite3_stmt*> Kept(const std::string& text, KeptStatements& kept);
   EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement) const;
   EngineError LastError() const;
 
@@ -85,7 +87,8 @@ class SqliteConnection {
   SqliteHandle handle_;
   EngineCounters* counters_ = nullptr;
   Fence fence_;
-  std::unordered_map<std::string, SqlitePrepared> kept_;
+  KeptStatements kept_;
+  KeptStatements keptSearches_;
 };
 
 }  // namespace orvane
