@@ -1,0 +1,141 @@
+#include "company.h"
+
+#include <libpq-fe.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "packet/clock.h"
+#include "server/demo/demo_company.h"
+#include "server/schema/migrate.h"
+
+namespace orvane::bench {
+namespace {
+
+std::string Variable(const char* name, const char* otherwise) {
+  const char* value = std::getenv(name);
+  return value == nullptr || *value == '\0' ? otherwise : value;
+}
+
+template <class T, class F>
+T Must(Answer<T, F> answer) {
+  if (answer) return *std::move(answer);
+  if constexpr (std::is_same_v<F, Failure>) {
+    std::fprintf(stderr, "company: %s\n", answer.GetFailure().message.c_str());
+  } else {
+    std::fprintf(stderr, "company: %s\n", answer.GetFailure().text.c_str());
+  }
+  std::exit(1);
+}
+
+std::string ServerInfo() {
+  return Variable("ORVANE_TEST_POSTGRES", "");
+}
+
+/// Databases are made and renamed outside of transactions, hence not by a Database.
+bool Administer(const std::string& sql) {
+  PGconn* connection = PQconnectdb(ServerInfo().c_str());
+  PGresult* result = PQexec(connection, sql.c_str());
+  const ExecStatusType status = PQresultStatus(result);
+  const bool found = status == PGRES_TUPLES_OK && PQntuples(result) > 0;
+  if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) {
+    std::fprintf(stderr, "company: %s\n", PQerrorMessage(connection));
+    std::exit(1);
+  }
+  PQclear(result);
+  PQfinish(connection);
+  return found;
+}
+
+std::unique_ptr<Database> OpenAt(Engine engine, const std::string& location) {
+  if (engine == Engine::Sqlite) return Must(OpenSqlite(location));
+  return Must(OpenPostgres({location, 8}));
+}
+
+std::string AddEntries() {
+  return "with recursive n (i) as (select 1 union all select i + 1 from n where i < " +
+         std::to_string(kManyEntries) +
+         "), e (Serial, Name) as (select 50000000 + i, 'проба ' || substr(cast(1000000 + i as"
+         " text), 2) || ' резервна част' from n) "
+         "insert into BaseSupplyList (SerialNumber, Name, FoldName, Kind, Measure, EffectiveName,"
+         " FoldEffectiveName) select Serial, Name, Name, 1, 100, Name, Name from e";
+}
+
+void Fill(Database& database, std::int64_t requests) {
+  Must(Migrate(database));
+  DemoOptions options;
+  options.passwordCost = PasswordCost::Lowest();
+  options.documents = requests;
+  Must(MakeDemoCompany(database, SystemClock{}, options));
+  Must(database.RunScript(AddEntries()));
+  Must(database.RunScript("analyze"));
+}
+
+/// Another schema is another company.
+std::string NameOf(std::int64_t requests) {
+  const auto memory = Must(OpenSqlite(":memory:"));
+  const auto schema = Must(CurrentSchema(*memory));
+  return "orvane_bench_" + std::to_string(schema.newest) + "_" + std::to_string(requests);
+}
+
+/// Made under another name first, so that what was broken off is not taken for whole.
+std::string MakeSqlite(std::int64_t requests) {
+  const std::filesystem::path folder = Variable("ORVANE_BENCH_CACHE", "build/bench");
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path path = folder / (NameOf(requests) + ".sqlite");
+  if (std::filesystem::exists(path)) return path.string();
+  const std::filesystem::path making = path.string() + ".new";
+  for (const char* suffix : {"", "-wal", "-shm"})
+    std::filesystem::remove(making.string() + suffix);
+  Fill(*OpenAt(Engine::Sqlite, making.string()), requests);
+  std::filesystem::rename(making, path);
+  return path.string();
+}
+
+std::string MakePostgres(std::int64_t requests) {
+  const std::string name = NameOf(requests);
+  const std::string info = ServerInfo() + " dbname=" + name;
+  if (Administer("select 1 from pg_database where datname = '" + name + "'")) return info;
+  Administer("drop database if exists " + name + "_new");
+  Administer("create database " + name + "_new template template0");
+  Fill(*OpenAt(Engine::Postgres, info + "_new"), requests);
+  Administer("alter database " + name + "_new rename to " + name);
+  return info;
+}
+
+}  // namespace
+
+std::string BenchCompany::Name() const {
+  return (engine == Engine::Sqlite ? "sqlite/" : "postgres/") + std::to_string(requests);
+}
+
+std::int64_t BenchCompany::Number(const std::string& sql) const {
+  const Statement select{sql, {}, {{"Number", ValueKind::Code, 0}}};
+  const auto packets = Must(database->ReadSnapshot({&select, 1}));
+  if (packets.front().rowCount == 0) return 0;
+  return packets.front().At(0, std::size_t{0}).AsInt().value_or(0);
+}
+
+std::vector<Engine> EnginesAtHand() {
+  std::vector<Engine> engines = {Engine::Sqlite};
+  if (!ServerInfo().empty()) engines.push_back(Engine::Postgres);
+  return engines;
+}
+
+std::vector<std::int64_t> SizesAsked() {
+  std::vector<std::int64_t> sizes;
+  std::istringstream text(Variable("ORVANE_BENCH_DOCUMENTS", "1000,100000"));
+  for (std::string size; std::getline(text, size, ',');)
+    sizes.push_back(std::atoll(size.c_str()));
+  return sizes;
+}
+
+BenchCompany OpenCompany(Engine engine, std::int64_t requests) {
+  const std::string location =
+      engine == Engine::Sqlite ? MakeSqlite(requests) : MakePostgres(requests);
+  return {engine, requests, location, OpenAt(engine, location)};
+}
+
+}  // namespace orvane::bench

@@ -1,0 +1,39 @@
+#pragma once
+
+// The demonstration company that the benchmarks run on: so many purchase requests, and half a
+// million entries in the supply list. Made by the demonstration's own writer at the first run and
+// kept: SQLite as a file of the folder ORVANE_BENCH_CACHE (build/bench without it), PostgreSQL as a
+// database of the server in ORVANE_TEST_POSTGRES.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "server/engine/database.h"
+
+namespace orvane::bench {
+
+/// Entries that a company has beside the demonstration's own, named "проба 000001 …" and on.
+inline constexpr std::int64_t kManyEntries = 500'000;
+
+struct BenchCompany {
+  Engine engine = Engine::Sqlite;
+  std::int64_t requests = 0;
+  std::string location;  ///< path, or conninfo
+  std::unique_ptr<Database> database;
+
+  /// "sqlite/1000"
+  std::string Name() const;
+  /// The first value of the first row as a number; 0 when there is none.
+  std::int64_t Number(const std::string& sql) const;
+};
+
+/// SQLite always, PostgreSQL where there is a server.
+std::vector<Engine> EnginesAtHand();
+/// From ORVANE_BENCH_DOCUMENTS ("1000,100000" without it).
+std::vector<std::int64_t> SizesAsked();
+/// Ends the program when it cannot be made.
+BenchCompany OpenCompany(Engine engine, std::int64_t requests);
+
+}  // namespace orvane::bench

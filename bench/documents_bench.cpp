@@ -1,0 +1,239 @@
+// Purchase requests on a company of every size asked for, on every engine at hand, against
+// statements written by hand: loads, moves and posts over loopback, with the empty calls that carry
+// them on the other side; pages of lists in-process against the statement alone. Sizes and places:
+// company.h.
+
+#include <spdlog/spdlog.h>
+
+#include "bare/statements.h"
+#include "contract/purchase_request.h"
+#include "contract/system.h"
+#include "pairs.h"
+#include "report_pages.h"
+#include "stage.h"
+
+namespace orvane::bench {
+namespace {
+
+namespace request = purchase_request;
+
+/// Both sides of a comparison; what they share lives as long as they do.
+struct Pair {
+  Timed ours;
+  Timed bare;
+};
+
+struct BenchRow {
+  std::string_view name;
+  double budget;
+  int rounds;
+  Pair (*make)(Stage&);
+};
+
+/// Some request or other, different from round to round.
+std::int64_t Some(const Stage& stage, int round) {
+  return 1 + std::int64_t{round} * 7919 % stage.Company().requests;
+}
+
+std::int64_t IdIn(const VariantArray& told) {
+  const DataPacket* head = told.at(request::get_rec::kFirstPacket).AsPacket();
+  return head->At(0, request::head::POIdNumber.name).AsInt().value_or(0);
+}
+std::int64_t VersionIn(const VariantArray& told) {
+  const DataPacket* head = told.at(request::get_rec::kFirstPacket).AsPacket();
+  return head->At(0, request::head::POVersion.name).AsInt().value_or(0);
+}
+
+struct Found {
+  std::int64_t id = 0;
+  std::int64_t version = 0;
+};
+
+/// Our load, and the rows of what it found with an empty call.
+Pair LoadOf(Stage& stage, const std::string& login, std::function<VariantArray(int)> load) {
+  const auto found = std::make_shared<Found>();
+  const auto round = std::make_shared<int>(0);
+  stage.As(login);
+  return {[&stage, found, round, load] {
+            VariantArray told;
+            ++*round;
+            const double seconds = Seconds([&] { told = load(*round); });
+            if (told.at(request::get_rec::kFound).AsBool().value_or(false)) {
+              *found = {IdIn(told), VersionIn(told)};
+            }
+            return seconds;
+          },
+          [&stage, found] {
+            const auto rows = RowsOfRequest(found->id, found->version);
+            return Seconds([&] {
+              stage.ByHand().Read(rows);
+              stage.Empty()();
+            });
+          }};
+}
+
+Pair Loads(Stage& stage) {
+  return LoadOf(stage, "admin", [&stage](int round) {
+    return stage.Load("admin", Nav::ByKey, Some(stage, round));
+  });
+}
+
+/// Forth and back in turn, from somewhere in the middle.
+Pair MovesOf(Stage& stage, const std::string& login) {
+  return LoadOf(stage, login, [&stage, login](int round) {
+    return stage.Load(login, round % 2 == 0 ? Nav::Next : Nav::Previous, Some(stage, round));
+  });
+}
+Pair MovesAmongAll(Stage& stage) {
+  return MovesOf(stage, "admin");
+}
+Pair MovesAmongHalf(Stage& stage) {
+  return MovesOf(stage, "marinov");
+}
+Pair MovesAmongOneInAThousand(Stage& stage) {
+  return MovesOf(stage, "dobreva");
+}
+
+/// A request that may be changed; `place` tells them apart.
+std::int64_t Entered(const Stage& stage, int place) {
+  return stage.Company().Number(
+      "select o.POIdNumber from PurchaseOrder o where o.Status = 2 and o.OldVersion = 0 and"
+      " o.POVersion = 1 and o.AnnulOn is null and exists (select 1 from PurchaseOrderDet d where"
+      " d.PurchaseOrderId = o.POIdNumber and d.SuppManifacOrderId is null and d.RowNumber = 1)"
+      " order by o.POIdNumber desc limit 1 offset " +
+      std::to_string(place));
+}
+
+/// Posts a row's other quantity, as a screen does, and loads the request again.
+void PostRow(Stage& stage, std::int64_t id, int number) {
+  static const std::string series = std::to_string(SystemClock().Now().micros);
+  const VariantArray told = stage.Load("admin", Nav::ByKey, id);
+  const DataPacket& rows = *told.at(request::get_rec::kFirstPacket + 1).AsPacket();
+  const auto value = [&](std::string_view column) {
+    return NamedValue{std::string(column), rows.At(0, column)};
+  };
+  const double quantity = rows.At(0, "Quantity").AsDouble().value_or(1) > 1 ? 1 : 2;
+  Change change;
+  change.kind = ChangeKind::Update;
+  change.clientKey = series + "-" + std::to_string(number);
+  change.before = {value("PurchaseOrderId"), value("PurchaseOrderVer"), value("RowNumber"),
+                   value("Quantity")};
+  change.after = {{"Quantity", quantity}};
+  const ApplyRequest apply{std::string(request::kServerClass),
+                           std::string(request::det::dspPurchaseOrderDet.name),
+                           0,
+                           {},
+                           {change}};
+  const ApplyAnswer answer = Must(stage.Remote().Apply(stage.As("admin"), apply));
+  if (answer.outcomes.front().applied) return;
+  std::fprintf(stderr, "bench: %s\n", answer.outcomes.front().failure->message.c_str());
+  std::exit(1);
+}
+
+/// The load that a post begins with here stands for the one that follows it on the screen.
+Pair RowPosts(Stage& stage) {
+  const std::int64_t ours = Entered(stage, 0);
+  const auto number = std::make_shared<int>(0);
+  const auto history = std::make_shared<RowPost>();
+  history->id = Entered(stage, 1);
+  const std::string lines = "select count(*) from History";
+  const std::int64_t before = stage.Company().Number(lines);
+  PostRow(stage, ours, ++*number);
+  history->history = stage.Company().Number(lines) - before;
+  const std::string series = std::to_string(SystemClock().Now().micros) + "-bare-";
+  return {[&stage, ours, number] { return Seconds([&] { PostRow(stage, ours, ++*number); }); },
+          [&stage, history, number, series] {
+            history->quantity = 1 + *number % 2;
+            history->key = series + std::to_string(*number);
+            const auto writes = WritesOf(*history);
+            return Seconds([&] {
+              stage.ByHand().Write(writes);
+              stage.Empty()();
+              stage.Empty()();
+            });
+          }};
+}
+
+/// The first page of entries whose names begin so, in the order of their names.
+Pair Names(Stage& stage) {
+  FetchRequest fetch;
+  fetch.serverClass = system::kSearchClass;
+  fetch.provider = system::kSearchProvider;
+  fetch.rowLimit = 80;
+  const auto page = std::make_shared<FetchRequest>(std::move(fetch));
+  const auto round = std::make_shared<int>(0);
+  const auto begin = [](int number) {
+    const std::string digits = std::to_string(1000 + number % 500);
+    return "проба 0" + digits.substr(1, 2);
+  };
+  return {[&stage, page, round, begin] {
+            page->sql = std::string(kSupplyListSearch) + " AND cbName LIKE '" + begin(++*round) +
+                        "%' ORDER BY cbName";
+            const Caller caller = stage.As("admin");
+            return Seconds([&] {
+              const auto rows = Must(stage.InProcess().Fetch(caller, {*page}));
+              if (rows.front().rowCount != 80) std::abort();
+            });
+          },
+          [&stage, round, begin] {
+            const BareStatement statement = EntriesThatBegin(begin(*round));
+            return Seconds([&] { stage.ByHand().Read({&statement, 1}); });
+          }};
+}
+
+/// One page of the report under a filter.
+Pair Pages(Stage& stage, const ReportPage& filter) {
+  FetchRequest fetch;
+  fetch.serverClass = request::kReportClass;
+  fetch.provider = request::report::dspResult.name;
+  fetch.rowLimit = 80;
+  fetch.sql = std::string(kReportSearch) + filter.asked;
+  const auto page = std::make_shared<FetchRequest>(std::move(fetch));
+  const auto statement = std::make_shared<BareStatement>(PageOfRequests(filter.byHand));
+  const Caller caller = stage.As("admin", Point::PurchaseRequestReport);
+  return {[&stage, page, caller] {
+            return Seconds([&] { Must(stage.InProcess().Fetch(caller, {*page})); });
+          },
+          [&stage, statement] {
+            return Seconds([&] { stage.ByHand().Read({statement.get(), 1}); });
+          }};
+}
+
+constexpr BenchRow kBenches[] = {
+    // name                   budget rounds
+    {"Load", 2.0, 601, &Loads},
+    {"MoveAmongAll", 2.0, 601, &MovesAmongAll},
+    {"MoveAmongHalf", 2.0, 601, &MovesAmongHalf},
+    {"MoveAmongOneInAThousand", 2.0, 601, &MovesAmongOneInAThousand},
+    {"RowPost", 1.5, 201, &RowPosts},
+    {"NamesThatBegin", 2.0, 301, &Names},
+};
+constexpr double kPageBudget = 1.3;
+constexpr int kPageRounds = 61;
+
+}  // namespace
+}  // namespace orvane::bench
+
+int main(int argc, char** argv) {
+  using namespace orvane;
+  using namespace orvane::bench;
+  spdlog::set_level(spdlog::level::warn);
+  std::vector<std::unique_ptr<Stage>> stages;
+  for (const Engine engine : EnginesAtHand()) {
+    for (const std::int64_t size : SizesAsked()) {
+      stages.push_back(std::make_unique<Stage>(OpenCompany(engine, size)));
+      Stage& stage = *stages.back();
+      for (const BenchRow& row : kBenches) {
+        const Pair pair = row.make(stage);
+        AddPair(std::string(row.name) + "/" + stage.Company().Name(), row.budget, row.rounds,
+                pair.ours, pair.bare);
+      }
+      for (const ReportPage& filter : ReportPages(stage.Company())) {
+        const Pair pair = Pages(stage, filter);
+        AddPair("Page/" + filter.name + "/" + stage.Company().Name(), kPageBudget, kPageRounds,
+                pair.ours, pair.bare);
+      }
+    }
+  }
+  return RunPairs(argc, argv);
+}
