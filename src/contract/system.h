@@ -28,7 +28,9 @@ inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
 inline constexpr std::string_view kCountWaiting = "CountWaiting";
 
 /// TsmParameters.GetParams: [0] group; answer [0]: an array of [number, text] pairs, one per
-/// parameter that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null.
+/// parameter that has a value. TsmParameters.SetParam: [0] group, [1] number, [2] text or Null, [3]
+/// the text or Null that the asker has seen: a value that somebody else changed since is a
+/// conflict.
 inline constexpr std::string_view kParametersClass = "TsmParameters";
 inline constexpr std::string_view kGetParams = "GetParams";
 inline constexpr std::string_view kSetParam = "SetParam";

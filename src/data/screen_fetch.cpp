@@ -1,7 +1,6 @@
 #include "data/screen_fetch.h"
 
 #include <utility>
-#include <vector>
 
 #include "data/connection_scope.h"
 
@@ -9,6 +8,11 @@ namespace orvane {
 
 void FetchTogether(std::initializer_list<TLookupTable*> lookups,
                    std::initializer_list<TVosClientDataSet*> dataSets) {
+  FetchTogether(std::vector<TLookupTable*>(lookups), std::vector<TVosClientDataSet*>(dataSets));
+}
+
+void FetchTogether(const std::vector<TLookupTable*>& lookups,
+                   const std::vector<TVosClientDataSet*>& dataSets) {
   ConnectionScope scope;
   std::vector<FetchRequest> requests;
   for (const TLookupTable* lookup : lookups) {

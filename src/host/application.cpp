@@ -27,9 +27,7 @@ std::string ScreenTitle(std::string_view className, const ModulePoint* point) {
 std::map<int, std::string> ReadPairs(const VariantArray& answer) {
   const VariantArray* pairs = answer.size() == 1 ? answer[0].AsArray() : nullptr;
   if (pairs == nullptr)
-    throw ServerError{
-        {FailureKind::Internal, "Сървърът върна параметри в непознат вид."}
-    };
+    throw ServerError{{FailureKind::Internal, "Сървърът върна параметри в непознат вид."}};
   std::map<int, std::string> values;
   for (const Variant& row : *pairs) {
     const VariantArray* pair = row.AsArray();
@@ -159,10 +157,10 @@ Variant VosApplication::GetParam(std::int32_t moduleNo, std::int32_t pointNo, in
 void VosApplication::SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
                               const Variant& value) {
   const Variant stored = value.IsNull() ? Variant() : Variant(value.ToText());
+  const Variant seen = GetParam(moduleNo, pointNo, group, number);
   TVosSQLConnection connection(session_, {moduleNo, pointNo}, system::kParametersClass);
-  connection.Call(system::kSetParam, {Variant(group), Variant(number), stored});
-  const auto known = params_.find(group);
-  if (known != params_.end()) known->second[number] = stored.ToText();
+  connection.Call(system::kSetParam, {Variant(group), Variant(number), stored, seen});
+  params_[group][number] = stored.ToText();
 }
 
 void VosApplication::RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group) {

@@ -120,6 +120,7 @@ class VosApplication {
   // --- parameters -------------------------------------------------------------------------------
   /// Null when unset or blank. A group is fetched once and kept until RefreshParams.
   Variant GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number);
+  /// Throws ServerError; a conflict when the server's value is no longer the one GetParam gave.
   void SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
                 const Variant& value);
   void RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group);

@@ -22,7 +22,7 @@ void TKeyEdit::SetText(std::string_view text) {
 bool TKeyEdit::Open() {
   if (readOnly) return false;
   if (!editor_.IsOpen()) {
-    editor_.OpenText(text_, PictureMask());
+    editor_.OpenText(text_, PictureMask(mask));
     editor_.label = caption;
   }
   return true;
@@ -70,7 +70,7 @@ void TKeyEdit::CommitEditor() {
     committing_ = false;
     if (text_ == typed) text_ = before;
     if (!editor_.IsOpen()) {
-      editor_.OpenText(text_, PictureMask());
+      editor_.OpenText(text_, PictureMask(mask));
       editor_.label = caption;
     }
     editor_.SetText(typed);

@@ -18,6 +18,7 @@ class TKeyEdit : public Control {
   TKeyEdit(TVosBaseForm& form, std::string_view name, std::string_view caption);
 
   std::string caption;
+  std::string mask;  ///< picture of what may be typed; empty: anything
   bool readOnly = false;
   /// The in-place edit ends with a text; throws Abort to keep it open. The edit shows the text from
   /// then on, unless the handler sets another.

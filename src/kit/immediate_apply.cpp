@@ -6,6 +6,8 @@
 namespace orvane {
 namespace {
 
+constexpr int kWarning = 2;
+
 bool MayBeRepeated(FailureKind kind) {
   return kind == FailureKind::LinkDown || kind == FailureKind::OutcomeUnknown;
 }
@@ -49,7 +51,11 @@ void ApplyAtOnce(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply 
   dataSet.OnReconcileError = [&form, &dataSet, how](const ReconcileError& error) {
     return HandleReconcileError(form, dataSet, error, how.afterRefusal);
   };
-  dataSet.AfterApplyUpdates = [&dataSet](const Variant&) { dataSet.Connection()->Close(); };
+  dataSet.AfterApplyUpdates = [&form, &dataSet, how](const Variant& told) {
+    dataSet.Connection()->Close();
+    if (how.tellsWarnings && !told.IsEmpty())
+      VosMessageDlg(form, kWarning, form.caption, told.ToText());
+  };
 }
 
 }  // namespace orvane

@@ -18,6 +18,9 @@ struct ImmediateApply {
   std::int32_t maxErrors = 0;  ///< 0: all or nothing; -1: every row is tried
   ApplyForm form = ApplyForm::Once;
   AfterRefusal afterRefusal = AfterRefusal::Correct;
+  /// The server answers an apply with a sentence where what was written deserves a second look: it
+  /// is shown, and nothing of what was typed is undone.
+  bool tellsWarnings = false;
 };
 
 /// Binds the dataset's AfterPost, AfterDelete, OnReconcileError and AfterApplyUpdates so that

@@ -12,11 +12,22 @@ std::int64_t ParamNumber(const TVosBaseForm& form, int group, int number) {
   return whole ? whole->Mantissa() : 0;
 }
 
-std::string SumMask(int decimals) {
-  const std::string whole = "{{;-,;+}#,#}[*12[#]]";
+namespace {
+
+std::string WithDecimals(std::string whole, int decimals) {
   if (decimals <= 0) return whole;
   if (decimals == 1) return whole + "[;.[#]]";
   return whole + "[;.[#[*" + std::to_string(decimals - 1) + "[#]]]]";
+}
+
+}  // namespace
+
+std::string SumMask(int decimals) {
+  return WithDecimals("{{;-,;+}#,#}[*12[#]]", decimals);
+}
+
+std::string UnsignedSumMask(int wholeDigits, int decimals) {
+  return WithDecimals("[*" + std::to_string(wholeDigits) + "[#]]", decimals);
 }
 
 }  // namespace orvane

@@ -36,23 +36,23 @@ template <class Place>
 
 template <class Place>
 void Require(TVosBaseForm& form, Place& place, std::string_view text,
-             std::initializer_list<std::string_view> fields) {
+             std::initializer_list<std::string_view> fields, int kind) {
   for (std::string_view field : fields) {
     if (!place.DataSet().FieldByName(field).IsEmpty()) continue;
-    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)), kWarningMessage);
+    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)), kind);
   }
 }
 
 }  // namespace
 
 void RequireFields(TVosBaseForm& form, TVosDBGrid& grid, std::string_view text,
-                   std::initializer_list<std::string_view> fields) {
-  Require(form, grid, text, fields);
+                   std::initializer_list<std::string_view> fields, int kind) {
+  Require(form, grid, text, fields, kind);
 }
 
 void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view text,
-                   std::initializer_list<std::string_view> fields) {
-  Require(form, inspector, text, fields);
+                   std::initializer_list<std::string_view> fields, int kind) {
+  Require(form, inspector, text, fields, kind);
 }
 
 void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field, std::string_view text,

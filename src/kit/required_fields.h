@@ -12,16 +12,16 @@ class TVosBaseForm;
 class TVosDBGrid;
 class TVosDataInspector;
 
-/// Refuses (message and Abort) at the first field that is empty, in the order given. `text` holds
-/// one %s for the column's title or the item's label. The focus goes to the field.
-void RequireFields(TVosBaseForm& form, TVosDBGrid& grid, std::string_view text,
-                   std::initializer_list<std::string_view> fields);
-void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view text,
-                   std::initializer_list<std::string_view> fields);
-
 /// Kinds of message.
 inline constexpr int kErrorMessage = 0;
 inline constexpr int kWarningMessage = 2;
+
+/// Refuses (message and Abort) at the first field that is empty, in the order given. `text` holds
+/// one %s for the column's title or the item's label. The focus goes to the field.
+void RequireFields(TVosBaseForm& form, TVosDBGrid& grid, std::string_view text,
+                   std::initializer_list<std::string_view> fields, int kind = kWarningMessage);
+void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view text,
+                   std::initializer_list<std::string_view> fields, int kind = kWarningMessage);
 
 /// Message with the form's caption, then the focus on the column, then Abort.
 [[noreturn]] void RefuseAt(TVosBaseForm& form, TVosDBGrid& grid, std::string_view field,

@@ -74,9 +74,7 @@ TEST_F(ApplicationTest, AWrongPasswordLeavesTheSessionAsItWas) {
 
 TEST_F(ApplicationTest, LoggingInAgainKeepsTheLanguageTheUserWorksIn) {
   host.app.SwitchLanguage();
-  host.server.session.points = {
-      {1, 1}
-  };
+  host.server.session.points = {{1, 1}};
   ASSERT_TRUE(host.app.LogInAgain(host.server.password).Ok());
   EXPECT_FALSE(host.app.FirstLanguage());
   EXPECT_EQ(host.app.FindPoint("Departments")->access, TPointAccess(paOpen));
@@ -116,10 +114,11 @@ TEST_F(ApplicationTest, SettingAParameterIsOneCallAndIsReadBackWithoutAnother) {
   ASSERT_EQ(host.server.methodCalls.size(), 1U);
   EXPECT_EQ(host.server.methodCalls[0].method, "SetParam");
   EXPECT_EQ(host.server.methodCalls[0].arguments,
-            (VariantArray{Variant(11), Variant(8), Variant("30")}));
+            (VariantArray{Variant(11), Variant(8), Variant("30"), Variant()}));
   EXPECT_EQ(Param(11, 8), Variant("30"));
   host.app.SetParam(11, 4, 11, 8, Variant());
   EXPECT_TRUE(host.server.methodCalls[1].arguments[2].IsNull());
+  EXPECT_EQ(host.server.methodCalls[1].arguments[3], Variant("30")) << "what was seen goes along";
   EXPECT_TRUE(Param(11, 8).IsNull());
   host.server.onCall = [](const MethodCall&) -> Answer<VariantArray> {
     return Failure{FailureKind::NoRight, "Нямате право да променяте параметри."};
@@ -135,10 +134,10 @@ TEST_F(ApplicationTest, AScreenOpensOnlyWithTheRightAndOnlyWhenThereIsOne) {
     bool opens;
   };
   const Row rows[] = {
-      {"Departments",  "0 messages",                                                                                           true },
-      {"KindSupplies", "Екранът „Видове покупки“ още не е наличен.",                      false},
-      {"Structure",    "Нямате право да отворите „Организационна структура“.", false},
-      {"Nowhere",      "Няма точка „Nowhere“.",                                                                   false},
+      {"Departments", "0 messages", true},
+      {"KindSupplies", "Екранът „Видове покупки“ още не е наличен.", false},
+      {"Structure", "Нямате право да отворите „Организационна структура“.", false},
+      {"Nowhere", "Няма точка „Nowhere“.", false},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(host.app.OpenPoint(row.point), row.opens) << row.point;

@@ -213,7 +213,9 @@ class Random : public ServerCase {
     return {"block", "ok", Outcome(server.Admin().SetBlocked(user, !unblock))};
   }
   Step StoreParam(const std::string& user) {
-    const int number = 1 + Below(22);
+    constexpr int kNumbers[] = {9, 16, 17, 18, 19, 20, 22};  // those that refer to no register
+    const int number = kNumbers[Below(7)];
+    const Variant seen = model.params.contains(number) ? Variant(model.params[number]) : Variant();
     const std::string value = Chance(90) ? std::to_string(Below(100)) : "не е число";
     std::string expected = "ok";
     if (model.blocked.contains(user)) {
@@ -225,7 +227,7 @@ class Random : public ServerCase {
     }
     return {"parameter", expected,
             Outcome(server->Call(sessions[user].At(Point::Parameters),
-                                 {"TsmParameters", "SetParam", {11, number, value}}))};
+                                 {"TsmParameters", "SetParam", {11, number, value, seen}}))};
   }
   Step Fetch(const std::string& user) {
     const bool may = (model.rights[user] & 1) != 0;

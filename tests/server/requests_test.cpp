@@ -34,22 +34,21 @@ TEST_P(Requests, ParametersAreKeptOncePerCompany) {
   server.SetParam(1, 80, "2");
   EXPECT_EQ(Group(1), "80=2");
   EXPECT_EQ(Group(11), "");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 9, "0,5"})), "ok");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1, "5"})), "ok");
-  EXPECT_EQ(Group(11), "1=5 9=0,5");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 9, Variant()})), "ok");
-  EXPECT_EQ(Group(11), "1=5");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1, "6"}, Point::Departments)), "NoRight");
-  EXPECT_EQ(Outcome(Params("SetParam", {1, 80, "3"})), "Refused");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 20, "3"})), "Refused");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1, "пет"})), "Refused");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1})), "BadRequest");
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1, 5})), "BadRequest");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 9, "0,5", Variant()})), "ok");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 16, "5", ""})), "ok");
+  EXPECT_EQ(Group(11), "9=0,5 16=5");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 9, Variant(), "0,5"})), "ok");
+  EXPECT_EQ(Group(11), "16=5");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 16, "6", "5"}, Point::Departments)), "NoRight");
+  EXPECT_EQ(Outcome(Params("SetParam", {1, 80, "3", Variant()})), "Refused");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 20, "3", Variant()})), "Refused");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 16, "6"})), "BadRequest");
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 16, 6, "5"})), "BadRequest");
   EXPECT_EQ(Outcome(Params("GetParams", {})), "BadRequest");
   const auto point = static_cast<std::int32_t>(Point::Parameters);
   ASSERT_TRUE(server.Admin().Grant("ivanova", point, 1));
-  EXPECT_EQ(Outcome(Params("SetParam", {11, 1, "7"})), "NoRight");
-  EXPECT_EQ(Group(11), "1=5") << "reading needs no right";
+  EXPECT_EQ(Outcome(Params("SetParam", {11, 16, "7", "5"})), "NoRight");
+  EXPECT_EQ(Group(11), "16=5") << "reading needs no right";
   EXPECT_EQ(server
                 .Value("select count(*) from History where TableName = 'Params' and RowKey = "
                        "'11/9'",

@@ -1,6 +1,13 @@
 #include "modules/core/lookups.h"
 
+#include "kit/columns.h"
+
 namespace orvane::core {
+namespace {
+
+constexpr int kMostLanguages = 10;
+
+}  // namespace
 
 LookupSetup CostCentersOfNotifier() {
   return {.caption = "Търсене - Центрове за разходи",
@@ -52,6 +59,21 @@ LookupSetup KindSupplies() {
           .nomenclatureClass = "TfKindSupplies"};
 }
 
+LookupSetup KindSupplyLists() {
+  return {.caption = "Търсене - Вид списък за доставка",
+          .sql = {"SELECT Code, Name, Name2", "FROM KindSupplyLists {$WN}", "{$W}", "{$O}"},
+          .searchFields = CodeAndNames("Code"),
+          .mask = std::string(kMaskCode4)};
+}
+
+LookupSetup InventoryReceipts() {
+  return {.caption = "Търсене - Складов документ",
+          .sql = {"SELECT Code, Name, Name2", "FROM KindDocInventory {$WN}",
+                  "WHERE KindOperation = 1", "{$WA}", "{$O}"},
+          .searchFields = CodeAndNames("Code"),
+          .mask = std::string(kMaskCode4)};
+}
+
 LookupSetup Currencies() {
   return {.caption = "Търсене - Валути",
           .sql = {"SELECT Code, Name, Name2", "FROM Currencies", "{$WN}", "{$W}", "{$O}"},
@@ -75,6 +97,21 @@ LookupSetup NomIn() {
           .searchFields = CodeAndNames("Element"),
           .mask = std::string(kMaskCode4),
           .mode = LookupMode::lmNomenclature};
+}
+
+LookupSetup NomInOfLanguage() {
+  LookupSetup setup = NomIn();
+  setup.sql = {"SELECT Element, ", "  CASE :NomInLanguage", "    WHEN 1 THEN Name"};
+  for (int language = 2; language <= kMostLanguages; ++language) {
+    const std::string number = std::to_string(language);
+    setup.sql.push_back("    WHEN " + number + " THEN Name" + number);
+  }
+  for (const char* line : {"  END Name", "FROM NomIn WITH (NOLOCK)", "WHERE Nomenclature = :NomIn",
+                           "ORDER BY Element"})
+    setup.sql.emplace_back(line);
+  setup.nameField2 = setup.nameField;
+  setup.searchFields = {SearchBy("Element", "Код")};
+  return setup;
 }
 
 }  // namespace orvane::core

@@ -27,10 +27,13 @@ inline constexpr auto OrdinaryFraction = Bit("OrdinaryFraction", Plain, "Дро�
 
 /// Numbers of nomenclatures.
 enum Nomenclature : int {
+  kWaysOfChoosing = 90,
+  kKindsOfRegister = 244,
   kKindsOfApprover = 245,
   kRequestStatuses = 249,
   kNoYes = 250,
   kApprovalStatuses = 251,
+  kPriceAlgorithms = 283,
 };
 
 /// Cost centres for which an employee is an admissible requester (parameter Notifier).
@@ -40,10 +43,15 @@ LookupSetup Sections();
 LookupSetup Departments();
 LookupSetup Employees(std::string_view caption = "Търсене - Служители");
 LookupSetup KindSupplies();
+LookupSetup KindSupplyLists();
+/// Kinds of inventory documents that receive into stock.
+LookupSetup InventoryReceipts();
 LookupSetup Currencies();
 /// The third line of the statement gives way to the units of a row (kit/units.h).
 LookupSetup Measures();
 /// Elements of one nomenclature, by parameter Nom.
 LookupSetup NomIn();
+/// The same with one name, in the language of the parameter NomInLanguage; the number is NomIn.
+LookupSetup NomInOfLanguage();
 
 }  // namespace orvane::core

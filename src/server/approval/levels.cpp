@@ -1,5 +1,6 @@
 #include "server/approval/levels.h"
 
+#include <algorithm>
 #include <map>
 
 #include "server/documents/named_statement.h"
@@ -47,6 +48,21 @@ std::vector<LevelRow> MatchLevels(std::span<const LevelRow> rows, Decimal sum) {
   for (const auto& [level, row] : matched)
     levels.push_back(row);
   return levels;
+}
+
+std::vector<Gap> GapsBetween(std::span<const LevelRow> rows, int decimals) {
+  std::vector<LevelRow> ranges(rows.begin(), rows.end());
+  std::sort(ranges.begin(), ranges.end(),
+            [](const LevelRow& left, const LevelRow& right) { return left.from < right.from; });
+  const Decimal step(1, decimals);
+  std::vector<Gap> gaps;
+  Decimal reached = ranges.empty() ? Decimal() : ranges.front().to;
+  for (const LevelRow& range : ranges) {
+    const auto next = reached.Plus(step);
+    if (next && *next < range.from) gaps.push_back({*next, *range.from.Minus(step)});
+    reached = std::max(reached, range.to);
+  }
+  return gaps;
 }
 
 Answer<std::vector<ApprovalRow>> PlanApproval(const SendingFacts& facts) {

@@ -29,6 +29,16 @@ std::vector<LevelRow> ReadLevels(const DataPacket& packet);
 /// highest lower bound.
 std::vector<LevelRow> MatchLevels(std::span<const LevelRow> rows, Decimal sum);
 
+/// Sums between two ranges that no range holds, both bounds included.
+struct Gap {
+  Decimal from;
+  Decimal to;
+};
+
+/// The gaps between the lowest and the highest bound of the rows, ascending. Sums have `decimals`
+/// places: ranges that meet without a sum between them leave no gap.
+std::vector<Gap> GapsBetween(std::span<const LevelRow> rows, int decimals);
+
 /// What a document is sent with.
 struct SendingFacts {
   std::string document;  ///< its name in sentences

@@ -6,7 +6,7 @@ std::vector<ServerClass> MakeServerClasses() {
   return {
       TsmSQL(),           TsmParameters(),          TsmDepartment(),     TsmEmployeesFinSupp(),
       TsmStructure(),     TsmStructureDeputies(),   TsmLevelsApproval(), TsmAdmissibleNotifiers(),
-      TsmPurchaseOrder(), TsmPurchaseOrderReport(),
+      TsmPurchaseOrder(), TsmPurchaseOrderReport(), TsmKindSupplies(),   TsmCapExPlan(),
   };
 }
 

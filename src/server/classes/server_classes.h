@@ -10,8 +10,10 @@ namespace orvane {
 std::vector<ServerClass> MakeServerClasses();
 
 ServerClass TsmAdmissibleNotifiers();
+ServerClass TsmCapExPlan();
 ServerClass TsmDepartment();
 ServerClass TsmEmployeesFinSupp();
+ServerClass TsmKindSupplies();
 ServerClass TsmLevelsApproval();
 ServerClass TsmParameters();
 ServerClass TsmPurchaseOrder();

@@ -1,5 +1,7 @@
+#include "contract/levels_approval.h"
 #include "contract/system.h"
 #include "server/approval/waiting.h"
+#include "server/classes/levels_rules.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
@@ -7,6 +9,11 @@
 namespace orvane {
 namespace {
 
+constexpr char kSelect[] =
+    "select l.KindRegister, l.KindSupply, l.Level, l.FromSum, l.ToSum, l.Approval,"
+    " case when :FirstLanguage = 1 then k.Name else coalesce(k.Name2, k.Name) end"
+    " from LevelsApproval l join KindSupplies k on k.Code = l.KindSupply"
+    " order by l.KindRegister, l.KindSupply, l.Level, l.FromSum";
 constexpr char kSelectEmployees[] =
     "select Employee from Employees where Login = ?1 order by Employee limit 2";
 
@@ -35,6 +42,8 @@ Answer<VariantArray> GetCurrentEmployee(Work& work, const VariantArray& argument
 ServerClass TsmLevelsApproval() {
   return ServerClass(system::kLevelsApprovalClass)
       .UsedFrom({Point::LevelsApproval})
+      .Provider(levels_approval::dspLevelsApproval, kSelect, LevelsApprovalRules(),
+                {levels_approval::FirstLanguage})
       .Operation(system::kGetCurrentEmployee, Rule::Session, &GetCurrentEmployee)
       .Operation(system::kCountWaiting, Rule::Session, &CountWaiting);
 }

@@ -1,16 +1,16 @@
 #include "contract/system.h"
-#include "packet/decimal.h"
-#include "packet/fold.h"
+#include "server/classes/parameter_rules.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/change_writer.h"
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
 namespace orvane {
+
+using parameters::ModuleParameter;
+
 namespace {
 
-constexpr int kFirstNumber = 1;
-constexpr int kLastNumber = 19;
 constexpr int kLongestValue = 250;
 
 constexpr char kSelectGroup[] =
@@ -44,17 +44,6 @@ Answer<VariantArray> GetParams(Work& work, const VariantArray& arguments) {
   return VariantArray{Variant(std::move(pairs))};
 }
 
-/// Every parameter of the module is a number, kept as text.
-Answer<Variant> KeptText(const Variant& value) {
-  if (value.IsEmpty()) return Variant();
-  const std::string* text = value.AsString();
-  if (!text) return Failure{FailureKind::BadRequest, "Стойността на параметър е текст."};
-  if (text->size() > static_cast<std::size_t>(kLongestValue) || !Decimal::Parse(*text)) {
-    return Refused("Стойността на параметъра трябва да е число.");
-  }
-  return value;
-}
-
 /// What history says of the parameter's change.
 Statement ParamHistory(const Work& work, int number, const Variant& old, const Variant& value) {
   Change change;
@@ -67,37 +56,78 @@ Statement ParamHistory(const Work& work, int number, const Variant& old, const V
   return HistoryStatement(kHistoryFields, writer, change);
 }
 
-Answer<Done> Store(Work& work, int number, const Variant& value) {
-  const Statement present = Select(kSelectOne, {system::kModuleGroup, number},
-                                   {{"Value", ValueKind::String, kLongestValue}});
-  return work.Write(
-      {&present, 1}, [&](Transaction& transaction, const Packets& first) -> Answer<Done, Setback> {
-        const Variant old = first.front().rowCount == 1 ? first.front().At(0, "Value") : Variant();
-        if (old == value) return Done{};
-        const Statement writes[] = {Command(kStore, {system::kModuleGroup, number, value, old}),
-                                    ParamHistory(work, number, old, value)};
-        const auto written = transaction.ExecuteAll(writes);
-        if (!written) return ToSetback(written.GetFailure(), "storing a parameter");
-        if (written->front() == 1) return Done{};
-        return Setback{{FailureKind::Conflict,
-                        "Параметърът се променя и от друг потребител. Опитайте отново."},
-                       true};
-      });
+/// A change of one parameter: its new text, and the text that the asker has seen.
+struct Storing {
+  const ModuleParameter& parameter;
+  Variant value;  ///< as the parameter's field keeps it
+  Variant text;
+  Variant seen;
+};
+
+Failure ChangedMeanwhile(const ModuleParameter& parameter, const Variant& now) {
+  return {FailureKind::Conflict,
+          ParameterName(parameter) + " междувременно е променен от друг потребител: вече е " +
+              (now.IsNull() ? "празен" : "„" + now.ToText() + "“") +
+              ". Вашата стойност не е записана; прегледайте я и запишете отново."};
+}
+
+Answer<Done, Setback> StoreIn(Work& work, Transaction& transaction, const Storing& storing,
+                              const Variant& present) {
+  const int number = storing.parameter.number;
+  const Variant now = present.IsEmpty() ? Variant() : present;
+  if (now == storing.text) return Done{};
+  if (now != storing.seen) return Setback{ChangedMeanwhile(storing.parameter, now), false};
+  if (const auto referred = ReferredRow(work, storing.parameter, storing.value)) {
+    const auto found = transaction.Query(*referred);
+    if (!found) return ToSetback(found.GetFailure(), "looking for a parameter's code");
+    if (found->rowCount == 0) {
+      return Setback{Refused(ParameterName(storing.parameter) + " няма стойност " +
+                             storing.text.ToText() + ". Изберете от списъка."),
+                     false};
+    }
+  }
+  const Statement writes[] = {
+      Command(kStore, {system::kModuleGroup, number, storing.text, present}),
+      ParamHistory(work, number, now, storing.text)};
+  const auto written = transaction.ExecuteAll(writes);
+  if (!written) return ToSetback(written.GetFailure(), "storing a parameter");
+  if (written->front() == 1) return Done{};
+  return Setback{ChangedMeanwhile(storing.parameter, storing.seen), true};
+}
+
+Answer<Done> Store(Work& work, const Storing& storing) {
+  const Statement present =
+      Select(kSelectOne, {system::kModuleGroup, static_cast<int>(storing.parameter.number)},
+             {{"Value", ValueKind::String, kLongestValue}});
+  return work.Write({&present, 1}, [&](Transaction& transaction, const Packets& first) {
+    const Variant now = first.front().rowCount == 1 ? first.front().At(0, "Value") : Variant();
+    return StoreIn(work, transaction, storing, now);
+  });
+}
+
+bool IsTextOrNull(const Variant& value) {
+  return value.IsNull() || (value.AsString() && value.AsString()->size() <= kLongestValue);
 }
 
 Answer<VariantArray> SetParam(Work& work, const VariantArray& arguments) {
-  const auto group = arguments.size() == 3 ? arguments[0].AsInt() : std::nullopt;
-  const auto number = arguments.size() == 3 ? arguments[1].AsInt() : std::nullopt;
+  const bool whole =
+      arguments.size() == 4 && IsTextOrNull(arguments[2]) && IsTextOrNull(arguments[3]);
+  const auto group = whole ? arguments[0].AsInt() : std::nullopt;
+  const auto number = whole ? arguments[1].AsInt() : std::nullopt;
   if (!group || !number) {
-    return Failure{FailureKind::BadRequest, "Методът очаква група, номер и стойност."};
+    return Failure{FailureKind::BadRequest,
+                   "Методът очаква група, номер, стойност и видяната дотогава стойност."};
   }
-  if (*group != system::kModuleGroup || *number < kFirstNumber || *number > kLastNumber) {
+  const ModuleParameter* parameter =
+      *group == system::kModuleGroup ? parameters::FindModuleParameter(*number) : nullptr;
+  if (!parameter) {
     return Refused("Параметър " + std::to_string(*number) + " от група " + std::to_string(*group) +
                    " не се променя оттук.");
   }
-  auto text = KeptText(arguments[2]);
-  if (!text) return text.GetFailure();
-  const auto stored = Store(work, static_cast<int>(*number), *text);
+  const auto value = ParameterValue(*parameter, arguments[2].ToText());
+  if (!value) return value.GetFailure();
+  const auto kept = [](const Variant& text) { return text.IsEmpty() ? Variant() : text; };
+  const auto stored = Store(work, {*parameter, *value, kept(arguments[2]), kept(arguments[3])});
   if (!stored) return stored.GetFailure();
   return VariantArray{};
 }

@@ -10,9 +10,12 @@
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
 #include "modules/purchases/registers/admissible_notifiers/tf_admissible_notifiers.h"
+#include "modules/purchases/registers/cap_ex_plan/tf_cap_ex_plan.h"
 #include "modules/purchases/registers/department/tf_department.h"
 #include "modules/purchases/registers/employees_fin_supp/tf_employees_fin_supp.h"
+#include "modules/purchases/registers/kind_supplies/tf_kind_supplies.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
+#include "modules/purchases/registers/orvane_parameters/tf_orvane_parameters.h"
 #include "modules/purchases/registers/structure/tf_structure.h"
 #include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
 
@@ -32,13 +35,13 @@ struct ScreenEntry {
 constexpr ScreenEntry kScreens[] = {
     {"TfOrvaneMain", &MakeScreen<TfOrvaneMain>},
     {"TfDepartment", &MakeScreen<TfDepartment>},
-    {"TfKindSupplies", nullptr},
+    {"TfKindSupplies", &MakeScreen<TfKindSupplies>},
     {"TfEmployeesFinSupp", &MakeScreen<TfEmployeesFinSupp>},
-    {"TfOrvaneParameters", nullptr},
+    {"TfOrvaneParameters", &MakeScreen<TfOrvaneParameters>},
     {"TfStructure", &MakeScreen<TfStructure>},
     {"TfStructureDeputies", &MakeScreen<TfStructureDeputies>},
-    {"TfLevelsApproval", nullptr},
-    {"TfCapExPlan", nullptr},
+    {"TfLevelsApproval", &MakeScreen<TfLevelsApproval>},
+    {"TfCapExPlan", &MakeScreen<TfCapExPlan>},
     {"TfDeliveries", nullptr},
     {"TfSuppManifacOrder", nullptr},
     {"TfAdmissibleNotifiers", &MakeScreen<TfAdmissibleNotifiers>},

@@ -1,14 +1,18 @@
 #pragma once
 
+// The register of approval levels ("Нива на одобрение"): one grid, saved row by row. The screen is
+// also created once at the module's start, never shown then: it asks for the current employee.
+
 #include <memory>
 
+#include "host/combo.h"
 #include "host/form.h"
+#include "host/grid.h"
+#include "kit/register_screen.h"
 #include "modules/purchases/registers/levels_approval/tdm_levels_approval.h"
 
 namespace orvane {
 
-/// Created once at the module's start, never shown then: it only holds the data module that asks
-/// for the current employee.
 class TfLevelsApproval : public TVosDBForm {
  public:
   explicit TfLevelsApproval(const FormIdentity& identity);
@@ -17,8 +21,29 @@ class TfLevelsApproval : public TVosDBForm {
   /// more than one.
   Variant GetCurremtEmployee();
 
+  TVosClientDataSet* MainDataSet() const override { return &dmLevelsApproval->cdsLevelsApproval; }
+
+ protected:
+  void OnShow() override { VosBaseFormShow(); }
+  void OnChangeAccess() override { register_.ChangeAccess(); }
+  void OnLanguageChanged() override { dmLevelsApproval->Fetch(); }
+  std::span<const LiveRow> LiveRows() const override;
+
  private:
+  static const LiveRow kLive[];
+
+  void VosBaseFormShow();
+  void SetUpLookups();
+  void SetUpColumns();
+  void ReadParameters();
+  bool HasRows() const { return dmLevelsApproval->HasRows(); }
+
   std::unique_ptr<TdmLevelsApproval> dmLevelsApproval;
+  TVosMTCombo cbKindRegister;
+  TVosMTCombo cbKindSupplies;
+  TVosMTCombo cbApproval;
+  TVosDBGrid gLevelsApproval;
+  RegisterScreen register_;
 };
 
 }  // namespace orvane
