@@ -11,6 +11,7 @@
 namespace orvane {
 namespace {
 
+constexpr std::int64_t kParamsKeptMicros = 60'000'000;
 constexpr std::string_view kOpenCaption = "Отваряне на екран";
 
 void TellOf(VosApplication& app, TVosBaseForm* owner, const std::string& text) {
@@ -137,35 +138,48 @@ std::string VosApplication::LanguageName(int number) const {
 
 // --- parameters ------------------------------------------------------------------------
 
-std::map<int, std::string>& VosApplication::ParamGroup(ScreenPoint point, int group) {
-  const auto known = params_.find(group);
-  if (known != params_.end()) return known->second;
+VosApplication::ParamGroup VosApplication::FetchParams(ScreenPoint point, int group) {
   TVosSQLConnection connection(session_, point, system::kParametersClass);
   const VariantArray answer = connection.Call(system::kGetParams, {Variant(group)});
   connection.Close();
-  return params_[group] = ReadPairs(answer);
+  return {ReadPairs(answer), Now()};
+}
+
+const std::map<int, std::string>& VosApplication::ParamsOf(ScreenPoint point, int group) {
+  const auto known = params_.find(group);
+  if (known == params_.end()) return (params_[group] = FetchParams(point, group)).values;
+  ParamGroup& kept = known->second;
+  if (Now().micros - kept.readOn.micros < kParamsKeptMicros) return kept.values;
+  kept.readOn = Now();
+  try {
+    kept = FetchParams(point, group);
+  } catch (const ServerError&) {
+    // Old values are better than none: the screen's own calls tell what is wrong with the server.
+  }
+  return kept.values;
 }
 
 Variant VosApplication::GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group,
                                  int number) {
-  const std::map<int, std::string>& values = ParamGroup({moduleNo, pointNo}, group);
+  const std::map<int, std::string>& values = ParamsOf({moduleNo, pointNo}, group);
   const auto found = values.find(number);
   if (found == values.end() || IsBlank(found->second)) return {};
   return found->second;
 }
 
 void VosApplication::SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
-                              const Variant& value) {
+                              const Variant& value, const std::optional<Variant>& seen) {
   const Variant stored = value.IsNull() ? Variant() : Variant(value.ToText());
-  const Variant seen = GetParam(moduleNo, pointNo, group, number);
+  const Variant before = seen ? *seen : GetParam(moduleNo, pointNo, group, number);
   TVosSQLConnection connection(session_, {moduleNo, pointNo}, system::kParametersClass);
-  connection.Call(system::kSetParam, {Variant(group), Variant(number), stored, seen});
-  params_[group][number] = stored.ToText();
+  connection.Call(system::kSetParam, {Variant(group), Variant(number), stored, before});
+  const auto known = params_.find(group);
+  if (known != params_.end()) known->second.values[number] = stored.ToText();
 }
 
 void VosApplication::RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group) {
   params_.erase(group);
-  ParamGroup({moduleNo, pointNo}, group);
+  ParamsOf({moduleNo, pointNo}, group);
 }
 
 // --- module and points -----------------------------------------------------------------

@@ -118,11 +118,15 @@ class VosApplication {
   std::string LanguageName(int number) const;
 
   // --- parameters -------------------------------------------------------------------------------
-  /// Null when unset or blank. A group is fetched once and kept until RefreshParams.
+  /// Null when unset or blank. A group is fetched with one call and kept for a minute: what another
+  /// session stores meanwhile is seen then, or after RefreshParams. While the server cannot be
+  /// reached, what is kept stays in use.
   Variant GetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number);
-  /// Throws ServerError; a conflict when the server's value is no longer the one GetParam gave.
+  /// Stores a parameter (one call); what this session reads of it is new at once. Throws
+  /// ServerError: a conflict when the server's value is no longer `seen`, what the user decided by.
+  /// Without `seen` that is what GetParam gave.
   void SetParam(std::int32_t moduleNo, std::int32_t pointNo, int group, int number,
-                const Variant& value);
+                const Variant& value, const std::optional<Variant>& seen = std::nullopt);
   void RefreshParams(std::int32_t moduleNo, std::int32_t pointNo, int group);
 
   // --- module, points, classes ------------------------------------------------------------------
@@ -176,13 +180,19 @@ class VosApplication {
   LoginRequest MakeLoginRequest(std::string_view login, std::string_view password) const;
   bool Open(ModulePoint& point);
   bool CloseAll(const std::vector<TVosBaseForm*>& forms);
-  std::map<int, std::string>& ParamGroup(ScreenPoint point, int group);
+  /// Values of a group by number, and when they were read.
+  struct ParamGroup {
+    std::map<int, std::string> values;
+    Stamp readOn;
+  };
+  ParamGroup FetchParams(ScreenPoint point, int group);
+  const std::map<int, std::string>& ParamsOf(ScreenPoint point, int group);
 
   IToolkit& toolkit_;
   const Clock& clock_;
   ClientSession session_;
   int language_ = 1;
-  std::map<int, std::map<int, std::string>> params_;
+  std::map<int, ParamGroup> params_;
   std::vector<TVosBaseForm*> livingForms_;
   std::vector<std::unique_ptr<TVosBaseForm>> openForms_;
 };

@@ -104,6 +104,24 @@ TEST_F(ApplicationTest, ParametersOfAGroupComeWithOneCallUntilRefreshed) {
   EXPECT_EQ(host.server.methodCalls.size(), 3U);
 }
 
+TEST_F(ApplicationTest, WhatOthersStoreIsSeenAfterAMinute) {
+  std::string stored = "5";
+  bool broken = false;
+  host.server.onCall = [&](const MethodCall&) -> Answer<VariantArray> {
+    if (broken) return Failure{FailureKind::LinkDown, "Няма връзка."};
+    return VariantArray(1, Variant(VariantArray(1, Variant(VariantArray{Variant(9), stored}))));
+  };
+  EXPECT_EQ(Param(11, 9), Variant("5"));
+  stored = "6";
+  host.clock.Set({host.clock.Now().micros + 59'000'000});
+  EXPECT_EQ(Param(11, 9), Variant("5"));
+  host.clock.Set({host.clock.Now().micros + 1'000'000});
+  EXPECT_EQ(Param(11, 9), Variant("6"));
+  broken = true;
+  host.clock.Set({host.clock.Now().micros + 60'000'000});
+  EXPECT_EQ(Param(11, 9), Variant("6")) << "what is kept stays in use";
+}
+
 TEST_F(ApplicationTest, SettingAParameterIsOneCallAndIsReadBackWithoutAnother) {
   host.server.onCall = [](const MethodCall&) -> Answer<VariantArray> {
     return VariantArray(1, Variant(VariantArray()));

@@ -370,8 +370,6 @@ Answer<VariantArray> TableServer::Call(const Caller&, const MethodCall& call) {
     return VariantArray{Variant(std::move(pairs))};
   }
   if (call.method == system::kGetCurrentEmployee) return VariantArray{employee};
-  // A capital plan without positions.
-  if (call.serverClass == "TsmCapExPlan") return VariantArray{false, 1, DataPacket()};
   const std::string operation = call.arguments.empty() ? "" : call.arguments[0].ToText();
   if (operation == get_rec::kName) return GetRec(call.arguments);
   if (operation == new_rec::kName) return newRec;

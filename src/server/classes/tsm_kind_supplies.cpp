@@ -2,7 +2,7 @@
 #include "server/classes/parameter_rules.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/row_checks.h"
-#include "server/sessions/statements.h"
+#include "server/providers/row_lock.h"
 
 namespace orvane {
 
@@ -52,11 +52,8 @@ Answer<Done, Setback> BeforeWrite(WriteContext& context, std::span<PreparedChang
   for (const PreparedChange& prepared : changes) {
     const auto code = CodeGivenUp(prepared.change);
     if (!code) continue;
-    std::string lock = "select Code from KindSupplies where Code = ?1";
-    if (context.work.EngineKind() == Engine::Postgres) lock += " for update";
-    const auto locked =
-        context.transaction.Query(Select(lock, {*code}, {{"Code", ValueKind::Code, 0}}));
-    if (!locked) return ToSetback(locked.GetFailure(), "locking a kind of supply");
+    auto locked = LockRow(context, "KindSupplies", "Code", *code);
+    if (!locked) return locked;
     auto unused = NotInParameters(context.transaction, parameters::Refers::KindSupplies, *code,
                                   "Вид покупка");
     if (!unused) return unused;

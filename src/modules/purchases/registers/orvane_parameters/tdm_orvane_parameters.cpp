@@ -89,25 +89,32 @@ ParameterList* TdmOrvaneParameters::ListOf(parameters::Module number) const {
 
 // --- reading ------------------------------------------------------------------------------------
 
-/// Null for an empty parameter, and for a text that is none of the parameter's values.
-Variant TdmOrvaneParameters::StoredValue(const ModuleParameter& parameter) {
-  const Variant text = form_.App().GetParam(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup,
-                                            parameter.number);
-  const TField& field = FieldOf(parameter);
-  const Answer<Variant> read = ParseValue(text.ToText(), field.Format);
+Variant TdmOrvaneParameters::StoredText(const ModuleParameter& parameter) const {
+  return form_.App().GetParam(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup,
+                              parameter.number);
+}
+
+Variant TdmOrvaneParameters::ValueOf(const ModuleParameter& parameter, const Variant& text) {
+  const Answer<Variant> read = ParseValue(text.ToText(), FieldOf(parameter).Format);
   const Answer<Variant> fitting =
       read ? read->As(parameter.field.kind, parameter.field.size) : read;
   return fitting ? *fitting : Variant();
 }
 
+void TdmOrvaneParameters::ReadStore() {
+  form_.App().RefreshParams(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup);
+  for (std::size_t i = 0; i < std::size(kModuleParameters); ++i) {
+    const Variant text = StoredText(kModuleParameters[i]);
+    stored_[i] = {text, ValueOf(kModuleParameters[i], text)};
+  }
+}
+
 void TdmOrvaneParameters::GetParams() {
   cdsParameters.EmptyDataSet();
-  form_.App().RefreshParams(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup);
+  ReadStore();
   cdsParameters.Insert();
-  for (std::size_t i = 0; i < std::size(kModuleParameters); ++i) {
-    stored_[i] = StoredValue(kModuleParameters[i]);
-    FieldOf(kModuleParameters[i]).Set(stored_[i]);
-  }
+  for (std::size_t i = 0; i < std::size(kModuleParameters); ++i)
+    FieldOf(kModuleParameters[i]).Set(stored_[i].value);
   cdsParameters.Post();
 }
 
@@ -128,11 +135,12 @@ void TdmOrvaneParameters::FetchLists() {
 
 void TdmOrvaneParameters::Store(const ModuleParameter& parameter) {
   const TField& field = FieldOf(parameter);
-  Variant& stored = stored_[static_cast<std::size_t>(&parameter - std::begin(kModuleParameters))];
-  if (field.Value() == stored) return;
+  Stored& stored = stored_[static_cast<std::size_t>(&parameter - std::begin(kModuleParameters))];
+  if (field.Value() == stored.value) return;
+  const Variant text = StoreText(field);
   form_.App().SetParam(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup, parameter.number,
-                       StoreText(field));
-  stored = field.Value();
+                       text, stored.text);
+  stored = {text, field.Value()};
 }
 
 void TdmOrvaneParameters::Save() {
@@ -150,13 +158,12 @@ void TdmOrvaneParameters::Save() {
 /// What others changed meanwhile comes into the fields that were not touched here; what was typed
 /// stays, and is compared with what the store holds now.
 void TdmOrvaneParameters::TakeInStore() {
-  form_.App().RefreshParams(form_.ModuleNo(), form_.PointNo(), system::kModuleGroup);
+  const std::vector<Stored> before = stored_;
+  ReadStore();
   cdsParameters.Edit();
   for (std::size_t i = 0; i < std::size(kModuleParameters); ++i) {
     TField& field = FieldOf(kModuleParameters[i]);
-    const bool typed = field.Value() != stored_[i];
-    stored_[i] = StoredValue(kModuleParameters[i]);
-    if (!typed) field.Set(stored_[i]);
+    if (field.Value() == before[i].value) field.Set(stored_[i].value);
   }
 }
 
@@ -164,7 +171,7 @@ void TdmOrvaneParameters::Cancel() {
   cdsParameters.Cancel();
   cdsParameters.Edit();
   for (std::size_t i = 0; i < std::size(kModuleParameters); ++i)
-    FieldOf(kModuleParameters[i]).Set(stored_[i]);
+    FieldOf(kModuleParameters[i]).Set(stored_[i].value);
   cdsParameters.Post();
 }
 

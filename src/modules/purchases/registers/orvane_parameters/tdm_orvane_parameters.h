@@ -50,13 +50,22 @@ class TdmOrvaneParameters : public TVosDataModule {
   TField& FieldOf(const parameters::ModuleParameter& parameter) {
     return cdsParameters[parameter.field];
   }
-  Variant StoredValue(const parameters::ModuleParameter& parameter);
+  /// What the store holds of a parameter: its text, Null for an empty one.
+  Variant StoredText(const parameters::ModuleParameter& parameter) const;
+  /// The text as the field's value; Null also for a text that is none of the parameter's values.
+  Variant ValueOf(const parameters::ModuleParameter& parameter, const Variant& text);
   void Store(const parameters::ModuleParameter& parameter);
+  void ReadStore();
   void TakeInStore();
 
   TVosDBForm& form_;
   std::vector<std::unique_ptr<ParameterList>> lists_;
-  std::vector<Variant> stored_;  ///< as read or written last, by the order of the parameters
+  /// A parameter as it was read or written last.
+  struct Stored {
+    Variant text;
+    Variant value;
+  };
+  std::vector<Stored> stored_;  ///< by the order of the parameters
 };
 
 }  // namespace orvane
