@@ -22,7 +22,7 @@ Track DocumentTrack(const SeenTable& table, const Visibility& visibility) {
   const std::string id(table.id);
   return {"(select p." + id + " from " + std::string(table.table) + " p where p." + id +
               " = :Position and " + Replaced(table.current, "{t}", "p") + " and " +
-              visibility.On("p") + ")",
+              visibility.Among("p") + ")",
           [&](std::string_view position) { return visibility.Next(position); },
           [&](std::string_view position) { return visibility.Previous(position); }};
 }
@@ -30,8 +30,8 @@ Track DocumentTrack(const SeenTable& table, const Visibility& visibility) {
 Track VersionTrack(const SeenTable& table, const Visibility& visibility) {
   const std::string version(table.version);
   const std::string seen = " from " + std::string(table.table) + " p where p." +
-                           std::string(table.id) + " = :Id and " + visibility.On("p") + " and p." +
-                           version;
+                           std::string(table.id) + " = :Id and " + visibility.Among("p") +
+                           " and p." + version;
   return {"(select p." + version + seen + " = :Position)",
           [=](std::string_view position) {
             return "(select min(p." + version + ")" + seen + " > " + std::string(position) + ")";
@@ -63,6 +63,14 @@ Target Walked(const Track& track, bool forward, int steps) {
           "null order by w.N desc limit 1), " +
           end + "))",
       steps};
+}
+
+/// 1 forward or -1 back from where the asker stands, 0 for a place of its own.
+int DirectionOf(const Place& place) {
+  if (place.nav == Nav::Next) return 1;
+  if (place.nav == Nav::Previous) return -1;
+  if (place.nav != Nav::Step || place.step == 0) return 0;
+  return place.step > 0 ? 1 : -1;
 }
 
 Target TargetOf(const Track& track, const Place& place) {
@@ -106,11 +114,18 @@ Statement FindDocument(const SeenTable& table, const Visibility& visibility, con
               " p where p." + std::string(table.id) + " = target.Id and " +
               Replaced(table.current, "{t}", "p") + ")";
   }
-  const std::string text = "with recursive " + (versions ? std::string() : visibility.Tables()) +
-                           target.tables + " select orvane_keep('DocumentId', " + id +
-                           "), orvane_keep('DocumentVersion', " + version + "), case when " +
-                           track.previous("target.Id") + " is null then 1 else 0 end, case when " +
-                           track.next("target.Id") + " is null then 1 else 0 end from target";
+  // Whoever moved on from a document that he sees has it behind him, and need not look for it.
+  const int direction = DirectionOf(place);
+  const auto ends = [&](const std::string& beside, bool came, std::string_view from) {
+    const std::string behind = "target.Id " + std::string(from) + " :Position and " + track.byKey +
+                               " is not null then 0 when ";
+    return "case when " + (came ? behind : std::string()) + beside + " is null then 1 else 0 end";
+  };
+  const std::string text = "with recursive " + visibility.Tables() + target.tables +
+                           " select orvane_keep('DocumentId', " + id +
+                           "), orvane_keep('DocumentVersion', " + version + "), " +
+                           ends(track.previous("target.Id"), direction > 0, ">") + ", " +
+                           ends(track.next("target.Id"), direction < 0, "<") + " from target";
   NamedValues params = visibility.Params();
   params.push_back({"Id", place.id});
   params.push_back({"Position", versions ? *place.version : place.id});

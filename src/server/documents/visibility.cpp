@@ -1,11 +1,34 @@
 #include "server/documents/visibility.h"
 
-#include "server/approval/headed.h"
 #include "server/documents/claims.h"
 #include "server/documents/named_statement.h"
 
 namespace orvane {
 namespace {
+
+/// Cost centres that a person heads or stands in for: as head of the cost centre, of its section or
+/// of its department by the structure, or as deputy of one of these today.
+constexpr std::string_view kHeadedByEmployee =
+    "select c.CostCenter from CostCenters c where c.Chief = :Employee"
+    " union select s.CostCenter from Sections x join Structure s on s.Section = x.Section"
+    " where x.Chief = :Employee"
+    " union select u.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 1"
+    " union select s.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " join Structure s on s.Section = u.Section"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 2"
+    " union select s.CostCenter from StructDepDates d"
+    " join StructureDeputies u on u.IdNumber = d.StructDepId"
+    " join Structure s on s.Department = u.Department"
+    " where d.Deputy = :Employee and d.FromDate <= :Today"
+    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 3 union ";
+constexpr std::string_view kHeadedByLogin =
+    "select s.CostCenter from Department h join Structure s on s.Department = h.Code"
+    " where h.Chief = :Login";
 
 std::string ColumnOf(std::string_view alias, std::string_view column) {
   return std::string(alias) + "." + std::string(column);
@@ -59,8 +82,9 @@ Visibility::Visibility(const SeenTable& table, const Sight& sight)
   condition_ += ")";
 }
 
+/// Subselect of the cost centres that the asker heads.
 std::string Visibility::Headed() const {
-  return HeadedCostCenters(employed_);
+  return (employed_ ? std::string(kHeadedByEmployee) : std::string()) + std::string(kHeadedByLogin);
 }
 
 /// The asker's turns (alias t) at documents of this kind.
@@ -75,6 +99,11 @@ std::string Visibility::On(std::string_view alias) const {
 
 std::string Visibility::Tables() const {
   return everything_ ? "" : "headed (CostCenter) as (" + Headed() + "), ";
+}
+
+std::string Visibility::Among(std::string_view alias) const {
+  return Replaced(Replaced(condition_, Headed(), "select h.CostCenter from headed h"), "{t}",
+                  alias);
 }
 
 std::string Visibility::Nearest(const Direction& direction, std::string_view position) const {
@@ -93,8 +122,9 @@ std::string Visibility::Nearest(const Direction& direction, std::string_view pos
     return "(select " + nearest + "(" + id + ")" + from + current + " and " + beyond(id) + ")";
   }
   const std::string ordered = Replaced(table_.order, "{t}", "p");
-  // Keeps PostgreSQL from planning the aggregate a second time as a sort.
-  const std::string plain = "filter (where Id is not null)";
+  // Keeps PostgreSQL from planning the aggregate a second time as a sort. A condition on Id would
+  // let SQLite seek everything twice.
+  const std::string plain = "filter (where 1 = 1)";
   std::string reasons;
   int number = 0;
   const auto add = [&](const std::string& select) {

@@ -59,9 +59,11 @@ class Visibility {
   const std::string& Condition() const { return condition_; }
   /// The condition on an alias.
   std::string On(std::string_view alias) const;
-  /// Common table expressions that Next and Previous name, each with a comma behind it; empty for
-  /// those who see everything.
+  /// Common table expressions that Among, Next and Previous name, each with a comma behind it;
+  /// empty for those who see everything.
   std::string Tables() const;
+  /// The condition on an alias, read from the tables.
+  std::string Among(std::string_view alias) const;
   /// Scalar subquery: the identifier of the nearest seen document above (below) `position`, an
   /// expression; null when there is none.
   std::string Next(std::string_view position) const;
