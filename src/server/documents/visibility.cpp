@@ -1,34 +1,11 @@
 #include "server/documents/visibility.h"
 
+#include "server/approval/headed.h"
 #include "server/documents/claims.h"
 #include "server/documents/named_statement.h"
 
 namespace orvane {
 namespace {
-
-/// Cost centres that a person heads or stands in for: as head of the cost centre, of its section or
-/// of its department by the structure, or as deputy of one of these today.
-constexpr std::string_view kHeadedByEmployee =
-    "select c.CostCenter from CostCenters c where c.Chief = :Employee"
-    " union select s.CostCenter from Sections x join Structure s on s.Section = x.Section"
-    " where x.Chief = :Employee"
-    " union select u.CostCenter from StructDepDates d"
-    " join StructureDeputies u on u.IdNumber = d.StructDepId"
-    " where d.Deputy = :Employee and d.FromDate <= :Today"
-    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 1"
-    " union select s.CostCenter from StructDepDates d"
-    " join StructureDeputies u on u.IdNumber = d.StructDepId"
-    " join Structure s on s.Section = u.Section"
-    " where d.Deputy = :Employee and d.FromDate <= :Today"
-    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 2"
-    " union select s.CostCenter from StructDepDates d"
-    " join StructureDeputies u on u.IdNumber = d.StructDepId"
-    " join Structure s on s.Department = u.Department"
-    " where d.Deputy = :Employee and d.FromDate <= :Today"
-    " and (d.ToDate is null or d.ToDate >= :Today) and u.StructuralUnitType = 3 union ";
-constexpr std::string_view kHeadedByLogin =
-    "select s.CostCenter from Department h join Structure s on s.Department = h.Code"
-    " where h.Chief = :Login";
 
 std::string ColumnOf(std::string_view alias, std::string_view column) {
   return std::string(alias) + "." + std::string(column);
@@ -82,9 +59,8 @@ Visibility::Visibility(const SeenTable& table, const Sight& sight)
   condition_ += ")";
 }
 
-/// Subselect of the cost centres that the asker heads.
 std::string Visibility::Headed() const {
-  return (employed_ ? std::string(kHeadedByEmployee) : std::string()) + std::string(kHeadedByLogin);
+  return HeadedCostCenters(employed_);
 }
 
 /// The asker's turns (alias t) at documents of this kind.
