@@ -344,6 +344,7 @@ void TfPurchaseOrder::acCancelExecute() {
 }
 
 void TfPurchaseOrder::acNewDocExecute() {
+  ReadParameters();  // somebody may have changed them while the screen was open
   dmPurchaseOrder->cdsPurchaseOrder.Insert();
   dmPurchaseOrder->EmptyParts();
   ShowDeliveriesPage();
