@@ -32,6 +32,7 @@ class GridPainter {
                       columns_.HeadHeight() - 1);
     PaintPart(columns_.Fixed(), columns_.Count());
     PaintPart(0, columns_.Fixed());
+    PaintGroupAcrossFixed();
     PaintCursor();
     if (rows_.IsEmpty()) PaintEmptyText();
     painter_.setPen(ColorOf(Role::Line));
@@ -123,6 +124,20 @@ class GridPainter {
     painter_.setPen(ColorOf(Role::Line));
     const int bottom = columns_.HeadHeight() - 1;
     painter_.drawLine(Left(first), bottom, Left(end - 1) + columns_.Width(end - 1), bottom);
+  }
+
+  /// One title over both sides of the fixed columns' edge, while nothing is moved under it.
+  void PaintGroupAcrossFixed() {
+    const int fixed = columns_.Fixed();
+    if (picture_.scrolled > 0 || fixed == 0 || fixed >= columns_.Count()) return;
+    const ColumnGroup* here = columns_.GroupOf(fixed - 1);
+    const ColumnGroup* there = columns_.GroupOf(fixed);
+    if (here == nullptr || there == nullptr || here->title != there->title) return;
+    const int left = Left(here->first);
+    const int right = Left(there->last) + columns_.Width(there->last);
+    painter_.setFont(ScreenFont(true));
+    PaintHeadCell({left, 0, right - left, columns_.GroupHeight()}, here->title);
+    painter_.setFont(ScreenFont());
   }
 
   void PaintHeadCell(const QRect& cell, const QString& text) {
