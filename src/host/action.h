@@ -55,6 +55,10 @@ struct LiveRow {
   bool (*when)(const TVosBaseForm& form) = nullptr;
 };
 
+/// Name of the action by which a register hands the code of its current row back to the lookup that
+/// opened it; only seen there.
+inline constexpr std::string_view kChooseAction = "acChoose";
+
 /// Words for LiveRow::focus.
 inline constexpr std::string_view kAnywhere{};
 /// While any lookup combo has the focus.

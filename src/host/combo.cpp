@@ -242,6 +242,10 @@ void TVosMTCombo::OpenNomenclature() {
   const auto screen =
       form_.App().CreateVosForm(&form_, nomenclatureClass, moduleNo, pointNo, point);
   if (screen == nullptr) return;
+  if (TAction* choose = screen->FindAction(kChooseAction)) {
+    screen->choiceField = GetLookupField();
+    choose->visible = true;
+  }
   screen->ShowModal();
   table_.Fill();
   const Variant chosen = screen->chosenCode;

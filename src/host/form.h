@@ -119,7 +119,9 @@ class TVosBaseForm {
   bool IsClosed() const { return closed_; }
   /// Shows it modally; returns when it is closed.
   void ShowModal();
-  /// What a register opened from a lookup hands back to it; Null: nothing was chosen.
+  /// Field whose value a lookup that opened this register asks for; empty: nobody asks.
+  std::string choiceField;
+  /// What is handed back to it; Null: nothing was chosen.
   Variant chosenCode;
   WindowRequest windowRequest = WindowRequest::None;
   bool stayOnTop = false;

@@ -71,10 +71,14 @@ void RegisterScreen::AddTo() {
   Add(form_, "acDelete", "Изтриване", KeyCode::F5, "delete", [this] { Delete(); });
   if (printed) Add(form_, "acPrint", "Печат", KeyCode::F7, "print", [this] { Print(); });
   Add(form_, "acCancel", "Отказ", Ctrl(KeyCode::Z), "cancel", [this] { Cancel(); });
+  Add(form_, kChooseAction, "Избор", KeyCode::F9, "confirm", [this] { Choose(); });
+  TAction& choose = *form_.FindAction(kChooseAction);
+  choose.visible = false;
+  choose.always = true;
   const std::vector<std::string> searches = AddLookupActions(form_, actions_);
   AddHostActions(form_);
 
-  std::vector<std::string> operations = {"acCancel", "acDelete"};
+  std::vector<std::string> operations = {"acCancel", "acDelete", std::string(kChooseAction)};
   if (printed) operations.insert(operations.begin(), "acPrint");
   std::vector<RibbonGroup> groups = {{std::string(actions_.operations), operations}};
   if (!searches.empty()) groups.push_back({"Търсене", searches});
@@ -132,6 +136,17 @@ void RegisterScreen::Print() {
   const int variant =
       form_.App().AppNotMultiLang() ? report_.variantOneLanguage : report_.variantTwoLanguages;
   GenerateReport(form_, {kRegisterReportGroup, report_.number, variant}, *grids_.front());
+}
+
+/// What is being typed is written first: a row that is refused cannot be chosen.
+void RegisterScreen::Choose() {
+  TVosDBGrid& grid = *grids_.front();
+  TVosClientDataSet& dataSet = grid.DataSet();
+  if (grid.Editor() != nullptr) grid.CommitEditor();
+  if (dataSet.Editing()) dataSet.Post();
+  if (dataSet.Editing() || dataSet.IsEmpty()) throw Abort{};
+  form_.chosenCode = dataSet.FieldByName(form_.choiceField).Value();
+  form_.Close();
 }
 
 std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language) {

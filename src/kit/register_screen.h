@@ -107,6 +107,7 @@ class RegisterScreen {
   void Delete();
   void Cancel();
   void Print();
+  void Choose();
 
   TVosBaseForm& form_;
   std::vector<TVosDBGrid*> grids_;
