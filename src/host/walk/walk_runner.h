@@ -64,7 +64,7 @@ struct WalkWorld {
   std::function<std::unique_ptr<TVosBaseForm>(VosApplication& app)> startModules;
   /// Gives a user exactly these rights at a point, as an administrator does meanwhile.
   std::function<Answer<Done>(const std::string& login, std::int32_t point, TPointAccess rights)>
-      grant;
+      grant = nullptr;
 };
 
 class WalkRunner {
