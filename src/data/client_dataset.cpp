@@ -382,6 +382,32 @@ void TVosClientDataSet::DataRequest(Variant data) {
   LoadPacket(std::move(impl_->connection->Fetch({request}).front()));
 }
 
+std::unique_ptr<TVosClientDataSet> TVosClientDataSet::EmptyTwin() const {
+  auto twin = std::make_unique<TVosClientDataSet>(impl_->name, std::initializer_list<FieldDef>{});
+  twin->impl_->connection = impl_->connection;
+  for (const FieldDef& def : impl_->dataDefs)
+    twin->impl_->AddField(def);
+  for (const TField& field : impl_->fields) {
+    if (field.lookup_ && field.lookup_->source != nullptr) {
+      twin->AddLookup(field.def_, *field.lookup_->source, field.lookup_->keyField,
+                      field.lookup_->lookupKeyField, field.lookup_->resultField);
+    }
+    TField* same = twin->FindField(field.Name());
+    if (same == nullptr) continue;
+    same->Format = field.Format;
+    same->DisplayLabel = field.DisplayLabel;
+    same->OnGetText = field.OnGetText;
+    const auto seen = impl_->settled.find(&field);
+    if (seen != impl_->settled.end()) twin->impl_->settled[same] = seen->second;
+  }
+  twin->EmptyDataSet();
+  return twin;
+}
+
+bool TVosClientDataSet::HasIndex() const {
+  return !impl_->indexColumns.empty();
+}
+
 void TVosClientDataSet::SetIndexFieldNames(std::string_view names) {
   std::vector<std::size_t> columns;
   while (!names.empty()) {

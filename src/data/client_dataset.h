@@ -190,6 +190,7 @@ class TVosClientDataSet {
   /// In-memory order: field names parted by semicolons, texts by their fold. Kept while rows
   /// change.
   void SetIndexFieldNames(std::string_view names);
+  bool HasIndex() const;
 
   bool Active() const;
   /// Fetches all rows (or the first portion); one call.
@@ -216,6 +217,10 @@ class TVosClientDataSet {
   void DataRequest(Variant data);
   /// Open and without rows; the log is emptied.
   void EmptyDataSet();
+  /// A dataset of the same fields, lookups and texts, without rows and without events: for those
+  /// who read portions that the screen does not show. Texts made from a row's position
+  /// (OnGetRowText) belong to this dataset and are not taken over.
+  std::unique_ptr<TVosClientDataSet> EmptyTwin() const;
 
   // --- rows -------------------------------------------------------------------------------------
   /// Rows shown, with the one being inserted.

@@ -11,6 +11,7 @@
 #include "desktop/accessible_views.h"
 #include "desktop/form_memory.h"
 #include "desktop/form_view.h"
+#include "desktop/long_work.h"
 #include "desktop/message_view.h"
 #include "desktop/qt_text.h"
 #include "desktop/report_preview.h"
@@ -202,9 +203,25 @@ int QtToolkit::ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) {
   return answer;
 }
 
-void QtToolkit::PreviewReport(TVosBaseForm& owner, const ReportDocument& report) {
-  if (onReport) return onReport(report);
-  auto preview = std::make_unique<ReportPreview>(report);
+std::unique_ptr<const ReportPages> QtToolkit::PagesOf(TVosBaseForm& owner, ReportDocument report) {
+  LongWork work("Подготвя се справката");
+  Answer<TakenReport> taken = ReportSnapshot::Take(std::move(report), work.Progress());
+  if (taken && onReport) {
+    onReport(*std::move(taken));
+    return nullptr;
+  }
+  std::unique_ptr<const ReportPages> pages;
+  if (taken) pages = ReportPages::Plan(*taken, work.Progress());
+  if (pages != nullptr) return pages;
+  const std::string why = taken ? "Справката е спряна." : taken.GetFailure().message;
+  ShowMessage(&owner, {.kind = 1, .caption = owner.caption, .text = why});
+  return nullptr;
+}
+
+void QtToolkit::PreviewReport(TVosBaseForm& owner, ReportDocument report) {
+  std::unique_ptr<const ReportPages> pages = PagesOf(owner, std::move(report));
+  if (pages == nullptr) return;
+  auto preview = std::make_unique<ReportPreview>(std::move(pages));
   StandOver(*preview, ViewOf(owner));
   preview->setWindowModality(Qt::ApplicationModal);
   preview->show();

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "host/report.h"
+#include "host/report_snapshot.h"
 #include "host/toolkit.h"
 
 namespace orvane {
@@ -17,6 +17,7 @@ namespace orvane {
 class FormMemory;
 class FormView;
 class MessageView;
+class ReportPages;
 class VosApplication;
 
 class QtToolkit final : public IToolkit {
@@ -30,7 +31,7 @@ class QtToolkit final : public IToolkit {
   void FormChanged(TVosBaseForm& form) override;
   void FormGone(TVosBaseForm& form) override;
   int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) override;
-  void PreviewReport(TVosBaseForm& owner, const ReportDocument& report) override;
+  void PreviewReport(TVosBaseForm& owner, ReportDocument report) override;
   void SetClipboard(const std::string& text) override;
 
   /// Shows a form and works until it is closed.
@@ -56,7 +57,7 @@ class QtToolkit final : public IToolkit {
 
   /// Told of every message before it is shown, and of every report instead of its preview.
   std::function<void(const MessageDialog&)> onMessage;
-  std::function<void(const ReportDocument&)> onReport;
+  std::function<void(TakenReport)> onReport;
 
  private:
   FormView& MakeView(TVosBaseForm& form, bool modal);
@@ -64,6 +65,9 @@ class QtToolkit final : public IToolkit {
   /// The window a dialog of the form stands over.
   QWidget* OwnerOf(const TVosBaseForm& form) const;
   void FreeClosed();
+  /// The pages of a report that is to be previewed; null when there is nothing to preview (any
+  /// more).
+  std::unique_ptr<const ReportPages> PagesOf(TVosBaseForm& owner, ReportDocument report);
 
   std::unique_ptr<FormMemory> memory_;
   std::vector<std::unique_ptr<FormView>> views_;

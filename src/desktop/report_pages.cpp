@@ -1,15 +1,15 @@
 #include "desktop/report_pages.h"
 
-#include <QtCore/QFileInfo>
-#include <QtCore/QMarginsF>
 #include <QtCore/QRegularExpression>
 #include <QtGui/QFontMetrics>
-#include <QtGui/QPageLayout>
+#include <QtGui/QPagedPaintDevice>
 #include <QtGui/QPainter>
-#include <QtGui/QPdfWriter>
 #include <QtWidgets/QWidget>
 #include <algorithm>
+#include <array>
 #include <numeric>
+#include <optional>
+#include <utility>
 
 #include "desktop/barcode.h"
 #include "desktop/qt_text.h"
@@ -43,8 +43,11 @@ QFont Type(int size, bool bold = false) {
   return font;
 }
 
-QFontMetrics Metrics(int size, bool bold = false) {
-  return QFontMetrics(Type(size, bold));
+/// Metrics of the body's type, by which a hundred thousand rows are measured.
+const QFontMetrics& BodyMetrics(bool bold) {
+  static const QFontMetrics plain(Type(kBody));
+  static const QFontMetrics strong(Type(kBody, true));
+  return bold ? strong : plain;
 }
 
 QString Title(const std::string& text) {
@@ -63,9 +66,26 @@ Qt::Alignment Alignment(Align align) {
   return Qt::AlignLeft;
 }
 
+/// The room a text takes in the body's type: the sum of its letters, measured once each.
+int LettersWidth(const QString& text, bool bold) {
+  constexpr char16_t kLetters = 0x530;  // Latin and Cyrillic
+  static std::array<std::vector<int>, 2> widths;
+  std::vector<int>& known = widths[bold ? 1 : 0];
+  if (known.empty()) {
+    for (char16_t letter = 0; letter < kLetters; ++letter)
+      known.push_back(BodyMetrics(bold).horizontalAdvance(QChar(letter)));
+  }
+  int width = 0;
+  for (const QChar letter : text)
+    width += letter.unicode() < kLetters ? known[letter.unicode()] : BodyMetrics(bold).maxWidth();
+  return width;
+}
+
 int Lines(const QString& text, int width, bool bold) {
-  const QFontMetrics metrics = Metrics(kBody, bold);
-  if (!text.contains('\n') && metrics.horizontalAdvance(text) <= width) return 1;
+  const QFontMetrics& metrics = BodyMetrics(bold);
+  const bool broken = text.contains('\n');
+  if (!broken && LettersWidth(text, bold) <= width) return 1;
+  if (!broken && metrics.horizontalAdvance(text) <= width) return 1;
   const QRect room(0, 0, width, QWIDGETSIZE_MAX);
   const int height =
       metrics.boundingRect(room, Qt::TextWordWrap | Qt::TextWrapAnywhere, text).height();
@@ -75,7 +95,7 @@ int Lines(const QString& text, int width, bool bold) {
 int LongestWord(const QString& text) {
   int longest = 0;
   for (const QString& word : text.split(QRegularExpression("\\s")))
-    longest = std::max(longest, Metrics(kBody, true).horizontalAdvance(word));
+    longest = std::max(longest, BodyMetrics(true).horizontalAdvance(word));
   return longest;
 }
 
@@ -96,14 +116,170 @@ std::size_t EndOfGroup(const std::vector<ReportColumn>& columns, std::size_t fir
 
 }  // namespace
 
-ReportPages::ReportPages(ReportDocument document) : document_(std::move(document)) {
+// --- the flow of parts over pages
+// --------------------------------------------------------------------------------------
+
+/// Lays parts out on one page after another, from any place on. Planning runs it over the whole
+/// report and keeps where pages begin; a page that is looked at is laid out anew from there.
+class ReportPages::Flow {
+ public:
+  Flow(const ReportPages& pages, Place from) : pages_(pages), at_(from) {}
+
+  bool AtEnd() const { return at_.part == Part::End; }
+  const Place& At() const { return at_; }
+  std::vector<Placed> NextPage();
+
+ private:
+  void TakeRow();
+  int HeightHere() const;
+  void Put(Part part, int height, ReportRow cells = {});
+  void PutHere();
+  void GoOn();
+  void ToTable(std::size_t table);
+  /// The row in hand, or the totals.
+  int CellsHeight(const ReportRow& cells, bool bold) const {
+    return pages_.RowHeight(at_.table, cells, bold);
+  }
+
+  const ReportPages& pages_;
+  Place at_;
+  std::optional<ReportSnapshot::Reader> reader_;
+  std::optional<ReportRow> row_;  ///< the one at the place, once it was read
+  std::vector<Placed> page_;
+  int cursor_ = 0;
+};
+
+std::vector<ReportPages::Placed> ReportPages::Flow::NextPage() {
+  page_.clear();
+  cursor_ = kMarginTop;
+  while (!AtEnd()) {
+    TakeRow();
+    if (!page_.empty() && cursor_ + HeightHere() > pages_.Bottom()) break;
+    if (page_.empty() && (at_.part == Part::Row || at_.part == Part::Totals))
+      Put(Part::Heading, pages_.plans_[at_.table].headingHeight);
+    PutHere();
+    GoOn();
+  }
+  return std::move(page_);
+}
+
+void ReportPages::Flow::TakeRow() {
+  if (at_.part != Part::Row || row_) return;
+  if (!reader_) reader_.emplace(*pages_.snapshot_, at_.table, at_.mark);
+  row_ = reader_->Next();
+}
+
+/// The room that what stands here needs. A heading does not stand at the bottom without a row.
+int ReportPages::Flow::HeightHere() const {
+  switch (at_.part) {
+    case Part::Head:
+      return pages_.HeadHeight();
+    case Part::Caption:
+      return pages_.CaptionHeight(at_.table) + pages_.plans_[at_.table].headingHeight +
+             2 * (kLine + kRowSpace);
+    case Part::Row:
+      return CellsHeight(*row_, false);
+    case Part::Totals:
+      return CellsHeight(pages_.snapshot_->Totals(at_.table), true);
+    case Part::Heading:
+    case Part::FootLine:
+    case Part::End:
+      break;
+  }
+  return kLine + kRowSpace / 2;
+}
+
+void ReportPages::Flow::Put(Part part, int height, ReportRow cells) {
+  page_.push_back({part, at_.table, at_.row, cursor_, height, std::move(cells)});
+  cursor_ += height;
+}
+
+void ReportPages::Flow::PutHere() {
+  const int height = HeightHere();
+  switch (at_.part) {
+    case Part::Caption: {
+      const int caption = pages_.CaptionHeight(at_.table);
+      if (caption > 0) Put(Part::Caption, caption);
+      return Put(Part::Heading, pages_.plans_[at_.table].headingHeight);
+    }
+    case Part::Row:
+      return Put(Part::Row, height, *std::exchange(row_, std::nullopt));
+    case Part::Totals:
+      return Put(Part::Totals, height, pages_.snapshot_->Totals(at_.table));
+    default:
+      return Put(at_.part, height);
+  }
+}
+
+void ReportPages::Flow::ToTable(std::size_t table) {
+  reader_.reset();
+  at_ = {Part::Caption, table, 0, {}};
+  if (table < pages_.Document().tables.size()) return;
+  at_ = {pages_.Document().footLines.empty() ? Part::End : Part::FootLine, 0, 0, {}};
+  cursor_ += kGap / 2;
+}
+
+void ReportPages::Flow::GoOn() {
+  const ReportSnapshot& snapshot = *pages_.snapshot_;
+  switch (at_.part) {
+    case Part::Head:
+      return ToTable(0);
+    case Part::Caption:
+      at_.part = Part::Row;
+      reader_.emplace(snapshot, at_.table);
+      at_.mark = reader_->At();
+      break;
+    case Part::Row:
+      ++at_.row;
+      at_.mark = reader_->At();
+      break;
+    case Part::FootLine:
+      if (++at_.row == static_cast<std::int64_t>(pages_.Document().footLines.size()))
+        at_.part = Part::End;
+      return;
+    case Part::Heading:
+    case Part::Totals:
+    case Part::End:
+      break;
+  }
+  if (at_.part == Part::Row && reader_->HasNext()) return;
+  if (at_.part == Part::Row && !snapshot.Totals(at_.table).empty()) {
+    at_.part = Part::Totals;
+    return;
+  }
+  cursor_ += kGap;
+  ToTable(at_.table + 1);
+}
+
+// --- planning
+// -------------------------------------------------------------------------------------
+
+ReportPages::ReportPages(TakenReport snapshot) : snapshot_(std::move(snapshot)) {
   constexpr int kUpright = kShortSide - 2 * kMarginX;
-  lying_ = std::ranges::any_of(document_.tables, [](const ReportTable& table) {
+  lying_ = std::ranges::any_of(Document().tables, [](const ReportTable& table) {
     return WidthWanted(table) > kUpright * 11 / 10;
   });
-  for (const ReportTable& table : document_.tables)
+  for (const ReportTable& table : Document().tables)
     PlanTable(table);
-  PlanPages();
+}
+
+std::unique_ptr<const ReportPages> ReportPages::Plan(TakenReport snapshot,
+                                                     const ReportProgress& progress) {
+  auto pages = std::make_unique<ReportPages>(std::move(snapshot));
+  const std::int64_t rows = pages->snapshot_->RowCount();
+  std::int64_t laid = 0;
+  Flow flow(*pages, {});
+  while (!flow.AtEnd()) {
+    pages->starts_.push_back(flow.At());
+    for (const Placed& placed : flow.NextPage())
+      laid += placed.part == Part::Row ? 1 : 0;
+    if (progress && !progress(laid, rows)) return nullptr;
+  }
+  return pages;
+}
+
+std::vector<ReportPages::Placed> ReportPages::PartsOf(int page) const {
+  return Flow(*this, starts_[static_cast<std::size_t>(page)]).NextPage();
 }
 
 QSize ReportPages::PageSize() const {
@@ -113,9 +289,6 @@ QSize ReportPages::PageSize() const {
 int ReportPages::Bottom() const {
   return PageSize().height() - kFoot;
 }
-
-// --- planning
-// -------------------------------------------------------------------------------------
 
 /// Columns share the page's width by what they want, but never less than their longest title word.
 void ReportPages::PlanTable(const ReportTable& table) {
@@ -151,60 +324,21 @@ void ReportPages::PlanTable(const ReportTable& table) {
 
 int ReportPages::HeadHeight() const {
   int height = kLine * 2 + kBig + kLine;
-  if (!document_.number.empty()) height += kNumber + kBarcodeHeight / 2;
-  const int factLines = (static_cast<int>(document_.facts.size()) + 1) / 2;
+  if (!Document().number.empty()) height += kNumber + kBarcodeHeight / 2;
+  const int factLines = (static_cast<int>(Document().facts.size()) + 1) / 2;
   return height + factLines * (kLine + kRowSpace / 2) + kGap;
 }
 
-int ReportPages::RowHeight(int table, const std::vector<std::string>& texts, bool bold) const {
-  const TablePlan& plan = plans_[static_cast<std::size_t>(table)];
+int ReportPages::CaptionHeight(std::size_t table) const {
+  return Document().tables[table].caption.empty() ? 0 : kLine + kRowSpace;
+}
+
+int ReportPages::RowHeight(std::size_t table, const ReportRow& cells, bool bold) const {
+  const TablePlan& plan = plans_[table];
   int lines = 1;
-  for (std::size_t i = 0; i < std::min(texts.size(), plan.widths.size()); ++i)
-    lines = std::max(lines, Lines(Qs(texts[i]), plan.widths[i] - 2 * kCellSpace, bold));
+  for (std::size_t i = 0; i < std::min(cells.size(), plan.widths.size()); ++i)
+    lines = std::max(lines, Lines(Qs(cells[i].text), plan.widths[i] - 2 * kCellSpace, bold));
   return lines * kLine + kRowSpace;
-}
-
-bool ReportPages::Reserve(int height) {
-  if (!pages_.empty() && (cursor_ + height <= Bottom() || pages_.back().empty())) return false;
-  pages_.emplace_back();
-  cursor_ = kMarginTop;
-  return true;
-}
-
-void ReportPages::Place(Part part, int table, int row, int height) {
-  pages_.back().push_back({part, table, row, cursor_, height});
-  cursor_ += height;
-}
-
-void ReportPages::PlanPages() {
-  Reserve(0);
-  Place(Part::Head, 0, 0, HeadHeight());
-  for (int table = 0; table < static_cast<int>(document_.tables.size()); ++table)
-    PlaceTable(table);
-  for (int i = 0; i < static_cast<int>(document_.footLines.size()); ++i) {
-    if (i == 0) cursor_ += kGap / 2;
-    Reserve(kLine + kRowSpace / 2);
-    Place(Part::FootLine, 0, i, kLine + kRowSpace / 2);
-  }
-}
-
-void ReportPages::PlaceTable(int table) {
-  const ReportTable& content = document_.tables[static_cast<std::size_t>(table)];
-  const int heading = plans_[static_cast<std::size_t>(table)].headingHeight;
-  const int caption = content.caption.empty() ? 0 : kLine + kRowSpace;
-  // A heading does not stand at the bottom without a row.
-  Reserve(caption + heading + 2 * (kLine + kRowSpace));
-  if (caption > 0) Place(Part::Caption, table, 0, caption);
-  Place(Part::Heading, table, 0, heading);
-  const auto put = [&](Part part, int row, const std::vector<std::string>& texts, bool bold) {
-    const int height = RowHeight(table, texts, bold);
-    if (Reserve(height)) Place(Part::Heading, table, 0, heading);
-    Place(part, table, row, height);
-  };
-  for (int row = 0; row < static_cast<int>(content.rows.size()); ++row)
-    put(Part::Row, row, content.rows[static_cast<std::size_t>(row)], false);
-  if (!content.totals.empty()) put(Part::Totals, 0, content.totals, true);
-  cursor_ += kGap;
 }
 
 // --- painting
@@ -214,28 +348,27 @@ void ReportPages::PaintPage(QPainter& painter, int page) const {
   painter.fillRect(QRect(QPoint(), PageSize()), Qt::white);
   painter.setPen(Qt::black);
   for (const Placed& at : PartsOf(page)) {
-    const auto table = static_cast<std::size_t>(at.table);
-    const auto row = static_cast<std::size_t>(at.row);
     switch (at.part) {
       case Part::Head:
         PaintHead(painter, at);
         break;
       case Part::Caption:
         painter.setFont(Type(kBody + 10, true));
-        painter.drawText(kMarginX, at.top + kLine, Qs(document_.tables[table].caption));
+        painter.drawText(kMarginX, at.top + kLine, Qs(Document().tables[at.table].caption));
         break;
       case Part::Heading:
         PaintHeading(painter, at);
         break;
       case Part::Row:
-        PaintCells(painter, at, document_.tables[table].rows[row], false);
-        break;
       case Part::Totals:
-        PaintCells(painter, at, document_.tables[table].totals, true);
+        PaintCells(painter, at, at.part == Part::Totals);
         break;
       case Part::FootLine:
         painter.setFont(Type(kBody));
-        painter.drawText(kMarginX, at.top + kLine, Qs(document_.footLines[row]));
+        painter.drawText(kMarginX, at.top + kLine,
+                         Qs(Document().footLines[static_cast<std::size_t>(at.row)]));
+        break;
+      case Part::End:
         break;
     }
   }
@@ -245,15 +378,15 @@ void ReportPages::PaintPage(QPainter& painter, int page) const {
 void ReportPages::PaintHead(QPainter& painter, const Placed& at) const {
   const int width = PageSize().width() - 2 * kMarginX;
   painter.setFont(Type(kBody, true));
-  painter.drawText(kMarginX, at.top + kLine, Qs(document_.company));
+  painter.drawText(kMarginX, at.top + kLine, Qs(Document().company));
   const int rule = at.top + kLine + kRowSpace;
   painter.setPen(QPen(Qt::black, 6));
   painter.drawLine(kMarginX, rule, kMarginX + width, rule);
   painter.setFont(Type(kBig, true));
   const int title = rule + kBig + kLine / 2;
-  painter.drawText(kMarginX, title, Qs(document_.title));
+  painter.drawText(kMarginX, title, Qs(Document().title));
   int top = title + kLine / 2;
-  if (!document_.number.empty()) {
+  if (!Document().number.empty()) {
     PaintNumber(painter, top);
     top += kNumber + kBarcodeHeight / 2;
   }
@@ -262,8 +395,8 @@ void ReportPages::PaintHead(QPainter& painter, const Placed& at) const {
 
 void ReportPages::PaintNumber(QPainter& painter, int top) const {
   painter.setFont(Type(kNumber, true));
-  painter.drawText(kMarginX, top + kNumber, "№ " + Qs(document_.number));
-  const auto widths = Code128(document_.number);
+  painter.drawText(kMarginX, top + kNumber, "№ " + Qs(Document().number));
+  const auto widths = Code128(Document().number);
   if (!widths) return;
   const int modules = std::accumulate(widths->begin(), widths->end(), 0);
   int x = PageSize().width() - kMarginX - modules * kBarcodeModule;
@@ -277,17 +410,17 @@ void ReportPages::PaintNumber(QPainter& painter, int top) const {
 
 /// Two columns of labelled values, read down the first and then the second.
 void ReportPages::PaintFacts(QPainter& painter, int top) const {
-  const int count = static_cast<int>(document_.facts.size());
+  const int count = static_cast<int>(Document().facts.size());
   const int perColumn = (count + 1) / 2;
   const int columnWidth = (PageSize().width() - 2 * kMarginX) / 2;
   int labels[2] = {0, 0};
   for (int i = 0; i < count; ++i) {
-    const QString label = Qs(document_.facts[static_cast<std::size_t>(i)].label) + ": ";
+    const QString label = Qs(Document().facts[static_cast<std::size_t>(i)].label) + ": ";
     int& widest = labels[i / std::max(1, perColumn)];
-    widest = std::max(widest, Metrics(kBody).horizontalAdvance(label));
+    widest = std::max(widest, BodyMetrics(false).horizontalAdvance(label));
   }
   for (int i = 0; i < count; ++i) {
-    const ReportFact& fact = document_.facts[static_cast<std::size_t>(i)];
+    const ReportFact& fact = Document().facts[static_cast<std::size_t>(i)];
     const int column = i / perColumn;
     const int left = kMarginX + column * columnWidth;
     const int label = labels[column];
@@ -298,13 +431,13 @@ void ReportPages::PaintFacts(QPainter& painter, int top) const {
     painter.setFont(Type(kBody, true));
     const int room = columnWidth - label - kCellSpace;
     painter.drawText(QRect(left + label + kCellSpace, line, room, height), Qt::AlignVCenter,
-                     Metrics(kBody, true).elidedText(Qs(fact.value), Qt::ElideRight, room));
+                     BodyMetrics(true).elidedText(Qs(fact.value), Qt::ElideRight, room));
   }
 }
 
 void ReportPages::PaintHeading(QPainter& painter, const Placed& at) const {
-  const auto& columns = document_.tables[static_cast<std::size_t>(at.table)].columns;
-  const TablePlan& plan = plans_[static_cast<std::size_t>(at.table)];
+  const auto& columns = Document().tables[at.table].columns;
+  const TablePlan& plan = plans_[at.table];
   painter.setFont(Type(kBody, true));
   painter.setPen(QPen(Qt::black, 4));
   for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -326,23 +459,22 @@ void ReportPages::PaintHeading(QPainter& painter, const Placed& at) const {
   }
 }
 
-void ReportPages::PaintCells(QPainter& painter, const Placed& at,
-                             const std::vector<std::string>& texts, bool bold) const {
-  const auto& columns = document_.tables[static_cast<std::size_t>(at.table)].columns;
-  const TablePlan& plan = plans_[static_cast<std::size_t>(at.table)];
+void ReportPages::PaintCells(QPainter& painter, const Placed& at, bool bold) const {
+  const auto& columns = Document().tables[at.table].columns;
+  const TablePlan& plan = plans_[at.table];
   painter.setFont(Type(kBody, bold));
   painter.setPen(QPen(bold ? Qt::black : Qt::gray, bold ? 5 : 3));
   for (std::size_t i = 0; i < columns.size(); ++i)
     painter.drawRect(plan.lefts[i], at.top, plan.widths[i], at.height);
   painter.setPen(Qt::black);
-  for (std::size_t i = 0; i < std::min(columns.size(), texts.size()); ++i) {
-    if (texts[i].empty()) continue;
+  for (std::size_t i = 0; i < std::min(columns.size(), at.cells.size()); ++i) {
+    if (at.cells[i].text.empty()) continue;
     const QRect room(plan.lefts[i] + kCellSpace, at.top, plan.widths[i] - 2 * kCellSpace,
                      at.height);
     painter.drawText(room,
                      static_cast<int>(Alignment(columns[i].align)) | Qt::AlignVCenter |
                          Qt::TextWordWrap | Qt::TextWrapAnywhere,
-                     Qs(texts[i]));
+                     Qs(at.cells[i].text));
   }
 }
 
@@ -355,16 +487,18 @@ void ReportPages::PaintFoot(QPainter& painter, int page) const {
   painter.setFont(Type(kSmall));
   const QRect line(kMarginX, top, width, kLine);
   painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter,
-                   "Отпечатал: " + Qs(document_.printedBy) + ", " + Qs(document_.printedOn));
+                   "Отпечатал: " + Qs(Document().printedBy) + ", " + Qs(Document().printedOn));
   painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter,
                    QString("Страница %1 от %2").arg(page + 1).arg(Count()));
 }
 
-bool ReportPages::PaintAll(QPagedPaintDevice& device, int resolution) const {
+bool ReportPages::PaintAll(QPagedPaintDevice& device, int resolution,
+                           const ReportProgress& progress) const {
   constexpr qreal kTenthsPerInch = 720;
   QPainter painter;
   if (!painter.begin(&device)) return false;
   for (int page = 0; page < Count(); ++page) {
+    if (progress && !progress(page, Count())) return false;
     if (page > 0 && !device.newPage()) return false;
     painter.save();
     painter.scale(resolution / kTenthsPerInch, resolution / kTenthsPerInch);
@@ -372,23 +506,6 @@ bool ReportPages::PaintAll(QPagedPaintDevice& device, int resolution) const {
     painter.restore();
   }
   return painter.end();
-}
-
-Answer<Done> RenderPdf(const ReportDocument& report, const QString& path) {
-  const ReportPages pages(report);
-  constexpr int kResolution = 720;
-  QPdfWriter writer(path);
-  writer.setResolution(kResolution);
-  writer.setTitle(Qs(report.title));
-  writer.setCreator("Orvane");
-  writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4),
-                                   pages.IsLying() ? QPageLayout::Landscape : QPageLayout::Portrait,
-                                   QMarginsF()));
-  if (!pages.PaintAll(writer, kResolution) || !QFileInfo::exists(path)) {
-    return Failure{FailureKind::Refused,
-                   "Файлът „" + Utf8(path) + "“ не може да се запише. Изберете друго място."};
-  }
-  return Done();
 }
 
 }  // namespace orvane

@@ -1,14 +1,15 @@
 #pragma once
 
 // A report laid out on pages. Planned once, painted on whatever shows it: the preview, a printer, a
-// file. Lengths are tenths of a point.
+// file. What is kept is where each page begins; a page's rows are read when it is painted. Lengths
+// are tenths of a point.
 
 #include <QtCore/QSize>
 #include <QtCore/QString>
+#include <memory>
 #include <vector>
 
-#include "host/report.h"
-#include "packet/failure.h"
+#include "host/report_snapshot.h"
 
 class QPainter;
 class QPagedPaintDevice;
@@ -17,68 +18,71 @@ namespace orvane {
 
 class ReportPages {
  public:
-  /// Keeps a copy of the document.
-  explicit ReportPages(ReportDocument document);
+  /// Runs through the report once, asking `progress` after every page; null when it was stopped.
+  static std::unique_ptr<const ReportPages> Plan(TakenReport snapshot,
+                                                 const ReportProgress& progress = {});
+  /// Columns only, no pages; Plan makes those.
+  explicit ReportPages(TakenReport snapshot);
 
-  int Count() const { return static_cast<int>(pages_.size()); }
+  int Count() const { return static_cast<int>(starts_.size()); }
   /// A4, lying when the columns do not fit upright.
   bool IsLying() const { return lying_; }
   /// In tenths of a point.
   QSize PageSize() const;
-  const ReportDocument& Document() const { return document_; }
+  const ReportSnapshot& Snapshot() const { return *snapshot_; }
+  const ReportDocument& Document() const { return snapshot_->Document(); }
   /// Paints a page; the painter's unit is a tenth of a point, its origin the page's corner.
   void PaintPage(QPainter& painter, int page) const;
-  /// Paints all pages on a device whose page is A4 in the right orientation, without margins.
-  /// False when the device failed.
-  bool PaintAll(QPagedPaintDevice& device, int resolution) const;
+  /// Paints all pages on a device whose page is A4 in the right orientation, without margins,
+  /// asking `progress` before every page. False when the device failed or it was stopped.
+  bool PaintAll(QPagedPaintDevice& device, int resolution,
+                const ReportProgress& progress = {}) const;
 
   /// What stands on a page, top down.
-  enum class Part : unsigned char { Head, Caption, Heading, Row, Totals, FootLine };
+  enum class Part : unsigned char { Head, Caption, Heading, Row, Totals, FootLine, End };
   struct Placed {
     Part part = Part::Row;
-    int table = 0;
-    int row = 0;
+    std::size_t table = 0;
+    std::int64_t row = 0;
     int top = 0;
     int height = 0;
+    ReportRow cells;  ///< of a row and of totals
   };
-  const std::vector<Placed>& PartsOf(int page) const {
-    return pages_[static_cast<std::size_t>(page)];
-  }
+  std::vector<Placed> PartsOf(int page) const;
 
  private:
+  class Flow;
   struct TablePlan {
     std::vector<int> widths;
     std::vector<int> lefts;
     int headingHeight = 0;
     int groupHeight = 0;
   };
+  /// A place between two parts, where a page may begin.
+  struct Place {
+    Part part = Part::Head;
+    std::size_t table = 0;
+    std::int64_t row = 0;
+    ReportSnapshot::Mark mark;
+  };
 
   void PlanTable(const ReportTable& table);
-  void PlanPages();
-  void PlaceTable(int table);
-  /// Starts a new page when `height` does not fit; true when it did.
-  bool Reserve(int height);
-  void Place(Part part, int table, int row, int height);
-  int RowHeight(int table, const std::vector<std::string>& texts, bool bold) const;
+  int RowHeight(std::size_t table, const ReportRow& cells, bool bold) const;
   int HeadHeight() const;
+  int CaptionHeight(std::size_t table) const;
   int Bottom() const;
 
   void PaintHead(QPainter& painter, const Placed& at) const;
   void PaintNumber(QPainter& painter, int top) const;
   void PaintFacts(QPainter& painter, int top) const;
   void PaintHeading(QPainter& painter, const Placed& at) const;
-  void PaintCells(QPainter& painter, const Placed& at, const std::vector<std::string>& texts,
-                  bool bold) const;
+  void PaintCells(QPainter& painter, const Placed& at, bool bold) const;
   void PaintFoot(QPainter& painter, int page) const;
 
-  ReportDocument document_;
+  TakenReport snapshot_;
   bool lying_ = false;
   std::vector<TablePlan> plans_;
-  std::vector<std::vector<Placed>> pages_;
-  int cursor_ = 0;  ///< while planning: where the next part goes
+  std::vector<Place> starts_;
 };
-
-/// Writes the report as a PDF file. Refused, in a sentence, when the file cannot be written.
-Answer<Done> RenderPdf(const ReportDocument& report, const QString& path);
 
 }  // namespace orvane

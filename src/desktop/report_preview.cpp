@@ -12,8 +12,10 @@
 #include <algorithm>
 
 #include "desktop/icons.h"
+#include "desktop/long_work.h"
 #include "desktop/qt_keys.h"
 #include "desktop/qt_text.h"
+#include "desktop/report_export.h"
 #include "desktop/theme.h"
 
 namespace orvane {
@@ -124,15 +126,17 @@ struct ReportPreview::Command {
 
 const ReportPreview::Command ReportPreview::kCommands[] = {
     {"Печат", KeyCode::F7, "print", &ReportPreview::Print},
-    {"Запис като PDF", Ctrl(KeyCode::S), "save", &ReportPreview::SavePdf},
+    {"Запис като PDF", Ctrl(KeyCode::S), "save", &ReportPreview::SaveAsPdf},
+    {"Запис като XLSX", Ctrl(KeyCode::E), "save", &ReportPreview::SaveAsXlsx},
+    {"Запис като CSV", Ctrl(KeyCode::T), "save", &ReportPreview::SaveAsCsv},
     {"По-едро", KeyCode::F11, "new", &ReportPreview::Larger},
     {"По-дребно", Shift(KeyCode::F11), "search", &ReportPreview::Smaller},
     {"Затваряне", KeyCode::Escape, "exit", &ReportPreview::Leave},
 };
 
-ReportPreview::ReportPreview(const ReportDocument& report)
-    : QWidget(nullptr, Qt::Dialog), pages_(report), sheet_(new ReportSheet(pages_)) {
-  setWindowTitle(Qs(report.title));
+ReportPreview::ReportPreview(std::unique_ptr<const ReportPages> pages)
+    : QWidget(nullptr, Qt::Dialog), pages_(std::move(pages)), sheet_(new ReportSheet(*pages_)) {
+  setWindowTitle(Qs(pages_->Document().title));
   setFocusPolicy(Qt::StrongFocus);
   sheet_->setParent(this);
   resize((screen()->availableGeometry().size() * 9) / 10);
@@ -163,10 +167,10 @@ void ReportPreview::paintEvent(QPaintEvent*) {
   painter.fillRect(title, ColorOf(Role::Strip));
   painter.setFont(ScreenFont(true));
   painter.setPen(ColorOf(Role::StripText));
-  painter.drawText(title.adjusted(12, 0, -12, 0), Qt::AlignVCenter, Qs(pages_.Document().title));
+  painter.drawText(title.adjusted(12, 0, -12, 0), Qt::AlignVCenter, Qs(pages_->Document().title));
   painter.setFont(ScreenFont());
   painter.setPen(ColorOf(Role::StripDim));
-  const QString where = told_.isEmpty() ? QString("%1 стр.").arg(pages_.Count()) : told_;
+  const QString where = told_.isEmpty() ? QString("%1 стр.").arg(pages_->Count()) : told_;
   painter.drawText(title.adjusted(12, 0, -12, 0), Qt::AlignVCenter | Qt::AlignRight, where);
   const std::vector<QRect> rects = CommandRects();
   for (std::size_t i = 0; i < rects.size(); ++i) {
@@ -226,20 +230,51 @@ void ReportPreview::Print() {
   QPrinter printer(QPrinter::HighResolution);
   printer.setFullPage(true);
   printer.setPageSize(QPageSize(QPageSize::A4));
-  printer.setPageOrientation(pages_.IsLying() ? QPageLayout::Landscape : QPageLayout::Portrait);
-  printer.setDocName(Qs(pages_.Document().title));
+  printer.setPageOrientation(pages_->IsLying() ? QPageLayout::Landscape : QPageLayout::Portrait);
+  printer.setDocName(Qs(pages_->Document().title));
   QPrintDialog dialog(&printer, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  const bool sent = pages_.PaintAll(printer, printer.resolution());
+  LongWork work("Страниците отиват към принтера");
+  const bool sent = pages_->PaintAll(printer, printer.resolution(), work.Progress());
+  if (work.WasStopped()) {
+    printer.abort();
+    return Tell("Печатът е спрян.");
+  }
   Tell(sent ? "Изпратено за печат." : "Принтерът не прие документа.");
 }
 
-void ReportPreview::SavePdf() {
-  const QString name = Qs(pages_.Document().title) + ".pdf";
-  const QString path = QFileDialog::getSaveFileName(this, "Запис като PDF", name, "PDF (*.pdf)");
-  if (path.isEmpty()) return;
-  const Answer<Done> saved = RenderPdf(pages_.Document(), path);
+struct ReportPreview::FileKind {
+  const char* caption;
+  const char* suffix;
+  const char* filter;
+  Answer<Done> (*save)(const ReportPages& pages, const QString& path,
+                       const ReportProgress& progress);
+};
+
+void ReportPreview::SaveAs(const FileKind& kind) {
+  QString name = Qs(pages_->Document().title + " " + pages_->Document().number).trimmed();
+  name.replace('/', '-');
+  QFileDialog dialog(this, kind.caption, QString(), kind.filter);
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix(kind.suffix);
+  dialog.selectFile(name + "." + kind.suffix);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return;
+  const QString path = dialog.selectedFiles().front();
+  LongWork work("Записва се файлът");
+  const Answer<Done> saved = kind.save(*pages_, path, work.Progress());
   Tell(saved ? "Записано: " + path : Qs(saved.GetFailure().message));
+}
+
+void ReportPreview::SaveAsPdf() {
+  SaveAs({"Запис като PDF", "pdf", "PDF (*.pdf)", &SavePdf});
+}
+
+void ReportPreview::SaveAsXlsx() {
+  SaveAs({"Запис като XLSX", "xlsx", "XLSX (*.xlsx)", &SaveXlsx});
+}
+
+void ReportPreview::SaveAsCsv() {
+  SaveAs({"Запис като CSV", "csv", "CSV (*.csv)", &SaveCsv});
 }
 
 }  // namespace orvane

@@ -2,6 +2,7 @@
 
 #include <QtWidgets/QAbstractScrollArea>
 #include <QtWidgets/QWidget>
+#include <memory>
 #include <vector>
 
 #include "desktop/report_pages.h"
@@ -35,7 +36,7 @@ class ReportSheet final : public QAbstractScrollArea {
 /// Shows a report before it is printed or saved. Escape closes it.
 class ReportPreview final : public QWidget {
  public:
-  explicit ReportPreview(const ReportDocument& report);
+  explicit ReportPreview(std::unique_ptr<const ReportPages> pages);
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -48,15 +49,20 @@ class ReportPreview final : public QWidget {
   static const Command kCommands[];
 
   void Print();
-  void SavePdf();
+  void SaveAsPdf();
+  void SaveAsXlsx();
+  void SaveAsCsv();
   void Larger() { Zoomed(20); }
   void Smaller() { Zoomed(-20); }
   void Leave() { hide(); }
   void Zoomed(int by);
   void Tell(const QString& text);
+  /// A kind of file that the report is saved as.
+  struct FileKind;
+  void SaveAs(const FileKind& kind);
   std::vector<QRect> CommandRects() const;
 
-  ReportPages pages_;
+  std::unique_ptr<const ReportPages> pages_;
   ReportSheet* sheet_;
   QString told_;
 };

@@ -33,17 +33,17 @@ void WaitPump::Begin() {
   quiet_.start();
 }
 
-bool WaitPump::Pump() {
+bool WaitPump::Pump(const QString& saying) {
   if (!waiting_) Begin();
   sincePump_.start();
-  if (sinceBegin_.elapsed() > kSignAfterMs) Tell();
+  if (sinceBegin_.elapsed() > kSignAfterMs) Tell(saying);
   QCoreApplication::processEvents();
   sincePump_.start();
   return !escaped_;
 }
 
-/// Says that the program waits, for how long, and how to stop it.
-void WaitPump::Tell() {
+/// Says that the program waits, for what, and how to stop it.
+void WaitPump::Tell(const QString& saying) {
   QWidget* window = QApplication::activeWindow();
   if (sign_ == nullptr) {
     if (window == nullptr) return;
@@ -56,8 +56,10 @@ void WaitPump::Tell() {
     palette.setColor(QPalette::WindowText, ColorOf(Role::ChipText));
     sign_->setPalette(palette);
   }
-  sign_->setText(QString("Чака се отговор от сървъра: %1 с. Escape спира чакането.")
-                     .arg(sinceBegin_.elapsed() / 1000 + 1));
+  sign_->setText(saying.isEmpty()
+                     ? QString("Чака се отговор от сървъра: %1 с. Escape спира чакането.")
+                           .arg(sinceBegin_.elapsed() / 1000 + 1)
+                     : saying);
   sign_->adjustSize();
   sign_->move((sign_->parentWidget()->width() - sign_->width()) / 2, 2 * kMargin);
   sign_->show();
@@ -65,7 +67,11 @@ void WaitPump::Tell() {
 }
 
 void WaitPump::EndWhenQuiet() {
-  if (sincePump_.elapsed() < kQuietMs) return;
+  if (sincePump_.elapsed() >= kQuietMs) End();
+}
+
+void WaitPump::End() {
+  if (!waiting_) return;
   quiet_.stop();
   waiting_ = false;
   QCoreApplication::instance()->removeEventFilter(this);

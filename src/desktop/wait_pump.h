@@ -1,7 +1,8 @@
 #pragma once
 
-// What the window does while a call to a distant server is on its way: it paints, shows that it
-// waits and since when, and hears Escape. What is typed meanwhile is kept and comes afterwards.
+// What the window does while a call to a distant server is on its way or long work is done here: it
+// paints, shows what it waits for, and hears Escape. What is typed meanwhile is kept and comes
+// afterwards.
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
@@ -21,8 +22,11 @@ class WaitPump final : public QObject {
   WaitPump();
   ~WaitPump() override;
 
-  /// To be called again and again by whoever waits. False once Escape was pressed.
-  bool Pump();
+  /// To be called again and again by whoever waits. False once Escape was pressed. After a second
+  /// the window shows `saying`; without one, that and how long the server is waited for.
+  bool Pump(const QString& saying = {});
+  /// The waiting is over; without this, it is when nobody has pumped for a while.
+  void End();
   /// A call is on its way; timers of the program keep still.
   bool IsWaiting() const { return waiting_; }
 
@@ -37,7 +41,7 @@ class WaitPump final : public QObject {
 
   void Begin();
   void EndWhenQuiet();
-  void Tell();
+  void Tell(const QString& saying);
 
   QElapsedTimer sinceBegin_;
   QElapsedTimer sincePump_;

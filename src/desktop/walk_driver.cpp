@@ -107,9 +107,9 @@ QtWalkDriver::QtWalkDriver(QtToolkit& toolkit, QString pictures)
   toolkit_.onMessage = [this](const MessageDialog& dialog) {
     if (!dialog.yesNo) messages_.push_back(dialog);
   };
-  toolkit_.onReport = [this](const ReportDocument& report) {
+  toolkit_.onReport = [this](TakenReport report) {
     reports_.push_back(report);
-    previewed_ = report;
+    previewed_ = std::move(report);
   };
 }
 
@@ -220,7 +220,7 @@ std::vector<MessageDialog> QtWalkDriver::TakeMessages() {
   return std::exchange(messages_, {});
 }
 
-std::vector<ReportDocument> QtWalkDriver::TakeReports() {
+std::vector<TakenReport> QtWalkDriver::TakeReports() {
   return std::exchange(reports_, {});
 }
 
@@ -242,8 +242,8 @@ void QtWalkDriver::Picture(std::string_view name) {
   std::vector<QWidget*> windows = WindowsInSight();
   if (windows.empty()) return;
   std::unique_ptr<ReportPreview> preview;
-  if (previewed_) {
-    preview = std::make_unique<ReportPreview>(*previewed_);
+  if (previewed_ != nullptr) {
+    preview = std::make_unique<ReportPreview>(ReportPages::Plan(previewed_));
     windows.push_back(preview.get());
     previewed_.reset();
   }

@@ -44,7 +44,7 @@ class QtWalkDriver final : public IWalkDriver {
   const MessageDialog* Question() const override;
   void AnswerQuestion(bool yes) override;
   std::vector<MessageDialog> TakeMessages() override;
-  std::vector<ReportDocument> TakeReports() override;
+  std::vector<TakenReport> TakeReports() override;
   void Picture(std::string_view name) override;
 
  private:
@@ -59,9 +59,9 @@ class QtWalkDriver final : public IWalkDriver {
   QTimer timer_;
   WalkRunner* runner_ = nullptr;
   std::vector<MessageDialog> messages_;
-  std::vector<ReportDocument> reports_;
+  std::vector<TakenReport> reports_;
   /// A walk does not stop at a preview; the next picture shows it.
-  std::optional<ReportDocument> previewed_;
+  TakenReport previewed_;
   std::vector<std::string> taken_;
 };
 

@@ -25,6 +25,7 @@ struct GridColumn {
   TVosMTCombo* combo = nullptr;
   ColumnKind kind = ColumnKind::Text;
   bool readOnly = false;
+  bool summed = false;  ///< its sum stands at the end of the printed list
 };
 
 class TVosDBGrid : public FieldControl {

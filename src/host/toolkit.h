@@ -37,8 +37,9 @@ class IToolkit {
   virtual void FormGone(TVosBaseForm& form) = 0;
   /// Returns the answer; closing the dialog is the harmless one.
   virtual int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) = 0;
-  /// Preview, from which the user prints or saves.
-  virtual void PreviewReport(TVosBaseForm& owner, const ReportDocument& report) = 0;
+  /// Preview, from which the user prints or saves. Reads the report's rows to their end before it
+  /// returns, or says why it did not; passes on what their sources throw.
+  virtual void PreviewReport(TVosBaseForm& owner, ReportDocument report) = 0;
   virtual void SetClipboard(const std::string& text) = 0;
 };
 

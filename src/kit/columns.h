@@ -40,6 +40,11 @@ struct Column : GridColumn {
     readOnly = true;
     return *this;
   }
+  /// Its sum stands at the end of the printed list.
+  Column& Summed() {
+    summed = true;
+    return *this;
+  }
 };
 
 struct Item : InspectorItem {

@@ -58,12 +58,6 @@ bool IsSummer(std::int64_t micros) {
          micros < ChangeOfTime(inYear, std::chrono::October);
 }
 
-/// Microseconds since 1970 that the wall clock of the zone shows at that moment.
-std::int64_t WallClock(const TimeZone& zone, Stamp moment) {
-  const bool summer = zone.europeanSummerTime && IsSummer(moment.micros);
-  return moment.micros + zone.offsetMinutes * kMicrosPerMinute + (summer ? kMicrosPerHour : 0);
-}
-
 }  // namespace
 
 std::optional<Date> Date::FromYmd(int year, int month, int day) {
@@ -108,8 +102,13 @@ std::string Date::ToText() const {
   return Padded(Day(), 2) + '.' + Padded(Month(), 2) + '.' + Padded(Year(), 4);
 }
 
+std::int64_t TimeZone::WallClockOf(Stamp moment) const {
+  const bool summer = europeanSummerTime && IsSummer(moment.micros);
+  return moment.micros + offsetMinutes * kMicrosPerMinute + (summer ? kMicrosPerHour : 0);
+}
+
 Date TimeZone::DayOf(Stamp moment) const {
-  return {static_cast<std::int32_t>(FloorDivide(WallClock(*this, moment), kMicrosPerDay))};
+  return {static_cast<std::int32_t>(FloorDivide(WallClockOf(moment), kMicrosPerDay))};
 }
 
 Stamp TimeZone::At(Date day, int hour, int minute, int second) const {
@@ -121,7 +120,7 @@ Stamp TimeZone::At(Date day, int hour, int minute, int second) const {
 }
 
 std::string TimeZone::ToText(Stamp moment) const {
-  const std::int64_t wall = WallClock(*this, moment);
+  const std::int64_t wall = WallClockOf(moment);
   const std::int64_t day = FloorDivide(wall, kMicrosPerDay);
   const std::int64_t minutes = (wall - day * kMicrosPerDay) / kMicrosPerMinute;
   return Date{static_cast<std::int32_t>(day)}.ToText() + ' ' + Padded(minutes / 60, 2) + ':' +

@@ -44,6 +44,8 @@ struct TimeZone {
   bool europeanSummerTime = true;
 
   Date DayOf(Stamp moment) const;
+  /// Microseconds since 1970-01-01 00:00 that the wall clock of the zone shows at that moment.
+  std::int64_t WallClockOf(Stamp moment) const;
   /// Wall-clock moment back to UTC; in the hour that happens twice, the earlier one.
   Stamp At(Date day, int hour, int minute, int second = 0) const;
   /// "dd.mm.yyyy hh:mm".

@@ -125,7 +125,7 @@ TEST(DesktopDialogs, APreviewClosesByEscapeAndReturns) {
         PressKey(*window, KeyCode::Escape);
     }
   });
-  screen.toolkit.PreviewReport(*screen.form, report);
+  screen.toolkit.PreviewReport(*screen.form, std::move(report));
   EXPECT_EQ(&screen.toolkit.TopView(screen.app)->Form(), screen.form.get());
 }
 

@@ -429,31 +429,5 @@ TEST(Shell, TheMenuShowsWhatMayBeOpenedOpensItAndClosesEverything) {
   EXPECT_TRUE(host.app.OpenForms()[0]->IsClosed());
 }
 
-// --- printing ----------------------------------------------------------------
-
-TEST_F(SearchTest, AListIsPrintedWholeWithTheColumnsItShows) {
-  TVosSQLConnection connection(host.app.Session(), {11, 1}, "TsmSQL");
-  TVosClientDataSet rows("cdsRows", connection, {Int16("Code"), String("Name", 40)});
-  TDataSource source(rows);
-  TVosDBGrid grid(*form, "grid", source);
-  grid.columns = {{.field = "Name", .width = 40, .title = "Име~на цеха", .group = "Цех"},
-                  {.field = "Code", .width = 6, .title = "Код"}};
-  host.server.packets = {Rows(80, "80"), Rows(3)};
-  rows.RowLimit = 80;
-  rows.Open();
-  GenerateReport(*form, {11, 22, 1}, grid);
-  ASSERT_EQ(host.toolkit.reports.size(), 1U);
-  const ReportDocument& report = host.toolkit.reports[0];
-  EXPECT_EQ(report.title, "Дирекции");
-  EXPECT_EQ(report.company, "Демонстрационно дружество");
-  EXPECT_EQ(report.printedBy, "Мария Иванова");
-  EXPECT_EQ(report.printedOn, "05.03.2026 09:00");
-  EXPECT_EQ(report.key, (ReportKey{11, 22, 1}));
-  ASSERT_EQ(report.tables[0].rows.size(), 83U);
-  EXPECT_EQ(report.tables[0].rows[0], (Names{"Цех 1", "1"}));
-  EXPECT_EQ(report.tables[0].columns[1].align, Align::Right);
-  EXPECT_EQ(report.tables[0].columns[0].group, "Цех");
-}
-
 }  // namespace
 }  // namespace orvane

@@ -11,7 +11,7 @@
 
 #include "host/application.h"
 #include "host/form.h"
-#include "host/report.h"
+#include "host/report_snapshot.h"
 #include "host/toolkit.h"
 #include "packet/application_server.h"
 
@@ -77,7 +77,7 @@ class FakeToolkit final : public IToolkit {
   /// What a user does in the modal forms, one entry a form; a form left open is closed.
   std::deque<std::function<void(TVosBaseForm&)>> modals;
   std::vector<std::string> shown;
-  std::vector<ReportDocument> reports;
+  std::vector<TakenReport> reports;
   int changes = 0;
   std::function<void()> whileAsking;
 
@@ -105,8 +105,8 @@ class FakeToolkit final : public IToolkit {
     answers.pop_front();
     return answer;
   }
-  void PreviewReport(TVosBaseForm&, const ReportDocument& report) override {
-    reports.push_back(report);
+  void PreviewReport(TVosBaseForm&, ReportDocument report) override {
+    reports.push_back(*ReportSnapshot::Take(std::move(report)));
   }
   void SetClipboard(const std::string&) override {}
 
@@ -131,10 +131,7 @@ struct Host {
     server.session.userName = "Мария Иванова";
     server.session.companyName = "Демонстрационно дружество";
     server.session.sessionName = "s1";
-    server.session.points = {
-        {1, 15},
-        {2, 1 }
-    };
+    server.session.points = {{1, 15}, {2, 1}};
   }
   void LogIn(std::string_view login = "ivanova") {
     const Answer<Done> answer = app.LogIn(login, server.password);

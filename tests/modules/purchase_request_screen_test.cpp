@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/report_fakes.h"
 #include "modules/request_world.h"
 
 namespace orvane::requests {
@@ -411,7 +412,8 @@ TEST(PurchaseRequestScreen, PrintsWhatTheServerHoldsInWords) {
   world.Press(KeyCode::F7);
   EXPECT_EQ(world.Calls(), 2);
   ASSERT_EQ(world.toolkit.reports.size(), 1u);
-  const ReportDocument& report = world.toolkit.reports[0];
+  const ReportSnapshot& printed = *world.toolkit.reports[0];
+  const ReportDocument& report = printed.Document();
   EXPECT_EQ(report.company, "Проба ООД");
   EXPECT_EQ(report.number, "7");
   EXPECT_EQ(report.key.number, 25);
@@ -424,11 +426,13 @@ TEST(PurchaseRequestScreen, PrintsWhatTheServerHoldsInWords) {
   EXPECT_EQ(facts["Сума на искането"], "1\u2009234,50");
   EXPECT_EQ(facts.count("Анулиран"), 0u);
   ASSERT_EQ(report.tables.size(), 2u);
-  EXPECT_EQ(report.tables[0].rows[0][4], "12,5");
-  EXPECT_EQ(report.tables[0].rows[1][4], "41 8/12");
-  EXPECT_EQ(report.tables[0].totals[5], "100,05");
-  EXPECT_EQ(report.tables[1].rows[0][2], "Христо Колев");
-  EXPECT_EQ(report.tables[1].rows[0][4], "Одобрен");
+  const auto rows = fakes::TextsOf(printed);
+  EXPECT_EQ(rows[0][4], "12,5");
+  EXPECT_EQ(rows[1][4], "41 8/12");
+  EXPECT_EQ(printed.Totals(0)[5].text, "100,05");
+  const auto approvals = fakes::TextsOf(printed, 1);
+  EXPECT_EQ(approvals[0][2], "Христо Колев");
+  EXPECT_EQ(approvals[0][4], "Одобрен");
 }
 
 // --- one given request --------------------------------------------------------------------------

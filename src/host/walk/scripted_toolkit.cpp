@@ -43,8 +43,12 @@ int ScriptedToolkit::ShowMessage(TVosBaseForm*, const MessageDialog& dialog) {
   return answer;
 }
 
-void ScriptedToolkit::PreviewReport(TVosBaseForm&, const ReportDocument& report) {
-  reports_.push_back(report);
+void ScriptedToolkit::PreviewReport(TVosBaseForm& owner, ReportDocument report) {
+  auto taken = ReportSnapshot::Take(std::move(report));
+  if (taken)
+    reports_.push_back(*std::move(taken));
+  else
+    ShowMessage(&owner, {.caption = owner.caption, .text = taken.GetFailure().message});
 }
 
 TVosBaseForm* ScriptedToolkit::ActiveForm(VosApplication& app) {
@@ -91,7 +95,7 @@ std::vector<MessageDialog> ScriptedToolkit::TakeMessages() {
   return std::exchange(messages_, {});
 }
 
-std::vector<ReportDocument> ScriptedToolkit::TakeReports() {
+std::vector<TakenReport> ScriptedToolkit::TakeReports() {
   return std::exchange(reports_, {});
 }
 

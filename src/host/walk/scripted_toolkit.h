@@ -24,7 +24,7 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   void FormChanged(TVosBaseForm& form) override;
   void FormGone(TVosBaseForm& form) override;
   int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) override;
-  void PreviewReport(TVosBaseForm& owner, const ReportDocument& report) override;
+  void PreviewReport(TVosBaseForm& owner, ReportDocument report) override;
   void SetClipboard(const std::string& text) override { clipboard_ = text; }
 
   // --- IWalkDriver ------------------------------------------------------------------------------
@@ -37,7 +37,7 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   const MessageDialog* Question() const override;
   void AnswerQuestion(bool yes) override;
   std::vector<MessageDialog> TakeMessages() override;
-  std::vector<ReportDocument> TakeReports() override;
+  std::vector<TakenReport> TakeReports() override;
   void Picture(std::string_view) override {}
 
  private:
@@ -50,7 +50,7 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   std::vector<TVosBaseForm*> shown_;
   std::vector<OpenQuestion> questions_;
   std::vector<MessageDialog> messages_;
-  std::vector<ReportDocument> reports_;
+  std::vector<TakenReport> reports_;
   std::string clipboard_;
 };
 

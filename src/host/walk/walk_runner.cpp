@@ -447,12 +447,12 @@ void WalkRunner::ExpectForm(const Words& words) {
 }
 
 void WalkRunner::ExpectReport(const Words& words) {
-  const std::vector<ReportDocument> reports = driver_.TakeReports();
+  const std::vector<TakenReport> reports = driver_.TakeReports();
   if (reports.empty()) Problem("няма отпечатана справка");
-  const ReportDocument& report = reports.back();
-  Compare("справка", WordAt(words, 2), report.title);
+  const ReportSnapshot& report = *reports.back();
+  Compare("справка", WordAt(words, 2), report.Document().title);
   if (words.size() < 5 || words[3] != "rows") return;
-  const std::size_t rows = report.tables.empty() ? 0 : report.tables.front().rows.size();
+  const std::int64_t rows = report.Document().tables.empty() ? 0 : report.RowCount(0);
   Compare("редове в справката", words[4], std::to_string(rows));
 }
 

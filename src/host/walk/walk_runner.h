@@ -16,7 +16,7 @@
 #include "host/access.h"
 #include "host/application.h"
 #include "host/form.h"
-#include "host/report.h"
+#include "host/report_snapshot.h"
 #include "host/walk/walk_script.h"
 #include "packet/clock.h"
 #include "packet/faulty_door.h"
@@ -47,7 +47,7 @@ class IWalkDriver {
   /// Takes the messages shown since the last call, in order.
   virtual std::vector<MessageDialog> TakeMessages() = 0;
   /// Takes the reports previewed since the last call.
-  virtual std::vector<ReportDocument> TakeReports() = 0;
+  virtual std::vector<TakenReport> TakeReports() = 0;
   /// Saves what is on the screen; drivers without a screen do nothing.
   virtual void Picture(std::string_view name) = 0;
 };

@@ -201,20 +201,6 @@ std::vector<ReportFact> PurchaseOrderBlank::Facts() {
   return facts;
 }
 
-Align AlignOf(ValueKind kind) {
-  switch (kind) {
-    case ValueKind::String:
-    case ValueKind::Memo:
-      return Align::Left;
-    case ValueKind::Bool:
-    case ValueKind::Date:
-    case ValueKind::Stamp:
-      return Align::Center;
-    default:
-      return Align::Right;
-  }
-}
-
 std::string QuantityText(TVosClientDataSet& rows, std::size_t row) {
   const auto number = [&](const FieldDef& field) {
     return static_cast<std::int32_t>(rows.ValueAt(row, rows[field]).AsInt().value_or(0));
@@ -225,40 +211,24 @@ std::string QuantityText(TVosClientDataSet& rows, std::size_t row) {
                                   .ordinaryFraction = number(pr::det::OrdinaryFraction) != 0});
 }
 
-std::string SumText(TVosClientDataSet& rows, const TField& field) {
-  Decimal sum;
-  for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
-    const auto value = rows.ValueAt(row, field).AsDecimal();
-    sum = value ? sum.Plus(*value).value_or(sum) : sum;
-  }
-  return field.TextOf(Variant(sum));
-}
-
 ReportTable PurchaseOrderBlank::Table(std::string_view caption, TVosClientDataSet& rows,
                                       std::span<const PrintedColumn> columns) {
   ReportTable table;
   table.caption = caption;
-  std::vector<std::string> totals;
-  bool summed = false;
   for (const PrintedColumn& column : columns) {
-    const TField& field = rows.FieldByName(column.field);
-    table.columns.push_back({.title = std::string(column.title),
-                             .group = {},
-                             .width = column.width,
-                             .align = AlignOf(field.Def().kind),
-                             .kind = field.Def().kind});
-    totals.push_back(column.summed ? SumText(rows, field) : std::string());
-    summed = summed || column.summed;
+    table.columns.push_back(ColumnOf(rows.FieldByName(column.field), column.title, column.width));
+    table.columns.back().summed = column.summed;
   }
+  std::vector<ReportRow> printed;
   for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
-    std::vector<std::string>& texts = table.rows.emplace_back();
+    ReportRow& cells = printed.emplace_back();
     for (const PrintedColumn& column : columns) {
       const bool isQuantity = column.field == pr::det::Quantity.name;
-      texts.push_back(isQuantity ? QuantityText(rows, row)
-                                 : rows.TextAt(row, rows.FieldByName(column.field)));
+      cells.push_back(isQuantity ? CellOf(QuantityText(rows, row), ValueKind::Double)
+                                 : CellOf(rows, row, rows.FieldByName(column.field)));
     }
   }
-  if (summed) table.totals = std::move(totals);
+  table.source = RowsAtHand(std::move(printed));
   return table;
 }
 
