@@ -1,6 +1,7 @@
 #include "desktop/report_export.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QMarginsF>
 #include <QtCore/QSaveFile>
 #include <QtCore/QTemporaryDir>
@@ -28,6 +29,9 @@ Answer<Done> SaveWhole(const QString& path, const ReportProgress& progress,
     stopped = stopped || (progress && !progress(done, total));
     return !stopped;
   };
+  // What is no file (a device, a folder) is not to be replaced by one.
+  const QFileInfo there(path);
+  if (there.exists() && !there.isFile()) return Unwritable(path);
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly)) return Unwritable(path);
   if (write(file, asking) && file.commit()) return Done();

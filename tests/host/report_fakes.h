@@ -4,8 +4,10 @@
 // counts what is handed out and what the program holds meanwhile.
 
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -20,6 +22,27 @@ inline std::int64_t HeldBytes() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<std::int64_t>(info.uordblks + info.hblkhd);
 }
+
+/// While it lives, no file takes more than so many bytes: a disk that is full.
+class SmallFiles {
+ public:
+  explicit SmallFiles(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit small{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    handler_ = std::signal(SIGXFSZ, SIG_IGN);
+  }
+  ~SmallFiles() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+  SmallFiles(const SmallFiles&) = delete;
+  SmallFiles& operator=(const SmallFiles&) = delete;
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int) = nullptr;
+};
 
 inline constexpr std::int64_t kLongCode = 1'234'567'890'123'456'789;
 

@@ -196,6 +196,15 @@ TEST(ReportSnapshots, SumWhatIsExactAndLeaveOutWhatOutgrowsIt) {
   EXPECT_TRUE((*ReportSnapshot::Take(std::move(large)))->Totals(0)[0].value.IsNull());
 }
 
+TEST(ReportSnapshots, SayWhenTheDiskIsFull) {
+  fakes::SourceCounts counts;
+  const fakes::SmallFiles small(100'000);
+  const auto full = ReportSnapshot::Take(fakes::ListOf(10'000, counts));
+  ASSERT_FALSE(full);
+  EXPECT_TRUE(full.GetFailure().message.starts_with("Няма място на диска"));
+  EXPECT_LT(counts.handedOut, 10'000);
+}
+
 TEST(ReportSnapshots, AreStoppedBetweenPortions) {
   fakes::SourceCounts counts;
   int asked = 0;
