@@ -19,7 +19,6 @@ namespace orvane {
 // ------------------------------------------------------------------------------------
 
 namespace {
-constexpr int kKeyChars = 11;
 constexpr int kKeyHeight = 25;
 }  // namespace
 
@@ -32,7 +31,7 @@ KeyEditView::KeyEditView(TKeyEdit& edit) : ControlView(edit), edit_(edit) {
 
 QSize KeyEditView::sizeHint() const {
   const int caption = ScreenMetrics().horizontalAdvance(Qs(edit_.caption));
-  return {caption + kMargin + kKeyChars * CharWidth() + 2 * kPadding, kKeyHeight};
+  return {caption + kMargin + edit_.width * CharWidth() + 2 * kPadding, kKeyHeight};
 }
 
 QRect KeyEditView::BoxRect() const {

@@ -1,5 +1,6 @@
 // What the host gives every form: its actions, the texts of the status bar, a dialog's identity.
 
+#include "host/calculator.h"
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "host/grid.h"
@@ -54,6 +55,7 @@ constexpr HostAction kHostActions[] = {
     {"acLanguage",
      "Смяна език",                                         {},
      "language",                                                                                  [](TVosBaseForm& form) { form.App().SwitchLanguage(); }                      },
+    {"acCalculator", "Калкулатор", CtrlAlt(KeyCode::K), "", &RunCalculator},
     {"acAbout",                 "Относно",                   {},                  "about", &ShowAbout                                                                   },
     {"acStayOnTop",             "Винаги отгоре",        CtrlAlt(KeyCode::T), "",
      [](TVosBaseForm& form) { form.stayOnTop = !form.stayOnTop; }                                                                                                              },

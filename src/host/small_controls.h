@@ -19,6 +19,7 @@ class TKeyEdit : public Control {
 
   std::string caption;
   std::string mask;  ///< picture of what may be typed; empty: anything
+  int width = 11;    ///< characters
   bool readOnly = false;
   /// The in-place edit ends with a text; throws Abort to keep it open. The edit shows the text from
   /// then on, unless the handler sets another.
