@@ -220,9 +220,11 @@ void FormView::TakePlace(const QWidget* owner) {
     setGeometry(*kept & screen);
     return;
   }
-  const bool document = std::ranges::any_of(views_, [](const ControlView* view) {
-    return view->Model().Kind() == ControlKind::PageControl;
-  });
+  const auto count = [this](ControlKind kind) {
+    return std::ranges::count(views_, kind,
+                              [](const ControlView* view) { return view->Model().Kind(); });
+  };
+  const bool document = count(ControlKind::PageControl) > 0 || count(ControlKind::Inspector) > 1;
   layout()->activate();
   constexpr int kLeastWidth = 560;
   QSize size = sizeHint().expandedTo(QSize(kLeastWidth, 0));

@@ -79,6 +79,11 @@ struct Item : InspectorItem {
   }
 };
 
+/// An item labelled as its field.
+inline Item ItemOf(const FieldDef& field) {
+  return {field.name, field.label};
+}
+
 struct SearchBy : SearchField {
   SearchBy(std::string_view column, std::string_view title) {
     name = column;

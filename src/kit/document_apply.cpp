@@ -20,6 +20,33 @@ DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadAppl
   head_.OnReconcileError = [this](const orvane::ReconcileError& error) { return Reconcile(error); };
 }
 
+bool DocumentHead::Stamp(const FieldDef& id, bool amends) {
+  const VosApplication& app = form_.App();
+  const bool entered = head_.State() == DataSetState::Insert;
+  const bool unsaved = head_[id].AsInt().value_or(-1) < 0;
+  PostExistingRecord = !entered && !unsaved;
+  if (entered) {
+    head_[id].Set(-1);
+    head_.FieldByName("CreatedFrom").Set(app.UserName());
+    head_.FieldByName("CreatedOn").Set(app.Now());
+  } else if (!unsaved && amends) {
+    head_.FieldByName("AmendFrom").Set(app.UserName());
+    head_.FieldByName("AmendOn").Set(app.Now());
+  }
+  return entered;
+}
+
+bool DocumentHead::Post() {
+  ReconcileError = false;  // a head without changes is not applied
+  head_.Post();
+  ApplyPending();  // what a broken link left behind
+  return !ReconcileError;
+}
+
+bool DocumentHead::HasPending() const {
+  return head_.ChangeCount() > 0 || (head_.Editing() && head_.Modified());
+}
+
 void DocumentHead::ApplyPending() {
   if (head_.ChangeCount() > 0) Apply();
 }

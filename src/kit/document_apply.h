@@ -39,6 +39,16 @@ class DocumentHead {
   /// The last apply of the head failed.
   bool ReconcileError = false;
 
+  /// For the head's BeforePost: tells whether the record existed before, gives a new one the
+  /// identifier -1 until the server numbers it, and stamps who entered it or, unless `amends` is
+  /// false, who amended it. A new record that a broken link kept from the server is new however
+  /// often it is posted. True when the record is being entered.
+  bool Stamp(const FieldDef& id, bool amends = true);
+  /// Posts the head, which applies it and loads the document again; false when it was not applied.
+  bool Post();
+  /// Something typed has not reached the server: a changed head in edit, or a change that the link
+  /// kept back.
+  bool HasPending() const;
   /// Sends what a broken link left behind; nothing happens when there is nothing.
   void ApplyPending();
 

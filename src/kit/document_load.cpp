@@ -1,8 +1,26 @@
 #include "kit/document_load.h"
 
+#include <string>
+#include <utility>
+
 #include "data/abort.h"
+#include "data/connection_scope.h"
 
 namespace orvane {
+
+void CallOperations(TVosSQLConnection& connection, std::string_view method, VariantArray& data) {
+  ConnectionScope scope(&connection);
+  data = connection.Call(method, std::move(data));
+}
+
+LoadTold ReadLoadTold(const VariantArray& answer) {
+  constexpr auto kNone = static_cast<std::int64_t>(LoadCode::None);
+  const std::int64_t told = answer.empty() ? kNone : answer[0].AsInt().value_or(kNone);
+  LoadTold read;
+  read.code = told >= 0 && told <= kNone ? static_cast<LoadCode>(told) : LoadCode::Between;
+  read.found = answer.size() > 1 && answer[1].AsBool().value_or(false);
+  return read;
+}
 
 const DataPacket& PacketAt(const VariantArray& answer, std::size_t position) {
   const DataPacket* packet = position < answer.size() ? answer[position].AsPacket() : nullptr;
@@ -25,6 +43,23 @@ void LoadPackets(const VariantArray& answer, std::size_t first,
 void TakeShownRows(const VariantArray& answer, std::initializer_list<ShownRowAt> rows) {
   for (const ShownRowAt& row : rows)
     row.table.TakeShown(PacketAt(answer, row.position));
+}
+
+void TakeShownNames(TVosClientDataSet& head, std::initializer_list<ShownName> names) {
+  for (const ShownName& shown : names) {
+    const std::string name = std::string(shown.code) + "Name";
+    TField& code = head.FieldByName(shown.code);
+    DataPacket row;
+    row.AddColumn(shown.table.KeyField(), code.Def().kind, code.Def().size);
+    for (const char* column : {"Name", "Name2"}) {
+      const FieldDef& def = head.FieldByName(name).Def();
+      row.AddColumn(column, def.kind, def.size);
+    }
+    const Variant values[] = {code.Value(), head.FieldByName(name).Value(),
+                              head.FieldByName(name + "2").Value()};
+    if (!code.IsNull()) row.AppendRow(values);
+    shown.table.TakeShown(std::move(row));
+  }
 }
 
 }  // namespace orvane

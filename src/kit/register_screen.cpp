@@ -7,6 +7,7 @@
 #include "host/combo.h"
 #include "host/dialogs.h"
 #include "host/form.h"
+#include "host/inspector.h"
 
 namespace orvane {
 
@@ -166,6 +167,18 @@ void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
     TField& field = grid.DataSet().FieldByName(column.field);
     field.DisplayLabel = LanguageTitle(form, "Име", column.language);
     if (GridColumn* shown = grid.FindColumn(column.field)) shown->title = field.DisplayLabel;
+  }
+}
+
+void ChooseLanguageItems(const TVosBaseForm& form, TVosDataInspector& inspector,
+                         std::initializer_list<std::string_view> fields) {
+  for (std::string_view field : fields) {
+    InspectorItem& first = *inspector.FindItem(field);
+    InspectorItem& second = *inspector.FindItem(std::string(field) + "2");
+    second.visible = !form.App().AppNotMultiLang();
+    if (!second.visible) continue;
+    first.label = LanguageTitle(form, first.label, 1);
+    second.label = LanguageTitle(form, second.label, 2);
   }
 }
 

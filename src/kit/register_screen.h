@@ -26,6 +26,7 @@
 namespace orvane {
 
 class TVosBaseForm;
+class TVosDataInspector;
 
 /// The combo in use has a search: it offers the rows of a register, not a nomenclature's few.
 bool AtSearchableCombo(const TVosBaseForm& form);
@@ -135,5 +136,11 @@ struct LanguageColumns {
 /// each titled one.
 void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
                            const LanguageColumns& columns);
+
+/// Items of texts that are kept in two languages, the second one in the field of the same name
+/// followed by 2: captioned with the language's name, or only the first one shown where there is
+/// one language.
+void ChooseLanguageItems(const TVosBaseForm& form, TVosDataInspector& inspector,
+                         std::initializer_list<std::string_view> fields);
 
 }  // namespace orvane

@@ -7,14 +7,10 @@
 #include "host/form.h"
 #include "host/grid.h"
 #include "host/inspector.h"
+#include "kit/message_text.h"
 
 namespace orvane {
 namespace {
-
-std::string WithTitle(std::string_view text, std::string_view title) {
-  std::string filled(text);
-  return filled.replace(filled.find("%s"), 2, title);
-}
 
 std::string TitleOf(TVosDBGrid& grid, std::string_view field) {
   return grid.TitleOf(field);
@@ -39,7 +35,7 @@ void Require(TVosBaseForm& form, Place& place, std::string_view text,
              std::initializer_list<std::string_view> fields, int kind) {
   for (std::string_view field : fields) {
     if (!place.DataSet().FieldByName(field).IsEmpty()) continue;
-    Refuse(form, place, field, WithTitle(text, TitleOf(place, field)), kind);
+    Refuse(form, place, field, Filled(text, {TitleOf(place, field)}), kind);
   }
 }
 

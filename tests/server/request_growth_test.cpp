@@ -75,9 +75,10 @@ TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
     }
   }
   const Document& document = PurchaseRequest();
-  EXPECT_EQ(Walks(PartStatement(document.head, Language::First), {"o"}), "");
+  EXPECT_EQ(Walks(PartStatement(document.head, Language::First, {}), {"o"}), "");
   for (const DocumentPart& part : document.parts)
-    EXPECT_EQ(Walks(PartStatement(part, Language::Second), {"o", "d", "a"}), "") << part.def.name;
+    EXPECT_EQ(Walks(PartStatement(part, Language::Second, {}), {"o", "d", "a"}), "")
+        << part.def.name;
 }
 
 TEST_P(RequestGrowth, MovesAmongManyFindTheNearestSeen) {

@@ -33,7 +33,7 @@ int ScriptedToolkit::ShowMessage(TVosBaseForm*, const MessageDialog& dialog) {
   }
   if (runner_ == nullptr) {
     messages_.push_back(dialog);
-    return kAnswerNo;
+    return answerWithoutWalk;
   }
   questions_.push_back({dialog, 0});
   const std::size_t mine = questions_.size() - 1;

@@ -15,8 +15,9 @@ namespace orvane {
 class ScriptedToolkit final : public IToolkit, public IWalkDriver {
  public:
   /// The walk that goes on inside modal calls; without one a modal form closes at once and
-  /// questions get the harmless answer.
+  /// questions get `answerWithoutWalk`.
   void Attach(WalkRunner* runner) { runner_ = runner; }
+  int answerWithoutWalk = kAnswerNo;
 
   // --- IToolkit ---------------------------------------------------------------------------------
   void Show(TVosBaseForm& form) override;

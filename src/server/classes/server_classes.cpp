@@ -4,9 +4,19 @@ namespace orvane {
 
 std::vector<ServerClass> MakeServerClasses() {
   return {
-      TsmSQL(),           TsmParameters(),          TsmDepartment(),     TsmEmployeesFinSupp(),
-      TsmStructure(),     TsmStructureDeputies(),   TsmLevelsApproval(), TsmAdmissibleNotifiers(),
-      TsmPurchaseOrder(), TsmPurchaseOrderReport(), TsmKindSupplies(),   TsmCapExPlan(),
+      TsmSQL(),
+      TsmParameters(),
+      TsmDepartment(),
+      TsmEmployeesFinSupp(),
+      TsmStructure(),
+      TsmStructureDeputies(),
+      TsmLevelsApproval(),
+      TsmAdmissibleNotifiers(),
+      TsmPurchaseOrder(),
+      TsmPurchaseOrderReport(),
+      TsmKindSupplies(),
+      TsmCapExPlan(),
+      TsmSuppliesContracts(),
   };
 }
 

@@ -21,5 +21,6 @@ ServerClass TsmPurchaseOrderReport();
 ServerClass TsmSQL();
 ServerClass TsmStructure();
 ServerClass TsmStructureDeputies();
+ServerClass TsmSuppliesContracts();
 
 }  // namespace orvane

@@ -20,18 +20,24 @@ struct InvoiceDescr {
   std::int32_t code;
   std::string_view name;
   std::string_view name2;
-  std::int32_t kind;  ///< element of nomenclature 247
+  /// 1 invoice, 2 invoice of an import; their debit notes are 3 and 4, credit notes 5 and 6; 7 is
+  /// none of these.
+  std::int32_t kind;
   bool advance;
 };
+constexpr std::int32_t kImportInvoice = 9;
 constexpr InvoiceDescr kInvoices[] = {
     {1, "Фактура за материали", "Invoice for Materials", 1, false},
     {2, "Фактура за стоки", "Invoice for Goods", 1, false},
     {3, "Фактура за услуги", "Invoice for Services", 1, false},
     {4, "Фактура за дълготрайни активи", "Invoice for Fixed Assets", 1, false},
     {5, "Фактура за авансово плащане", "Invoice for Advance Payment", 1, true},
-    {6, "Дебитно известие", "Debit Note", 2, false},
-    {7, "Кредитно известие", "Credit Note", 3, false},
-    {8, "Проформа фактура", "Pro-forma Invoice", 4, false},
+    {6, "Дебитно известие", "Debit Note", 3, false},
+    {7, "Кредитно известие", "Credit Note", 5, false},
+    {8, "Проформа фактура", "Pro-forma Invoice", 7, false},
+    {kImportInvoice, "Фактура от внос", "Import Invoice", 2, false},
+    {10, "Дебитно известие от внос", "Import Debit Note", 4, false},
+    {11, "Кредитно известие от внос", "Import Credit Note", 6, false},
 };
 constexpr CodeNames kRequests[] = {
     {1, "Поръчка за материали", "Order for Materials"},
@@ -84,13 +90,17 @@ constexpr std::int16_t kProductionList = 2;
 constexpr CodeNames kLists[] = {{kGeneralList, "Общ списък", "General List"},
                                 {kProductionList, "Производствен списък", "Production List"}};
 
+Variant InvoiceDescrOf(const DemoPartner& row) {
+  if (!row.supplier) return {};
+  return row.eik.empty() ? kImportInvoice : DemoInvoiceDescr(row.trade);
+}
+
 void AddPartner(DemoWriter& writer, const DemoPartner& row) {
-  writer.Add(demo::kPartners,
-             {row.code, row.name, row.name2, OrNull(row.eik), row.supplier,
-              row.supplier ? Variant(static_cast<int>(row.currency)) : Variant(),
-              OrNull(row.choice), OrNull(row.list), OrNull(row.paymentDays),
-              row.supplier ? Variant(DemoInvoiceDescr(row.trade)) : Variant(), OrNull(row.town),
-              OrNull(row.address), OrNull(row.address2), OrNull(row.telephone), OrNull(row.email)});
+  writer.Add(demo::kPartners, {row.code, row.name, row.name2, OrNull(row.eik), row.supplier,
+                               row.supplier ? Variant(static_cast<int>(row.currency)) : Variant(),
+                               OrNull(row.choice), OrNull(row.list), OrNull(row.paymentDays),
+                               InvoiceDescrOf(row), OrNull(row.town), OrNull(row.address),
+                               OrNull(row.address2), OrNull(row.telephone), OrNull(row.email)});
 }
 
 void AddItems(DemoWriter& writer) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "packet/variant.h"
+#include "server/documents/active_contract.h"
 #include "server/documents/order_remainder.h"
 
 namespace orvane {
@@ -54,11 +55,6 @@ constexpr Column Derived(Column column, std::string_view expression) {
   return column;
 }
 
-/// Signed and not ended on the company's day, or renewed by itself.
-constexpr std::string_view kActiveContract =
-    "(case when {t}.ContractDate <= {today}"
-    " and ({t}.AutomaticRenewal = 1 or {t}.FinishDate is null or {t}.FinishDate > {today})"
-    " and ({t}.FreezeDate is null or {t}.FreezeDate > {today}) then 1 else 0 end)";
 constexpr std::string_view kInvoiceNumber =
     "coalesce({t}.InvoiceNumberSymbol, cast({t}.InvoiceNumberDigit as text))";
 

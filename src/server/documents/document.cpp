@@ -21,10 +21,10 @@ std::string InLanguage(std::string_view text, Language language) {
 
 }  // namespace
 
-Statement PartStatement(const DocumentPart& part, Language language) {
+Statement PartStatement(const DocumentPart& part, Language language, Date today) {
   const std::string keyed =
       Replaced(Replaced(part.select, "{id}", kKeptId), "{version}", kKeptVersion);
-  return {InLanguage(keyed, language), {}, ColumnsOf(part.def)};
+  return Named(InLanguage(keyed, language), {{"Today", today}}, ColumnsOf(part.def));
 }
 
 Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
@@ -32,9 +32,9 @@ Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const 
   std::vector<Statement> statements;
   statements.push_back(
       FindDocument(document.seen, Visibility(document.seen, SightOf(work)), place));
-  statements.push_back(PartStatement(document.head, language));
+  statements.push_back(PartStatement(document.head, language, work.Today()));
   for (const DocumentPart& part : document.parts)
-    statements.push_back(PartStatement(part, language));
+    statements.push_back(PartStatement(part, language, work.Today()));
   statements.insert(statements.end(), further.begin(), further.end());
   auto read = work.Read(statements);
   if (!read) return read.GetFailure();

@@ -17,7 +17,7 @@ namespace orvane {
 
 /// Rows that travel with a load. The select answers the provider's fields in their order for the
 /// key that was found ({id}, {version}); {Name}, {UserName} and the like in braces become the
-/// column of the asked language.
+/// column of the asked language. :Today is the company's day.
 struct DocumentPart {
   ProviderDef def;
   std::string_view select;
@@ -33,7 +33,7 @@ struct Document {
 enum class Language : std::uint8_t { First = 1, Second = 2 };
 
 /// One part's statement behind FindDocument.
-Statement PartStatement(const DocumentPart& part, Language language);
+Statement PartStatement(const DocumentPart& part, Language language, Date today);
 
 struct LoadedDocument {
   LoadCode code = LoadCode::None;

@@ -1,5 +1,6 @@
 #include "server/documents/navigation.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 
@@ -98,6 +99,24 @@ std::optional<Nav> NavOf(const Variant& number) {
   const auto value = number.AsInt();
   if (!value || *value < 0 || *value > static_cast<int>(Nav::Step)) return std::nullopt;
   return static_cast<Nav>(*value);
+}
+
+Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
+  const Variant none;
+  const Variant& version = at.version ? ask[*at.version] : none;
+  const auto nav = NavOf(ask[at.nav]);
+  const bool readable = std::ranges::all_of(
+      std::initializer_list<const Variant*>{&ask[at.step], &ask[at.id], &version},
+      [](const Variant* number) { return number->IsNull() || number->AsInt(); });
+  if (!nav || !readable) {
+    return Failure{FailureKind::BadRequest, "Методът „GetRec“ очаква посока, стъпка и номера."};
+  }
+  Place place;
+  place.nav = *nav;
+  place.step = static_cast<int>(ask[at.step].AsInt().value_or(0));
+  place.id = ask[at.id].AsInt().value_or(0);
+  if (version.AsInt().value_or(0) != 0) place.version = version.AsInt();
+  return place;
 }
 
 Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place) {

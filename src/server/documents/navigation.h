@@ -4,6 +4,9 @@
 // asker stands. One statement finds it, keeps its key for the statements behind it in the same
 // round trip (orvane_keep), and tells whether anything lies before and behind.
 
+#include <cstddef>
+#include <optional>
+
 #include "contract/workflow.h"
 #include "server/documents/visibility.h"
 #include "server/engine/database.h"
@@ -21,6 +24,18 @@ struct Place {
 
 /// Empty when the number is none of the moves.
 std::optional<Nav> NavOf(const Variant& number);
+
+/// Where the question of a load holds its place.
+struct PlaceAt {
+  std::size_t nav = 0;
+  std::size_t step = 0;
+  std::size_t id = 0;
+  std::optional<std::size_t> version = {};  ///< of documents with versions; 0 asks for none
+};
+
+/// The place a load asks for. BadRequest when the move is none, or a number is no number; Null is
+/// 0.
+Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at);
 
 /// Keeps "DocumentId" and "DocumentVersion" (both null when nothing may be seen) and answers them
 /// with IsFirst and IsLast. A step beyond an end finds the end.

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "server/approval/approvers.h"
+#include "server/documents/active_contract.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_apply.h"
 #include "server/documents/request_moves.h"
@@ -78,10 +79,8 @@ std::vector<Statement> SelectHeadFacts(const Work& work, const Change& change,
           Named("select count(*) from AdmissibleNotifiers where CostCenter = :CostCenter and"
                 " Notifier = :Notifier",
                 params, {{"Found", ValueKind::Code, 0}}),
-          Named("select c.Supplier, c.KindContract, case when c.ContractDate <= :Today and"
-                " (c.AutomaticRenewal = 1 or c.FinishDate is null or c.FinishDate > :Today) and"
-                " (c.FreezeDate is null or c.FreezeDate > :Today) then 1 else 0 end"
-                " from SuppliesContracts c where c.IdNumber = :Contract",
+          Named("select c.Supplier, c.KindContract, " + ActiveContract("c", ":Today") +
+                    " from SuppliesContracts c where c.IdNumber = :Contract",
                 params,
                 {{"Supplier", ValueKind::Code, 0},
                  {"Kind", ValueKind::Int16, 0},

@@ -21,23 +21,6 @@ constexpr std::string_view kCostCenterOfKept =
 
 constexpr std::size_t kFurtherPackets = 3;  // of the rows behind the head's codes
 
-Answer<Place> PlaceOf(const VariantArray& ask) {
-  const auto nav = NavOf(ask[Ask::kNav]);
-  const bool step = ask[Ask::kStep].IsNull() || ask[Ask::kStep].AsInt();
-  const bool id = ask[Ask::kId].IsNull() || ask[Ask::kId].AsInt();
-  const bool version = ask[Ask::kVersion].IsNull() || ask[Ask::kVersion].AsInt();
-  if (!nav || !step || !id || !version) {
-    return Failure{FailureKind::BadRequest, "Методът „GetRec“ очаква посока, стъпка и номера."};
-  }
-  Place place;
-  place.nav = *nav;
-  place.step = static_cast<int>(ask[Ask::kStep].AsInt().value_or(0));
-  place.id = ask[Ask::kId].AsInt().value_or(0);
-  // Version 0 asks for no particular one.
-  if (ask[Ask::kVersion].AsInt().value_or(0) != 0) place.version = ask[Ask::kVersion].AsInt();
-  return place;
-}
-
 std::vector<ApprovalRow> ApprovalRowsOf(const DataPacket& packet) {
   std::vector<ApprovalRow> rows;
   for (std::size_t row = 0; row < packet.rowCount; ++row) {
@@ -92,7 +75,8 @@ Answer<VariantArray> GetPurchaseRequest(Work& work, const VariantArray& ask) {
   const auto claimed =
       CheckClaims(work, {ask[Ask::kLogin], ask[Ask::kEmployee], ask[Ask::kNeedsEmployee]});
   if (!claimed) return claimed.GetFailure();
-  const auto place = PlaceOf(ask);
+  const auto place = ReadPlace(
+      ask, {.nav = Ask::kNav, .step = Ask::kStep, .id = Ask::kId, .version = Ask::kVersion});
   if (!place) return place.GetFailure();
   const Language language = ask[Ask::kLanguage].AsInt() == 2 ? Language::Second : Language::First;
 

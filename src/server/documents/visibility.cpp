@@ -31,7 +31,7 @@ Sight SightOf(const Work& work) {
 
 Visibility::Visibility(const SeenTable& table, const Sight& sight)
     : table_(table),
-      everything_(sight.level < kFirstBoundLevel),
+      everything_(table.everyone || sight.level < kFirstBoundLevel),
       employed_(sight.employee.has_value()) {
   if (everything_) {
     condition_ = "1 = 1";

@@ -46,6 +46,8 @@ struct SeenTable {
   std::string_view headed;
   /// Statuses in which whoever holds open on deliveries or invoices sees the document too.
   std::span<const int> receivedStatuses;
+  /// Whoever may open the point sees every row.
+  bool everyone = false;
 };
 
 /// The reasons why an asker sees rows of a table.
@@ -119,6 +121,10 @@ inline constexpr SeenTable kSeenDeliveries{
     "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"
     " and o.POVersion = {t}.PurchaseOrderVer and o.CostCenter in ({headed}))",
     {}};
+
+/// Contracts have no cost centre and no requester.
+inline constexpr SeenTable kSeenContracts{
+    {}, "SuppliesContracts", "IdNumber", "", "1 = 1", "{t}.IdNumber", {}, {}, {}, true};
 
 /// The asker's predicate for a head table of the search catalogue; a table that is not among the
 /// documents here shows nothing.

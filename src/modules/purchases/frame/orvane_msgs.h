@@ -2,9 +2,9 @@
 
 // Messages that the documents share. %s is filled by the caller with Filled.
 
-#include <initializer_list>
-#include <string>
 #include <string_view>
+
+#include "kit/message_text.h"
 
 namespace orvane {
 
@@ -36,8 +36,5 @@ inline constexpr std::string_view _rReason = "Обосновка";
 inline constexpr std::string_view _rRemarks = "Бележки";
 inline constexpr std::string_view _rBGLanguageName = " <Български>";
 inline constexpr std::string_view _rDocNotFound = "Документ %s не е намерен!";
-
-/// The text with each %s replaced by the next value, in order.
-std::string Filled(std::string_view text, std::initializer_list<std::string_view> values);
 
 }  // namespace orvane

@@ -6,6 +6,7 @@
 #include "data/abort.h"
 #include "host/application.h"
 #include "host/dialogs.h"
+#include "modules/purchases/contracts/tf_supplies_contracts.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
@@ -45,7 +46,7 @@ constexpr ScreenEntry kScreens[] = {
     {"TfDeliveries", nullptr},
     {"TfSuppManifacOrder", nullptr},
     {"TfAdmissibleNotifiers", &MakeScreen<TfAdmissibleNotifiers>},
-    {"TfSuppliesContracts", nullptr},
+    {"TfSuppliesContracts", &MakeScreen<TfSuppliesContracts>},
     {"TfPurchaseOrder", &MakeScreen<TfPurchaseOrder>},
     {"TfRegisterSuppInvoice", nullptr},
     {"TfPurchaseOrderReport", &MakeScreen<TfPurchaseOrderReport>},

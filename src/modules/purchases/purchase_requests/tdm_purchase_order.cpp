@@ -1,7 +1,6 @@
 #include "modules/purchases/purchase_requests/tdm_purchase_order.h"
 
 #include "contract/system.h"
-#include "data/connection_scope.h"
 #include "data/screen_fetch.h"
 #include "host/dialogs.h"
 #include "kit/approval_decisions.h"
@@ -169,8 +168,7 @@ void TdmPurchaseOrder::FetchOnOpening() {
 }
 
 void TdmPurchaseOrder::Operations(VariantArray& data) {
-  ConnectionScope scope(&sqlcPurchaseOrder);
-  data = sqlcPurchaseOrder.Call(kOperations, std::move(data));
+  CallOperations(sqlcPurchaseOrder, kOperations, data);
 }
 
 LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver) {
@@ -191,11 +189,7 @@ LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver
   data[get_rec::kOneDocument] = values.DisplayOneDocMode;
   Operations(data);
 
-  const auto none = static_cast<std::int64_t>(LoadCode::None);
-  const std::int64_t told = data.empty() ? none : data[get_rec::kCode].AsInt().value_or(none);
-  const LoadCode code = told >= 0 && told <= none ? static_cast<LoadCode>(told) : LoadCode::Between;
-  const bool found =
-      data.size() > get_rec::kFound && data[get_rec::kFound].AsBool().value_or(false);
+  const auto [code, found] = ReadLoadTold(data);
   if (code != LoadCode::None && found) TakeRecord(data);
   if (ver == 0) {
     values.LastGetRecID = code;
@@ -295,12 +289,11 @@ HeadApplyRules TdmPurchaseOrder::MakeHeadRules() {
 }
 
 bool TdmPurchaseOrder::HasPending() const {
-  for (const TVosClientDataSet* dataSet :
-       {&cdsPurchaseOrder, &cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl,
-        &cdsPurchaseOrderAdm}) {
-    if (dataSet->ChangeCount() > 0) return true;
+  for (const TVosClientDataSet* part :
+       {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm}) {
+    if (part->ChangeCount() > 0) return true;
   }
-  return cdsPurchaseOrder.Editing() && cdsPurchaseOrder.Modified();
+  return documentHead.HasPending();
 }
 
 void TdmPurchaseOrder::SendPending() {
@@ -316,21 +309,9 @@ void TdmPurchaseOrder::SendPending() {
 
 void TdmPurchaseOrder::cdsPurchaseOrderBeforePost() {
   using namespace purchase_request::head;
-  const VosApplication& app = form_.App();
-  // A new request that a broken link kept from the server is new however often it is posted.
-  const bool entered = cdsPurchaseOrder.State() == DataSetState::Insert;
-  const bool unsaved = cdsPurchaseOrder[POIdNumber].AsInt().value_or(-1) < 0;
-  documentHead.PostExistingRecord = !entered && !unsaved;
-  if (entered) {
-    cdsPurchaseOrder[POIdNumber].Set(-1);
-    cdsPurchaseOrder[POVersion].Set(0);
-    cdsPurchaseOrder[Status].Set(kEntered);
-    cdsPurchaseOrder[CreatedFrom].Set(app.UserName());
-    cdsPurchaseOrder[CreatedOn].Set(app.Now());
-  } else if (!unsaved && form_.values.FillAmend) {
-    cdsPurchaseOrder[AmendFrom].Set(app.UserName());
-    cdsPurchaseOrder[AmendOn].Set(app.Now());
-  }
+  if (!documentHead.Stamp(POIdNumber, form_.values.FillAmend)) return;
+  cdsPurchaseOrder[POVersion].Set(0);
+  cdsPurchaseOrder[Status].Set(kEntered);
 }
 
 void TdmPurchaseOrder::cdsPurchaseOrderNewRecord() {

@@ -107,7 +107,7 @@ void TfPurchaseOrder::AfterRefreshActions() {
   identifiers_.Refresh(values.LastGetRecID, still);
   versions_.Refresh(values.LastGetRecVer, still);
   SettleKey(*this, kF9);
-  documentIsFresh_ = false;
+  shown_.EventEnds();
 }
 
 bool TfPurchaseOrder::IsLoaded() const {
@@ -164,6 +164,7 @@ TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
       gPOAdm(*this, "gPOAdm", dmPurchaseOrder->dsPurchaseOrderAdm),
       gDeliveries(*this, "gDeliveries", dmPurchaseOrder->dsDeliveries),
       pcTables(*this, "pcTables"),
+      shown_(*this, eIdNum, dmPurchaseOrder->cdsPurchaseOrder, MakeShownRules()),
       identifiers_(*this, eIdNum, "Y",
                    [this](Nav nav, int step) {
                      dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, 0);
@@ -208,7 +209,7 @@ void TfPurchaseOrder::ReadParameters() {
 void TfPurchaseOrder::VosBaseFormShow() {
   pcTables.active = 0;
   if (values.DisplayOneDocMode) {
-    documentIsFresh_ = true;
+    shown_.WasLoaded();
     FocusControl(&eIdNum);
     return;
   }
@@ -248,10 +249,10 @@ bool TfPurchaseOrder::HasUnsavedTyping() const {
 // --- focus --------------------------------------------------------------------------------------
 
 void TfPurchaseOrder::BindFocus() {
-  eIdNum.OnEnter = [this] { KeyEditEnter(); };
+  eIdNum.OnEnter = [this] { shown_.KeyEditEnter(); };
   eIdNum.OnExit = [this] { eIdNumExit(); };
-  eIdNum.OnEditClosed = [this](const std::string& text) { eIdNumClosed(text); };
-  eVer.OnEnter = [this] { KeyEditEnter(); };
+  eIdNum.OnEditClosed = [this](const std::string& text) { shown_.IdentifierTyped(text); };
+  eVer.OnEnter = [this] { shown_.KeyEditEnter(); };
   eVer.OnEditClosed = [this](const std::string& text) { eVerClosed(text); };
   diMainInfo.OnLastItem = [this] {
     acRowsExecute();
@@ -320,18 +321,11 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
   if (head[head::RateOfExchange].AsDecimal().value_or(Decimal()) <= Decimal())
     RefuseAt(*this, diMainInfo, "RateOfExchange", _rRateNotPositive);
   if (!head.Editing()) head.Edit();
-  if (!PostHead()) {
+  if (!dmPurchaseOrder->documentHead.Post()) {
     if (head.Editing()) FocusControl(&diMainInfo);
     throw Abort{};
   }
   if (by == SavedBy::Action) FocusControl(&eVer);
-}
-
-bool TfPurchaseOrder::PostHead() {
-  dmPurchaseOrder->documentHead.ReconcileError = false;  // a head without changes is not applied
-  dmPurchaseOrder->cdsPurchaseOrder.Post();
-  dmPurchaseOrder->documentHead.ApplyPending();  // what a broken link left behind
-  return !dmPurchaseOrder->documentHead.ReconcileError;
 }
 
 void TfPurchaseOrder::acCancelExecute() {
@@ -428,7 +422,7 @@ void TfPurchaseOrder::OpenReport(int kind) {
   const LoadCode code =
       dmPurchaseOrder->GetRecord(Nav::ByKey, 0, report.pIdNumber, report.pVersion);
   if (edit == &eIdNum) values.LastGetRecID = code;
-  documentIsFresh_ = true;
+  shown_.WasLoaded();
   FocusControl(edit);
 }
 

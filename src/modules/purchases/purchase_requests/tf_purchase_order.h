@@ -17,6 +17,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 #include "kit/key_navigation.h"
+#include "kit/shown_document.h"
 #include "kit/workflow_faces.h"
 #include "modules/purchases/purchase_requests/purchase_order_values.h"
 #include "modules/purchases/purchase_requests/tdm_purchase_order.h"
@@ -49,7 +50,7 @@ class TfPurchaseOrder : public TVosDBForm {
   /// Copies the document's state and settles what may be written.
   void SetPropertiesVals();
   /// Loads the shown request again, unless that was just done in this event.
-  void ReloadShown();
+  void ReloadShown() { shown_.Reload(); }
 
   PurchaseOrderValues values;
   std::unique_ptr<TdmPurchaseOrder> dmPurchaseOrder;
@@ -117,9 +118,7 @@ class TfPurchaseOrder : public TVosDBForm {
 
   // --- identifier and version
   // ---------------------------------------------------------------------
-  void KeyEditEnter();
   void eIdNumExit();
-  void eIdNumClosed(const std::string& text);
   void eVerClosed(const std::string& text);
   void SetReadWrite(bool forceWritable);
 
@@ -128,8 +127,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void AddWorkflow();
   void RefreshWorkflow();
   DocumentFacts Facts() const;
-  /// Posts the head, which applies it and loads the request again; false when the server refused.
-  bool PostHead();
   /// Posts a move of the head; a refused one leaves nothing of it in edit and ends the event.
   void PostMove();
   void MoveHead(const Move& move);
@@ -151,10 +148,12 @@ class TfPurchaseOrder : public TVosDBForm {
   bool MayDeleteRow() const;
   bool MayEnterQuantity() const;
 
+  ShownDocumentRules MakeShownRules();
+
+  ShownDocument shown_;
   KeyNavigation identifiers_;
   KeyNavigation versions_;
   std::vector<GridColumn> MSGridCols;
-  bool documentIsFresh_ = false;  ///< loaded during the event that is being handled
 };
 
 }  // namespace orvane

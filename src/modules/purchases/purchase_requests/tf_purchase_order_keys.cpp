@@ -1,13 +1,11 @@
 // Identifier and version of the shown request, and what of the screen depends on what was loaded.
 
-#include <charconv>
 #include <optional>
 
 #include "host/dialogs.h"
 #include "kit/national_currency.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
-#include "packet/fold.h"
 
 namespace orvane {
 
@@ -16,8 +14,6 @@ using namespace purchase_request;
 namespace {
 
 constexpr int kWarning = 2;
-constexpr std::string_view _rWrongIdentifier =
-    "Въведете коректна стойност за поле \"Идентификатор\"!";
 constexpr std::string_view _rWrongVersion = "Въведете коректна стойност за поле \"Версия\"!";
 constexpr std::string_view _rNoSuchVersion = "Не съществува версия %s за идентификатор %s!";
 
@@ -26,14 +22,6 @@ constexpr std::string_view _rLevSum = "Левова сума на исканет
 constexpr std::string_view _rRowSum = "Сума";
 constexpr std::string_view _rRowCurrencySum = "Валутна сума";
 
-std::optional<std::int32_t> ReadNumber(std::string_view text) {
-  const std::string_view typed = Trim(text);
-  std::int32_t number = 0;
-  const auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), number);
-  if (error != std::errc() || end != typed.data() + typed.size()) return std::nullopt;
-  return number;
-}
-
 }  // namespace
 
 void TfPurchaseOrder::ShowKeys(std::int64_t id, int ver) {
@@ -41,24 +29,20 @@ void TfPurchaseOrder::ShowKeys(std::int64_t id, int ver) {
   eVer.SetText(std::to_string(ver));
   values.LastGetID = id;
   values.LastGetVer = ver;
-  documentIsFresh_ = true;
+  shown_.WasLoaded();
 }
 
-/// What a broken link left behind goes first: it may be the shown request itself, still without an
-/// identifier.
-void TfPurchaseOrder::ReloadShown() {
-  dmPurchaseOrder->SendPending();
-  if (values.LastGetID == 0 || documentIsFresh_) return;
-  dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
-}
-
-/// Coming to the keys gives up what was typed into the head and shows what the server holds.
-void TfPurchaseOrder::KeyEditEnter() {
-  TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
-  const bool dropped = head.Editing();
-  if (dropped) head.Cancel();
-  ReloadShown();
-  if (dropped) SetPropertiesVals();
+ShownDocumentRules TfPurchaseOrder::MakeShownRules() {
+  ShownDocumentRules rules;
+  rules.notFound = _rDocNotFound;
+  rules.id = [this] { return values.LastGetID; };
+  rules.sendPending = [this] { dmPurchaseOrder->SendPending(); };
+  rules.reload = [this] {
+    dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
+  };
+  rules.load = [this](std::int64_t id) { return dmPurchaseOrder->GetRecord(Nav::ByKey, 0, id, 0); };
+  rules.typingDropped = [this] { SetPropertiesVals(); };
+  return rules;
 }
 
 void TfPurchaseOrder::eIdNumExit() {
@@ -66,28 +50,18 @@ void TfPurchaseOrder::eIdNumExit() {
   if (eIdNum.Text().empty() && !inserting) FocusControl(&eIdNum);
 }
 
-void TfPurchaseOrder::eIdNumClosed(const std::string& text) {
-  const std::optional<std::int32_t> id = ReadNumber(text);
-  RefuseIf(!id, _rWrongIdentifier);
-  if (*id != values.LastGetID &&
-      dmPurchaseOrder->GetRecord(Nav::ByKey, 0, *id, 0) == LoadCode::None)
-    VosMessageDlg(*this, kWarning, caption, Filled(_rDocNotFound, {std::to_string(*id)}));
-  eIdNum.SetText(values.LastGetID == 0 ? std::string() : std::to_string(values.LastGetID));
-}
-
 void TfPurchaseOrder::eVerClosed(const std::string& text) {
-  const std::optional<std::int32_t> version = ReadNumber(text);
+  const std::optional<std::int32_t> version = ReadKey(text);
   RefuseIf(!version, _rWrongVersion);
-  const std::optional<std::int32_t> id = ReadNumber(eIdNum.Text());
-  RefuseIf(!id, _rWrongIdentifier);
+  const std::int32_t id = shown_.TypedIdentifier();
   constexpr int kHighestVersion = 255;
   const LoadCode code = *version > 0 && *version <= kHighestVersion
-                            ? dmPurchaseOrder->GetRecord(Nav::ByKey, 0, *id, *version)
+                            ? dmPurchaseOrder->GetRecord(Nav::ByKey, 0, id, *version)
                             : LoadCode::None;
   if (code != LoadCode::None) return;
   VosMessageDlg(*this, kWarning, caption,
-                Filled(_rNoSuchVersion, {std::to_string(*version), std::to_string(*id)}));
-  documentIsFresh_ = false;
+                Filled(_rNoSuchVersion, {std::to_string(*version), std::to_string(id)}));
+  shown_.IsOutdated();
   ReloadShown();
   throw Abort{};
 }

@@ -83,11 +83,6 @@ LookupSetup SupplierOrders() {
       .mask = std::string(kMaskCode9)};
 }
 
-/// An item labelled as its field.
-Item ItemOf(const FieldDef& field) {
-  return {field.name, field.label};
-}
-
 }  // namespace
 
 void TfPurchaseOrder::SetUpLookups() {
@@ -223,21 +218,9 @@ void TfPurchaseOrder::SetUpPages() {
 }
 
 void TfPurchaseOrder::ChooseLanguages() {
-  if (App().AppNotMultiLang()) {
-    for (std::string_view field : {"Description2", "Rationale2"})
-      diMainInfo.FindItem(field)->visible = false;
-    return gPurchaseOrderDet.RemoveColumn("Remarks2");
-  }
-  struct TitledMemo {
-    std::string_view field;
-    int language;
-  };
-  for (const TitledMemo& memo : {TitledMemo{"Description", 1}, TitledMemo{"Description2", 2},
-                                 TitledMemo{"Rationale", 1}, TitledMemo{"Rationale2", 2}}) {
-    InspectorItem& item = *diMainInfo.FindItem(memo.field);
-    item.label = LanguageTitle(*this, item.label, memo.language);
-  }
-  for (const TitledMemo& memo : {TitledMemo{"Remarks", 1}, TitledMemo{"Remarks2", 2}}) {
+  ChooseLanguageItems(*this, diMainInfo, {"Description", "Rationale"});
+  if (App().AppNotMultiLang()) return gPurchaseOrderDet.RemoveColumn("Remarks2");
+  for (const LanguageColumn& memo : {LanguageColumn{"Remarks", 1}, LanguageColumn{"Remarks2", 2}}) {
     GridColumn& column = *gPurchaseOrderDet.FindColumn(memo.field);
     column.title = LanguageTitle(*this, column.title, memo.language);
   }

@@ -97,8 +97,8 @@ bool TfPurchaseOrder::MayRemoveRejection() const {
 // --- what the operations do ---------------------------------------------------------------------
 
 void TfPurchaseOrder::PostMove() {
-  if (!PostHead()) {
-    KeyEditEnter();
+  if (!dmPurchaseOrder->documentHead.Post()) {
+    shown_.KeyEditEnter();
     throw Abort{};
   }
   SetPropertiesVals();

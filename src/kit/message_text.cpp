@@ -1,4 +1,4 @@
-#include "modules/purchases/frame/orvane_msgs.h"
+#include "kit/message_text.h"
 
 namespace orvane {
 

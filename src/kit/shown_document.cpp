@@ -1,0 +1,67 @@
+#include "kit/shown_document.h"
+
+#include <charconv>
+#include <utility>
+
+#include "host/dialogs.h"
+#include "host/form.h"
+#include "host/small_controls.h"
+#include "kit/message_text.h"
+#include "kit/required_fields.h"
+#include "packet/fold.h"
+
+namespace orvane {
+namespace {
+
+constexpr std::string_view _rWrongIdentifier =
+    "Въведете коректна стойност за поле \"Идентификатор\"!";
+
+}  // namespace
+
+std::optional<std::int32_t> ReadKey(std::string_view text) {
+  const std::string_view typed = Trim(text);
+  std::int32_t number = 0;
+  const auto [end, error] = std::from_chars(typed.data(), typed.data() + typed.size(), number);
+  if (error != std::errc() || end != typed.data() + typed.size()) return std::nullopt;
+  return number;
+}
+
+ShownDocument::ShownDocument(TVosBaseForm& form, TKeyEdit& edit, TVosClientDataSet& head,
+                             ShownDocumentRules rules)
+    : form_(form), edit_(edit), head_(head), rules_(std::move(rules)) {}
+
+void ShownDocument::Reload() {
+  rules_.sendPending();
+  if (rules_.id() == 0 || fresh_) return;
+  rules_.reload();
+}
+
+void ShownDocument::KeyEditEnter() {
+  const bool dropped = head_.Editing();
+  if (dropped) head_.Cancel();
+  Reload();
+  if (dropped) rules_.typingDropped();
+}
+
+bool ShownDocument::Show(std::int64_t id) {
+  if (id == rules_.id() || rules_.load(id) != LoadCode::None) return true;
+  VosMessageDlg(form_, kWarningMessage, form_.caption,
+                Filled(rules_.notFound, {std::to_string(id)}));
+  return false;
+}
+
+void ShownDocument::IdentifierTyped(std::string_view text) {
+  const std::optional<std::int32_t> id = ReadKey(text);
+  form_.RefuseIf(!id, _rWrongIdentifier);
+  Show(*id);
+  edit_.SetText(rules_.id() == 0 ? std::string() : std::to_string(rules_.id()));
+}
+
+std::int32_t ShownDocument::TypedIdentifier() const {
+  const CellEditor* editor = edit_.Editor();
+  const std::optional<std::int32_t> id = ReadKey(editor == nullptr ? edit_.Text() : editor->Text());
+  form_.RefuseIf(!id, _rWrongIdentifier);
+  return *id;
+}
+
+}  // namespace orvane

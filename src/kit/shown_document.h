@@ -1,0 +1,72 @@
+#pragma once
+
+// The document that a screen shows, by its identifier edit: coming to the edit gives up what was
+// typed into the head and shows what the server holds; a typed identifier leads to its document.
+//
+//   shown_.KeyEditEnter();          // OnEnter of the key edits
+//   shown_.IdentifierTyped(text);   // OnEditClosed of the identifier edit
+//   shown_.EventEnds();             // AfterRefreshActions
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "contract/workflow.h"
+#include "data/client_dataset.h"
+
+namespace orvane {
+
+class TKeyEdit;
+class TVosBaseForm;
+
+/// A whole number typed as a key; empty when the text is none.
+std::optional<std::int32_t> ReadKey(std::string_view text);
+
+/// What differs between documents in being shown.
+struct ShownDocumentRules {
+  std::string_view notFound;         ///< message; %s is the identifier
+  std::function<std::int64_t()> id;  ///< last loaded; 0: none
+  /// Sends what a broken link left behind.
+  std::function<void()> sendPending;
+  /// Loads the shown document anew by its key.
+  std::function<void()> reload;
+  /// Loads another document by its identifier.
+  std::function<LoadCode(std::int64_t id)> load;
+  /// What was typed into the head was given up.
+  std::function<void()> typingDropped;
+};
+
+class ShownDocument {
+ public:
+  ShownDocument(TVosBaseForm& form, TKeyEdit& edit, TVosClientDataSet& head,
+                ShownDocumentRules rules);
+
+  /// A load filled the screen: the same event needs no further one.
+  void WasLoaded() { fresh_ = true; }
+  /// What is shown is no longer what was loaded.
+  void IsOutdated() { fresh_ = false; }
+  void EventEnds() { fresh_ = false; }
+
+  /// Loads the shown document again, unless that was just done in this event. What a broken link
+  /// left behind goes first: it may be the shown document itself, still without an identifier.
+  void Reload();
+  void KeyEditEnter();
+  /// Shows another document; false, after telling the user, when there is none for him.
+  bool Show(std::int64_t id);
+  /// Shows the document of that identifier. A text that is no identifier is refused; without such a
+  /// document the shown one stays.
+  void IdentifierTyped(std::string_view text);
+  /// The identifier in the edit, also while it is being typed. Refused when it is none.
+  std::int32_t TypedIdentifier() const;
+
+ private:
+  TVosBaseForm& form_;
+  TKeyEdit& edit_;
+  TVosClientDataSet& head_;
+  ShownDocumentRules rules_;
+  bool fresh_ = false;  ///< loaded during the event that is being handled
+};
+
+}  // namespace orvane
