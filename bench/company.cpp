@@ -57,10 +57,41 @@ std::unique_ptr<Database> OpenAt(Engine engine, const std::string& location) {
 std::string AddEntries() {
   return "with recursive n (i) as (select 1 union all select i + 1 from n where i < " +
          std::to_string(kManyEntries) +
-         "), e (Serial, Name) as (select 50000000 + i, 'проба ' || substr(cast(1000000 + i as"
-         " text), 2) || ' резервна част' from n) "
+         "), e (Serial, Name) as (select 50000000 + i, 'проба ' || substr(cast(1000000 + i *"
+         " 4001 % 500000 as text), 2) || ' резервна част' from n) "
          "insert into BaseSupplyList (SerialNumber, Name, FoldName, Kind, Measure, EffectiveName,"
          " FoldEffectiveName) select Serial, Name, Name, 1, 100, Name, Name from e";
+}
+
+/// Every statement is the same on both engines but for its days.
+std::string AddLists(Engine engine) {
+  const auto day = [&](int days) {
+    const std::string number = std::to_string(days);
+    return engine == Engine::Sqlite ? number : "date '1970-01-01' + " + number;
+  };
+  const std::string full = std::to_string(kFullList);
+  const std::string few = std::to_string(kFewList);
+  const std::string many = " from BaseSupplyList where SerialNumber > 50000000";
+  const std::string ten = many + " and SerialNumber % 50000 = 0";
+  const std::string lists = "insert into SupplyLists (KindList, SerialNumber, Measure) select ";
+  const std::string dated =
+      "insert into SupplyListsDates (KindList, SerialNumber, AvailableFromDate) select KindList,"
+      " SerialNumber, ";
+  const std::string days =
+      "insert into BaseSupplyListDates (SerialNumber, AvailableFromDate) select SerialNumber, ";
+  return "insert into KindSupplyLists (Code, Name, FoldName) values (" + full +
+         ", 'Пълен списък', 'пълен списък'), (" + few + ", 'Къс списък', 'къс списък');\n" + lists +
+         full + ", SerialNumber, 100" + many + ";\n" + lists + few + ", SerialNumber, 100" + ten +
+         ";\n" + dated + day(kManyDay) + " from SupplyLists where KindList in (" + full + ", " +
+         few + ");\n" + days + day(kManyDay) + many + ";\n" + days + day(kFewDay) + ten;
+}
+
+std::string AddPartners() {
+  return "with recursive n (i) as (select 1 union all select i + 1 from n where i < " +
+         std::to_string(kManyPartners) +
+         "), p (Code, Name) as (select 70000000 + i, 'снабдител ' || substr(cast(1000000 + i * 7919"
+         " % 200000 as text), 2) || ' оод' from n) insert into Partners (Partner, Name, FoldName,"
+         " PartnerTypeSupplier) select Code, Name, Name, 1 from p";
 }
 
 void Fill(Database& database, std::int64_t requests) {
@@ -70,6 +101,8 @@ void Fill(Database& database, std::int64_t requests) {
   options.documents = requests;
   Must(MakeDemoCompany(database, SystemClock{}, options));
   Must(database.RunScript(AddEntries()));
+  Must(database.RunScript(AddLists(database.Kind())));
+  Must(database.RunScript(AddPartners()));
   Must(database.RunScript("analyze"));
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
-// The demonstration company that the benchmarks run on: so many purchase requests, and half a
-// million entries in the supply list. Made by the demonstration's own writer at the first run and
-// kept: SQLite as a file of the folder ORVANE_BENCH_CACHE (build/bench without it), PostgreSQL as a
-// database of the server in ORVANE_TEST_POSTGRES.
+// The demonstration company that the benchmarks run on: so many purchase requests, half a million
+// entries in the supply list, lists of all and of ten of them, and 200,000 suppliers. Made by the
+// demonstration's own writer at the first run and kept: SQLite as a file of the folder
+// ORVANE_BENCH_CACHE (build/bench without it), PostgreSQL as a database of the server in
+// ORVANE_TEST_POSTGRES.
 
 #include <cstdint>
 #include <memory>
@@ -14,8 +15,18 @@
 
 namespace orvane::bench {
 
-/// Entries that a company has beside the demonstration's own, named "проба 000001 …" and on.
+/// Entries that a company has beside the demonstration's own, named "проба 000000 …" and on, in
+/// another order than that of their serial numbers, from 50000001 on.
 inline constexpr std::int64_t kManyEntries = 500'000;
+/// Kinds of list with all of these entries, and with ten.
+inline constexpr std::int64_t kFullList = 901;
+inline constexpr std::int64_t kFewList = 902;
+/// Days since 1970 from which all these entries are available, and ten of them once more; both
+/// kinds of list have the first.
+inline constexpr std::int32_t kManyDay = 20'500;
+inline constexpr std::int32_t kFewDay = 20'510;
+/// Suppliers beside the demonstration's own, named "снабдител 000000 …", from 70000001 on.
+inline constexpr std::int64_t kManyPartners = 200'000;
 
 struct BenchCompany {
   Engine engine = Engine::Sqlite;

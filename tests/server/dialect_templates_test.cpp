@@ -388,5 +388,66 @@ TEST(DialectPlans, TheSupplyListIsReadAlongTheIndexOfItsOrder) {
   }
 }
 
+/// A kind of list with every one of 3,000 entries, and one with ten, in the migrated database.
+void FillLists(Database& database) {
+  const auto filled = database.RunScript(
+      "insert into Measures (Code, Name, FoldName, Numerator) values (100, 'бр.', 'бр.', 1);\n"
+      "insert into KindSupplyLists (Code, Name, FoldName) values (4, 'А', 'а'), (5, 'Б', 'б');\n"
+      "with recursive n (i) as (select 1 union all select i + 1 from n where i < 3000), e (Serial,"
+      " Entry) as (select i, 'проба ' || substr(cast(10000 + i * 7 % 3000 as text), 2) from n)"
+      " insert into BaseSupplyList (SerialNumber, Name, FoldName, Kind, Measure) select Serial,"
+      " Entry, Entry, 1, 100 from e;\n"
+      "insert into SupplyLists (KindList, SerialNumber, Measure) select 4, SerialNumber, 100 from"
+      " BaseSupplyList;\n"
+      "insert into SupplyLists (KindList, SerialNumber, Measure) select 5, SerialNumber, 100 from"
+      " BaseSupplyList where SerialNumber % 300 = 0;\n"
+      "insert into SupplyListsDates (KindList, SerialNumber, AvailableFromDate) select KindList,"
+      " SerialNumber, 20454 from SupplyLists;\n"  // 01.01.2026
+      "insert into BaseSupplyListDates (SerialNumber, AvailableFromDate) select SerialNumber, 20517"
+      " from SupplyLists where KindList = 5;\n"  // 05.03.2026
+      "analyze");
+  if (!filled) throw std::runtime_error(filled.GetFailure().text);
+}
+
+TEST(DialectPlans, AListOpensWithoutReadingMoreThanItsPage) {
+  const auto database = FreshDatabase(Engine::Sqlite);
+  FillLists(*database);
+  const std::vector<std::string> templates = SupplyTemplates();
+  const struct {
+    const char* name;
+    std::size_t number;
+    const char* kind;
+    std::size_t rows;
+    const char* first;
+  } kRows[] = {
+      {"list of all", 1, "4", 80, "3000"},
+      {"list of ten", 1, "5", 10, "3000"},
+      {"on a day that ten have", 2, "4", 10, "3000"},
+      {"list of all, newest", 4, "4", 80, "3000"},
+      {"list of ten, newest", 4, "5", 10, "3000"},
+  };
+  const Statement guard{"select 1", {}, {{"one", ValueKind::Int32, 0}}};
+  const NamedValues none;
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.name);
+    std::string sql = templates[row.number] + " ORDER BY cbName";
+    constexpr std::string_view kKind = "KindList = 4";
+    for (std::size_t at = sql.find(kKind); at != std::string::npos; at = sql.find(kKind, at + 1))
+      sql.replace(at + kKind.size() - 1, 1, row.kind);
+    SearchInput input{sql, none, 80, {}, Engine::Sqlite};
+    input.mayRead = [](const CatalogueTable&) { return true; };
+    const auto search = RenderSearch(input);
+    ASSERT_TRUE(search) << search.GetFailure().message;
+    const std::int64_t before = database->Counters().machineSteps;
+    auto packets = database->Search(guard, {&search->statement, 1}, {});
+    ASSERT_TRUE(packets) << packets.GetFailure().text;
+    const std::int64_t steps = database->Counters().machineSteps - before;
+    const DataPacket page = FinishPortion(*search, std::move(packets->back()));
+    EXPECT_EQ(page.rowCount, row.rows);
+    EXPECT_EQ(page.At(0, 0).ToText(), row.first) << "in the order of names";
+    EXPECT_LT(steps, 9000) << search->statement.text;
+  }
+}
+
 }  // namespace
 }  // namespace orvane

@@ -47,6 +47,8 @@ std::string CreateTable(const CatalogueTable& table, Engine engine) {
     if (column.Is(kKeyColumn)) keys += (keys.empty() ? "" : ", ") + name;
     if (column.Is(kFolded)) columns += ", Fold" + name + " " + type;
   }
+  for (const CatalogueColumn& column : table.keptNames)
+    columns += ", Fold" + std::string(column.name) + " " + TypeOf(column.kind, engine);
   if (!keys.empty()) columns += ", primary key (" + keys + ")";
   for (const CatalogueColumn& column : table.columns) {
     if (!column.Is(kFolded) || column.Is(kKeyColumn)) continue;
@@ -162,6 +164,15 @@ void DialectWorld::FillRows(const std::string& table, const std::vector<std::str
     insert.text =
         "insert into " + std::string(listed.stored) + " (" + names + ") values (" + marks + ")";
     statements.push_back(std::move(insert));
+  }
+  for (const CatalogueColumn& column : listed.keptNames) {
+    const std::string fold = "Fold" + std::string(column.name);
+    const std::string own(listed.stored);
+    statements.push_back({"update " + own + " set " + fold + " = (select b." + fold +
+                              " from BaseSupplyList b where b.SerialNumber = " + own +
+                              ".SerialNumber)",
+                          {},
+                          {}});
   }
   Run(std::move(statements));
 }

@@ -465,14 +465,17 @@ class Binder {
   TermPtr BindScalar(const SyntaxExpr& syntax) {
     const auto select = BindSubselect(*syntax.select);
     if (!select) return nullptr;
-    const Term& value = *select->items.front().value;
-    if (value.kind != TermKind::Max) {
+    if (select->items.front().value->kind != TermKind::Max) {
       return Refuse(syntax.place, "вложена заявка е стойност само с MAX");
     }
+    return MakeScalar(select);
+  }
+
+  static TermPtr MakeScalar(const std::shared_ptr<TypedSelect>& select) {
     Term term;
     term.kind = TermKind::Scalar;
     term.typed = true;
-    term.type = value.type;
+    term.type = select->items.front().value->type;
     term.select = select;
     return std::make_shared<const Term>(std::move(term));
   }
@@ -659,6 +662,10 @@ class Binder {
         left = leftFold;
         right = rightFold;
       }
+    }
+    if (left->kind == TermKind::Column && right->kind == TermKind::Max) {  // one value: an equality
+      ConditionPtr equal = MakeCompare(left, "=", MakeScalar(select));
+      return syntax.negated ? MakeNot(std::move(equal)) : equal;
     }
     Condition condition;
     condition.kind = ConditionKind::InSelect;

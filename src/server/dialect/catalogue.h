@@ -52,6 +52,10 @@ struct CatalogueTable {
   /// joins ({h} the head, {t} this table).
   std::string_view head = {};
   std::string_view headLink = {};
+  /// Folds of the supply-list entry's names that a row keeps for the entry it lists, so that a list
+  /// is read in the order of names by one index. They equal those of BaseSupplyList; no search
+  /// names them, the reader puts them in place of the entry's.
+  std::span<const CatalogueColumn> keptNames = {};
 
   /// Null pointer when there is no such column; case does not matter.
   const CatalogueColumn* Find(std::string_view column) const;

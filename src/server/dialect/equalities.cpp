@@ -15,6 +15,17 @@ bool IsPlainColumn(const Term& term) {
   return term.kind == TermKind::Column && !term.folded && term.column->expression.empty();
 }
 
+/// A constant, or the one value of a subselect that reads nothing of the rows around it.
+bool IsOneValue(const Term& term) {
+  if (term.kind != TermKind::Scalar) return term.IsConstant();
+  bool own = true;
+  VisitColumns(*term.select, [&](const Term& column) {
+    own = own && std::any_of(term.select->tables.begin(), term.select->tables.end(),
+                             [&](const TypedTable& table) { return table.number == column.table; });
+  });
+  return own;
+}
+
 }  // namespace
 
 Equalities::Equalities(const TypedSelect& select) {
@@ -27,7 +38,7 @@ void Equalities::Add(const Condition& condition) {
   const TermPtr& left = condition.parts[0];
   const TermPtr& right = condition.parts[1];
   if (!IsPlainColumn(*left)) return;
-  if (right->IsConstant()) {
+  if (IsOneValue(*right)) {
     classes_[ClassOf(left)].constant = right;
     return;
   }

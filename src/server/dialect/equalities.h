@@ -16,7 +16,7 @@ class Equalities {
   /// Columns that are equal in every row of the result, with the constant they are equal to.
   struct Class {
     std::vector<TermPtr> columns;
-    TermPtr constant;  ///< null pointer when there is none
+    TermPtr constant;  ///< or the value of a subselect; null pointer when there is none
   };
 
   const std::vector<Class>& Classes() const { return classes_; }

@@ -6,6 +6,7 @@
 
 #include "server/dialect/equalities.h"
 #include "server/dialect/fold_of.h"
+#include "server/dialect/listed_names.h"
 
 namespace orvane::dialect {
 namespace {
@@ -71,6 +72,7 @@ std::vector<ConditionPtr> ImpliedEqualities(const Equalities& equalities,
     TermPtr first;
     for (const TermPtr& column : one.columns) {
       if (staying.count(column->table) == 0) continue;
+      if (one.constant && !one.constant->IsConstant()) continue;
       if (one.constant) {
         implied.push_back(
             MakeCompare(column, "=", MakeTyped(one.constant->value, column->type, 0)));
@@ -106,7 +108,7 @@ class OrderMaker {
 
   std::vector<TypedOrder> Run() {
     for (const TypedOrder& asked : select_.order) {
-      Add(OrderOf(asked.value, select_.tables), asked.descending);
+      Add(ListedName(OrderOf(asked.value, select_.tables), select_, equalities_), asked.descending);
     }
     descending_ = !order_.empty() && order_.back().descending;
     if (!order_.empty() && order_.front().value->kind == TermKind::Column) {

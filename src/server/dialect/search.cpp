@@ -6,6 +6,7 @@
 
 #include "server/dialect/binder.h"
 #include "server/dialect/continuation.h"
+#include "server/dialect/listed_names.h"
 #include "server/dialect/parser.h"
 #include "server/dialect/portions.h"
 #include "server/dialect/renderer.h"
@@ -56,6 +57,7 @@ Answer<RenderedSearch> RenderSearch(const SearchInput& input) {
   if (!select) return select.GetFailure();
   dialect::DropUnusedSettings(*select);
   dialect::ReplaceDistinct(*select);
+  dialect::UseListedNames(*select);
   const std::vector<dialect::TypedOrder> order = dialect::PortionOrder(*select);
 
   dialect::Rendering rendering;

@@ -63,6 +63,43 @@ TEST_P(RegisterTables, AnEntryGoesByTheNameThatTheSettingChooses) {
   EXPECT_EQ(Shown(), "Друго/друго Камион/камион ");
 }
 
+TEST_P(RegisterTables, ListsKeepTheNameThatTheirEntryGoesBy) {
+  Do(*database_, Sql("insert into KindSupplyLists (Code, Name, FoldName) values (4, 'Л', 'л')"));
+  Do(*database_, Sql("insert into SupplyLists (KindList, SerialNumber, Measure) values (4, 1, 100),"
+                     " (4, 2, 100)"));
+  const Date day = *Date::FromYmd(2026, 3, 5);
+  Do(*database_, Sql("insert into SupplyListsDates (KindList, SerialNumber, AvailableFromDate)"
+                     " values (4, 1, ?1)",
+                     {day}));
+  Do(*database_, Sql("insert into BaseSupplyListDates (SerialNumber, AvailableFromDate)"
+                     " values (1, ?1)",
+                     {day}));
+  const auto kept = [&] {
+    std::string all;
+    for (const char* list : {"SupplyLists", "SupplyListsDates", "BaseSupplyListDates"}) {
+      const auto name = Ask(*database_,
+                            std::string("select FoldEffectiveName from ")
+                                .append(list)
+                                .append(" where SerialNumber = 1"),
+                            ValueKind::Memo, {});
+      all.append(name.ToText()).append(" ");
+    }
+    return all;
+  };
+  EXPECT_EQ(kept(), "лист лист лист ");
+  Rename("BaseSupplyList", "SerialNumber = 1", "Друго");
+  EXPECT_EQ(kept(), "друго друго друго ");
+  Do(*database_, Sql("insert into DescrBaseSupplyList (IdentityWithNom) values (1)"));
+  EXPECT_EQ(kept(), "ламарина ламарина ламарина ");
+  Rename("MaterialStocks", "IdNumber = 7", "Плоча");
+  EXPECT_EQ(kept(), "плоча плоча плоча ");
+  Do(*database_, Sql("update BaseSupplyListDates set SerialNumber = 2"));
+  EXPECT_EQ(
+      Ask(*database_, "select FoldEffectiveName from BaseSupplyListDates", ValueKind::Memo, {})
+          .ToText(),
+      "превоз");
+}
+
 TEST_P(RegisterTables, ThereIsOneSettingOfTheSupplyListAtMost) {
   Do(*database_, Sql("insert into DescrBaseSupplyList (IdentityWithNom) values (1)"));
   auto transaction = std::move(*database_->Begin());
