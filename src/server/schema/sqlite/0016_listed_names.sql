@@ -1,7 +1,8 @@
 -- 0016_listed_names.sql
 -- Why: a list of the supply list opens in the order of its entries' names. With the names in another table a planner
 -- either walks all names of the supply list, slow for a list of few entries, or sorts the whole list, slow for one of
--- many. Lists keep the folds of the names by which their entries go, so that one index gives a page of any of them.
+-- many. Lists keep the folds of the names by which their entries go, so that one index gives a page of any of them,
+-- with the measure that is shown: otherwise a search for a part of a name looks every row up.
 
 alter table SupplyLists add column FoldEffectiveName text;
 alter table SupplyLists add column FoldEffectiveName2 text;
@@ -16,8 +17,8 @@ update SupplyListsDates set FoldEffectiveName = b.FoldEffectiveName, FoldEffecti
   from BaseSupplyList b where b.SerialNumber = SupplyListsDates.SerialNumber;
 update BaseSupplyListDates set FoldEffectiveName = b.FoldEffectiveName, FoldEffectiveName2 = b.FoldEffectiveName2
   from BaseSupplyList b where b.SerialNumber = BaseSupplyListDates.SerialNumber;
-create index SupplyListsByName on SupplyLists (KindList, FoldEffectiveName, SerialNumber);
-create index SupplyListsByName2 on SupplyLists (KindList, FoldEffectiveName2, SerialNumber);
+create index SupplyListsByName on SupplyLists (KindList, FoldEffectiveName, SerialNumber, Measure);
+create index SupplyListsByName2 on SupplyLists (KindList, FoldEffectiveName2, SerialNumber, Measure);
 create index SupplyListsDatesByName
   on SupplyListsDates (KindList, AvailableFromDate, FoldEffectiveName, SerialNumber);
 create index SupplyListsDatesByName2
