@@ -54,7 +54,7 @@ std::span<const LiveRow> TfEmployeesFinSupp::LiveRows() const {
 }
 
 void TfEmployeesFinSupp::OnLanguageChanged() {
-  if (!dmEmployeesFinSupp->cdsEmployeesFinSupp.Editing()) dmEmployeesFinSupp->Fetch();
+  if (!register_.HoldsTyping()) dmEmployeesFinSupp->Fetch();
 }
 
 }  // namespace orvane

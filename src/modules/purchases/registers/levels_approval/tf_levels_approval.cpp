@@ -110,4 +110,9 @@ Variant TfLevelsApproval::GetCurremtEmployee() {
   return employee == 0 ? Variant() : Variant(employee);
 }
 
+/// What is being typed stays; the lists speak the other language with the next fetch.
+void TfLevelsApproval::OnLanguageChanged() {
+  if (!register_.HoldsTyping()) dmLevelsApproval->Fetch();
+}
+
 }  // namespace orvane

@@ -26,7 +26,7 @@ class TfLevelsApproval : public TVosDBForm {
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
-  void OnLanguageChanged() override { dmLevelsApproval->Fetch(); }
+  void OnLanguageChanged() override;
   std::span<const LiveRow> LiveRows() const override;
 
  private:

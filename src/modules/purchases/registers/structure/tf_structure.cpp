@@ -91,7 +91,7 @@ bool TfStructure::MayPrint() const {
 
 /// What is being typed stays; its names follow when it is entered.
 void TfStructure::OnLanguageChanged() {
-  if (!dmStructure->cdsStructure.Editing()) dmStructure->Fetch();
+  if (!register_.HoldsTyping()) dmStructure->Fetch();
 }
 
 }  // namespace orvane

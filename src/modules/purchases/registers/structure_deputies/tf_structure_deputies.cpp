@@ -91,9 +91,7 @@ TAction TfStructureDeputies::OtherGridAction() {
 }
 
 void TfStructureDeputies::OnLanguageChanged() {
-  const bool typing = dmStructureDeputies->cdsStructureDeputies.Editing() ||
-                      dmStructureDeputies->cdsStructDepDates.Editing();
-  if (!typing) dmStructureDeputies->Fetch();
+  if (!register_.HoldsTyping()) dmStructureDeputies->Fetch();
 }
 
 void TfStructureDeputies::ActiveColsDependOnUnitType(std::int64_t type) {
