@@ -3,6 +3,7 @@
 #include "contract/points.h"
 #include "contract/system.h"
 #include "host/dialogs.h"
+#include "kit/message_text.h"
 #include "kit/waiting.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
@@ -12,12 +13,7 @@ namespace {
 
 constexpr std::string_view kGeneratorModule = "MiVosGenerator";
 constexpr std::string_view kTwoEmployees =
-    "За потребител '{}' съществуват повече от един запис в таблица 'Служители'";
-
-std::string TwoEmployeesText(std::string_view userName) {
-  std::string text(kTwoEmployees);
-  return text.replace(text.find("{}"), 2, userName);
-}
+    "За потребител '%s' съществуват повече от един запис в таблица 'Служители'";
 
 /// Gives a point paOpen while it lives and puts the remembered rights back, whatever happens.
 class OpenForNow {
@@ -79,7 +75,7 @@ void TfOrvaneMain::FindCurrentEmployee() {
   const auto levels = std::make_unique<TfLevelsApproval>(
       FormIdentity{&App(), this, ModuleNo(), point->number, point, point->access});
   App().vCurrentEmployee = levels->GetCurremtEmployee();
-  if (App().vCurrentEmployee == Variant(-1)) Refuse(TwoEmployeesText(App().UserName()));
+  if (App().vCurrentEmployee == Variant(-1)) Refuse(Filled(kTwoEmployees, {App().UserName()}));
 }
 
 }  // namespace orvane
