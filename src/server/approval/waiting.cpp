@@ -6,11 +6,12 @@
 namespace orvane {
 namespace {
 
-/// Few documents are on their way at a time, however many there are: they are found by status.
+/// Few documents are on their way at a time, however many there are: they are found by status. The
+/// sum keeps planners from walking all that a cost centre ever had instead.
 constexpr std::string_view kWaiting =
     " select count(*) from PurchaseOrder p join PurchaseOrderAdm a"
     " on a.PurchaseOrderId = p.POIdNumber and a.PurchaseOrderVer = p.POVersion"
-    " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter"
+    " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0"
     " where p.OldVersion = 0 and p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
     " and not exists (select 1 from PurchaseOrderAdm l where l.PurchaseOrderId = p.POIdNumber"
     " and l.PurchaseOrderVer = p.POVersion and l.ConfirmationLevel < a.ConfirmationLevel"
