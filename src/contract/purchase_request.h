@@ -4,6 +4,7 @@
 // and the moves of the document. A request is the pair (POIdNumber, POVersion); one version of each
 // is current.
 
+#include "contract/document_rows.h"
 #include "contract/field.h"
 #include "contract/workflow.h"
 
@@ -184,10 +185,6 @@ inline constexpr auto dspGetSuppDocConfirm =
 inline constexpr auto AdmNotifier = Code19("Notifier");
 inline constexpr auto dspCheckAdmNotifiers = Reads("dspCheckAdmNotifiers", AdmNotifier);
 
-/// Rate of a currency on a day. Data request: [central bank, currency, day].
-inline constexpr auto CurrencyRate1 = Rate("CurrencyRate1");
-inline constexpr auto dspRatesOfExchange = Reads("dspRatesOfExchange", CurrencyRate1);
-
 /// Nomenclatures served by the document's own class. Names in both languages.
 inline constexpr auto Element = Code19("Element", Key);
 inline constexpr auto ElementName = String("Name", 30);
@@ -195,36 +192,6 @@ inline constexpr auto ElementName2 = String("Name2", 30);
 inline constexpr auto dspNomIn245 = Reads("dspNomIn245", Element, ElementName, ElementName2);
 inline constexpr auto dspNomIn249 = Reads("dspNomIn249", Element, ElementName, ElementName2);
 inline constexpr auto dspNomIn251 = Reads("dspNomIn251", Element, ElementName, ElementName2);
-
-/// Rows behind the codes of a head, with the columns of the lookups that offer them; they travel
-/// with the load and in no fetch of their own.
-namespace own_rows {
-
-inline constexpr auto CostCenter = Code19("CostCenter", Key, "Код");
-inline constexpr auto Partner = Code19("Partner", Key, "Код");
-inline constexpr auto ContractId = Int32("IdNumber", Key, "Идентификатор");
-inline constexpr auto Name30 = String("Name", 30, Plain, "Име");
-inline constexpr auto Name30Second = String("Name2", 30, Plain, "Име 2");
-inline constexpr auto Name50 = String("Name", 50, Plain, "Име");
-inline constexpr auto Name50Second = String("Name2", 50, Plain, "Име 2");
-inline constexpr auto ShortDescription = String("ShortDescription", 50, Plain, "Описание");
-inline constexpr auto ShortDescription2 = String("ShortDescription2", 50, Plain, "Описание 2");
-inline constexpr auto ContractDate = Day("ContractDate", Plain, "Дата на сключване");
-inline constexpr auto SuppKindCurrency = Int16("SuppKindCurrency");
-inline constexpr auto KindSupplyChoice = Byte("KindSupplyChoice");
-inline constexpr auto KindSupplyList = Int16("KindSupplyList");
-inline constexpr auto SuppMaxTermOfPayment = Int16("SuppMaxTermOfPayment");
-inline constexpr auto MaxTermOfPayment = Byte("MaxTermOfPayment");
-inline constexpr auto InclTransportInPrice = Bit("InclTransportInPrice");
-
-inline constexpr auto kCostCenter = Reads("", CostCenter, Name30, Name30Second);
-inline constexpr auto kPartner = Reads("", Partner, Name50, Name50Second, SuppKindCurrency,
-                                       KindSupplyChoice, KindSupplyList, SuppMaxTermOfPayment);
-inline constexpr auto kContract =
-    Reads("", ContractId, ShortDescription, ContractDate, ShortDescription2, KindSupplyChoice,
-          KindSupplyList, MaxTermOfPayment, InclTransportInPrice);
-
-}  // namespace own_rows
 
 /// Rows of the search report (TsmPurchaseOrderReport). The fetch carries the statement, as a search
 /// does; it comes in portions ordered by identifier and version.

@@ -4,6 +4,7 @@
 // approval rows and the requests that the order covers, the positions of the server methods, and
 // the moves of the document.
 
+#include "contract/document_rows.h"
 #include "contract/field.h"
 #include "contract/workflow.h"
 
@@ -131,6 +132,101 @@ inline constexpr auto dspPurchaseOrder =
     Reads("dspPurchaseOrder", DocumentDate, POIdNumber, POVersion, Description);
 
 }  // namespace requests
+
+/// Method "GetParams": what the screen asks once when it is created. One array both ways.
+namespace get_params {
+inline constexpr std::string_view kName = "GetParams";
+enum At : std::uint8_t {
+  kEmployee,       ///< in
+  kFirstLanguage,  ///< in
+  kAskSize,
+  kEmployeeName = kAskSize,
+  kIdentityWithNom,  ///< names come from materials and services, not from the list
+  kContext,          ///< opaque, goes back with GetRecord
+  kSize
+};
+}  // namespace get_params
+
+/// Method "GetRecord": loads an order whole. The question takes the positions before kFound.
+namespace get_record {
+inline constexpr std::string_view kName = "GetRecord";
+enum At : std::uint8_t {
+  kMode,  ///< Nav
+  kStep,  ///< of Nav::Step
+  kIdText,
+  kEmployee,
+  kBelowThree,  ///< the user's level is below 3
+  kLogin,
+  kContext,
+  kFirstLanguage,
+  kViewOnly,
+  kAskSize,
+  kFound = kAskSize,
+  kPosition,  ///< LoadCode
+  kHead,
+  kMayApprove,     ///< the turn is the asker's
+  kMayWithdraw,    ///< the asker decided and has no turn now
+  kPendingStatus,  ///< status of the approval row whose turn is the asker's
+  kOwnStatus,      ///< status of the row that he may take back
+  kOwnLevel,       ///< level of the one of these two that he has
+  kReserved,
+  kFullAccess,  ///< may complete and edit any order
+  /// Behind these what else a load brings, in one snapshot: the parts and the rows behind the
+  /// head's codes (own_rows), so that a screen shows them without asking again. A code that is
+  /// null, or whose row is gone, gives a packet without rows.
+  kRows,
+  kApprovals,
+  kRequests,
+  kCostCenterRow,
+  kSupplierRow,
+  kContractRow,
+  kSize
+};
+}  // namespace get_record
+
+/// The search report (TsmSuppManifacOrderReport).
+namespace report {
+
+/// The filter's one record. Empty fields do not limit.
+inline constexpr auto CostCenter = Code19("CostCenter", Plain, "Център за разход");
+inline constexpr auto FromNumber = Int32("FromNumber", Plain, "От номер");
+inline constexpr auto ToNumber = Int32("ToNumber", Plain, "До номер");
+inline constexpr auto Supplier = Code19("Supplier", Plain, "Доставчик");
+inline constexpr auto Status = Byte("Status", Plain, "Статус");
+inline constexpr auto kFilter = Reads("", CostCenter, FromNumber, ToNumber, Supplier, Status);
+
+inline constexpr auto IdNumber = Int32("IdNumber", Key | Required, "Номер");
+inline constexpr auto ResultCostCenter = Code19("CostCenter", Required, "Код");
+inline constexpr auto ResultSupplier = Code19("Supplier", Required, "Код");
+inline constexpr auto ResultStatus = Byte("Status", Required, "Статус");
+inline constexpr auto Description = Memo("Description", Plain, "Описание");
+inline constexpr auto CostCenterName = String("CostCenterName", 30, Joined, "Име");
+inline constexpr auto SupplierName = String("SupplierName", 50, Joined, "Име");
+inline constexpr auto kResult = Reads("", IdNumber, ResultCostCenter, ResultSupplier, ResultStatus,
+                                      Description, CostCenterName, SupplierName);
+
+}  // namespace report
+
+/// TsmSuppManifacOrderReport.GetParams: what the screen opens with. [0] array of the database
+/// context and the employee; answer [1] packet of the cost centres for which he is an admissible
+/// requester (first portion), [2] packet of the names of statuses.
+namespace report_params {
+inline constexpr std::string_view kName = "GetParams";
+enum Ask : std::uint8_t { kDatabase, kEmployee, kFirstLanguage, kInputSize };
+enum At : std::uint8_t { kInput, kAskSize, kCostCenters = kAskSize, kStatuses, kSize };
+}  // namespace report_params
+
+/// TsmSuppManifacOrderReport.GetReport: the rows that pass the filter and that the asker may see,
+/// by identifier, in portions.
+namespace get_report {
+inline constexpr std::string_view kName = "GetReport";
+/// Inside the context array.
+enum Context : std::uint8_t { kDatabase, kLogin, kOptions, kContextSize };
+/// Inside its options: the language of names, the most rows of a portion, and the continuation of
+/// the former portion (null for the first).
+enum Options : std::uint8_t { kFirstLanguage, kRowLimit, kContinuation, kOptionsSize };
+enum At : std::uint8_t { kContext, kFilterPacket, kAskSize, kResultPacket = kAskSize, kSize };
+}  // namespace get_report
 
 // --- moves ---------------------------------------------------------------------------------------
 

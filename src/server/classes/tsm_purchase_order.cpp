@@ -43,7 +43,7 @@ ServerClass TsmPurchaseOrder() {
       .ReadOnly(request::deliveries::dspDeliveries, {})
       .ReadOnly(request::roles::dspGetSuppDocConfirm, {})
       .ReadOnly(request::dspCheckAdmNotifiers, kAdmissible, {Code19("Notifier")})
-      .ReadOnly(request::dspRatesOfExchange, kRate, {Code19("Bank"), Int16("Currency"), Day("Day")})
+      .ReadOnly(dspRatesOfExchange, kRate, {Code19("Bank"), Int16("Currency"), Day("Day")})
       .ReadOnly(request::dspNomIn245, kApprovers)
       .ReadOnly(request::dspNomIn249, kStatuses)
       .ReadOnly(request::dspNomIn251, kApprovalStatuses)

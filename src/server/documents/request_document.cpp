@@ -81,9 +81,9 @@ constexpr DocumentPart kParts[] = {
     {request::pay::dspPurchaseOrderPayPl, kSelectPlan},
     {request::adm::dspPurchaseOrderAdm, kSelectApprovals},
     {request::deliveries::dspDeliveries, kSelectDeliveries},
-    {request::own_rows::kCostCenter, kSelectCostCenter},
-    {request::own_rows::kPartner, kSelectPartner},
-    {request::own_rows::kContract, kSelectContract},
+    {own_rows::kCostCenter, kSelectCostCenter},
+    {own_rows::kPartner, kSelectPartner},
+    {own_rows::kContract, kSelectContract},
 };
 
 constexpr Document kDocument{
