@@ -208,11 +208,12 @@ inline constexpr auto kResult = Reads("", IdNumber, ResultCostCenter, ResultSupp
 }  // namespace report
 
 /// TsmSuppManifacOrderReport.GetParams: what the screen opens with. [0] array of the database
-/// context and the employee; answer [1] packet of the cost centres for which he is an admissible
-/// requester (first portion), [2] packet of the names of statuses.
+/// context, the employee and the number of his language; answer [1] packet of all cost centres for
+/// which he is an admissible requester, null where they are too many to send unasked, [2] packet of
+/// the names of statuses.
 namespace report_params {
 inline constexpr std::string_view kName = "GetParams";
-enum Ask : std::uint8_t { kDatabase, kEmployee, kFirstLanguage, kInputSize };
+enum Ask : std::uint8_t { kDatabase, kEmployee, kLanguage, kInputSize };
 enum At : std::uint8_t { kInput, kAskSize, kCostCenters = kAskSize, kStatuses, kSize };
 }  // namespace report_params
 

@@ -280,7 +280,7 @@ FetchRequest TVosClientDataSet::MakeFetchRequest() const {
 
 void TVosClientDataSet::Open() {
   if (impl_->connection != nullptr) {
-    LoadPacket(std::move(impl_->connection->Fetch({MakeFetchRequest()}).front()));
+    LoadPacket(FetchPortion(RowLimit, {}));
   } else if (!Active()) {
     EmptyDataSet();
   }
@@ -370,9 +370,16 @@ const std::string& TVosClientDataSet::Continuation() const {
 
 void TVosClientDataSet::FetchMore() {
   if (!HasMore()) return;
+  AppendPacket(FetchPortion(RowLimit, impl_->continuation));
+}
+
+DataPacket TVosClientDataSet::FetchPortion(std::int32_t rowLimit,
+                                           const std::string& continuation) const {
+  if (OnFetchPortion) return OnFetchPortion(rowLimit, continuation);
   FetchRequest request = MakeFetchRequest();
-  request.continuation = impl_->continuation;
-  AppendPacket(std::move(impl_->connection->Fetch({request}).front()));
+  request.rowLimit = rowLimit;
+  request.continuation = continuation;
+  return std::move(impl_->connection->Fetch({request}).front());
 }
 
 void TVosClientDataSet::DataRequest(Variant data) {

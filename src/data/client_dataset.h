@@ -213,6 +213,11 @@ class TVosClientDataSet {
   const std::string& Continuation() const;
   /// Fetches the next portion; nothing happens when there is none.
   void FetchMore();
+  /// Asks for a portion without taking it in: at most so many rows (0: everything) behind a former
+  /// portion's continuation (empty: from the beginning).
+  DataPacket FetchPortion(std::int32_t rowLimit, const std::string& continuation) const;
+  /// Where portions come from when they are the answers of a server method; unset: the provider.
+  std::function<DataPacket(std::int32_t rowLimit, const std::string& continuation)> OnFetchPortion;
   /// Sends `data` as a question to the provider (parameter "Data") and loads the answer.
   void DataRequest(Variant data);
   /// Open and without rows; the log is emptied.

@@ -50,11 +50,13 @@ InspectorView::InspectorView(TVosDataInspector& inspector)
 void InspectorView::Measure() {
   const std::size_t before = shown_.size();
   shown_.clear();
+  tops_ = {0};
   labelWidth_ = 0;
   for (std::size_t i = 0; i < inspector_.items.size(); ++i) {
     const InspectorItem& item = inspector_.items[i];
     if (!item.visible) continue;
     shown_.push_back(static_cast<int>(i));
+    tops_.push_back(tops_.back() + item.lines * kRowHeight);
     labelWidth_ = std::max(labelWidth_, ScreenMetrics().horizontalAdvance(LabelText(item)));
   }
   labelWidth_ += kPadding * 2 + 3;
@@ -75,13 +77,12 @@ void InspectorView::Changed() {
 }
 
 QSize InspectorView::sizeHint() const {
-  return {labelWidth_ + kValueChars * CharWidth(),
-          static_cast<int>(shown_.size()) * kRowHeight + 2};
+  return {labelWidth_ + kValueChars * CharWidth(), tops_.back() + 2};
 }
 
 QSize InspectorView::minimumSizeHint() const {
-  const int lines = std::min(kFewestLines, static_cast<int>(shown_.size()));
-  return {labelWidth_ + kValueChars / 3 * CharWidth(), lines * kRowHeight + 2};
+  const int height = std::min(kFewestLines * kRowHeight, tops_.back());
+  return {labelWidth_ + kValueChars / 3 * CharWidth(), height + 2};
 }
 
 // --- places
@@ -93,8 +94,9 @@ int InspectorView::LineOf(int item) const {
 }
 
 QRect InspectorView::LineRect(int line) const {
-  return {1, 1 + line * kRowHeight - verticalScrollBar()->value(), viewport()->width() - 2,
-          kRowHeight};
+  const auto at = static_cast<std::size_t>(line);
+  return {1, 1 + tops_[at] - verticalScrollBar()->value(), viewport()->width() - 2,
+          tops_[at + 1] - tops_[at]};
 }
 
 QRect InspectorView::ValueRect(int line) const {
@@ -102,13 +104,13 @@ QRect InspectorView::ValueRect(int line) const {
 }
 
 int InspectorView::ItemAt(int y) const {
-  const int line = (y - 1 + verticalScrollBar()->value()) / kRowHeight;
-  const auto index = static_cast<std::size_t>(line);
-  return line < 0 || index >= shown_.size() ? -1 : shown_[index];
+  const auto below = std::ranges::upper_bound(tops_, y - 1 + verticalScrollBar()->value());
+  if (below == tops_.begin() || below == tops_.end()) return -1;
+  return shown_[static_cast<std::size_t>(below - tops_.begin()) - 1];
 }
 
 void InspectorView::SettleBar() {
-  const int height = static_cast<int>(shown_.size()) * kRowHeight + 2;
+  const int height = tops_.back() + 2;
   verticalScrollBar()->setSingleStep(kRowHeight);
   verticalScrollBar()->setPageStep(viewport()->height());
   verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
@@ -216,6 +218,13 @@ void InspectorView::PaintValue(QPainter& painter, int index, const QRect& place)
     return PaintCheckBox(painter, box, field != nullptr && field->AsBool(), !readOnly);
   }
   QRect room = place.adjusted(kPadding, 0, -kPadding, -1);
+  if (item.lines > 1) {
+    painter.setPen(ColorOf(Role::Text));
+    painter.drawText(room.adjusted(0, kPadding / 2, 0, 0),
+                     Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+                     Qs(inspector_.DisplayText(index)));
+    return;
+  }
   const QFontMetrics metrics = painter.fontMetrics();
   const auto paint = [&](const QString& text, Role role) {
     painter.setPen(ColorOf(role));

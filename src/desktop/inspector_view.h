@@ -49,6 +49,7 @@ class InspectorView final : public QAbstractScrollArea, public ControlView {
 
   TVosDataInspector& inspector_;
   std::vector<int> shown_;  ///< visible items, top down
+  std::vector<int> tops_;   ///< where each begins, in pixels, and at last where all end
   int labelWidth_ = 0;
   int seenItem_ = -1;
 };

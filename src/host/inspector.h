@@ -25,6 +25,7 @@ struct InspectorItem {
   bool readOnly = false;
   bool visible = true;
   bool required = false;  ///< marked at the label
+  int lines = 1;          ///< height; the text wraps where there are several
 };
 
 class TVosDataInspector : public FieldControl {

@@ -86,10 +86,9 @@ class DataSetRows final : public IReportSource {
 
   std::vector<ReportRow> FetchPortion() {
     if (twin_ == nullptr) twin_ = dataSet_.EmptyTwin();
-    FetchRequest request = dataSet_.MakeFetchRequest();
-    request.rowLimit = static_cast<std::int32_t>(kReportPortion);
-    request.continuation = continuation_;
-    DataPacket packet = std::move(ConnectionScope(dataSet_.Connection()).Fetch({request}).front());
+    const ConnectionScope scope(dataSet_.Connection());
+    DataPacket packet =
+        dataSet_.FetchPortion(static_cast<std::int32_t>(kReportPortion), continuation_);
     continuation_ = packet.continuation;
     twin_->LoadPacket(std::move(packet));
     return Read(*twin_, 0, twin_->RecordCount());

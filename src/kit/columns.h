@@ -73,6 +73,11 @@ struct Item : InspectorItem {
     required = true;
     return *this;
   }
+  /// So high; the text wraps.
+  Item& Lines(int count) {
+    lines = count;
+    return *this;
+  }
   Item& ReadOnly() {
     readOnly = true;
     return *this;

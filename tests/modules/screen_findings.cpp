@@ -113,6 +113,7 @@ void ScreenFindings::CheckDataSet(TVosClientDataSet& rows, const TDataSource* so
   if (!own->UsedFromPoint(form_.PointNo()))
     Add("S011", rows.Name(), request.serverClass + " is not for this point");
   const ProviderRow* provider = own->FindProvider(request.provider);
+  if (rows.OnFetchPortion) return;  // the answers of a method
   if (provider == nullptr) return Add("S002", rows.Name(), "no provider " + request.provider);
   if (provider->search) return;
   for (const TField* field : rows.Fields()) {

@@ -8,6 +8,7 @@
 #include "data/lookup_table.h"
 #include "host/combo.h"
 #include "kit/columns.h"
+#include "modules/purchases/supplier_orders/tf_supp_manifac_order_report.h"
 #include "modules/screen_findings.h"
 #include "modules/user_screen.h"
 #include "server/classes/server_classes.h"
@@ -45,6 +46,16 @@ TEST(EveryScreen, IsDeclaredWhole) {
     ++screens;
   }
   EXPECT_GE(screens, 8);
+}
+
+TEST(EveryScreen, ThatAnotherOneOpensIsDeclaredWhole) {
+  Company company;
+  UserScreen user(company.server, "Departments");
+  TfSuppManifacOrderReport report({&user.App(), nullptr, kOrvaneModuleNo,
+                                   static_cast<std::int32_t>(Point::SupplierOrders), nullptr,
+                                   paOpen});
+  report.BeShown();
+  EXPECT_EQ(ScreenFindings(report, company.classes).All(), std::vector<std::string>());
 }
 
 namespace broken {

@@ -21,6 +21,7 @@ ServerClass TsmPurchaseOrderReport();
 ServerClass TsmSQL();
 ServerClass TsmStructure();
 ServerClass TsmStructureDeputies();
+ServerClass TsmSuppManifacOrderReport();
 ServerClass TsmSuppliesContracts();
 
 }  // namespace orvane

@@ -3,9 +3,7 @@
 #include "server/documents/named_statement.h"
 
 namespace orvane {
-namespace {
 
-/// "{p.Name}" becomes "p.Name", or in the second language "coalesce(p.Name2, p.Name)".
 std::string InLanguage(std::string_view text, Language language) {
   std::string written;
   for (;;) {
@@ -18,8 +16,6 @@ std::string InLanguage(std::string_view text, Language language) {
     text.remove_prefix(close + 1);
   }
 }
-
-}  // namespace
 
 Statement PartStatement(const DocumentPart& part, Language language, Date today) {
   const std::string keyed =

@@ -4,6 +4,7 @@
 // moves. Loads, conflict rows, history and checks read it.
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -31,6 +32,9 @@ struct Document {
 };
 
 enum class Language : std::uint8_t { First = 1, Second = 2 };
+
+/// "{p.Name}" becomes "p.Name", or in the second language "coalesce(p.Name2, p.Name)".
+std::string InLanguage(std::string_view text, Language language);
 
 /// One part's statement behind FindDocument.
 Statement PartStatement(const DocumentPart& part, Language language, Date today);

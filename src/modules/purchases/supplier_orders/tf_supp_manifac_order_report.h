@@ -1,0 +1,50 @@
+#pragma once
+
+// The search report of supplier orders ("Справка Поръчки за производство"): conditions above, the
+// orders that meet them below, and the whole description of the one in use.
+
+#include <memory>
+
+#include "host/combo.h"
+#include "host/grid.h"
+#include "host/inspector.h"
+#include "modules/purchases/supplier_orders/tdm_supp_manifac_order_report.h"
+
+namespace orvane {
+
+class TfSuppManifacOrderReport : public TVosDBForm {
+ public:
+  /// Throws Abort, after telling the user, when he must have an employee record and has none.
+  explicit TfSuppManifacOrderReport(const FormIdentity& identity);
+
+  std::int64_t pIdNumber = 0;  ///< the order that was picked; 0: none
+
+  TVosClientDataSet* MainDataSet() const override { return &dmSuppManifacOrderReport->cdsReport; }
+
+ protected:
+  void OnShow() override;
+  void OnLanguageChanged() override;
+  std::span<const LiveRow> LiveRows() const override;
+  void AfterRefreshActions() override;
+  bool HasUnsavedTyping() const override { return false; }
+
+ private:
+  static const LiveRow kLive[];
+
+  void SetUpLookups();
+  void SetUpItems();
+  void AddOwnActions();
+  bool HasResult() const { return !dmSuppManifacOrderReport->cdsReport.IsEmpty(); }
+
+  void acRepExecute();
+  void acReturnExecute();
+  void acNewExecute();
+
+  std::unique_ptr<TdmSuppManifacOrderReport> dmSuppManifacOrderReport;
+  TVosMTCombo cbCostCenters, cbSuppliers, cbStatus;
+  TVosDataInspector di;
+  TVosDBGrid gReport;
+  TVosDataInspector diDescription;
+};
+
+}  // namespace orvane
