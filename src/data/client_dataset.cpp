@@ -43,7 +43,7 @@ TVosClientDataSet::Impl::Impl(TVosClientDataSet& dataSet, std::string_view dataS
 TVosClientDataSet::TVosClientDataSet(std::string_view name, TVosSQLConnection& connection,
                                      const ProviderDef& provider)
     : impl_(std::make_unique<Impl>(*this, name, &connection, provider.fields)) {
-  impl_->provider = provider.name;
+  impl_->provider = provider.name.empty() ? system::kSearchProvider : provider.name;
   impl_->writable = provider.Writable();
 }
 

@@ -148,7 +148,8 @@ class TDataSource {
 
 class TVosClientDataSet {
  public:
-  /// Rows of a provider of `connection`'s server class. Open and empty from birth.
+  /// Rows of a provider of `connection`'s server class; of a search statement when the provider has
+  /// no name. Open and empty from birth.
   TVosClientDataSet(std::string_view name, TVosSQLConnection& connection,
                     const ProviderDef& provider);
   /// Rows of a search statement (provider "dspSQL"): Sql is set before opening.

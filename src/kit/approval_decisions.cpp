@@ -42,8 +42,10 @@ bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, Decision deci
                      : decision == Decision::Approve ? ApprovalGiven
                                                      : ApprovalRejected;
   rows.FieldByName(fields.status).Set(Variant(status));
-  rows.FieldByName(fields.by).Set(withdrawn ? Variant() : employee);
-  rows.FieldByName(fields.on).Set(withdrawn ? Variant() : Variant(now));
+  if (!withdrawn || !fields.keepsDecider) {
+    rows.FieldByName(fields.by).Set(withdrawn ? Variant() : employee);
+    rows.FieldByName(fields.on).Set(withdrawn ? Variant() : Variant(now));
+  }
   rows.FieldByName(fields.withdrawnBy).Set(withdrawn ? employee : Variant());
   rows.FieldByName(fields.withdrawnOn).Set(withdrawn ? Variant(now) : Variant());
   rows.Post();

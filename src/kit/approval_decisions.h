@@ -19,6 +19,7 @@ struct ApprovalFields {
   std::string_view on = "ConfermedOn";
   std::string_view withdrawnBy = "UnConfirmedFrom";
   std::string_view withdrawnOn = "UnConfirmedOn";
+  bool keepsDecider = false;  ///< a withdrawal leaves who had decided, and when
 };
 
 /// The asking user's part in the approval, as it came with the load. Levels and statuses are -1

@@ -15,7 +15,11 @@ DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadAppl
     head_.OwnerData = rules_.ownerData(PostExistingRecord);
   };
   head_.AfterApplyUpdates = [this](const Variant& saved) {
-    if (!saved.IsNull()) rules_.reloadSaved(saved, PostExistingRecord);
+    if (rules_.savedIdentifier.empty()) {
+      if (!saved.IsNull()) rules_.reloadSaved(saved, PostExistingRecord);
+    } else if (!ReconcileError) {
+      rules_.reloadSaved(head_.FieldByName(rules_.savedIdentifier).Value(), PostExistingRecord);
+    }
   };
   head_.OnReconcileError = [this](const orvane::ReconcileError& error) { return Reconcile(error); };
 }
@@ -26,7 +30,7 @@ bool DocumentHead::Stamp(const FieldDef& id, bool amends) {
   const bool unsaved = head_[id].AsInt().value_or(-1) < 0;
   PostExistingRecord = !entered && !unsaved;
   if (entered) {
-    head_[id].Set(-1);
+    head_[id].Set(rules_.savedIdentifier.empty() ? Variant(-1) : Variant());
     head_.FieldByName("CreatedFrom").Set(app.UserName());
     head_.FieldByName("CreatedOn").Set(app.Now());
   } else if (!unsaved && amends) {

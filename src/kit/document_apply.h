@@ -19,10 +19,13 @@ class TVosBaseForm;
 struct HeadApplyRules {
   ApplyForm form = ApplyForm::Repeated;
   AfterRefusal afterRefusal = AfterRefusal::Cancel;  ///< of a changed head; a new one stays typed
+  /// The field of the head in which the server returns the identifier, sent empty for a new one;
+  /// without it the identifier comes as owner data.
+  std::string_view savedIdentifier = {};
   /// What the server is told beside the change; `postExisting` is false for a new document.
   std::function<Variant(bool postExisting)> ownerData;
-  /// The head was saved: loads the document again. `saved` is what the server returned; the new
-  /// identifier of a new document.
+  /// The head was saved: loads the document again. `saved` is the identifier that the server
+  /// returned.
   std::function<void(const Variant& saved, bool postExisting)> reloadSaved;
   /// The change was dropped: loads what the server holds and puts the focus where it belongs.
   std::function<void()> reloadDropped;
@@ -40,7 +43,7 @@ class DocumentHead {
   bool ReconcileError = false;
 
   /// For the head's BeforePost: tells whether the record existed before, gives a new one the
-  /// identifier -1 until the server numbers it, and stamps who entered it or, unless `amends` is
+  /// identifier -1 (or none) until the server numbers it, and stamps who entered it or, unless `amends` is
   /// false, who amended it. A new record that a broken link kept from the server is new however
   /// often it is posted. True when the record is being entered.
   bool Stamp(const FieldDef& id, bool amends = true);

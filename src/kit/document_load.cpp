@@ -13,12 +13,12 @@ void CallOperations(TVosSQLConnection& connection, std::string_view method, Vari
   data = connection.Call(method, std::move(data));
 }
 
-LoadTold ReadLoadTold(const VariantArray& answer) {
+LoadTold ReadLoadTold(const VariantArray& answer, std::size_t codeAt, std::size_t foundAt) {
   constexpr auto kNone = static_cast<std::int64_t>(LoadCode::None);
-  const std::int64_t told = answer.empty() ? kNone : answer[0].AsInt().value_or(kNone);
+  const std::int64_t told = codeAt < answer.size() ? answer[codeAt].AsInt().value_or(kNone) : kNone;
   LoadTold read;
   read.code = told >= 0 && told <= kNone ? static_cast<LoadCode>(told) : LoadCode::Between;
-  read.found = answer.size() > 1 && answer[1].AsBool().value_or(false);
+  read.found = foundAt < answer.size() && answer[foundAt].AsBool().value_or(false);
   return read;
 }
 
@@ -47,16 +47,14 @@ void TakeShownRows(const VariantArray& answer, std::initializer_list<ShownRowAt>
 
 void TakeShownNames(TVosClientDataSet& head, std::initializer_list<ShownName> names) {
   for (const ShownName& shown : names) {
-    const std::string name = std::string(shown.code) + "Name";
-    TField& code = head.FieldByName(shown.code);
+    const TField& code = head.FieldByName(shown.code);
+    const TField& name = head.FieldByName(std::string(shown.code) + "Name");
+    const TField* second = head.FindField(std::string(name.Name()) + "2");
     DataPacket row;
     row.AddColumn(shown.table.KeyField(), code.Def().kind, code.Def().size);
-    for (const char* column : {"Name", "Name2"}) {
-      const FieldDef& def = head.FieldByName(name).Def();
-      row.AddColumn(column, def.kind, def.size);
-    }
-    const Variant values[] = {code.Value(), head.FieldByName(name).Value(),
-                              head.FieldByName(name + "2").Value()};
+    for (const char* column : {"Name", "Name2"})
+      row.AddColumn(column, name.Def().kind, name.Def().size);
+    const Variant values[] = {code.Value(), name.Value(), (second ? *second : name).Value()};
     if (!code.IsNull()) row.AppendRow(values);
     shown.table.TakeShown(std::move(row));
   }

@@ -21,9 +21,9 @@ struct LoadTold {
   LoadCode code = LoadCode::None;
   bool found = false;
 };
-/// Elements 0 and 1 of the answer to a load. A code that is none of the known ones is a document in
-/// between; an empty answer found nothing.
-LoadTold ReadLoadTold(const VariantArray& answer);
+/// The elements of the answer to a load that tell it. A code that is none of the known ones is a
+/// document in between; an empty answer found nothing.
+LoadTold ReadLoadTold(const VariantArray& answer, std::size_t codeAt = 0, std::size_t foundAt = 1);
 
 /// The packet at a position of a method's answer. Throws ServerError (Internal) when the answer has
 /// none there: client and server then disagree about the method.
@@ -43,7 +43,8 @@ struct ShownRowAt {
 /// Gives each lookup the row behind the document's own code, so that its name shows at once.
 void TakeShownRows(const VariantArray& answer, std::initializer_list<ShownRowAt> rows);
 
-/// A code of the head whose names the head itself brings, in <code>Name and <code>Name2.
+/// A code of the head whose names the head itself brings, in <code>Name and <code>Name2; a head
+/// with one name brings it in the language it was asked for.
 struct ShownName {
   std::string_view code;
   TLookupTable& table;

@@ -1,5 +1,7 @@
 #include "kit/national_currency.h"
 
+#include "data/lookup_table.h"
+#include "host/inspector.h"
 #include "packet/fold.h"
 
 namespace orvane {
@@ -20,6 +22,15 @@ std::string NationalCaption(std::string_view levCaption, std::string_view plain,
                             std::string_view currencyName) {
   if (IsBlank(currencyName) || IsLev(currencyName)) return std::string(levCaption);
   return std::string(plain) + " в " + Fold(currencyName);
+}
+
+void ShowByCurrency(TVosDataInspector& head, TVosDataInspector& sums, const CurrencyItems& items,
+                    bool foreign, const TLookupTable& currencies, std::int64_t nationalCurrency) {
+  head.FindItem("RateOfExchange")->visible = foreign;
+  sums.FindItem(items.currencySum)->visible = foreign;
+  const std::string name = currencies.ValueOf(nationalCurrency, "Name").ToText();
+  sums.FindItem(items.sum)->label =
+      foreign ? NationalCaption(items.lev, items.plain, name) : std::string(items.plain);
 }
 
 }  // namespace orvane

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace orvane {
+
+class TLookupTable;
+class TVosDataInspector;
 
 /// Whether a currency of this name ("Лев", "Български лев", "BGN") is the lev.
 bool IsLev(std::string_view currencyName);
@@ -13,5 +17,18 @@ bool IsLev(std::string_view currencyName);
 /// евро".
 std::string NationalCaption(std::string_view levCaption, std::string_view plain,
                             std::string_view currencyName);
+
+/// Items of a document that follow its currency.
+struct CurrencyItems {
+  std::string_view sum;          ///< amount in the national currency
+  std::string_view currencySum;  ///< amount in the document's
+  std::string_view plain;        ///< caption of `sum` in the national currency
+  std::string_view lev;          ///< and in a foreign one, while the national one is the lev
+};
+
+/// Rate and amount in currency are shown for a foreign currency only; the caption of the national
+/// amount says then in what it is. The national currency's name is the one in `currencies`.
+void ShowByCurrency(TVosDataInspector& head, TVosDataInspector& sums, const CurrencyItems& items,
+                    bool foreign, const TLookupTable& currencies, std::int64_t nationalCurrency);
 
 }  // namespace orvane

@@ -1,5 +1,6 @@
 #include "kit/pages.h"
 
+#include "host/grid.h"
 #include "host/small_controls.h"
 
 namespace orvane {
@@ -11,6 +12,13 @@ bool ShowNextPage(TPageControl& pages) {
     return true;
   }
   return false;
+}
+
+void OfferPageWithRows(TPageControl& pages, std::string_view name) {
+  TabPage& page = *pages.FindPage(name);
+  page.visible = !dynamic_cast<const TVosDBGrid&>(*page.content).DataSet().IsEmpty();
+  const bool shown = &pages.pages[static_cast<std::size_t>(pages.active)] == &page;
+  if (shown && !page.visible) pages.active = 0;
 }
 
 }  // namespace orvane

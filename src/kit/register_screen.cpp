@@ -50,20 +50,21 @@ bool AtComboOfRegister(const TVosBaseForm& form) {
 
 std::vector<std::string> AddLookupActions(TVosBaseForm& form, const RegisterActions& actions) {
   if (actions.searchByCode.empty()) return {};
-  std::vector<std::string> names = {"acSearchByName", "acSearchByPartName",
+  std::vector<std::string> names = {std::string(actions.searchByName),
+                                    std::string(actions.searchByPartName),
                                     std::string(actions.searchByCode)};
   Add(form, actions.searchByCode, "Търсене", KeyCode::F2, "search", [&form] {
     TVosMTCombo& combo = FocusedCombo(form);
     combo.DoSearch(combo.GetLookupField(), false);
   });
-  Add(form, "acSearchByName", "Търсене по име", Shift(KeyCode::F2), "search",
+  Add(form, actions.searchByName, "Търсене по име", Shift(KeyCode::F2), "search",
       [&form] { FocusedCombo(form).SearchByName(); });
-  Add(form, "acSearchByPartName", "Търсене по част от име", Ctrl(KeyCode::F2), "search",
+  Add(form, actions.searchByPartName, "Търсене по част от име", Ctrl(KeyCode::F2), "search",
       [&form] { FocusedCombo(form).SearchByPartName(); });
   if (actions.nomenclature.empty()) return names;
-  Add(form, "acNomenclature", actions.nomenclature, Ctrl(KeyCode::F12), "open",
+  Add(form, actions.openNomenclature, actions.nomenclature, Ctrl(KeyCode::F12), "open",
       [&form] { FocusedCombo(form).OpenNomenclature(); });
-  names.emplace_back("acNomenclature");
+  names.emplace_back(actions.openNomenclature);
   return names;
 }
 
@@ -156,8 +157,11 @@ void RegisterScreen::Choose() {
   form_.Close();
 }
 
-std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language) {
-  return std::string(label) + " (" + form.App().LanguageName(language) + ")";
+std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language,
+                          LanguageMark mark) {
+  const std::string name = form.App().LanguageName(language);
+  return std::string(label) +
+         (mark == LanguageMark::Angles ? " <" + name + ">" : " (" + name + ")");
 }
 
 void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
@@ -177,14 +181,29 @@ void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
 }
 
 void ChooseLanguageItems(const TVosBaseForm& form, TVosDataInspector& inspector,
-                         std::initializer_list<std::string_view> fields) {
+                         std::initializer_list<std::string_view> fields, LanguageMark mark) {
   for (std::string_view field : fields) {
     InspectorItem& first = *inspector.FindItem(field);
     InspectorItem& second = *inspector.FindItem(std::string(field) + "2");
     second.visible = !form.App().AppNotMultiLang();
     if (!second.visible) continue;
-    first.label = LanguageTitle(form, first.label, 1);
-    second.label = LanguageTitle(form, second.label, 2);
+    first.label = LanguageTitle(form, first.label, 1, mark);
+    second.label = LanguageTitle(form, second.label, 2, mark);
+  }
+}
+
+void ChooseLanguageTexts(const TVosBaseForm& form, TVosDBGrid& grid,
+                         std::initializer_list<std::string_view> fields, LanguageMark mark) {
+  for (std::string_view field : fields) {
+    const std::string second = std::string(field) + "2";
+    if (form.App().AppNotMultiLang()) {
+      grid.RemoveColumn(second);
+      continue;
+    }
+    GridColumn& column = *grid.FindColumn(field);
+    column.title = LanguageTitle(form, column.title, 1, mark);
+    GridColumn& secondColumn = *grid.FindColumn(second);
+    secondColumn.title = LanguageTitle(form, secondColumn.title, 2, mark);
   }
 }
 

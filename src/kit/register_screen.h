@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <initializer_list>
 #include <span>
@@ -73,6 +74,10 @@ struct RegisterActions {
   std::string_view searchByCode = "acSearchByCode";
   std::string_view nomenclature = {};        ///< caption of acNomenclature; empty: it has none
   std::string_view operations = "Операции";  ///< caption of the ribbon's first group
+  /// Names of the others.
+  std::string_view searchByName = "acSearchByName";
+  std::string_view searchByPartName = "acSearchByPartName";
+  std::string_view openNomenclature = "acNomenclature";
 };
 
 /// The searches of the focused combo and, where it has a caption, the way to the register behind
@@ -118,8 +123,12 @@ class RegisterScreen {
   RegisterActions actions_;
 };
 
+/// How a title names its language: "Име (Български)" or "Описание <Български>".
+enum class LanguageMark : std::uint8_t { Parentheses, Angles };
+
 /// Titles of a name column in two languages: "Име (Български)", "Име (English)".
-std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language);
+std::string LanguageTitle(const TVosBaseForm& form, std::string_view label, int language,
+                          LanguageMark mark = LanguageMark::Parentheses);
 
 /// A name column and the language whose name its title shows.
 struct LanguageColumn {
@@ -143,6 +152,11 @@ void ChooseLanguageColumns(const TVosBaseForm& form, TVosDBGrid& grid,
 /// followed by 2: captioned with the language's name, or only the first one shown where there is
 /// one language.
 void ChooseLanguageItems(const TVosBaseForm& form, TVosDataInspector& inspector,
-                         std::initializer_list<std::string_view> fields);
+                         std::initializer_list<std::string_view> fields,
+                         LanguageMark mark = LanguageMark::Parentheses);
+/// The same for columns of such texts.
+void ChooseLanguageTexts(const TVosBaseForm& form, TVosDBGrid& grid,
+                         std::initializer_list<std::string_view> fields,
+                         LanguageMark mark = LanguageMark::Parentheses);
 
 }  // namespace orvane

@@ -18,7 +18,11 @@ std::string TitleOf(TVosDBGrid& grid, std::string_view field) {
 
 std::string TitleOf(TVosDataInspector& inspector, std::string_view field) {
   const InspectorItem* item = inspector.FindItem(field);
-  return item == nullptr ? std::string(field) : item->label;
+  if (item == nullptr) return std::string(field);
+  // "Период · От дата": the group stands before its item.
+  constexpr std::string_view kGroupEnds = " · ";
+  const std::size_t group = item->label.find(kGroupEnds);
+  return group == std::string::npos ? item->label : item->label.substr(group + kGroupEnds.size());
 }
 
 template <class Place>

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <utility>
 
+#include "data/abort.h"
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "host/small_controls.h"
@@ -26,6 +27,13 @@ std::optional<std::int32_t> ReadKey(std::string_view text) {
   return number;
 }
 
+void ShowOneDocument(TVosBaseForm& owner, TVosBaseForm& screen, std::string_view notFound,
+                     std::int64_t id, const std::function<LoadCode()>& load) {
+  screen.SetAccess(owner.Access());
+  if (load() != LoadCode::None) return screen.ShowModal();
+  VosMessageDlg(owner, kErrorMessage, screen.caption, Filled(notFound, {std::to_string(id)}));
+}
+
 ShownDocument::ShownDocument(TVosBaseForm& form, TKeyEdit& edit, TVosClientDataSet& head,
                              ShownDocumentRules rules)
     : form_(form), edit_(edit), head_(head), rules_(std::move(rules)) {}
@@ -39,8 +47,17 @@ void ShownDocument::Reload() {
 void ShownDocument::KeyEditEnter() {
   const bool dropped = head_.Editing();
   if (dropped) head_.Cancel();
-  Reload();
+  if (dropped || rules_.alwaysFresh)
+    Reload();
+  else
+    rules_.sendPending();
   if (dropped) rules_.typingDropped();
+}
+
+void ShownDocument::PostMove(DocumentHead& head) {
+  if (head.Post()) return;
+  KeyEditEnter();
+  throw Abort{};
 }
 
 bool ShownDocument::Show(std::int64_t id) {

@@ -15,6 +15,7 @@
 
 #include "contract/workflow.h"
 #include "data/client_dataset.h"
+#include "kit/document_apply.h"
 
 namespace orvane {
 
@@ -36,7 +37,16 @@ struct ShownDocumentRules {
   std::function<LoadCode(std::int64_t id)> load;
   /// What was typed into the head was given up.
   std::function<void()> typingDropped;
+  /// Coming to the edit loads anew what others may have moved meanwhile; without it only typing
+  /// that is given up is a reason to load.
+  bool alwaysFresh = true;
 };
+
+/// Shows one given document over another screen and returns when it is closed. `load` loads it;
+/// when there is none for the user he is told over `owner`, in the words of `notFound` (%s:
+/// identifier).
+void ShowOneDocument(TVosBaseForm& owner, TVosBaseForm& screen, std::string_view notFound,
+                     std::int64_t id, const std::function<LoadCode()>& load);
 
 class ShownDocument {
  public:
@@ -53,6 +63,8 @@ class ShownDocument {
   /// left behind goes first: it may be the shown document itself, still without an identifier.
   void Reload();
   void KeyEditEnter();
+  /// Posts a move of the head: a refused one leaves nothing of it in edit and ends the event.
+  void PostMove(DocumentHead& head);
   /// Shows another document; false, after telling the user, when there is none for him.
   bool Show(std::int64_t id);
   /// Shows the document of that identifier. A text that is no identifier is refused; without such a

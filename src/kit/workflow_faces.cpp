@@ -23,7 +23,17 @@ PointAccessRight RightAtPoint(Right right) {
 bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access) {
   if (!facts.loaded || facts.annulled || facts.oldVersion) return false;
   if (!access.Has(RightAtPoint(move.right)) || !move.from.Has(facts.status)) return false;
-  return move.who != Who::ChiefOrRequester || facts.isChief || facts.isRequester;
+  switch (move.who) {
+    case Who::ChiefOrRequester:
+      return facts.isChief || facts.isRequester;
+    case Who::Owner:
+      return facts.isOwner;
+    case Who::Anyone:
+    case Who::Approver:
+    case Who::Decider:
+      break;
+  }
+  return true;
 }
 
 bool IsAtKeyEdit(const TVosBaseForm& form) {
@@ -31,7 +41,8 @@ bool IsAtKeyEdit(const TVosBaseForm& form) {
   return active != nullptr && active->Kind() == ControlKind::KeyEdit;
 }
 
-bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption) {
+bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption, std::string_view question) {
+  if (!question.empty()) return Confirmed(form, form.caption, question);
   return Confirmed(form, form.caption, "Потвърдете операция \"" + std::string(caption) + "\" !");
 }
 

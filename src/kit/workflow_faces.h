@@ -31,13 +31,15 @@ struct DocumentFacts {
   bool oldVersion = false;
   bool isChief = false;      ///< the user heads the document's cost centre
   bool isRequester = false;  ///< the user requested it
+  bool isOwner = false;      ///< the user created it, or his level is below 3
 };
 
 /// Whether the move is allowed to a user who holds these rights.
 bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access);
 
-/// The question before an operation: "Потвърдете операция "Корекция" !".
-bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption);
+/// The question before an operation; an empty one asks "Потвърдете операция "Корекция" !".
+bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption,
+                        std::string_view question = {});
 
 template <class FormClass>
 struct Face {
@@ -47,6 +49,7 @@ struct Face {
   KeyStroke key;
   void (FormClass::*run)(const Move& move);
   std::string_view icon = {};
+  std::string_view question = {};  ///< in place of the usual one
 };
 
 /// The move offered from other statuses than those from which the server lets it happen; it then
@@ -65,14 +68,14 @@ void AddFaces(FormClass& form, const Face<FormClass> (&faces)[N]) {
     action.shortcut = face.key;
     action.icon = face.icon;
     action.OnExecute = [&form, &face] {
-      if (ConfirmedOperation(form, face.caption)) (form.*face.run)(face.move);
+      if (ConfirmedOperation(form, face.caption, face.question)) (form.*face.run)(face.move);
     };
     form.AddAction(std::move(action));
   }
 }
 
 /// A decision on the approval rows as its action; live for the approver when the screen's rule says
-/// so, the right to edit being given.
+/// so.
 template <class FormClass>
 struct DecisionFace {
   Decision decision;
@@ -81,6 +84,7 @@ struct DecisionFace {
   KeyStroke key;
   bool (FormClass::*may)() const;
   std::string_view icon = {};
+  std::string_view question = {};  ///< in place of the usual one
 };
 
 template <class FormClass, std::size_t N>
@@ -93,7 +97,7 @@ void AddDecisionFaces(FormClass& form, const DecisionFace<FormClass> (&faces)[N]
     action.shortcut = face.key;
     action.icon = face.icon;
     action.OnExecute = [&form, &face, run] {
-      if (ConfirmedOperation(form, face.caption)) (form.*run)(face.decision);
+      if (ConfirmedOperation(form, face.caption, face.question)) (form.*run)(face.decision);
     };
     form.AddAction(std::move(action));
   }
@@ -111,10 +115,11 @@ void RefreshFaces(const FormClass& form, const Face<FormClass> (&faces)[N],
     form.FindAction(face.action)->enabled = atKey && MayMove(face.move, facts, form.Access());
 }
 
+/// Decisions are offered to whoever holds `right` at the screen's point.
 template <class FormClass, std::size_t N>
 void RefreshDecisionFaces(const FormClass& form, const DecisionFace<FormClass> (&faces)[N],
-                          const DocumentFacts& facts) {
-  const bool offered = IsAtKeyEdit(form) && facts.loaded && !facts.annulled && form.May(paEdit);
+                          const DocumentFacts& facts, PointAccessRight right = paEdit) {
+  const bool offered = IsAtKeyEdit(form) && facts.loaded && !facts.annulled && form.May(right);
   for (const DecisionFace<FormClass>& face : faces)
     form.FindAction(face.action)->enabled = offered && (form.*face.may)();
 }

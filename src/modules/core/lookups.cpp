@@ -82,6 +82,44 @@ LookupSetup Currencies() {
           .nomenclatureClass = "TfCurrencies"};
 }
 
+LookupSetup Suppliers() {
+  return {.caption = "Търсене - Доставчици",
+          .sql = {"SELECT Partner, Name, Name2, SuppKindCurrency, ",
+                  " KindSupplyChoice, KindSupplyList, SuppMaxTermOfPayment", "FROM Partners {$WN}",
+                  "WHERE PartnerTypeSupplier = 1", "{$WA}", "{$O}"},
+          .searchFields = CodeAndNames("Partner"),
+          .mask = std::string(kMaskCode19),
+          .nomenclatureClass = "TfPartners"};
+}
+
+LookupSetup Contracts(const std::string& kindParam, const std::string& condition) {
+  return {.caption = "Търсене - Договори",
+          .sql = {"SELECT IdNumber, ShortDescription, ShortDescription2, ContractDate, ",
+                  " KindSupplyChoice, KindSupplyList, MaxTermOfPayment, InclTransportInPrice",
+                  "FROM SuppliesContracts {$WN}", "WHERE Supplier = :Supplier AND ",
+                  " KindContract = :" + kindParam + " AND Active = 1" +
+                      (condition.empty() ? "" : " AND " + condition),
+                  "{$WA}", "{$O}"},
+          .nameField = "ShortDescription",
+          .nameField2 = "ShortDescription2",
+          .searchFields =
+              {SearchBy("IdNumber", "Идентификатор"),
+               SearchBy("ShortDescription", "Описание").In(Visibility::fvFirstLang).ByPart(),
+               SearchBy("ShortDescription2", "Описание").In(Visibility::fvSecondLang).ByPart(),
+               SearchBy("ContractDate", "Дата на сключване")},
+          .mask = std::string(kMaskCode9)};
+}
+
+LookupSetup SupplyList() {
+  return {.caption = "Търсене - Списък за доставка",
+          .nameField = "cbName",
+          .nameField2 = "cbName2",
+          .searchFields = {SearchBy("SerialNumber", "Пореден номер"),
+                           SearchBy("cbName", "Име").In(Visibility::fvFirstLang).ByPart(),
+                           SearchBy("cbName2", "Име").In(Visibility::fvSecondLang).ByPart()},
+          .mask = std::string(kMaskCode19)};
+}
+
 LookupSetup Measures() {
   return {.caption = "Търсене - Мерки",
           .sql = {"SELECT Code, Numerator, OrdinaryFraction, Name, Name2",

@@ -4,6 +4,7 @@
 #include "data/screen_fetch.h"
 #include "host/dialogs.h"
 #include "kit/approval_decisions.h"
+#include "kit/current_employee.h"
 #include "kit/document_load.h"
 #include "kit/rates.h"
 #include "modules/core/lookups.h"
@@ -47,19 +48,14 @@ constexpr auto CalcDeliverQuantity = Real("CalcDeliverQuantity", Plain, "Дос�
 constexpr auto RestDlvrQNT = Real("RestDlvrQNT", Plain, "Остатък за доставка");
 }  // namespace order_lookup
 
-namespace supply_list {
-constexpr auto SerialNumber = Code19("SerialNumber", Key, "Пореден номер");
-constexpr auto cbName = String("cbName", 40, Plain, "Име");
-constexpr auto cbName2 = String("cbName2", 40, Plain, "Име 2");
-constexpr auto InventoryCode = Int32("InventoryCode");
-constexpr auto ServiceCode = Int32("ServiceCode");
-constexpr auto bslMeasure = Int16("bslMeasure", Required);
-constexpr auto msMeasure = Int16("msMeasure");
-constexpr auto IncomeMeasure = Int16("IncomeMeasure");
-constexpr auto BarCodeMeasure = Int16("BarCodeMeasure");
-constexpr auto servMeasure = Int16("servMeasure");
-constexpr auto roundQNT = Byte("roundQNT");
-}  // namespace supply_list
+constexpr SupplyRowFields kRowFields{.name = "bslName",
+                                     .measureName = "MsrName",
+                                     .roundQuantity = "roundQNT",
+                                     .stockMeasure = "msMeasure",
+                                     .incomeMeasure = "IncomeMeasure",
+                                     .barCodeMeasure = "BarCodeMeasure",
+                                     .serviceMeasure = "servMeasure",
+                                     .noQuantity = "0"};
 
 }  // namespace
 
@@ -79,25 +75,13 @@ TdmPurchaseOrder::TdmPurchaseOrder(TfPurchaseOrder& form)
       cdsNomIn245("cdsNomIn245", sqlcPurchaseOrder, dspNomIn245),
       cdsNomIn249("cdsNomIn249", sqlcPurchaseOrder, dspNomIn249),
       cdsNomIn251("cdsNomIn251", sqlcPurchaseOrder, dspNomIn251),
-      cdsCostCenters("cdsCostCenters", cSQL,
-                     {own_rows::CostCenter, own_rows::Name30, own_rows::Name30Second}),
+      cdsCostCenters("cdsCostCenters", cSQL, own_rows::kCostCenter),
       cdsKindSupplies("cdsKindSupplies", cSQL, {core::Code, core::Name40, core::Name40Second}),
-      cdsPartners(
-          "cdsPartners", cSQL,
-          {own_rows::Partner, own_rows::Name50, own_rows::Name50Second, own_rows::SuppKindCurrency,
-           own_rows::KindSupplyChoice, own_rows::KindSupplyList, own_rows::SuppMaxTermOfPayment}),
-      cdsSuppliesContracts(
-          "cdsSuppliesContracts", cSQL,
-          {own_rows::ContractId, own_rows::ShortDescription, own_rows::ContractDate,
-           own_rows::ShortDescription2, own_rows::KindSupplyChoice, own_rows::KindSupplyList,
-           own_rows::MaxTermOfPayment, own_rows::InclTransportInPrice}),
+      cdsPartners("cdsPartners", cSQL, own_rows::kPartner),
+      cdsSuppliesContracts("cdsSuppliesContracts", cSQL, own_rows::kContract),
       cdsCurrencies("cdsCurrencies", cSQL, {core::Code, core::Name20, core::Name20Second}),
       cdsNomIn250("cdsNomIn250", cSQL, {core::Element, core::Name30, core::Name30Second}),
-      cdsKPL("cdsKPL", cSQL,
-             {supply_list::SerialNumber, supply_list::cbName, supply_list::cbName2,
-              supply_list::InventoryCode, supply_list::ServiceCode, supply_list::bslMeasure,
-              supply_list::msMeasure, supply_list::IncomeMeasure, supply_list::BarCodeMeasure,
-              supply_list::servMeasure, supply_list::roundQNT}),
+      cdsKPL("cdsKPL", cSQL, core::supply_list::kEntry),
       cdsSuppManOrd("cdsSuppManOrd", cSQL,
                     {order_lookup::IdNumber, order_lookup::Description, order_lookup::Description2,
                      order_lookup::DocumentDate, order_lookup::CalcQuantity,
@@ -122,6 +106,7 @@ TdmPurchaseOrder::TdmPurchaseOrder(TfPurchaseOrder& form)
       dsPurchaseOrderAdm(cdsPurchaseOrderAdm),
       dsDeliveries(cdsDeliveries),
       documentHead(form, cdsPurchaseOrder, MakeHeadRules()),
+      supplyRows(cdsPurchaseOrderDet, kRowFields, kpl, measures),
       form_(form) {
   BindHead();
   BindParts();
@@ -175,7 +160,6 @@ LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver
   PurchaseOrderValues& values = form_.values;
   SendPending();
   VosApplication& app = form_.App();
-  constexpr int kFirstCategoryWithEmployee = 3;
   VariantArray data(get_rec::kAskSize);
   data[get_rec::kOperation] = get_rec::kName;
   data[get_rec::kLanguage] = values.LNG_;
@@ -185,7 +169,7 @@ LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver
   data[get_rec::kVersion] = ver == 0 ? Variant() : Variant(ver);
   data[get_rec::kLogin] = app.UserName();
   data[get_rec::kEmployee] = app.vCurrentEmployee;
-  data[get_rec::kNeedsEmployee] = app.UserCategory() >= kFirstCategoryWithEmployee;
+  data[get_rec::kNeedsEmployee] = NeedsEmployee(app);
   data[get_rec::kOneDocument] = values.DisplayOneDocMode;
   Operations(data);
 
@@ -404,21 +388,17 @@ void TdmPurchaseOrder::SetUpKPL() {
   const PurchaseOrderValues& values = form_.values;
   const Variant contract = cdsPurchaseOrder[head::ContractId].Value();
   const Variant supplier = cdsPurchaseOrder[head::Supplier].Value();
-  Variant choice = suppliesContracts.ValueOf(contract, "KindSupplyChoice");
-  Variant list = suppliesContracts.ValueOf(contract, "KindSupplyList");
-  if (choice.IsNull()) {
-    choice = partners.ValueOf(supplier, "KindSupplyChoice");
-    list = partners.ValueOf(supplier, "KindSupplyList");
-  }
-  if (choice.IsNull()) {
+  SupplyWay way = WayOf(suppliesContracts, contract);
+  if (way.choice.IsNull()) way = WayOf(partners, supplier);
+  if (way.choice.IsNull()) {
     if (values._cpKindSupplyChoice == 0)
       VosMessageDlg(form_, kWarning, form_.caption, _rNoKindSupplyChoice);
-    choice = values._cpKindSupplyChoice;
     // No list is number 0 or less: an unset parameter means the base list.
-    list = values._cpKindSupplyList > 0 ? Variant(values._cpKindSupplyList) : Variant();
+    way = {values._cpKindSupplyChoice,
+           values._cpKindSupplyList > 0 ? Variant(values._cpKindSupplyList) : Variant()};
   }
-  kpl.SetTemplate(SetSuppListsSQL(static_cast<int>(choice.AsInt().value_or(0)), list, form_.cbKPL,
-                                  cdsPurchaseOrder[head::DocumentDate].AsDate()));
+  kpl.SetTemplate(SetSuppListsSQL(static_cast<int>(way.choice.AsInt().value_or(0)), way.list,
+                                  form_.cbKPL, cdsPurchaseOrder[head::DocumentDate].AsDate()));
 }
 
 }  // namespace orvane

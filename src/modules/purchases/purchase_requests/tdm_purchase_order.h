@@ -12,6 +12,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 #include "kit/document_apply.h"
+#include "modules/core/supply_rows.h"
 
 namespace orvane {
 
@@ -51,7 +52,6 @@ class TdmPurchaseOrder : public TVosDataModule {
   void SetRateOfExchange();
   /// The payment term in force: the contract's, the supplier's, the firm's.
   void GetMaxTermOfPayment();
-  /// Narrows the units to those that make sense for the current row.
   void RefreshMeasure();
   /// The search of the supply list, as contract, supplier or parameters choose it.
   void SetUpKPL();
@@ -108,6 +108,7 @@ class TdmPurchaseOrder : public TVosDataModule {
 
   /// PostExistingRecord and ReconcileError of the head.
   DocumentHead documentHead;
+  SupplyRows supplyRows;
   /// Sends what a broken link left behind, head first; nothing happens when there is nothing.
   void SendPending();
 
@@ -133,10 +134,7 @@ class TdmPurchaseOrder : public TVosDataModule {
   void cdsPurchaseOrderDetNewRecord();
   void dsPurchaseOrderDetStateChange();
   void SerialNumberChange();
-  void MeasureChange();
   void SuppManifacOrderIdChange();
-  std::string QuantityGetText(std::size_t row);
-  Answer<Variant> QuantitySetText(std::string_view text);
   std::string OrderQuantityText(const Variant& value);
   void CheckOrderRest();
 

@@ -1,12 +1,9 @@
 // Rules of the rows of a purchase request: materials and services, delivery schedule, payment plan.
 
-#include <cmath>
-
 #include "host/dialogs.h"
 #include "host/search_dialog.h"
 #include "kit/columns.h"
 #include "kit/required_fields.h"
-#include "kit/units.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "packet/quantity.h"
@@ -62,14 +59,10 @@ void TdmPurchaseOrder::BindParts() {
     suppManOrd.SetParam("SerialNumber", cdsPurchaseOrderDet[det::SerialNumber].Value());
   };
   cdsPurchaseOrderDet[det::SerialNumber].OnChange = [this] { SerialNumberChange(); };
-  cdsPurchaseOrderDet[det::Measure].OnChange = [this] { MeasureChange(); };
+  cdsPurchaseOrderDet[det::Measure].OnChange = [this] {
+    supplyRows.TakeMeasure(form_.values.FirstLanguage());
+  };
   cdsPurchaseOrderDet[det::SuppManifacOrderId].OnChange = [this] { SuppManifacOrderIdChange(); };
-  cdsPurchaseOrderDet[det::Quantity].OnGetRowText = [this](std::size_t row) {
-    return QuantityGetText(row);
-  };
-  cdsPurchaseOrderDet[det::Quantity].OnSetText = [this](std::string_view text) {
-    return QuantitySetText(text);
-  };
   dsPurchaseOrderDet.OnStateChange = [this] { dsPurchaseOrderDetStateChange(); };
   for (std::string_view field : kOrderQuantities)
     cdsSuppManOrd.FieldByName(field).OnGetText = [this](const Variant& value) {
@@ -146,46 +139,17 @@ void TdmPurchaseOrder::dsPurchaseOrderDetStateChange() {
 }
 
 void TdmPurchaseOrder::SerialNumberChange() {
-  TVosClientDataSet& row = cdsPurchaseOrderDet;
-  const Variant serial = row[det::SerialNumber].Value();
-  if (serial.IsNull() || !kpl.LocateKey(serial)) return;
-  const Variant inventory = kpl.ValueOf(serial, "InventoryCode");
-  const Variant service = kpl.ValueOf(serial, "ServiceCode");
-  if (!inventory.IsNull()) {
-    row[det::InventoryId].Set(inventory);
-    row[det::ServiceCode].Clear();
-  }
-  if (!service.IsNull()) {
-    row[det::ServiceCode].Set(service);
-    row[det::InventoryId].Clear();
-  }
-  row[det::bslName].Set(kpl.ValueOf(serial, form_.values.FirstLanguage() ? "cbName" : "cbName2"));
-  row[det::Measure].Set(kpl.ValueOf(serial, "bslMeasure"));
-  for (const FieldDef& field :
-       {det::roundQNT, det::msMeasure, det::IncomeMeasure, det::BarCodeMeasure, det::servMeasure})
-    row[field].Set(kpl.ValueOf(serial, field.name));
-  row[det::Quantity].Set(0.0);
-  row[det::CurrSumWithoutVAT].Set(Decimal(0, 4));
+  const bool firstLanguage = form_.values.FirstLanguage();
+  const Variant serial = cdsPurchaseOrderDet[det::SerialNumber].Value();
+  if (!supplyRows.TakeEntry(serial, firstLanguage)) return;
+  cdsPurchaseOrderDet[det::CurrSumWithoutVAT].Set(Decimal(0, 4));
   RefreshMeasure();
-  const Variant measure = row[det::Measure].Value();
-  measures.LocateKey(measure);
-  MeasureChange();
-  row[det::Numerator].Set(measures.ValueOf(measure, "Numerator"));
+  supplyRows.TakeEntryMeasure(firstLanguage);
   suppManOrd.SetParam("SerialNumber", serial);
 }
 
-void TdmPurchaseOrder::MeasureChange() {
-  TVosClientDataSet& row = cdsPurchaseOrderDet;
-  const Variant measure = row[det::Measure].Value();
-  if (!measures.Knows(measure)) return;
-  row[det::MsrName].Set(measures.ValueOf(measure, form_.values.FirstLanguage() ? "Name" : "Name2"));
-  row[det::RowNumerator].Set(measures.ValueOf(measure, "Numerator"));
-  row[det::OrdinaryFraction].Set(measures.ValueOf(measure, "OrdinaryFraction"));
-}
-
 void TdmPurchaseOrder::RefreshMeasure() {
-  if (cdsPurchaseOrderDet.IsEmpty()) return;
-  NarrowUnits(measures, UnitsClause(cdsPurchaseOrderDet, {}, form_.values._cpLimitMeasures == 1));
+  supplyRows.RefreshMeasure(form_.values._cpLimitMeasures == 1);
 }
 
 void TdmPurchaseOrder::SetOrderParams() {
@@ -202,40 +166,10 @@ void TdmPurchaseOrder::SuppManifacOrderIdChange() {
   cdsPurchaseOrderDet[det::SMOName].Set(suppManOrd.ValueOf(order, name));
 }
 
-// --- quantities as text -------------------------------------------------------------------------
-
-namespace {
-
-std::int32_t NumberOf(TVosClientDataSet& rows, std::size_t position, const FieldDef& field) {
-  return static_cast<std::int32_t>(rows.ValueAt(position, rows[field]).AsInt().value_or(0));
-}
-
-QuantityUnit UnitOf(TVosClientDataSet& rows, std::size_t position) {
-  return {.rowNumerator = std::max(1, NumberOf(rows, position, det::RowNumerator)),
-          .decimals = NumberOf(rows, position, det::roundQNT),
-          .ordinaryFraction = NumberOf(rows, position, det::OrdinaryFraction) != 0};
-}
-
-}  // namespace
-
-std::string TdmPurchaseOrder::QuantityGetText(std::size_t row) {
-  const auto quantity =
-      cdsPurchaseOrderDet.ValueAt(row, cdsPurchaseOrderDet[det::Quantity]).AsDouble();
-  return quantity ? QuantityToStr(*quantity, UnitOf(cdsPurchaseOrderDet, row)) : "0";
-}
-
-Answer<Variant> TdmPurchaseOrder::QuantitySetText(std::string_view text) {
-  if (Variant(text).IsEmpty()) return Variant();
-  const auto quantity =
-      StrToQuantity1(text, UnitOf(cdsPurchaseOrderDet, cdsPurchaseOrderDet.RecNo()));
-  if (!quantity) return quantity.GetFailure();
-  return Variant(*quantity);
-}
-
 /// Quantities of supplier orders are shown in smallest units, as the row's item is counted.
 std::string TdmPurchaseOrder::OrderQuantityText(const Variant& value) {
   if (value.IsNull()) return "0";
-  QuantityUnit unit = UnitOf(cdsPurchaseOrderDet, cdsPurchaseOrderDet.RecNo());
+  QuantityUnit unit = supplyRows.UnitAt(cdsPurchaseOrderDet.RecNo());
   unit.rowNumerator = 1;
   return QuantityToStr(value.AsDouble().value_or(0), unit);
 }

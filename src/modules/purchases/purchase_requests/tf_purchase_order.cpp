@@ -1,16 +1,16 @@
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-#include <cmath>
-
 #include "contract/parameters.h"
 #include "contract/system.h"
 #include "host/dialogs.h"
 #include "kit/action_table.h"
+#include "kit/current_employee.h"
+#include "kit/grid_rows.h"
 #include "kit/pages.h"
 #include "kit/parameters.h"
+#include "kit/register_screen.h"
 #include "kit/required_fields.h"
 #include "kit/shared_key.h"
-#include "modules/core/get_quant.h"
 #include "modules/core/tdm_user_blanks_orvane.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
@@ -25,7 +25,6 @@ constexpr std::string_view _rRateNotPositive =
     "Валутният курс трябва да бъде по-голям от нула. Въведете друг.";
 constexpr std::string_view _rNoEmployee =
     "Нямате права за работа с екрана. Липсва информация за Вас в таблица \"Служители\"!";
-constexpr int kFirstCategoryWithEmployee = 3;
 constexpr SharedKey kF9{KeyCode::F9, {"acForConfirmation", "acSave"}};
 
 }  // namespace
@@ -44,15 +43,14 @@ void TfPurchaseOrder::AddOwnActions() {
       {"acQuantity", "Количество", Ctrl(KeyCode::Q), &Self::acQuantityExecute, "quantity"},
       {"acCopyDoc", "Копиране", Ctrl(KeyCode::K), &Self::acCopyDocExecute, "copy"},
       {"acRows", "Редове", KeyCode::F6, &Self::acRowsExecute, "rows"},
-      {"acSearch", "Търсене", KeyCode::F2, &Self::acSearchExecute, "search"},
-      {"acNameSearch", "Търсене по име", Shift(KeyCode::F2), &Self::acNameSearchExecute, "search"},
-      {"acPartialSearch", "Търсене по част от име", Ctrl(KeyCode::F2),
-       &Self::acPartialSearchExecute, "search"},
-      {"acNomenclature", "Номенклатура", Ctrl(KeyCode::F12), &Self::acNomenclatureExecute, "open"},
       {"acSearchGroup", "Търсене - групиране", Ctrl(KeyCode::BackQuote),
        &Self::acSearchGroupExecute, "search"},
   };
   AddActions(*this, kActions);
+  AddLookupActions(*this, {.searchByCode = "acSearch",
+                           .nomenclature = "Номенклатура",
+                           .searchByName = "acNameSearch",
+                           .searchByPartName = "acPartialSearch"});
   FindAction("acNomenclature")->hint = "Преход към номенклатура";
   AddWorkflow();
   identifiers_.AddTo();
@@ -126,17 +124,11 @@ bool TfPurchaseOrder::MaySave() const {
 
 bool TfPurchaseOrder::MayDeleteRow() const {
   const TVosDBGrid* grid = FocusedRows();
-  return grid != nullptr && !grid->readOnly && !grid->DataSet().IsEmpty() &&
-         grid->DataSet().State() != DataSetState::Insert;
+  return grid != nullptr && HasRowToDelete(*grid);
 }
 
 bool TfPurchaseOrder::MayEnterQuantity() const {
-  const TVosClientDataSet& rows = dmPurchaseOrder->cdsPurchaseOrderDet;
-  if (gPurchaseOrderDet.readOnly || rows.IsEmpty() || gPurchaseOrderDet.columns.empty())
-    return false;
-  const auto column = static_cast<std::size_t>(gPurchaseOrderDet.CurrentColumn());
-  return gPurchaseOrderDet.columns[column].field == det::Quantity.name &&
-         rows.FieldByName(det::OrdinaryFraction.name).AsBool();
+  return dmPurchaseOrder->supplyRows.IsAtFraction(gPurchaseOrderDet);
 }
 
 // --- creation and showing -----------------------------------------------------------------------
@@ -172,8 +164,7 @@ TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
       versions_(*this, eVer, "", [this](Nav nav, int step) {
         dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, values.LastGetVer);
       }) {
-  if (App().vCurrentEmployee.IsNull() && App().UserCategory() >= kFirstCategoryWithEmployee)
-    Refuse(_rNoEmployee);
+  RequireEmployee(*this, _rNoEmployee);
   values.LNG_ = App().AppNotMultiLang() || App().FirstLanguage() ? 1 : 2;
   dmPurchaseOrder->SetLanguage();
   ReadParameters();
@@ -225,14 +216,11 @@ void TfPurchaseOrder::VosBaseFormShow() {
 
 void TfPurchaseOrder::StartPurchaseOrder(TVosBaseForm& owner, std::int64_t id) {
   TfPurchaseOrder screen(DialogIdentity(owner));
-  screen.SetAccess(owner.Access());
   screen.values.DisplayOneDocMode = true;
-  screen.dmPurchaseOrder->FetchOnOpening();
-  if (screen.dmPurchaseOrder->GetRecord(Nav::ByKey, 0, id, 0) == LoadCode::None) {
-    VosMessageDlg(owner, 0, screen.caption, Filled(_rDocNotFound, {std::to_string(id)}));
-    return;
-  }
-  screen.ShowModal();
+  ShowOneDocument(owner, screen, _rDocNotFound, id, [&screen, id] {
+    screen.dmPurchaseOrder->FetchOnOpening();
+    return screen.dmPurchaseOrder->GetRecord(Nav::ByKey, 0, id, 0);
+  });
 }
 
 void TfPurchaseOrder::OnLanguageChanged() {
@@ -297,13 +285,6 @@ TVosDBGrid* TfPurchaseOrder::FocusedRows() const {
   return nullptr;
 }
 
-TVosMTCombo& TfPurchaseOrder::FocusedCombo() const {
-  Control* control = ActiveControl();
-  TVosMTCombo* combo = control == nullptr ? nullptr : control->ActiveCombo();
-  if (combo == nullptr) throw Abort{};
-  return *combo;
-}
-
 // --- what the actions do ------------------------------------------------------------------------
 
 void TfPurchaseOrder::acSaveExecute() {
@@ -352,10 +333,7 @@ void TfPurchaseOrder::acNewDocExecute() {
 
 void TfPurchaseOrder::acDeleteExecute() {
   TVosDBGrid* grid = FocusedRows();
-  if (grid == nullptr || grid->DataSet().IsEmpty()) return;
-  if (!Confirmed(*this, _rDeleteCaption, _rDeleteText)) return;
-  grid->CloseEditor();
-  grid->DataSet().Delete();
+  if (grid != nullptr) DeleteAsked(*this, *grid);
 }
 
 void TfPurchaseOrder::acPrintExecute() {
@@ -367,37 +345,11 @@ void TfPurchaseOrder::acPrintExecute() {
 }
 
 void TfPurchaseOrder::acQuantityExecute() {
-  TVosClientDataSet& rows = dmPurchaseOrder->cdsPurchaseOrderDet;
-  gPurchaseOrderDet.CommitEditor();
-  dmPurchaseOrder->measures.FillIfStale();
-  dmPurchaseOrder->cSQL.Close();
-  const auto whole = std::llround(rows[det::Quantity].AsDouble().value_or(0));
-  const auto chosen =
-      GetQuant(*this, rows[det::Measure].Value(), whole, dmPurchaseOrder->cdsMeasures);
-  if (!chosen) return;
-  if (!rows.Editing()) rows.Edit();
-  rows[det::Quantity].Set(static_cast<double>(*chosen));
+  dmPurchaseOrder->supplyRows.AskQuantity(*this, gPurchaseOrderDet);
 }
 
 void TfPurchaseOrder::acRowsExecute() {
   pcTables.ShowPage("tsPurchaseOrderDet");
-}
-
-void TfPurchaseOrder::acSearchExecute() {
-  TVosMTCombo& combo = FocusedCombo();
-  combo.DoSearch(combo.GetLookupField(), false);
-}
-
-void TfPurchaseOrder::acNameSearchExecute() {
-  FocusedCombo().SearchByName();
-}
-
-void TfPurchaseOrder::acPartialSearchExecute() {
-  FocusedCombo().SearchByPartName();
-}
-
-void TfPurchaseOrder::acNomenclatureExecute() {
-  FocusedCombo().OpenNomenclature();
 }
 
 void TfPurchaseOrder::acDocSearchExecute() {

@@ -100,10 +100,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void acQuantityExecute();
   void acCopyDocExecute();
   void acRowsExecute();
-  void acSearchExecute();
-  void acNameSearchExecute();
-  void acPartialSearchExecute();
-  void acNomenclatureExecute();
   void acSearchGroupExecute() { dmPurchaseOrder->SearchGroup(); }
 
   /// Whoever asks to save the head: the action goes on to the version, a grid is entered.
@@ -113,7 +109,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void QuantityColumnEnter();
   void OrderComboEnter();
   void OpenReport(int kind);
-  TVosMTCombo& FocusedCombo() const;
   TVosDBGrid* FocusedRows() const;
 
   // --- identifier and version
@@ -127,7 +122,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void AddWorkflow();
   void RefreshWorkflow();
   DocumentFacts Facts() const;
-  /// Posts a move of the head; a refused one leaves nothing of it in edit and ends the event.
   void PostMove();
   void MoveHead(const Move& move);
   void SendForApproval(const Move& move);

@@ -3,7 +3,9 @@
 #include <optional>
 
 #include "host/dialogs.h"
+#include "kit/grid_rows.h"
 #include "kit/national_currency.h"
+#include "kit/pages.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
@@ -17,8 +19,6 @@ constexpr int kWarning = 2;
 constexpr std::string_view _rWrongVersion = "Въведете коректна стойност за поле \"Версия\"!";
 constexpr std::string_view _rNoSuchVersion = "Не съществува версия %s за идентификатор %s!";
 
-constexpr std::string_view _rSum = "Сума на искането";
-constexpr std::string_view _rLevSum = "Левова сума на искането";
 constexpr std::string_view _rRowSum = "Сума";
 constexpr std::string_view _rRowCurrencySum = "Валутна сума";
 
@@ -83,22 +83,11 @@ void TfPurchaseOrder::SetReadWrite(bool forceWritable) {
                        !head[head::OldVersion].AsBool();
   const bool writable = forceWritable || (current && !values.DisplayOneDocMode && May(paEdit));
   diMainInfo.readOnly = !writable;
-  // What an empty grid says of its key is said where the key works.
-  const struct {
-    TVosDBGrid& grid;
-    std::string_view none;
-    std::string_view key;
-  } rows[] = {
-      {gPurchaseOrderDet, "Няма материали и услуги.", " Insert добавя първия ред."},
-      {gPurchaseOrderDel, "Няма дати на доставка.", " Insert добавя първата."},
-      {gPOPayPl, "Няма план за плащане.", " Insert добавя първото плащане."},
-  };
-  for (const auto& row : rows) {
-    row.grid.readOnly = !writable;
-    row.grid.canInsert = writable && May(paInsert);
-    row.grid.emptyText = row.none;
-    if (row.grid.canInsert) row.grid.emptyText += row.key;
-  }
+  for (const OfferedRows& rows :
+       {OfferedRows{gPurchaseOrderDet, "Няма материали и услуги.", " Insert добавя първия ред."},
+        OfferedRows{gPurchaseOrderDel, "Няма дати на доставка.", " Insert добавя първата."},
+        OfferedRows{gPOPayPl, "Няма план за плащане.", " Insert добавя първото плащане."}})
+    OfferRows(rows, writable, May(paInsert));
   eIdNum.readOnly = values.DisplayOneDocMode;
   eVer.readOnly = values.DisplayOneDocMode;
 }
@@ -111,13 +100,13 @@ void TfPurchaseOrder::VisibleItemsDependOnKind() {
 }
 
 void TfPurchaseOrder::VisibleItemsDependOnCurrency() {
-  const bool foreign = !dmPurchaseOrder->InNationalCurrency();
-  diMainInfo.FindItem("RateOfExchange")->visible = foreign;
-  diAdminInfo.FindItem("CurrSumPurchaseOrder")->visible = foreign;
-  const std::string national =
-      dmPurchaseOrder->currencies.ValueOf(values._cpBGNKindCurrency, "Name").ToText();
-  diAdminInfo.FindItem("SumPurchaseOrder")->label =
-      foreign ? NationalCaption(_rLevSum, _rSum, national) : std::string(_rSum);
+  ShowByCurrency(diMainInfo, diAdminInfo,
+                 {.sum = "SumPurchaseOrder",
+                  .currencySum = "CurrSumPurchaseOrder",
+                  .plain = "Сума на искането",
+                  .lev = "Левова сума на искането"},
+                 !dmPurchaseOrder->InNationalCurrency(), dmPurchaseOrder->currencies,
+                 values._cpBGNKindCurrency);
 }
 
 void TfPurchaseOrder::VisibleMSGridCols() {
@@ -134,10 +123,7 @@ void TfPurchaseOrder::VisibleMSGridCols() {
 }
 
 void TfPurchaseOrder::ShowDeliveriesPage() {
-  TabPage& page = *pcTables.FindPage("tsDeliveries");
-  page.visible = !dmPurchaseOrder->cdsDeliveries.IsEmpty();
-  const bool shown = &pcTables.pages[static_cast<std::size_t>(pcTables.active)] == &page;
-  if (shown && !page.visible) pcTables.active = 0;
+  OfferPageWithRows(pcTables, "tsDeliveries");
 }
 
 }  // namespace orvane

@@ -18,44 +18,6 @@ constexpr std::string_view kMeasureGroup = "Мярка";
 constexpr std::string_view kApprovedGroup = "Одобрен";
 constexpr std::string_view kRateMask = "[*6[#]][;,[*7[#]]]";
 
-LookupSetup Suppliers() {
-  return {.caption = "Търсене - Доставчици",
-          .sql = {"SELECT Partner, Name, Name2, SuppKindCurrency, ",
-                  " KindSupplyChoice, KindSupplyList, SuppMaxTermOfPayment", "FROM Partners {$WN}",
-                  "WHERE PartnerTypeSupplier = 1", "{$WA}", "{$O}"},
-          .searchFields = CodeAndNames("Partner"),
-          .mask = std::string(kMaskCode19),
-          .nomenclatureClass = "TfPartners"};
-}
-
-/// Active contracts of one supplier for one kind of purchase.
-LookupSetup Contracts() {
-  return {.caption = "Търсене - Договори",
-          .sql = {"SELECT IdNumber, ShortDescription, ShortDescription2, ContractDate, ",
-                  " KindSupplyChoice, KindSupplyList, MaxTermOfPayment, InclTransportInPrice",
-                  "FROM SuppliesContracts {$WN}", "WHERE Supplier = :Supplier AND ",
-                  " KindContract = :KindSupp AND Active = 1", "{$WA}", "{$O}"},
-          .nameField = "ShortDescription",
-          .nameField2 = "ShortDescription2",
-          .searchFields =
-              {SearchBy("IdNumber", "Идентификатор"),
-               SearchBy("ShortDescription", "Описание").In(Visibility::fvFirstLang).ByPart(),
-               SearchBy("ShortDescription2", "Описание").In(Visibility::fvSecondLang).ByPart(),
-               SearchBy("ContractDate", "Дата на сключване")},
-          .mask = std::string(kMaskCode9)};
-}
-
-/// The statement follows the document (SetUpKPL).
-LookupSetup SupplyList() {
-  return {.caption = "Търсене - Списък за доставка",
-          .nameField = "cbName",
-          .nameField2 = "cbName2",
-          .searchFields = {SearchBy("SerialNumber", "Пореден номер"),
-                           SearchBy("cbName", "Име").In(Visibility::fvFirstLang).ByPart(),
-                           SearchBy("cbName2", "Име").In(Visibility::fvSecondLang).ByPart()},
-          .mask = std::string(kMaskCode19)};
-}
-
 /// Approved orders of the request's supplier that hold the row's item, with what they leave.
 LookupSetup SupplierOrders() {
   return {
@@ -88,8 +50,8 @@ LookupSetup SupplierOrders() {
 void TfPurchaseOrder::SetUpLookups() {
   SetUpLookup(cbCostCenters, core::CostCentersOfNotifier());
   SetUpLookup(cbKindSupplies, core::KindSupplies());
-  SetUpLookup(cbPartners, Suppliers());
-  SetUpLookup(cbSuppliesContract, Contracts());
+  SetUpLookup(cbPartners, core::Suppliers());
+  SetUpLookup(cbSuppliesContract, core::Contracts("KindSupp"));
   SetUpLookup(cbNomIn250, core::NomIn());
   SetUpLookup(cbCurrencies, core::Currencies());
   dmPurchaseOrder->nomIn250.SetParam("Nom", core::kNoYes);
@@ -99,7 +61,7 @@ void TfPurchaseOrder::SetUpLookups() {
 }
 
 void TfPurchaseOrder::SetUpRowLookups() {
-  SetUpLookup(cbKPL, SupplyList());
+  SetUpLookup(cbKPL, core::SupplyList());
   SetUpLookup(cbSuppManOrd, SupplierOrders());
   SetUpLookup(cbMeasures, core::Measures());
   dmPurchaseOrder->suppManOrd.SetParam("Supplier", {});
@@ -219,11 +181,7 @@ void TfPurchaseOrder::SetUpPages() {
 
 void TfPurchaseOrder::ChooseLanguages() {
   ChooseLanguageItems(*this, diMainInfo, {"Description", "Rationale"});
-  if (App().AppNotMultiLang()) return gPurchaseOrderDet.RemoveColumn("Remarks2");
-  for (const LanguageColumn& memo : {LanguageColumn{"Remarks", 1}, LanguageColumn{"Remarks2", 2}}) {
-    GridColumn& column = *gPurchaseOrderDet.FindColumn(memo.field);
-    column.title = LanguageTitle(*this, column.title, memo.language);
-  }
+  ChooseLanguageTexts(*this, gPurchaseOrderDet, {"Remarks"});
 }
 
 }  // namespace orvane

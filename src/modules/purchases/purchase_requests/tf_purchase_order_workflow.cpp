@@ -97,10 +97,7 @@ bool TfPurchaseOrder::MayRemoveRejection() const {
 // --- what the operations do ---------------------------------------------------------------------
 
 void TfPurchaseOrder::PostMove() {
-  if (!dmPurchaseOrder->documentHead.Post()) {
-    shown_.KeyEditEnter();
-    throw Abort{};
-  }
+  shown_.PostMove(dmPurchaseOrder->documentHead);
   SetPropertiesVals();
 }
 

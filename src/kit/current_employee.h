@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+namespace orvane {
+
+class TVosBaseForm;
+class VosApplication;
+
+/// Whether a user of this level may not work without an employee record.
+bool NeedsEmployee(const VosApplication& app);
+
+/// Refuses (message and Abort) to create the screen for a user who must have an employee record and
+/// has none.
+void RequireEmployee(TVosBaseForm& form, std::string_view text);
+
+}  // namespace orvane

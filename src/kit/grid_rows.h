@@ -1,0 +1,30 @@
+#pragma once
+
+// Rows of a document's grids: whether they may be typed, what an empty grid says, and how one is
+// deleted.
+
+#include <string_view>
+
+namespace orvane {
+
+class TVosBaseForm;
+class TVosDBGrid;
+
+/// A grid of rows as the document offers it.
+struct OfferedRows {
+  TVosDBGrid& grid;
+  std::string_view none;  ///< "Няма материали и услуги."
+  std::string_view key;   ///< " Insert добавя първия ред."
+};
+
+/// Settles whether rows may be changed and added. What an empty grid says of its key is said where
+/// the key works.
+void OfferRows(const OfferedRows& rows, bool writable, bool mayInsert);
+
+/// There is a saved row in the grid that may be deleted.
+bool HasRowToDelete(const TVosDBGrid& grid);
+
+/// Deletes the current row after the host's question; nothing happens without rows.
+void DeleteAsked(TVosBaseForm& form, TVosDBGrid& grid);
+
+}  // namespace orvane
