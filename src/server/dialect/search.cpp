@@ -34,7 +34,7 @@ std::uint64_t Fingerprint(const SearchInput& input) {
   return hash;
 }
 
-void CutRows(PacketColumn& column, std::size_t rows) {
+void CutColumn(PacketColumn& column, std::size_t rows) {
   if (!column.integers.empty()) column.integers.resize(rows);
   if (!column.reals.empty()) column.reals.resize(rows);
   if (column.ends.size() > rows) {
@@ -49,6 +49,12 @@ void CutRows(PacketColumn& column, std::size_t rows) {
 }
 
 }  // namespace
+
+void CutRows(DataPacket& packet, std::size_t rows) {
+  for (PacketColumn& column : packet.columns)
+    CutColumn(column, rows);
+  packet.rowCount = rows;
+}
 
 Answer<RenderedSearch> RenderSearch(const SearchInput& input) {
   Answer<dialect::SyntaxStatement> statement = dialect::Parse(input.sql);
@@ -91,9 +97,7 @@ DataPacket FinishPortion(const RenderedSearch& search, DataPacket packet) {
     for (const SearchOrder& order : search.order)
       last.push_back(packet.At(limit - 1, order.column));
     packet.continuation = dialect::WriteContinuation(search.fingerprint, last);
-    for (PacketColumn& column : packet.columns)
-      CutRows(column, limit);
-    packet.rowCount = limit;
+    CutRows(packet, limit);
   }
   if (packet.columns.size() > search.shownColumns) {
     packet.columns.erase(packet.columns.begin() + static_cast<std::ptrdiff_t>(search.shownColumns),

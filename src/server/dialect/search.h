@@ -78,6 +78,9 @@ struct RenderedSearch {
 /// understood, NoRight the table that the asker may not read.
 Answer<RenderedSearch> RenderSearch(const SearchInput& input);
 
+/// Keeps the first rows of a packet that has more.
+void CutRows(DataPacket& packet, std::size_t rows);
+
 /// Cuts what the statement read for the continuation, and sets the packet's continuation when more
 /// rows follow. `packet` is the statement's answer.
 DataPacket FinishPortion(const RenderedSearch& search, DataPacket packet);

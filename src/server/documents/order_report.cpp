@@ -127,18 +127,11 @@ Statement SelectPortion(const Work& work, const Asked& asked) {
 
 /// The packet without its row too many, and with what asks for those behind it.
 DataPacket Portion(DataPacket packet, std::int32_t rows) {
-  if (packet.rowCount <= static_cast<std::size_t>(rows)) return packet;
-  DataPacket portion;
-  for (const PacketColumn& column : packet.columns)
-    portion.AddColumn(column.name, column.kind, column.size);
-  VariantArray values(packet.columns.size());
-  for (std::size_t row = 0; row < static_cast<std::size_t>(rows); ++row) {
-    for (std::size_t column = 0; column < values.size(); ++column)
-      values[column] = packet.At(row, column);
-    portion.AppendRow(values);
-  }
-  portion.continuation = portion.At(portion.rowCount - 1, report::IdNumber.name).ToText();
-  return portion;
+  const auto wanted = static_cast<std::size_t>(rows);
+  if (packet.rowCount <= wanted) return packet;
+  CutRows(packet, wanted);
+  packet.continuation = packet.At(wanted - 1, report::IdNumber.name).ToText();
+  return packet;
 }
 
 }  // namespace

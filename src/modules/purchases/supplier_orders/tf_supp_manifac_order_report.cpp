@@ -53,7 +53,9 @@ TfSuppManifacOrderReport::TfSuppManifacOrderReport(const FormIdentity& identity)
       cbCostCenters(*this, "cbCostCenters", dmSuppManifacOrderReport->costCenters),
       cbSuppliers(*this, "cbSuppliers", dmSuppManifacOrderReport->suppliers),
       cbStatus(*this, "cbStatus", dmSuppManifacOrderReport->nomIn249),
+      lFilter(*this, "lFilter"),
       di(*this, "di", dmSuppManifacOrderReport->dsFilter),
+      lReport(*this, "lReport"),
       gReport(*this, "gReport", dmSuppManifacOrderReport->dsReport),
       diDescription(*this, "diDescription", dmSuppManifacOrderReport->dsReport) {
   constexpr int kSeesEverything = 0;
@@ -62,7 +64,9 @@ TfSuppManifacOrderReport::TfSuppManifacOrderReport(const FormIdentity& identity)
   SetUpLookups();
   SetUpItems();
   AddOwnActions();
-  layout = ColumnOf({Of(di), Of(gReport, 1), Of(diDescription)});
+  lFilter.text = "Филтър";
+  lReport.text = "Справка - резултат";
+  layout = ColumnOf({Of(lFilter), Of(di), Of(lReport), Of(gReport, 1), Of(diDescription)});
 }
 
 void TfSuppManifacOrderReport::SetUpLookups() {

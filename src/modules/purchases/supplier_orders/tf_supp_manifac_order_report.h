@@ -8,6 +8,7 @@
 #include "host/combo.h"
 #include "host/grid.h"
 #include "host/inspector.h"
+#include "host/small_controls.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order_report.h"
 
 namespace orvane {
@@ -42,7 +43,9 @@ class TfSuppManifacOrderReport : public TVosDBForm {
 
   std::unique_ptr<TdmSuppManifacOrderReport> dmSuppManifacOrderReport;
   TVosMTCombo cbCostCenters, cbSuppliers, cbStatus;
+  TLabel lFilter;
   TVosDataInspector di;
+  TLabel lReport;
   TVosDBGrid gReport;
   TVosDataInspector diDescription;
 };
