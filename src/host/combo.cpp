@@ -226,9 +226,10 @@ void TVosMTCombo::SearchByPartName() {
 }
 
 void TVosMTCombo::OpenNomenclature() {
-  if (nomenclatureClass.empty()) return;
+  if (!HasNomenclature()) return;
   Control* host = Host();
   CloseList();
+  if (OnOpenNomenclature) return OnOpenNomenclature();
   std::int32_t moduleNo = form_.ModuleNo();
   std::int32_t pointNo = form_.PointNo();
   ModulePoint* point = form_.Point();

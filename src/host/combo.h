@@ -41,6 +41,8 @@ class TVosMTCombo {
   std::string mask;               ///< of the code, where the column or item has none
   /// Class name of the register behind the list; empty when there is none to go to.
   std::string nomenclatureClass;
+  /// In place of the register: shows what the current code stands for.
+  std::function<void()> OnOpenNomenclature;
   bool readOnly = false;
   /// The cell or item of this combo became the current one of the focused control, and stopped
   /// being it: that is what having the focus means for a combo.
@@ -61,6 +63,8 @@ class TVosMTCombo {
   void DoSearch(std::string_view field, bool partial);
   void SearchByName();
   void SearchByPartName();
+  /// Whether there is something behind the list to go to.
+  bool HasNomenclature() const { return !nomenclatureClass.empty() || OnOpenNomenclature; }
   /// Opens the register behind the list. What is changed there is fetched again, and the code
   /// chosen there (TVosBaseForm::chosenCode) goes into the edited field.
   void OpenNomenclature();

@@ -1,5 +1,6 @@
 #include "kit/document_apply.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "host/form.h"
@@ -75,6 +76,18 @@ ReconcileAction DocumentHead::Reconcile(const orvane::ReconcileError& error) {
   again_ = action == ReconcileAction::Merge && rules_.form == ApplyForm::Repeated;
   head_.Connection()->Close();
   return action;
+}
+
+bool HasPending(const DocumentHead& head, std::initializer_list<const TVosClientDataSet*> rows) {
+  const auto waits = [](const TVosClientDataSet* part) { return part->ChangeCount() > 0; };
+  return head.HasPending() || std::ranges::any_of(rows, waits);
+}
+
+void SendPending(TVosBaseForm& form, DocumentHead& head,
+                 std::initializer_list<TVosClientDataSet*> rows, ImmediateApply how) {
+  head.ApplyPending();
+  for (TVosClientDataSet* part : rows)
+    ApplyChanges(form, *part, how);
 }
 
 void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
+#include <string_view>
 
 #include "data/client_dataset.h"
 #include "host/dialogs.h"
@@ -43,8 +45,8 @@ class DocumentHead {
   bool ReconcileError = false;
 
   /// For the head's BeforePost: tells whether the record existed before, gives a new one the
-  /// identifier -1 (or none) until the server numbers it, and stamps who entered it or, unless `amends` is
-  /// false, who amended it. A new record that a broken link kept from the server is new however
+  /// identifier -1 (or none) until the server numbers it, and stamps who entered it or, unless
+  /// `amends` is false, who amended it. A new record that a broken link kept back is new however
   /// often it is posted. True when the record is being entered.
   bool Stamp(const FieldDef& id, bool amends = true);
   /// Posts the head, which applies it and loads the document again; false when it was not applied.
@@ -65,6 +67,14 @@ class DocumentHead {
   bool dropped_ = false;
   bool again_ = false;
 };
+
+/// Something typed into the head or the rows has not reached the server: a changed head in edit, or
+/// a change that the link kept back.
+bool HasPending(const DocumentHead& head, std::initializer_list<const TVosClientDataSet*> rows);
+/// Sends what a broken link left behind, head first; nothing happens when there is nothing.
+void SendPending(TVosBaseForm& form, DocumentHead& head,
+                 std::initializer_list<TVosClientDataSet*> rows,
+                 ImmediateApply how = {.maxErrors = -1, .form = ApplyForm::Repeated});
 
 /// Binds a dataset of rows (or approval rows): applied at once, every change by itself, repeatedly
 /// while passes apply something. The head's columns that an apply moved are shown at once.

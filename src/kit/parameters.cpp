@@ -12,6 +12,12 @@ std::int64_t ParamNumber(const TVosBaseForm& form, int group, int number) {
   return whole ? whole->Mantissa() : 0;
 }
 
+std::int64_t RequiredParam(TVosBaseForm& form, int group, int number, std::string_view refusal) {
+  const Variant set = form.App().GetParam(form.ModuleNo(), form.PointNo(), group, number);
+  form.RefuseIf(set.IsEmpty(), refusal);
+  return ParamNumber(form, group, number);
+}
+
 namespace {
 
 std::string WithDecimals(std::string whole, int decimals) {

@@ -45,7 +45,7 @@ bool AtSearchableCombo(const TVosBaseForm& form) {
 
 bool AtComboOfRegister(const TVosBaseForm& form) {
   const TVosMTCombo* combo = ComboInUse(form);
-  return combo != nullptr && !combo->nomenclatureClass.empty();
+  return combo != nullptr && combo->HasNomenclature();
 }
 
 std::vector<std::string> AddLookupActions(TVosBaseForm& form, const RegisterActions& actions) {

@@ -9,8 +9,8 @@ constexpr int kMostLanguages = 10;
 
 }  // namespace
 
-LookupSetup CostCentersOfNotifier() {
-  return {.caption = "Търсене - Центрове за разходи",
+LookupSetup CostCentersOfNotifier(std::string_view caption) {
+  return {.caption = std::string(caption),
           .sql = {"SELECT cc.CostCenter, cc.Name, cc.Name2", "FROM CostCenters cc {$WN}",
                   "INNER JOIN AdmissibleNotifiers an {$WN}",
                   "ON an.CostCenter = cc.CostCenter AND an.Notifier = :Notifier", "{$W}", "{$O}"},

@@ -56,7 +56,7 @@ enum Nomenclature : int {
 };
 
 /// Cost centres for which an employee is an admissible requester (parameter Notifier).
-LookupSetup CostCentersOfNotifier();
+LookupSetup CostCentersOfNotifier(std::string_view caption = "Търсене - Центрове за разходи");
 LookupSetup CostCenters(std::string_view caption = "Търсене - Центрове за разходи");
 LookupSetup Sections();
 LookupSetup Departments();

@@ -14,7 +14,29 @@ constexpr std::string_view kQuantity = "Quantity";
 constexpr std::string_view kMeasure = "Measure";
 constexpr std::string_view kOrdinaryFraction = "OrdinaryFraction";
 
+Variant At(const TVosClientDataSet& rows, std::size_t position, std::string_view field) {
+  return rows.ValueAt(position, rows.FieldByName(field));
+}
+
 }  // namespace
+
+QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
+                    const SupplyRowFields& fields) {
+  const auto number = [&](std::string_view field) {
+    return static_cast<std::int32_t>(At(rows, position, field).AsInt().value_or(0));
+  };
+  return {.rowNumerator = std::max(1, number("RowNumerator")),
+          .decimals = number(fields.roundQuantity),
+          .ordinaryFraction = number(kOrdinaryFraction) != 0};
+}
+
+void ShowQuantities(TVosClientDataSet& rows, const SupplyRowFields& fields) {
+  rows.FieldByName(kQuantity).OnGetRowText = [&rows, fields](std::size_t row) {
+    const auto quantity = At(rows, row, kQuantity).AsDouble();
+    return quantity ? QuantityToStr(*quantity, UnitOf(rows, row, fields))
+                    : std::string(fields.noQuantity);
+  };
+}
 
 SupplyWay WayOf(const TLookupTable& table, const Variant& key) {
   return {table.ValueOf(key, "KindSupplyChoice"), table.ValueOf(key, "KindSupplyList")};
@@ -23,9 +45,10 @@ SupplyWay WayOf(const TLookupTable& table, const Variant& key) {
 SupplyRows::SupplyRows(TVosClientDataSet& rows, SupplyRowFields fields, TLookupTable& kpl,
                        TLookupTable& measures)
     : rows_(rows), fields_(fields), kpl_(kpl), measures_(measures) {
-  TField& quantity = rows_.FieldByName(kQuantity);
-  quantity.OnGetRowText = [this](std::size_t row) { return QuantityText(row); };
-  quantity.OnSetText = [this](std::string_view text) { return ReadQuantity(text); };
+  ShowQuantities(rows_, fields_);
+  rows_.FieldByName(kQuantity).OnSetText = [this](std::string_view text) {
+    return ReadQuantity(text);
+  };
 }
 
 // --- entries and units --------------------------------------------------------------------------
@@ -70,24 +93,6 @@ void SupplyRows::RefreshMeasure(bool ownUnitsOnly) {
 }
 
 // --- quantities ---------------------------------------------------------------------------------
-
-Variant SupplyRows::At(std::size_t position, std::string_view field) const {
-  return rows_.ValueAt(position, rows_.FieldByName(field));
-}
-
-QuantityUnit SupplyRows::UnitAt(std::size_t position) const {
-  const auto number = [&](std::string_view field) {
-    return static_cast<std::int32_t>(At(position, field).AsInt().value_or(0));
-  };
-  return {.rowNumerator = std::max(1, number("RowNumerator")),
-          .decimals = number(fields_.roundQuantity),
-          .ordinaryFraction = number(kOrdinaryFraction) != 0};
-}
-
-std::string SupplyRows::QuantityText(std::size_t position) const {
-  const auto quantity = At(position, kQuantity).AsDouble();
-  return quantity ? QuantityToStr(*quantity, UnitAt(position)) : std::string(fields_.noQuantity);
-}
 
 Answer<Variant> SupplyRows::ReadQuantity(std::string_view text) const {
   if (Variant(text).IsEmpty()) return Variant();

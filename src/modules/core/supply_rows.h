@@ -34,6 +34,13 @@ struct SupplyRowFields {
   std::string_view noQuantity = {};  ///< text of a quantity that is not there
 };
 
+/// The unit in which the row at a position counts.
+QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
+                    const SupplyRowFields& fields);
+/// Quantities of the rows read in their units, wherever they are shown or printed. `fields` names
+/// texts that outlive the rows.
+void ShowQuantities(TVosClientDataSet& rows, const SupplyRowFields& fields);
+
 /// The way of choosing from the supply list and the kind of list that a supplier or a contract
 /// agreed on; each Null where it agreed on none.
 struct SupplyWay {
@@ -58,9 +65,7 @@ class SupplyRows {
   /// Narrows the units to those that make sense for the current row.
   void RefreshMeasure(bool ownUnitsOnly);
 
-  /// The unit in which the row at a position counts.
-  QuantityUnit UnitAt(std::size_t position) const;
-  std::string QuantityText(std::size_t position) const;
+  QuantityUnit UnitAt(std::size_t position) const { return UnitOf(rows_, position, fields_); }
 
   /// The grid stands on the quantity of a row that counts in ordinary fractions.
   bool IsAtFraction(const TVosDBGrid& grid) const;
@@ -68,7 +73,6 @@ class SupplyRows {
   void AskQuantity(TVosBaseForm& form, TVosDBGrid& grid);
 
  private:
-  Variant At(std::size_t position, std::string_view field) const;
   Variant Current(std::string_view field) const { return rows_.FieldByName(field).Value(); }
   void Set(std::string_view field, const Variant& value) { rows_.FieldByName(field).Set(value); }
   Answer<Variant> ReadQuantity(std::string_view text) const;

@@ -121,9 +121,8 @@ void TfSuppliesContracts::ReadParameters() {
        {KindRow{parameters::cpCar, "Вид покупка \"Капиталов разход\"", _cpCar},
         KindRow{parameters::cpBRM, "Вид покупка \"ОСМ\"", _cpBRM},
         KindRow{parameters::cpWares, "Вид покупка \"Стоки\"", _cpSuppWares}}) {
-    const Variant set = App().GetParam(ModuleNo(), PointNo(), system::kModuleGroup, kind.number);
-    RefuseIf(set.IsEmpty(), Filled(_rWrongParameter, {kind.name}));
-    kind.value = ParamNumber(*this, system::kModuleGroup, kind.number);
+    kind.value = RequiredParam(*this, system::kModuleGroup, kind.number,
+                               Filled(_rWrongParameter, {kind.name}));
   }
 }
 

@@ -273,20 +273,14 @@ HeadApplyRules TdmPurchaseOrder::MakeHeadRules() {
 }
 
 bool TdmPurchaseOrder::HasPending() const {
-  for (const TVosClientDataSet* part :
-       {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm}) {
-    if (part->ChangeCount() > 0) return true;
-  }
-  return documentHead.HasPending();
+  return orvane::HasPending(documentHead, {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel,
+                                           &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm});
 }
 
 void TdmPurchaseOrder::SendPending() {
-  documentHead.ApplyPending();
-  for (TVosClientDataSet* rows :
-       {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm}) {
-    if (rows->ChangeCount() > 0)
-      ApplyChanges(form_, *rows, {.maxErrors = -1, .form = ApplyForm::Repeated});
-  }
+  orvane::SendPending(
+      form_, documentHead,
+      {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm});
 }
 
 // --- rules of the head --------------------------------------------------------------------------

@@ -16,7 +16,6 @@ namespace {
 constexpr std::string_view kOrderGroup = "Поръчка за производство";
 constexpr std::string_view kMeasureGroup = "Мярка";
 constexpr std::string_view kApprovedGroup = "Одобрен";
-constexpr std::string_view kRateMask = "[*6[#]][;,[*7[#]]]";
 
 /// Approved orders of the request's supplier that hold the row's item, with what they leave.
 LookupSetup SupplierOrders() {

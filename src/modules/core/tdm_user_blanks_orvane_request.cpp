@@ -1,22 +1,21 @@
-#include "modules/core/tdm_user_blanks_orvane.h"
+// Print form 25: a purchase request.
 
-#include <algorithm>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "contract/parameters.h"
 #include "contract/purchase_request.h"
 #include "contract/system.h"
 #include "data/screen_fetch.h"
-#include "host/dialogs.h"
 #include "host/form.h"
 #include "host/report.h"
 #include "kit/document_load.h"
 #include "kit/parameters.h"
+#include "modules/core/document_blank.h"
 #include "modules/core/lookups.h"
-#include "packet/quantity.h"
+#include "modules/core/supply_rows.h"
+#include "modules/core/tdm_user_blanks_orvane.h"
 
 namespace orvane {
 namespace {
@@ -28,14 +27,6 @@ constexpr auto KindName = String("KindName", 40, Joined, "Вид покупка"
 constexpr auto CurrencyName = String("CurrencyName", 20, Joined, "Вид валута");
 constexpr auto TransportName = String("TransportName", 30, Joined, "Включен транспорт в цената");
 constexpr auto ApprovalName = String("ApprovalName", 30, Joined, "Одобряващ");
-
-/// One column of a printed table.
-struct PrintedColumn {
-  std::string_view field;
-  std::string_view title;
-  int width = 10;
-  bool summed = false;
-};
 
 constexpr PrintedColumn kRows[] = {
     {pr::det::RowNumber.name, "№", 5},
@@ -80,10 +71,6 @@ class PurchaseOrderBlank {
   void AddNames();
   bool InNationalCurrency();
   std::vector<ReportFact> Facts();
-  std::string CodeAndName(const FieldDef& code, std::string_view name);
-  std::string NameOfRow(const DataPacket& row, std::string_view first, std::string_view second);
-  ReportTable Table(std::string_view caption, TVosClientDataSet& rows,
-                    std::span<const PrintedColumn> columns);
 
   TVosBaseForm& owner_;
   bool second_;
@@ -111,6 +98,7 @@ PurchaseOrderBlank::PurchaseOrderBlank(TVosBaseForm& owner)
       approvalStatuses_("approvalStatuses", connection_, pr::dspNomIn251),
       approvers_("approvers", connection_, pr::dspNomIn245) {
   AddNames();
+  ShowQuantities(det_, {.roundQuantity = pr::det::roundQNT.name, .noQuantity = "0"});
   adm_[pr::adm::ConfermedOn].Format.withSeconds = true;
   const int decimals =
       static_cast<int>(ParamNumber(owner, system::kHostGroup, parameters::kAmountDecimals));
@@ -152,17 +140,6 @@ bool PurchaseOrderBlank::Load(std::int64_t id, int version) {
   return true;
 }
 
-std::string PurchaseOrderBlank::NameOfRow(const DataPacket& row, std::string_view first,
-                                          std::string_view second) {
-  return row.rowCount == 0 ? std::string() : row.At(0, second_ ? second : first).ToText();
-}
-
-std::string PurchaseOrderBlank::CodeAndName(const FieldDef& code, std::string_view name) {
-  std::string text = head_[code].Text();
-  if (!text.empty() && !name.empty()) text += "  " + std::string(name);
-  return text;
-}
-
 bool PurchaseOrderBlank::InNationalCurrency() {
   const auto currency = head_[pr::head::KindCurrency].AsInt();
   return !currency ||
@@ -171,20 +148,16 @@ bool PurchaseOrderBlank::InNationalCurrency() {
 
 std::vector<ReportFact> PurchaseOrderBlank::Facts() {
   using namespace pr::head;
-  const auto named = [this](const FieldDef& by, const FieldDef& name, const FieldDef& on) {
-    return head_[by].IsEmpty() ? std::string()
-                               : CodeAndName(by, head_[name].Text()) + ", " + head_[on].Text();
-  };
   std::vector<ReportFact> facts = {
       {"Версия", head_[POVersion].Text()},
       {"Дата на документ", head_[DocumentDate].Text()},
       {"Статус", head_.FieldByName(StatusName.name).Text()},
-      {"Заявител", CodeAndName(Notifier, head_[NtfName].Text())},
-      {"Център за разход", CodeAndName(CostCenter, NameOfRow(costCenter_, "Name", "Name2"))},
+      {"Заявител", CodeAndName(head_[Notifier], head_[NtfName].Text())},
+      {"Център за разход", CodeAndName(head_[CostCenter], NameIn(costCenter_, second_))},
       {"Вид покупка", head_.FieldByName(KindName.name).Text()},
-      {"Доставчик", CodeAndName(Supplier, NameOfRow(partner_, "Name", "Name2"))},
+      {"Доставчик", CodeAndName(head_[Supplier], NameIn(partner_, second_))},
       {"Идентификатор на договор",
-       CodeAndName(ContractId, NameOfRow(contract_, "ShortDescription", "ShortDescription2"))},
+       CodeAndName(head_[ContractId], NameIn(contract_, second_, "ShortDescription"))},
       {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
       {"Вид валута", head_.FieldByName(CurrencyName.name).Text()},
       {"Валутен курс", InNationalCurrency() ? "" : head_[RateOfExchange].Text()},
@@ -192,61 +165,22 @@ std::vector<ReportFact> PurchaseOrderBlank::Facts() {
       {"Сума на искането", head_[SumPurchaseOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
-      {"Създаден", named(CreatedFrom, CrtFrmName, CreatedOn)},
-      {"Последна корекция", named(AmendFrom, AmndFrmName, AmendOn)},
-      {"Анулиран", named(AnnulFrom, AnnulFrmName, AnnulOn)},
+      {"Създаден", StampOf(head_[CreatedFrom], head_[CrtFrmName], head_[CreatedOn])},
+      {"Последна корекция", StampOf(head_[AmendFrom], head_[AmndFrmName], head_[AmendOn])},
+      {"Анулиран", StampOf(head_[AnnulFrom], head_[AnnulFrmName], head_[AnnulOn])},
       {"Стара версия", head_[OldVersion].AsBool() ? "Да" : ""},
   };
-  std::erase_if(facts, [](const ReportFact& fact) { return fact.value.empty(); });
   return facts;
 }
 
-std::string QuantityText(TVosClientDataSet& rows, std::size_t row) {
-  const auto number = [&](const FieldDef& field) {
-    return static_cast<std::int32_t>(rows.ValueAt(row, rows[field]).AsInt().value_or(0));
-  };
-  const double quantity = rows.ValueAt(row, rows[pr::det::Quantity]).AsDouble().value_or(0);
-  return QuantityToStr(quantity, {.rowNumerator = std::max(1, number(pr::det::RowNumerator)),
-                                  .decimals = number(pr::det::roundQNT),
-                                  .ordinaryFraction = number(pr::det::OrdinaryFraction) != 0});
-}
-
-ReportTable PurchaseOrderBlank::Table(std::string_view caption, TVosClientDataSet& rows,
-                                      std::span<const PrintedColumn> columns) {
-  ReportTable table;
-  table.caption = caption;
-  for (const PrintedColumn& column : columns) {
-    table.columns.push_back(ColumnOf(rows.FieldByName(column.field), column.title, column.width));
-    table.columns.back().summed = column.summed;
-  }
-  std::vector<ReportRow> printed;
-  for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
-    ReportRow& cells = printed.emplace_back();
-    for (const PrintedColumn& column : columns) {
-      const bool isQuantity = column.field == pr::det::Quantity.name;
-      cells.push_back(isQuantity ? CellOf(QuantityText(rows, row), ValueKind::Double)
-                                 : CellOf(rows, row, rows.FieldByName(column.field)));
-    }
-  }
-  table.source = RowsAtHand(std::move(printed));
-  return table;
-}
-
 ReportDocument PurchaseOrderBlank::Document(int variant) {
-  const VosApplication& app = owner_.App();
-  const SessionInfo& info = app.Info();
-  ReportDocument report;
-  report.key = {0, kPurchaseOrderBlank, variant};
-  report.company = info.companyName;
-  report.title = "Искане за покупка";
-  report.number = head_[pr::head::POIdNumber].Text();
-  report.printedBy = second_ && !info.userName2.empty() ? info.userName2 : info.userName;
-  report.printedOn = info.zone.ToText(app.Now());
-  report.facts = Facts();
-  report.tables.push_back(Table("Материали и услуги", det_, kRows));
+  ReportDocument report = BeginBlank(owner_, kPurchaseOrderBlank, variant, "Искане за покупка",
+                                     head_[pr::head::POIdNumber].Text());
+  report.facts = WithoutEmpty(Facts());
+  report.tables.push_back(PrintedTable("Материали и услуги", det_, kRows));
   const auto add = [&](std::string_view caption, TVosClientDataSet& rows,
                        std::span<const PrintedColumn> columns) {
-    if (!rows.IsEmpty()) report.tables.push_back(Table(caption, rows, columns));
+    if (!rows.IsEmpty()) report.tables.push_back(PrintedTable(caption, rows, columns));
   };
   add("Дати на доставка", del_, kSchedule);
   add("План за плащане", pay_, kPlan);
@@ -260,10 +194,7 @@ void TdmUserBlanksOrvane::PrintPurchaseOrder(int documentCode, const Variant& ki
                                              std::int64_t id, int version) {
   if (documentCode != kPurchaseOrderBlank) return;
   PurchaseOrderBlank blank(owner_);
-  if (!blank.Load(id, version)) {
-    VosMessageDlg(owner_, 0, owner_.caption, "Документ " + std::to_string(id) + " не е намерен!");
-    return;
-  }
+  if (!blank.Load(id, version)) return TellNoDocument(owner_, id);
   const auto variant = static_cast<int>(kindSupply.AsInt().value_or(0));
   owner_.App().Toolkit().PreviewReport(owner_, blank.Document(variant));
 }

@@ -1,0 +1,67 @@
+#include "modules/core/document_blank.h"
+
+#include <utility>
+
+#include "host/dialogs.h"
+#include "host/form.h"
+
+namespace orvane {
+
+ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
+                          std::string_view title, std::string number) {
+  const VosApplication& app = owner.App();
+  const SessionInfo& info = app.Info();
+  const bool second = !owner.FirstLanguage() && !info.userName2.empty();
+  ReportDocument report;
+  report.key = {0, documentCode, variant};
+  report.company = info.companyName;
+  report.title = title;
+  report.number = std::move(number);
+  report.printedBy = second ? info.userName2 : info.userName;
+  report.printedOn = info.zone.ToText(app.Now());
+  return report;
+}
+
+std::string CodeAndName(const TField& code, std::string_view name) {
+  std::string text = code.Text();
+  if (!text.empty() && !name.empty()) text += "  " + std::string(name);
+  return text;
+}
+
+std::string StampOf(const TField& by, const TField& name, const TField& on) {
+  return by.IsEmpty() ? std::string() : CodeAndName(by, name.Text()) + ", " + on.Text();
+}
+
+std::string NameIn(const DataPacket& row, bool second, std::string_view column) {
+  if (row.rowCount == 0) return {};
+  return row.At(0, second ? std::string(column) + "2" : std::string(column)).ToText();
+}
+
+std::vector<ReportFact> WithoutEmpty(std::vector<ReportFact> facts) {
+  std::erase_if(facts, [](const ReportFact& fact) { return fact.value.empty(); });
+  return facts;
+}
+
+ReportTable PrintedTable(std::string_view caption, TVosClientDataSet& rows,
+                         std::span<const PrintedColumn> columns) {
+  ReportTable table;
+  table.caption = caption;
+  for (const PrintedColumn& column : columns) {
+    table.columns.push_back(ColumnOf(rows.FieldByName(column.field), column.title, column.width));
+    table.columns.back().summed = column.summed;
+  }
+  std::vector<ReportRow> printed;
+  for (std::size_t row = 0; row < rows.RecordCount(); ++row) {
+    ReportRow& cells = printed.emplace_back();
+    for (const PrintedColumn& column : columns)
+      cells.push_back(CellOf(rows, row, rows.FieldByName(column.field)));
+  }
+  table.source = RowsAtHand(std::move(printed));
+  return table;
+}
+
+void TellNoDocument(TVosBaseForm& owner, std::int64_t id) {
+  VosMessageDlg(owner, 0, owner.caption, "Документ " + std::to_string(id) + " не е намерен!");
+}
+
+}  // namespace orvane

@@ -1,0 +1,45 @@
+#pragma once
+
+// What the print forms of documents share: the frame of the paper, labelled values in words, and
+// tables of a document's rows.
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/report.h"
+#include "packet/data_packet.h"
+
+namespace orvane {
+
+class TVosBaseForm;
+
+/// One column of a printed table.
+struct PrintedColumn {
+  std::string_view field;
+  std::string_view title;  ///< '~' breaks the line
+  int width = 10;          ///< characters
+  bool summed = false;
+};
+
+/// A form with its company, title, number, and who prints it when.
+ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
+                          std::string_view title, std::string number);
+
+/// "20117  Стил Трейд ООД"; the code alone when there is no name, nothing without a code.
+std::string CodeAndName(const TField& code, std::string_view name);
+/// "ivanova  Мария Иванова, 05.03.2026 09:00"; empty when nobody did it.
+std::string StampOf(const TField& by, const TField& name, const TField& on);
+/// The name in the only row of a packet; empty without a row.
+std::string NameIn(const DataPacket& row, bool second, std::string_view column = "Name");
+std::vector<ReportFact> WithoutEmpty(std::vector<ReportFact> facts);
+
+ReportTable PrintedTable(std::string_view caption, TVosClientDataSet& rows,
+                         std::span<const PrintedColumn> columns);
+
+/// Tells the user that the server has no such document for him.
+void TellNoDocument(TVosBaseForm& owner, std::int64_t id);
+
+}  // namespace orvane
