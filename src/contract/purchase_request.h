@@ -273,8 +273,8 @@ inline constexpr int kCopy = 3;
 inline constexpr Move kSend{"send", Right::Edit, StatusSet(Entered), Who::Anyone, ForApproval, {}};
 inline constexpr Move kCorrect{"correct",   Right::Edit, StatusSet(ForApproval),
                                Who::Anyone, Entered,     {}};
-inline constexpr Move kAnnul{
-    "annul", Right::Delete, StatusSet(Rejected, Entered), Who::Anyone, 0, "AnnulFrom, AnnulOn"};
+inline constexpr Move kAnnul{"annul",     Right::Delete, StatusSet(Rejected, Entered),
+                             Who::Anyone, kKeepsStatus,  "AnnulFrom, AnnulOn"};
 inline constexpr Move kComplete{
     "complete", Right::Edit, StatusSet(Approved, Fulfilling), Who::ChiefOrRequester, Completed, {}};
 inline constexpr Move kReopen{"reopen",   Right::Edit, StatusSet(Completed), Who::ChiefOrRequester,

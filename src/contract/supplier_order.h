@@ -15,7 +15,8 @@ inline constexpr std::string_view kReportClass = "TsmSuppManifacOrderReport";
 
 namespace head {
 
-inline constexpr auto IdNumber = Int32("IdNumber", Key | Required, "Номер");
+/// The server numbers a new order; its screen sends none.
+inline constexpr auto IdNumber = Int32("IdNumber", Key, "Номер");
 inline constexpr auto DocumentDate = Day("DocumentDate", Required, "Дата на документа");
 inline constexpr auto Description = Memo("Description", Plain, "Описание");
 inline constexpr auto Description2 = Memo("Description2", Plain, "Описание");
@@ -231,15 +232,15 @@ enum At : std::uint8_t { kContext, kFilterPacket, kAskSize, kResultPacket = kAsk
 
 // --- moves ---------------------------------------------------------------------------------------
 
-inline constexpr Move kSend{"send", Right::Edit, StatusSet(Entered), Who::Anyone, ForApproval, {}};
-inline constexpr Move kCorrect{"correct",   Right::Edit, StatusSet(ForApproval),
-                               Who::Anyone, Entered,     {}};
-inline constexpr Move kAnnul{"annul", Right::Delete,       StatusSet(Rejected, Entered), Who::Owner,
-                             0,       "AnnulFrom, AnnulOn"};
-inline constexpr Move kComplete{"complete", Right::Edit, StatusSet(Fulfilling),
-                                Who::Owner, Completed,   {}};
-inline constexpr Move kReopen{"reopen",   Right::Edit, StatusSet(Completed),
-                              Who::Owner, Fulfilling,  {}};
+inline constexpr Move kSend{"send", Right::Edit, StatusSet(Entered), Who::Owner, ForApproval, {}};
+inline constexpr Move kCorrect{"correct",  Right::Edit, StatusSet(ForApproval),
+                               Who::Owner, Entered,     {}};
+inline constexpr Move kAnnul{"annul",    Right::Delete, StatusSet(Rejected, Entered),
+                             Who::Owner, Annulled,      "AnnulFrom, AnnulOn"};
+inline constexpr Move kComplete{"complete",     Right::Edit, StatusSet(Fulfilling),
+                                Who::Requester, Completed,   {}};
+inline constexpr Move kReopen{"reopen",       Right::Edit, StatusSet(Completed),
+                              Who::Requester, Fulfilling,  {}};
 inline constexpr Move kMoves[] = {kSend, kCorrect, kAnnul, kComplete, kReopen};
 
 }  // namespace orvane::supplier_order

@@ -63,10 +63,14 @@ class StatusSet {
 enum class Who : std::uint8_t {
   Anyone,
   ChiefOrRequester,  ///< head of the document's cost centre, or its requester
-  Owner,             ///< its creator, a user of level below 3, or full access
+  Owner,             ///< its creator, or a user of level below 3
+  Requester,         ///< its requester, or full access
   Approver,          ///< whose turn it is
   Decider,           ///< who decided and may still take it back
 };
+
+/// In the place of the status of a move that writes something else.
+inline constexpr std::uint8_t kKeepsStatus = 255;
 
 /// One move of a document. An annulled or superseded document allows none.
 struct Move {
@@ -74,7 +78,7 @@ struct Move {
   Right right = Right::Edit;
   StatusSet from;
   Who who = Who::Anyone;
-  std::uint8_t to = 0;  ///< status written; 0 when the move writes something else
+  std::uint8_t to = kKeepsStatus;  ///< status written
   std::string_view alsoWrites = {};
 };
 

@@ -28,6 +28,8 @@ bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access) 
       return facts.isChief || facts.isRequester;
     case Who::Owner:
       return facts.isOwner;
+    case Who::Requester:
+      return facts.isRequester || facts.fullAccess;
     case Who::Anyone:
     case Who::Approver:
     case Who::Decider:

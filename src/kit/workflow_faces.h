@@ -32,6 +32,7 @@ struct DocumentFacts {
   bool isChief = false;      ///< the user heads the document's cost centre
   bool isRequester = false;  ///< the user requested it
   bool isOwner = false;      ///< the user created it, or his level is below 3
+  bool fullAccess = false;   ///< the user may complete whatever document
 };
 
 /// Whether the move is allowed to a user who holds these rights.

@@ -15,8 +15,9 @@
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "server/demo/demo_tables.h"
+#include "server/documents/document_pricing.h"
 #include "server/documents/named_statement.h"
-#include "server/documents/request_pricing.h"
+#include "server/documents/request_head.h"
 #include "server/documents/settings.h"
 #include "support/demo_rows.h"
 #include "support/engine_steps.h"
@@ -340,20 +341,18 @@ TEST_P(DemoCompany, AmountsArePricedAsTheServerPricesRows) {
                                  {"Currency", ValueKind::Amount, 0},
                                  {"National", ValueKind::Amount, 0}});
   for (std::size_t at = 0; at < heads.rowCount; ++at) {
-    const RequestKey key{heads.At(at, "Id").AsInt().value_or(0),
-                         heads.At(at, "Version").AsInt().value_or(0)};
-    std::vector<Statement> statements = {SelectRequestRows(key)};
-    for (Statement& own : SelectEntries(EntriesOfRequest(
-             "{serial} in (select d.SerialNumber from PurchaseOrderDet d where d.PurchaseOrderId = "
-             ":Id and d.PurchaseOrderVer = :Version)",
-             {{"Id", key.id}, {"Version", key.version}})))
+    const DocumentKey key{heads.At(at, "Id").AsInt().value_or(0),
+                          heads.At(at, "Version").AsInt().value_or(0)};
+    const StoredDocument& request = StoredRequest();
+    std::vector<Statement> statements = {SelectPart(request, request.rows, key)};
+    for (Statement& own : SelectEntries(EntriesOf(request, EntriesNamed(request), KeyParams(key))))
       statements.push_back(std::move(own));
     const auto packets = Base().ReadSnapshot(statements);
     ASSERT_TRUE(packets) << packets.GetFailure().text;
-    const auto rows = ReadRequestRows((*packets)[0]);
+    const auto rows = ReadDocumentRows((*packets)[0]);
     const auto entries = ReadEntries((*packets)[1], (*packets)[2]);
     const Decimal rate = *heads.At(at, "Rate").AsDecimal();
-    for (const RequestRow& row : rows) {
+    for (const DocumentRow& row : rows) {
       const EntryFacts& entry = entries.at(row.serial);
       EXPECT_EQ(row.numerator, entry.numerator) << key.id;
       EXPECT_EQ(*RowAmount(heads.At(at, "Kind").AsInt().value_or(0), rate, row, entry, settings),

@@ -14,6 +14,18 @@ bool IsApproved(const ApprovalRow& row) {
 
 }  // namespace
 
+std::vector<ApprovalRow> ReadApprovalRows(const DataPacket& packet) {
+  std::vector<ApprovalRow> rows;
+  for (std::size_t row = 0; row < packet.rowCount; ++row) {
+    const auto number = [&](std::string_view column) {
+      return static_cast<int>(packet.At(row, column).AsInt().value_or(0));
+    };
+    rows.push_back({number("ConfirmationLevel"), static_cast<ApproverKind>(number("Approval")),
+                    number("Status"), packet.At(row, "ConfirmedFrom").AsInt()});
+  }
+  return rows;
+}
+
 DocumentStatus StatusOf(std::span<const ApprovalRow> rows) {
   if (std::any_of(rows.begin(), rows.end(), IsRejected)) return Rejected;
   if (std::all_of(rows.begin(), rows.end(), IsApproved)) return Approved;

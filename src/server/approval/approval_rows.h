@@ -21,6 +21,9 @@ struct ApprovalRow {
   std::optional<std::int64_t> decidedBy;
 };
 
+/// Of a packet with the columns ConfirmationLevel, Approval, Status and ConfirmedFrom.
+std::vector<ApprovalRow> ReadApprovalRows(const DataPacket& packet);
+
 /// Status that the decisions give a document sent for approval. Rows: one per level, at least one.
 /// The document's own screen, the queue and decisions in bulk all come here.
 DocumentStatus StatusOf(std::span<const ApprovalRow> rows);

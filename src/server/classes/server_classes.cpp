@@ -17,6 +17,7 @@ std::vector<ServerClass> MakeServerClasses() {
       TsmKindSupplies(),
       TsmCapExPlan(),
       TsmSuppliesContracts(),
+      TsmSuppManifacOrder(),
       TsmSuppManifacOrderReport(),
   };
 }

@@ -21,6 +21,7 @@ ServerClass TsmPurchaseOrderReport();
 ServerClass TsmSQL();
 ServerClass TsmStructure();
 ServerClass TsmStructureDeputies();
+ServerClass TsmSuppManifacOrder();
 ServerClass TsmSuppManifacOrderReport();
 ServerClass TsmSuppliesContracts();
 

@@ -1,5 +1,6 @@
 #include "contract/purchase_request.h"
 #include "server/classes/server_classes.h"
+#include "server/documents/rates.h"
 #include "server/documents/request_apply.h"
 #include "server/documents/request_load.h"
 #include "server/documents/request_sums.h"
@@ -12,9 +13,6 @@ namespace request = purchase_request;
 
 constexpr char kAdmissible[] =
     "select distinct Notifier from AdmissibleNotifiers where Notifier = :Notifier";
-constexpr char kRate[] =
-    "select CurrencyRate1 from RatesOfExchange where Partner = :Bank and KindCurrency = :Currency"
-    " and RateDate <= :Day order by RateDate desc limit 1";
 constexpr char kStatuses[] =
     "select Element, Name, Name2 from NomIn where Nomenclature = 249 order by Element";
 constexpr char kApprovalStatuses[] =
@@ -43,7 +41,7 @@ ServerClass TsmPurchaseOrder() {
       .ReadOnly(request::deliveries::dspDeliveries, {})
       .ReadOnly(request::roles::dspGetSuppDocConfirm, {})
       .ReadOnly(request::dspCheckAdmNotifiers, kAdmissible, {Code19("Notifier")})
-      .ReadOnly(dspRatesOfExchange, kRate, {Code19("Bank"), Int16("Currency"), Day("Day")})
+      .ReadOnly(dspRatesOfExchange, kRateOnDay, {Code19("Bank"), Int16("Currency"), Day("Day")})
       .ReadOnly(request::dspNomIn245, kApprovers)
       .ReadOnly(request::dspNomIn249, kStatuses)
       .ReadOnly(request::dspNomIn251, kApprovalStatuses)

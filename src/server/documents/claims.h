@@ -22,4 +22,9 @@ Answer<Done> CheckClaims(const Work& work, const Claims& claims);
 /// Users from this level on see only what concerns them and must have an employee record.
 inline constexpr int kFirstBoundLevel = 3;
 
+/// The one level that may complete and edit whatever order.
+inline bool HasFullAccess(const Work& work) {
+  return work.Who().userLevel == 0;
+}
+
 }  // namespace orvane

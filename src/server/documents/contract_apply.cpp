@@ -4,9 +4,8 @@
 #include <vector>
 
 #include "contract/supplies_contract.h"
+#include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
-#include "server/documents/request_moves.h"
-#include "server/documents/request_parts.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/settings.h"
 #include "server/providers/row_lock.h"

@@ -4,17 +4,38 @@
 
 namespace orvane {
 
-std::string InLanguage(std::string_view text, Language language) {
-  std::string written;
+namespace {
+
+/// The text with every "{p.Name}" replaced.
+template <class Written>
+std::string WithNames(std::string_view text, const Written& written) {
+  std::string whole;
   for (;;) {
     const std::size_t open = text.find('{');
-    written += text.substr(0, open);
-    if (open == std::string_view::npos) return written;
+    whole += text.substr(0, open);
+    if (open == std::string_view::npos) return whole;
     const std::size_t close = text.find('}', open);
-    const std::string column(text.substr(open + 1, close - open - 1));
-    written += language == Language::First ? column : "coalesce(" + column + "2, " + column + ")";
+    whole += written(std::string(text.substr(open + 1, close - open - 1)));
     text.remove_prefix(close + 1);
   }
+}
+
+std::string SecondName(const std::string& column) {
+  return "coalesce(" + column + "2, " + column + ")";
+}
+
+}  // namespace
+
+std::string InLanguage(std::string_view text, Language language) {
+  return WithNames(text, [&](const std::string& column) {
+    return language == Language::First ? column : SecondName(column);
+  });
+}
+
+std::string InAskedLanguage(std::string_view text) {
+  return WithNames(text, [](const std::string& column) {
+    return "case when :FirstLanguage = 1 then " + column + " else " + SecondName(column) + " end";
+  });
 }
 
 Statement PartStatement(const DocumentPart& part, Language language, Date today) {

@@ -35,6 +35,8 @@ enum class Language : std::uint8_t { First = 1, Second = 2 };
 
 /// "{p.Name}" becomes "p.Name", or in the second language "coalesce(p.Name2, p.Name)".
 std::string InLanguage(std::string_view text, Language language);
+/// The same by the parameter :FirstLanguage, for providers that are read by themselves.
+std::string InAskedLanguage(std::string_view text);
 
 /// One part's statement behind FindDocument.
 Statement PartStatement(const DocumentPart& part, Language language, Date today);

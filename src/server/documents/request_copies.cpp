@@ -1,11 +1,12 @@
 #include "server/documents/request_copies.h"
 
 #include "server/documents/claims.h"
+#include "server/documents/document_pricing.h"
+#include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
+#include "server/documents/rates.h"
+#include "server/documents/request_head.h"
 #include "server/documents/request_moves.h"
-#include "server/documents/request_parts.h"
-#include "server/documents/request_pricing.h"
-#include "server/documents/request_rows.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
 
@@ -17,16 +18,10 @@ namespace field = purchase_request::head;
 using request::new_rec::At;
 
 constexpr int kLastVersion = 255;
-constexpr std::string_view kRateOnDay =
-    "select CurrencyRate1 from RatesOfExchange where Partner = :Bank and KindCurrency = :Currency"
-    " and RateDate <= :Day order by RateDate desc limit 1";
-constexpr std::string_view kAllEntries =
-    "{serial} in (select d.SerialNumber from PurchaseOrderDet d where d.PurchaseOrderId = :Id"
-    " and d.PurchaseOrderVer = :Version)";
 
 /// A request as it is made: its head and the rows of its parts.
 struct NewRequest {
-  RequestKey key;
+  DocumentKey key;
   NamedValues head;
   std::vector<NamedValues> rows;
   std::vector<NamedValues> schedule;
@@ -51,8 +46,8 @@ void StartAnew(const Work& work, NewRequest& made) {
   SetValue(made.head, field::CreatedOn.name, work.Now());
   SetValue(made.head, field::Status.name, static_cast<int>(Entered));
   SetValue(made.head, field::OldVersion.name, false);
-  SetValue(made.head, kRequestSendingNumber.name, 0);
-  for (const FieldDef* column : {&kRequestSentFrom, &kRequestSentOn, &kRequestServiceEmployee})
+  SetValue(made.head, stored::kSendingNumber.name, 0);
+  for (const FieldDef* column : {&stored::kSentFrom, &stored::kSentOn, &kRequestServiceEmployee})
     SetValue(made.head, column->name, Variant());
   for (std::vector<NamedValues>* part : {&made.rows, &made.schedule, &made.plan}) {
     for (NamedValues& row : *part) {
@@ -67,7 +62,7 @@ void StartAnew(const Work& work, NewRequest& made) {
 }
 
 void AddWrites(ServerWrites& writes, const NewRequest& made) {
-  writes.Insert(RequestTable(), made.head);
+  writes.Insert(StoredRequest().head, made.head);
   for (const NamedValues& row : made.rows)
     writes.Insert(request::det::dspPurchaseOrderDet, row);
   for (const NamedValues& row : made.schedule)
@@ -78,7 +73,7 @@ void AddWrites(ServerWrites& writes, const NewRequest& made) {
 
 /// What both kinds read, behind the lock of the request they start from.
 struct Source {
-  RequestHead head;
+  DocumentHead head;
   DocumentSettings settings;
   std::vector<NamedValues> rows;
   std::vector<NamedValues> schedule;
@@ -88,15 +83,15 @@ struct Source {
   std::int64_t delivery = 0;        ///< a delivery that is not annulled, 0 when none
 };
 
-Answer<Source, Setback> ReadSource(Transaction& transaction, const Work& work, RequestKey key) {
+Answer<Source, Setback> ReadSource(Transaction& transaction, const Work& work, DocumentKey key) {
   const NamedValues params = {
       {"Id", key.id}, {"Version", key.version}, {"Employee", work.Who().Employee().value_or(0)}};
   const Statement statements[] = {
-      LockRequest(work, key),
+      LockHead(work, StoredRequest(), key),
       SelectSettings(),
-      SelectRequestRows(key),
-      SelectPart(request::del::dspPurchaseOrderDel, key),
-      SelectPart(request::pay::dspPurchaseOrderPayPl, key),
+      SelectPart(StoredRequest(), StoredRequest().rows, key),
+      SelectPart(StoredRequest(), request::del::dspPurchaseOrderDel, key),
+      SelectPart(StoredRequest(), request::pay::dspPurchaseOrderPayPl, key),
       Named("select count(*), coalesce(sum(case when n.CostCenter = q.CostCenter then 1 else 0 end)"
             ", 0) from PurchaseOrder q join AdmissibleNotifiers n on n.Notifier = :Employee"
             " where q.POIdNumber = :Id and q.POVersion = :Version",
@@ -106,8 +101,8 @@ Answer<Source, Setback> ReadSource(Transaction& transaction, const Work& work, R
             params, {{"IdNumber", ValueKind::Int32, 0}})};
   const auto packets = transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "reading a request to start from");
-  const auto head = ReadRequestHead((*packets)[0]);
-  if (!head || !head->seen) return Refusal(*WhyClosed(std::nullopt, key));
+  const auto head = ReadHead(StoredRequest(), (*packets)[0]);
+  if (!head || !head->seen) return Refusal(*WhyClosed(StoredRequest(), std::nullopt, key));
   Source source;
   source.head = *head;
   source.settings = ReadSettings((*packets)[1]);
@@ -129,8 +124,8 @@ std::string Asker(const Work& work) {
 // --- a new version -------------------------------------------------------------------------------
 
 std::optional<Failure> WhyNoNewVersion(const Work& work, const Source& source) {
-  const RequestHead& head = source.head;
-  if (auto closed = WhyClosed(head, head.key)) return closed;
+  const DocumentHead& head = source.head;
+  if (auto closed = WhyClosed(StoredRequest(), head, head.key)) return closed;
   if (head.status >= Fulfilling) {
     return Refused(NameOf(head.key) + " е със статус „" + std::string(StatusName(head.status)) +
                    "“ и от него не се прави нова версия. Направете копие.");
@@ -151,7 +146,7 @@ std::optional<Failure> WhyNoNewVersion(const Work& work, const Source& source) {
   return std::nullopt;
 }
 
-Answer<RequestKey, Setback> MakeVersion(WriteContext& context, RequestKey key) {
+Answer<DocumentKey, Setback> MakeVersion(WriteContext& context, DocumentKey key) {
   const auto source = ReadSource(context.transaction, context.work, key);
   if (!source) return source.GetFailure();
   if (auto refusal = WhyNoNewVersion(context.work, *source)) return Refusal(*std::move(refusal));
@@ -159,7 +154,8 @@ Answer<RequestKey, Setback> MakeVersion(WriteContext& context, RequestKey key) {
       {key.id, key.version + 1}, source->head.row, source->rows, source->schedule, source->plan};
   StartAnew(context.work, made);
   ServerWrites writes(context.work);
-  writes.Update(RequestTable(), source->head.row, {{std::string(field::OldVersion.name), true}});
+  writes.Update(StoredRequest().head, source->head.row,
+                {{std::string(field::OldVersion.name), true}});
   AddWrites(writes, made);
   const auto written = writes.CarryOut(context.transaction, "making a new version");
   if (!written) return written.GetFailure();
@@ -179,10 +175,10 @@ std::optional<Failure> WhyNoCopy(const Work& work, const Source& source) {
 /// Amounts of a copy follow today's prices and rate where they follow prices at all.
 std::optional<Failure> PriceCopy(NewRequest& made, const Source& source, Decimal rate,
                                  const std::map<std::int64_t, EntryFacts>& entries) {
-  std::vector<RequestRow> rows;
+  std::vector<DocumentRow> rows;
   for (NamedValues& values : made.rows) {
     SetValue(values, request::det::SuppManifacOrderId.name, Variant());
-    RequestRow row = RequestRowOf(values);
+    DocumentRow row = DocumentRowOf(values);
     const auto entry = entries.find(row.serial);
     const auto amount =
         RowAmount(source.head.kindSupply, rate, row,
@@ -199,25 +195,17 @@ std::optional<Failure> PriceCopy(NewRequest& made, const Source& source, Decimal
   return std::nullopt;
 }
 
-Answer<RequestKey, Setback> MakeCopy(WriteContext& context, RequestKey key) {
+Answer<DocumentKey, Setback> MakeCopy(WriteContext& context, DocumentKey key) {
   const Work& work = context.work;
   const auto source = ReadSource(context.transaction, work, key);
   if (!source) return source.GetFailure();
   if (auto refusal = WhyNoCopy(work, *source)) return Refusal(*std::move(refusal));
-  const EntriesAsked asked{
-      ":Today",
-      "(select q.ContractId from PurchaseOrder q where q.POIdNumber = :Id and q.POVersion"
-      " = :Version)",
-      "(select q.Supplier from PurchaseOrder q where q.POIdNumber = :Id and q.POVersion = "
-      ":Version)",
-      std::string(kAllEntries),
-      {{"Today", work.Today()}, {"Id", key.id}, {"Version", key.version}}};
+  NamedValues params = KeyParams(key);
+  params.push_back({"Today", work.Today()});
+  EntriesAsked asked = EntriesOf(StoredRequest(), EntriesNamed(StoredRequest()), params);
+  asked.day = ":Today";  // a copy is dated today
   std::vector<Statement> statements = SelectEntries(asked);
-  statements.push_back(Named(kRateOnDay,
-                             {{"Bank", source->settings.centralBank.value_or(0)},
-                              {"Currency", source->head.kindCurrency},
-                              {"Day", work.Today()}},
-                             {{"CurrencyRate1", ValueKind::Rate, 0}}));
+  statements.push_back(SelectRate(source->settings, source->head.kindCurrency, work.Today()));
   statements.push_back(NextNumber("PurchaseOrder"));
   const auto packets = context.transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "numbering a copy");
@@ -253,12 +241,12 @@ Answer<VariantArray> MakeRequestFrom(Work& work, const VariantArray& ask) {
   }
   const auto claimed = CheckClaims(work, {ask[At::kLogin], {}, {}});
   if (!claimed) return claimed.GetFailure();
-  RequestKey made;
+  DocumentKey made;
   const auto written =
       work.Write({}, [&](Transaction& transaction, const Packets&) -> Answer<Done, Setback> {
         const Variant nothing;
         WriteContext context{work, transaction, nothing, {}, {}, {}};
-        const RequestKey from{*id, *version};
+        const DocumentKey from{*id, *version};
         const auto key =
             kind == request::new_rec::kCopy ? MakeCopy(context, from) : MakeVersion(context, from);
         if (!key) return key.GetFailure();

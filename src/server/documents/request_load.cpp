@@ -4,9 +4,9 @@
 #include "server/approval/approval_rows.h"
 #include "server/approval/approvers.h"
 #include "server/documents/claims.h"
+#include "server/documents/document_roles.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_document.h"
-#include "server/documents/request_head.h"
 
 namespace orvane {
 namespace {
@@ -21,18 +21,6 @@ constexpr std::string_view kCostCenterOfKept =
 
 constexpr std::size_t kFurtherPackets = 3;  // of the rows behind the head's codes
 
-std::vector<ApprovalRow> ApprovalRowsOf(const DataPacket& packet) {
-  std::vector<ApprovalRow> rows;
-  for (std::size_t row = 0; row < packet.rowCount; ++row) {
-    const auto number = [&](std::string_view column) {
-      return static_cast<int>(packet.At(row, column).AsInt().value_or(0));
-    };
-    rows.push_back({number("ConfirmationLevel"), static_cast<ApproverKind>(number("Approval")),
-                    number("Status"), packet.At(row, "ConfirmedFrom").AsInt()});
-  }
-  return rows;
-}
-
 DataPacket RolesPacket(const std::vector<RoleRow>& roles) {
   DataPacket packet;
   for (const FieldDef& field : request::roles::dspGetSuppDocConfirm.fields)
@@ -45,25 +33,16 @@ DataPacket RolesPacket(const std::vector<RoleRow>& roles) {
 }
 
 /// The asker's roles in the request that was loaded.
-DataPacket RolesIn(const Work& work, const LoadedDocument& loaded) {
+std::vector<RoleRow> RolesIn(const Work& work, const LoadedDocument& loaded) {
   const DataPacket& head = loaded.packets.front();
-  const std::vector<ApprovalRow> rows =
-      ApprovalRowsOf(loaded.packets.at(1 + std::size_t{kRequestApprovals}));
-  const ApproversOfCostCenter approvers = ReadApprovers(loaded.further.at(0), loaded.further.at(1));
-  RoleFacts facts;
-  facts.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0));
-  facts.closed =
-      !head.At(0, "AnnulOn").IsNull() || head.At(0, "OldVersion").AsBool().value_or(false);
-  facts.rows = rows;
-  facts.employee = work.Who().Employee();
-  if (facts.employee) {
-    const ApprovalRow* turn = TurnOf(rows);
-    const bool own = IsForbiddenOwn(work, head.At(0, "CreatedFrom").ToText(),
-                                    head.At(0, "Notifier").AsInt().value_or(0));
-    facts.decidesTurn = turn && !own && approvers.Of(turn->approver).Has(*facts.employee);
-    facts.isChief = approvers.Of(ApproverKind::CostCenterHead).Has(*facts.employee);
-  }
-  return RolesPacket(RolesOf(facts));
+  return RolesInDocument(
+      work, {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
+             .closed = !head.At(0, "AnnulOn").IsNull() ||
+                       head.At(0, "OldVersion").AsBool().value_or(false),
+             .createdFrom = head.At(0, "CreatedFrom").ToText(),
+             .notifier = head.At(0, "Notifier").AsInt().value_or(0),
+             .rows = ReadApprovalRows(loaded.packets.at(1 + std::size_t{kRequestApprovals})),
+             .approvers = ReadApprovers(loaded.further.at(0), loaded.further.at(1))});
 }
 
 }  // namespace
@@ -88,7 +67,7 @@ Answer<VariantArray> GetPurchaseRequest(Work& work, const VariantArray& ask) {
   tell[Tell::kFound] = loaded->code != LoadCode::None;
   if (loaded->code == LoadCode::None) return tell;
 
-  Variant roles(RolesIn(work, *loaded));
+  Variant roles(RolesPacket(RolesIn(work, *loaded)));
   std::size_t position = Tell::kFirstPacket;
   const std::size_t parts = loaded->packets.size() - kFurtherPackets;
   for (std::size_t i = 0; i < parts; ++i)

@@ -1,8 +1,10 @@
 #include "server/documents/request_moves.h"
 
 #include "contract/supplier_order.h"
+#include "server/documents/document_approval.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_approval.h"
+#include "server/documents/request_head.h"
 #include "server/documents/server_writes.h"
 
 namespace orvane {
@@ -28,15 +30,8 @@ constexpr auto kOrderStatus = Writes("", supplier_order::head::dspSuppManifacOrd
 
 }  // namespace
 
-Statement NextNumber(std::string_view table) {
-  return Named(
-      "update DocumentCounter set LastNumber = LastNumber + 1 where TableName = :Table"
-      " returning LastNumber",
-      {{"Table", table}}, {{"LastNumber", ValueKind::Int32, 0}});
-}
-
-Answer<Done, Setback> SettleOrders(WriteContext& context, RequestKey key) {
-  const NamedValues params = {{"Id", key.id}, {"Version", key.version}};
+Answer<Done, Setback> SettleOrders(WriteContext& context, DocumentKey key) {
+  const NamedValues params = KeyParams(key);
   std::string lock(kLockOrdersOf);
   if (context.work.EngineKind() == Engine::Postgres) lock += " for update of o";
   const Statement statements[] = {Named(lock, params, {{"IdNumber", ValueKind::Int32, 0}}),
@@ -57,10 +52,10 @@ Answer<Done, Setback> SettleOrders(WriteContext& context, RequestKey key) {
   return writes.CarryOut(context.transaction, "moving supplier orders");
 }
 
-Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const RequestHead& head,
+Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const DocumentHead& head,
                                          DocumentStatus status) {
   ServerWrites writes(context.work);
-  writes.Update(RequestTable(), head.row,
+  writes.Update(StoredRequest().head, head.row,
                 {{std::string(request::head::Status.name), static_cast<int>(status)}});
   if (writes.Empty()) return Done{};
   const auto written = writes.CarryOut(context.transaction, "writing a request's status");
@@ -69,10 +64,10 @@ Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const RequestHea
   return SettleOrders(context, head.key);
 }
 
-Answer<Done, Setback> RequestMoved(WriteContext& context, RequestKey key, const Move& move) {
+Answer<Done, Setback> RequestMoved(WriteContext& context, DocumentKey key, const Move& move) {
   if (move.name == request::kSend.name) return SendRequest(context, key);
   if (move.name == request::kCorrect.name) {
-    const auto dropped = DropApprovalRows(context, key);
+    const auto dropped = DropApprovalRows(context, StoredRequest(), key);
     if (!dropped) return dropped;
     return SettleOrders(context, key);
   }

@@ -1,11 +1,7 @@
-#include "server/documents/request_parts.h"
-
-#include <algorithm>
-#include <any>
-
-#include "packet/fold.h"
+#include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_apply.h"
+#include "server/documents/request_head.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/settings.h"
 
@@ -15,27 +11,18 @@ namespace {
 namespace del = purchase_request::del;
 namespace pay = purchase_request::pay;
 
-constexpr std::string_view kIdColumn = "PurchaseOrderId";
-constexpr std::string_view kVersionColumn = "PurchaseOrderVer";
 constexpr int kMostPlanRows = 255;
 
-std::optional<RequestKey> KeyIn(const Change& change) {
-  const NamedValues& values = change.kind == ChangeKind::Insert ? change.after : change.before;
-  const Variant* id = FindValue(values, kIdColumn);
-  const Variant* version = FindValue(values, kVersionColumn);
-  if (!id || !version || !id->AsInt() || !version->AsInt()) return std::nullopt;
-  return RequestKey{*id->AsInt(), *version->AsInt()};
-}
-
 /// Locks the head and reads what `more` asks; refuses when nothing may be changed.
-Answer<std::vector<DataPacket>, Setback> LockEditable(WriteContext& context, RequestKey key,
+Answer<std::vector<DataPacket>, Setback> LockEditable(WriteContext& context, DocumentKey key,
                                                       std::span<const Statement> more) {
-  std::vector<Statement> statements = {LockRequest(context.work, key)};
+  std::vector<Statement> statements = {LockHead(context.work, StoredRequest(), key)};
   statements.insert(statements.end(), more.begin(), more.end());
   auto packets = context.transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "locking a request");
-  const auto head = ReadRequestHead(packets->front());
-  if (auto refusal = WhyNotEditable(head, key)) return Refusal(*std::move(refusal));
+  const auto head = ReadHead(StoredRequest(), packets->front());
+  if (auto refusal = WhyNotEditable(context.work, StoredRequest(), head, key))
+    return Refusal(*std::move(refusal));
   packets->erase(packets->begin());
   return std::move(*packets);
 }
@@ -45,8 +32,7 @@ void ImposeOnInsert(PreparedChange& change, std::string_view column, const Varia
     Impose(change, {}, column, value);
     return;
   }
-  std::erase_if(change.change.after,
-                [&](const NamedValue& sent) { return SameName(sent.name, column); });
+  Drop(change.change.after, column);
 }
 
 /// A check box left alone is off.
@@ -61,7 +47,7 @@ void ImposeFlag(PreparedChange& change, std::string_view column) {
 
 /// Whether a planned date was delivered is the deliveries' to say.
 Answer<Done, Setback> BeforeSchedule(WriteContext& context, std::span<PreparedChange> changes) {
-  const auto key = RequestOf(changes);
+  const auto key = DocumentOf(StoredRequest(), changes);
   if (!key) return key.GetFailure();
   const auto locked = LockEditable(context, *key, {});
   if (!locked) return locked.GetFailure();
@@ -71,7 +57,7 @@ Answer<Done, Setback> BeforeSchedule(WriteContext& context, std::span<PreparedCh
 }
 
 Answer<Done, Setback> BeforePlan(WriteContext& context, std::span<PreparedChange> changes) {
-  const auto key = RequestOf(changes);
+  const auto key = DocumentOf(StoredRequest(), changes);
   if (!key) return key.GetFailure();
   const Statement more[] = {
       SelectSettings(),
@@ -111,46 +97,6 @@ constexpr UniqueRule kScheduleUnique[] = {
 };
 
 }  // namespace
-
-Answer<RequestKey, Setback> RequestOf(std::span<const PreparedChange> changes) {
-  std::optional<RequestKey> key;
-  for (const PreparedChange& prepared : changes) {
-    const Change& change = prepared.change;
-    const auto own = KeyIn(change);
-    const bool moved =
-        change.kind == ChangeKind::Update &&
-        (FindValue(change.after, kIdColumn) || FindValue(change.after, kVersionColumn));
-    if (!own || moved || (key && *key != *own)) {
-      return BadRequest("Редовете не са на едно искане.");
-    }
-    key = own;
-  }
-  return *key;
-}
-
-Variant ValueAfter(const Change& change, const NamedValues& present, std::string_view column) {
-  if (const Variant* value = FindValue(change.after, column)) return *value;
-  if (const Variant* value = FindValue(present, column)) return *value;
-  return {};
-}
-
-void CompleteOldValues(Change& change, const NamedValues& present) {
-  if (change.kind != ChangeKind::Update) return;
-  for (const NamedValue& value : change.after) {
-    if (FindValue(change.before, value.name)) continue;
-    if (const Variant* old = FindValue(present, value.name)) {
-      change.before.push_back({value.name, *old});
-    }
-  }
-}
-
-Setback Refusal(Failure failure) {
-  return {std::move(failure), false};
-}
-
-Setback BadRequest(std::string sentence) {
-  return {{FailureKind::BadRequest, std::move(sentence)}, false};
-}
 
 WriteRules RequestScheduleRules() {
   return {.unique = kScheduleUnique, .beforeWrite = &BeforeSchedule};

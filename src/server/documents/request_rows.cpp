@@ -1,16 +1,12 @@
 #include "server/documents/request_rows.h"
 
-#include <algorithm>
-
 #include "packet/quantity.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/order_remainder.h"
-#include "server/documents/server_writes.h"
+#include "server/documents/request_head.h"
 
 namespace orvane {
 namespace {
-
-namespace det = purchase_request::det;
 
 constexpr ValueKind kQuantity = ValueKind::Double;
 
@@ -27,18 +23,11 @@ std::string OrderedByOthers() {
                      " and (p.POIdNumber <> :OwnId or p.POVersion <> :OwnVersion)");
 }
 
-std::string EntryName(std::int64_t serial, const std::map<std::int64_t, EntryFacts>& entries) {
-  const auto found = entries.find(serial);
-  std::string name = "„" + std::to_string(serial);
-  if (found != entries.end() && !found->second.name.empty()) name += " " + found->second.name;
-  return name + "“";
+std::string RowName(const DocumentHead& head, const DocumentRow& row) {
+  return NameOf(StoredRequest(), head.key) + ", ред " + std::to_string(row.number);
 }
 
-std::string RowName(const RequestHead& head, const RequestRow& row) {
-  return NameOf(head.key) + ", ред " + std::to_string(row.number);
-}
-
-std::optional<Failure> WhyOrderRefuses(const RequestHead& head, const RequestRow& row,
+std::optional<Failure> WhyOrderRefuses(const DocumentHead& head, const DocumentRow& row,
                                        const OrderFacts* order,
                                        const std::map<std::int64_t, EntryFacts>& entries) {
   const std::string name = "поръчка за производство " + std::to_string(*row.order);
@@ -61,55 +50,7 @@ std::optional<Failure> WhyOrderRefuses(const RequestHead& head, const RequestRow
 
 }  // namespace
 
-Statement SelectRequestRows(RequestKey key) {
-  return SelectPart(det::dspPurchaseOrderDet, key);
-}
-
-RequestRow RequestRowOf(NamedValues values) {
-  const auto number = [&](const FieldDef& field) {
-    const Variant* value = FindValue(values, field.name);
-    return value ? value->AsInt() : std::nullopt;
-  };
-  RequestRow row;
-  row.number = static_cast<int>(number(det::RowNumber).value_or(0));
-  row.serial = number(det::SerialNumber).value_or(0);
-  row.order = number(det::SuppManifacOrderId);
-  row.numerator = number(det::Numerator).value_or(1);
-  if (const Variant* quantity = FindValue(values, det::Quantity.name)) {
-    row.quantity = quantity->AsDouble().value_or(0);
-  }
-  if (const Variant* amount = FindValue(values, det::CurrSumWithoutVAT.name)) {
-    row.amount = amount->AsDecimal().value_or(Decimal());
-  }
-  row.values = std::move(values);
-  return row;
-}
-
-std::vector<RequestRow> ReadRequestRows(const DataPacket& packet) {
-  std::vector<RequestRow> rows;
-  for (std::size_t row = 0; row < packet.rowCount; ++row)
-    rows.push_back(RequestRowOf(RowValues(packet, row)));
-  return rows;
-}
-
-void ApplyChange(std::vector<RequestRow>& rows, const Change& change) {
-  if (change.kind == ChangeKind::Insert) {
-    rows.push_back(RequestRowOf(change.after));
-    return;
-  }
-  const Variant* number = FindValue(change.before, det::RowNumber.name);
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const RequestRow& row) {
-    return number && number->AsInt() == row.number;
-  });
-  if (found == rows.end()) return;  // gone meanwhile, which the where clause will tell
-  if (change.kind == ChangeKind::Delete) {
-    rows.erase(found);
-  } else {
-    *found = RequestRowOf(After(found->values, change));
-  }
-}
-
-std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted, RequestKey own,
+std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted, DocumentKey own,
                                     NamedValues params) {
   params.push_back({"OwnId", own.id});
   params.push_back({"OwnVersion", own.version});
@@ -150,11 +91,11 @@ std::map<std::int64_t, OrderFacts> ReadOrders(const DataPacket& orders, const Da
   return facts;
 }
 
-std::optional<Failure> WhyOrdersRefuse(const RequestHead& head, std::span<const RequestRow> rows,
+std::optional<Failure> WhyOrdersRefuse(const DocumentHead& head, std::span<const DocumentRow> rows,
                                        const std::map<std::int64_t, OrderFacts>& orders,
                                        const std::map<std::int64_t, EntryFacts>& entries) {
   std::map<std::pair<std::int64_t, std::int64_t>, double> asked;
-  for (const RequestRow& row : rows) {
+  for (const DocumentRow& row : rows) {
     if (!row.order) continue;
     const auto order = orders.find(*row.order);
     const OrderFacts* facts = order == orders.end() ? nullptr : &order->second;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Rows of a purchase request and the supplier orders they are raised against: pure rules over plain
-// rows, and the statements that read them.
+// Rows of a purchase request against the supplier orders they are raised against: pure rules over
+// plain rows, and the statements that read what the orders leave.
 
 #include <map>
 #include <optional>
@@ -9,27 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "packet/delta.h"
-#include "server/documents/entries.h"
-#include "server/documents/request_head.h"
+#include "server/documents/document_pricing.h"
 
 namespace orvane {
-
-struct RequestRow {
-  int number = 0;
-  std::int64_t serial = 0;
-  std::optional<std::int64_t> order;
-  double quantity = 0;
-  std::int64_t numerator = 1;
-  Decimal amount;
-  NamedValues values;  ///< every stored column
-};
-
-Statement SelectRequestRows(RequestKey key);
-std::vector<RequestRow> ReadRequestRows(const DataPacket& packet);
-RequestRow RequestRowOf(NamedValues values);
-/// The rows as a change leaves them.
-void ApplyChange(std::vector<RequestRow>& rows, const Change& change);
 
 /// A supplier order and what it still leaves of its entries to requests of status 3 to 7.
 struct OrderFacts {
@@ -42,14 +24,14 @@ struct OrderFacts {
 
 /// Locks the orders, ascending, and reads what they leave. `wanted` is an SQL condition on
 /// {order} that names `params`. Rows of the request `own` are not counted against it.
-std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted, RequestKey own,
+std::vector<Statement> SelectOrders(const Work& work, const std::string& wanted, DocumentKey own,
                                     NamedValues params);
 inline constexpr std::size_t kOrderStatements = 2;
 std::map<std::int64_t, OrderFacts> ReadOrders(const DataPacket& orders, const DataPacket& entries);
 
 /// Why the rows may not be raised against the orders they name; nothing when they may. Only rows of
 /// the orders in `orders` are looked at: what the rows together ask may not exceed what is left.
-std::optional<Failure> WhyOrdersRefuse(const RequestHead& head, std::span<const RequestRow> rows,
+std::optional<Failure> WhyOrdersRefuse(const DocumentHead& head, std::span<const DocumentRow> rows,
                                        const std::map<std::int64_t, OrderFacts>& orders,
                                        const std::map<std::int64_t, EntryFacts>& entries);
 

@@ -50,6 +50,7 @@ DocumentSettings ReadSettings(const DataPacket& rows) {
   settings.serviceEmployee = own(parameters::cpServiceUser);
   const auto tolerance = NumberOf(rows, system::kModuleGroup, parameters::cpPOTolerance);
   settings.tolerance = tolerance.value_or(Decimal());
+  settings.ownUnitsOnly = host(parameters::kOwnUnitsOnly) == 1;
   if (own(parameters::cpAlgoritmPrice) == 2) settings.priceAlgorithm = 2;
   return settings;
 }

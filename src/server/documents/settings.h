@@ -19,8 +19,9 @@ struct DocumentSettings {
   std::optional<std::int64_t> waresKind;  ///< goods
   std::optional<std::int64_t> pricedServiceKind;
   std::optional<std::int64_t> serviceEmployee;
-  Decimal tolerance;       ///< 0 while the parameter is empty
-  int priceAlgorithm = 1;  ///< also while the parameter is empty
+  Decimal tolerance;          ///< 0 while the parameter is empty
+  bool ownUnitsOnly = false;  ///< a row of a material uses only the units that it names
+  int priceAlgorithm = 1;     ///< also while the parameter is empty
 
   /// ОСМ, goods and priced services take their amounts from prices.
   bool IsPriced(std::int64_t kindSupply) const {

@@ -22,11 +22,7 @@ struct Visibility::Direction {
 
 Sight SightOf(const Work& work) {
   const Session& who = work.Who();
-  const auto mayOpen = [&](Point point) {
-    return who.May(static_cast<std::int32_t>(point), Right::Open);
-  };
-  return {who.userLevel, who.login, who.Employee(), work.Today(),
-          mayOpen(Point::Deliveries) || mayOpen(Point::SupplierInvoices)};
+  return {who.userLevel, who.login, who.Employee(), work.Today(), who.ReadsReceived()};
 }
 
 Visibility::Visibility(const SeenTable& table, const Sight& sight)
@@ -139,6 +135,19 @@ RowPredicate Visibility::AsRowPredicate() const {
   if (everything_) return {};
   Statement statement = Named(condition_, params_);
   return {std::move(statement.text), std::move(statement.params)};
+}
+
+std::string SeenBySession(const SeenTable& table, std::string_view alias) {
+  Sight anybody;
+  anybody.level = kFirstBoundLevel;
+  anybody.employee = 0;
+  std::string seen = Visibility(table, anybody).On(alias);
+  for (const int status : table.receivedStatuses) {
+    seen += " or (:SessionReadsReceived = 1 and " + ColumnOf(alias, "Status") + " = " +
+            std::to_string(status) + ")";
+  }
+  seen = Replaced(Replaced(seen, ":Login", ":SessionLogin"), ":Employee", ":SessionEmployee");
+  return "(:SessionLevel < " + std::to_string(kFirstBoundLevel) + " or " + seen + ")";
 }
 
 RowPredicate SearchVisibility(const Work& work, std::string_view table) {

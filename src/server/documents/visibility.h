@@ -126,6 +126,10 @@ inline constexpr SeenTable kSeenDeliveries{
 inline constexpr SeenTable kSeenContracts{
     {}, "SuppliesContracts", "IdNumber", "", "1 = 1", "{t}.IdNumber", {}, {}, {}, true};
 
+/// The condition on an alias for the select of a provider that is read by itself: its parameters
+/// are those of the session.
+std::string SeenBySession(const SeenTable& table, std::string_view alias);
+
 /// The asker's predicate for a head table of the search catalogue; a table that is not among the
 /// documents here shows nothing.
 RowPredicate SearchVisibility(const Work& work, std::string_view table);

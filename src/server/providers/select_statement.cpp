@@ -20,6 +20,7 @@ bool IsNameCharacter(char c) {
 std::optional<Variant> SessionParam(const Work& work, std::string_view name) {
   if (name == "SessionLogin") return Variant(work.Who().login);
   if (name == "SessionLevel") return Variant(work.Who().userLevel);
+  if (name == "SessionReadsReceived") return Variant(work.Who().ReadsReceived());
   if (name == "Today") return Variant(work.Today());
   if (name == "SessionEmployee") {
     const auto employee = work.Who().Employee();

@@ -38,7 +38,8 @@ using OperationFunction = Answer<VariantArray> (*)(Work&, const VariantArray&);
 struct ProviderRow {
   ProviderDef def;
   /// Answers the provider's fields in their order; parameters are written :Name. Parameters of the
-  /// session are filled by the server: :SessionLogin, :SessionEmployee, :SessionLevel, :Today.
+  /// session are filled by the server: :SessionLogin, :SessionEmployee, :SessionLevel,
+  /// :SessionReadsReceived, :Today.
   /// Empty: the rows travel with their document's load and are fetched in no other way.
   std::string_view select;
   /// Kinds of the parameters that the client sends.

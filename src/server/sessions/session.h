@@ -36,6 +36,11 @@ struct Session {
     }
     return false;
   }
+  /// Holds open on deliveries or invoices, and so sees what may be received.
+  bool ReadsReceived() const {
+    return May(static_cast<std::int32_t>(Point::Deliveries), Right::Open) ||
+           May(static_cast<std::int32_t>(Point::SupplierInvoices), Right::Open);
+  }
   /// The employee, when there is exactly one.
   std::optional<std::int64_t> Employee() const {
     return employeeCount == 1 ? std::optional(firstEmployee) : std::nullopt;

@@ -1,0 +1,60 @@
+#pragma once
+
+// What happens around the writing of a document's head: numbering, the rules of what it may say,
+// amounts that follow from it, and its moves, judged by the contract's row and by what is on disk
+// under the head's lock.
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "server/documents/document_head.h"
+#include "server/documents/settings.h"
+#include "server/providers/write_rules.h"
+
+namespace orvane {
+
+/// What the registers say of what a head says.
+struct HeadFacts {
+  DocumentSettings settings;
+  bool admissible = false;  ///< the requester, for the cost centre
+  bool isSupplier = false;  ///< the partner is one
+  bool hasContract = false;
+  std::int64_t contractSupplier = 0;
+  std::int64_t contractKind = 0;
+  bool contractActive = false;
+  bool contractThroughOrders = false;
+};
+
+/// How the heads of a document differ from those of another.
+struct HeadSteps {
+  const StoredDocument& document;
+  /// Columns that a head may be told by its screen.
+  std::span<const std::string_view> ownColumns;
+  /// Columns that only the server writes, beside the stamps and the status.
+  std::span<const std::string_view> serverColumns;
+  /// What a new head says of the columns that are not its screen's, beside its identifier.
+  std::span<const NamedValue> entered;
+  /// A new head's identifier goes back as owner data.
+  bool identifierIsOwnerData = true;
+  /// The status of an annulled one; otherwise it keeps its status.
+  std::optional<int> annulledStatus;
+  /// Why it may not say what it says, beside what all documents are asked.
+  std::optional<Failure> (*refuses)(const HeadFacts& facts, const Change& change,
+                                    const NamedValues& present);
+  std::optional<Failure> (*keeps)(DocumentKey key);  ///< why it is not deleted
+  /// Behind a move, whose status is written.
+  Answer<Done, Setback> (*moved)(WriteContext& context, DocumentKey key, const Move& move);
+};
+
+Answer<Done, Setback> BeforeDocumentHead(const HeadSteps& steps, WriteContext& context,
+                                         std::span<PreparedChange> changes);
+Answer<Done, Setback> AfterDocumentHead(const HeadSteps& steps, WriteContext& context);
+
+/// The annulment has the right to delete, everything else that of its kind of change.
+Right DocumentHeadRight(const Change& change);
+/// The name of a status.
+std::string DocumentHeadWord(std::string_view column, const Variant& value);
+
+}  // namespace orvane

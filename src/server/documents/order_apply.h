@@ -1,0 +1,13 @@
+#pragma once
+
+// What happens around the writing of a supplier order's head and parts.
+
+#include "server/providers/write_rules.h"
+
+namespace orvane {
+
+WriteRules OrderHeadRules();
+WriteRules OrderRowRules();
+WriteRules OrderApprovalRules();
+
+}  // namespace orvane

@@ -1,0 +1,119 @@
+#include "contract/supplier_order.h"
+#include "server/approval/levels.h"
+#include "server/documents/document_approval.h"
+#include "server/documents/document_steps.h"
+#include "server/documents/named_statement.h"
+#include "server/documents/order_apply.h"
+#include "server/documents/order_head.h"
+#include "server/documents/order_moves.h"
+
+namespace orvane {
+namespace {
+
+namespace order = supplier_order;
+
+/// The first current request, sent and not annulled, against the order; 0 when there is none.
+constexpr std::string_view kRequestAgainst =
+    "select coalesce(min(p.POIdNumber), 0) from PurchaseOrderDet d"
+    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId and p.POVersion = d.PurchaseOrderVer"
+    " where d.SuppManifacOrderId = :Id and p.OldVersion = 0 and p.AnnulOn is null"
+    " and p.Status between 3 and 7";
+
+Statement SelectRequestAgainst(DocumentKey key) {
+  return Named(kRequestAgainst, KeyParams(key), {{"POIdNumber", ValueKind::Int32, 0}});
+}
+
+/// Sends an order whose head has status 3. Its levels have no sums: every kind of supply has its
+/// own, and an order of a kind without levels is not sent at all.
+Answer<Done, Setback> SendOrder(WriteContext& context, DocumentKey key) {
+  const StoredDocument& document = StoredOrder();
+  const auto locked = context.transaction.Query(LockHead(context.work, document, key));
+  if (!locked) return ToSetback(locked.GetFailure(), "reading an order that is sent");
+  const auto head = ReadHead(document, *locked);
+  if (!head) return Refusal(*WhyClosed(document, head, key));
+  const NamedValues params = KeyParams(key);
+  std::vector<Statement> statements = {
+      SelectLevels(document.kind, head->kindSupply),
+      Named("select count(*) from SuppManOrderDet where SuppManOrderId = :Id", params,
+            {{"Found", ValueKind::Code, 0}})};
+  for (Statement& statement : SelectApproversOf(document, params, context.work.Today()))
+    statements.push_back(std::move(statement));
+  const auto packets = context.transaction.QueryAll(statements);
+  if (!packets) return ToSetback(packets.GetFailure(), "reading what a sending needs");
+  if ((*packets)[1].At(0, "Found").AsInt().value_or(0) == 0) {
+    return Refusal(Refused(NameOf(document, key) +
+                           " няма редове. Въведете поне един ред с материал или услуга."));
+  }
+  const std::vector<LevelRow> levels = ReadLevels((*packets)[0]);
+  const ApproversOfCostCenter approvers = ReadApprovers((*packets)[2], (*packets)[3]);
+  const auto plan = PlanApproval(
+      {NameOf(document, key), document.kind, head->kindSupply, Decimal(), levels, approvers});
+  if (!plan) return Refusal(plan.GetFailure());
+  ServerWrites writes(context.work);
+  AddSending(writes, context.work, document, *head, *plan, approvers);
+  return writes.CarryOut(context.transaction, "sending an order");
+}
+
+Answer<Done, Setback> WriteOrderStatus(WriteContext& context, const DocumentHead& head,
+                                       DocumentStatus status) {
+  ServerWrites writes(context.work);
+  writes.Update(StoredOrder().head, head.row,
+                {{std::string(stored::kStatus), static_cast<int>(status)}});
+  if (writes.Empty()) return Done{};
+  SetValue(context.headMoved, stored::kStatus, static_cast<int>(status));
+  return writes.CarryOut(context.transaction, "writing an order's status");
+}
+
+/// Whoever sends a request locks the order too, so that neither slips past the other.
+Answer<Done, Setback> CheckNothingStandsOn(WriteContext& context, const DocumentHead& head) {
+  const auto found = context.transaction.Query(SelectRequestAgainst(head.key));
+  if (!found) return ToSetback(found.GetFailure(), "looking for requests against an order");
+  const std::int64_t request = found->At(0, 0).AsInt().value_or(0);
+  if (request == 0) return Done{};
+  return Refusal(Refused("По " + NameOf(StoredOrder(), head.key) +
+                         " е изпратено искане за покупка " + std::to_string(request) +
+                         ". Първо го върнете за корекция или анулирайте."));
+}
+
+Answer<Done, Setback> NothingToTakeAgain(WriteContext&, const DocumentHead&) {
+  return Done{};
+}
+
+/// While it was completed, the last request against it may have gone.
+Answer<Done, Setback> SettleReopened(WriteContext& context, DocumentKey key) {
+  const Statement statements[] = {LockHead(context.work, StoredOrder(), key),
+                                  SelectRequestAgainst(key)};
+  const auto packets = context.transaction.QueryAll(statements);
+  if (!packets) return ToSetback(packets.GetFailure(), "settling an order that was reopened");
+  const auto head = ReadHead(StoredOrder(), (*packets)[0]);
+  if (!head || (*packets)[1].At(0, 0).AsInt().value_or(0) != 0) return Done{};
+  return WriteOrderStatus(context, *head, Approved);
+}
+
+ApprovalSteps Steps() {
+  return {StoredOrder(), &CheckNothingStandsOn, &NothingToTakeAgain, &WriteOrderStatus};
+}
+
+Answer<Done, Setback> BeforeOrderDecisions(WriteContext& context,
+                                           std::span<PreparedChange> changes) {
+  return BeforeDecisions(Steps(), context, changes);
+}
+
+Answer<Done, Setback> AfterOrderDecisions(WriteContext& context, std::span<PreparedChange>) {
+  return AfterDecisions(Steps(), context);
+}
+
+}  // namespace
+
+Answer<Done, Setback> OrderMoved(WriteContext& context, DocumentKey key, const Move& move) {
+  if (move.name == order::kSend.name) return SendOrder(context, key);
+  if (move.name == order::kCorrect.name) return DropApprovalRows(context, StoredOrder(), key);
+  if (move.name == order::kReopen.name) return SettleReopened(context, key);
+  return Done{};
+}
+
+WriteRules OrderApprovalRules() {
+  return {.beforeWrite = &BeforeOrderDecisions, .afterWrite = &AfterOrderDecisions};
+}
+
+}  // namespace orvane

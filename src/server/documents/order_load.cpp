@@ -1,0 +1,169 @@
+#include "server/documents/order_load.h"
+
+#include <charconv>
+
+#include "contract/supplier_order.h"
+#include "server/documents/claims.h"
+#include "server/documents/document_roles.h"
+#include "server/documents/named_statement.h"
+#include "server/documents/order_document.h"
+
+namespace orvane {
+namespace {
+
+namespace order = supplier_order;
+namespace params = supplier_order::get_params;
+using order::get_record::At;
+
+constexpr std::string_view kCostCenterOfKept =
+    "(select o.CostCenter from SuppManifacOrder o where o.IdNumber = orvane_kept('DocumentId'))";
+constexpr std::string_view kApprovalRowsOfKept =
+    "select ConfirmationLevel, Approval, Status, ConfirmedFrom from SuppManOrderAdmin"
+    " where SuppManOrderId = orvane_kept('DocumentId') order by ConfirmationLevel";
+
+/// Statements behind the parts of a load.
+enum Further : std::uint8_t { kPlaces, kPeople, kApprovalRows, kRequests };
+
+/// A number that travels as text or as a number; empty when it is neither, Null is 0.
+std::optional<std::int64_t> NumberIn(const Variant& value) {
+  if (value.IsEmpty()) return 0;
+  const std::string* text = value.AsString();
+  if (!text) return value.AsInt();
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text->data(), text->data() + text->size(), number);
+  const bool whole = error == std::errc() && end == text->data() + text->size();
+  return whole ? std::optional(number) : std::nullopt;
+}
+
+/// The server context is the session it was given to; none is accepted.
+bool IsContextOf(const Work& work, const Variant& context) {
+  return context.IsEmpty() || context == Variant(work.Who().sessionName);
+}
+
+Statement SelectRequests(const Work& work, Language language) {
+  const Visibility seen(kSeenRequests, SightOf(work));
+  return Named(InLanguage(SelectRequestsOfOrder(kKeptId, seen.On("p")), language), seen.Params(),
+               ColumnsOf(order::requests::dspPurchaseOrder));
+}
+
+std::vector<Statement> FurtherStatements(const Work& work, Language language) {
+  std::vector<Statement> further = SelectApprovers(kCostCenterOfKept, {}, work.Today());
+  further.push_back({std::string(kApprovalRowsOfKept),
+                     {},
+                     {{"ConfirmationLevel", ValueKind::Byte, 0},
+                      {"Approval", ValueKind::Byte, 0},
+                      {"Status", ValueKind::Byte, 0},
+                      {"ConfirmedFrom", ValueKind::Code, 0}}});
+  further.push_back(SelectRequests(work, language));
+  return further;
+}
+
+/// One field carries the level of the turn or of the own decision, and the turn goes first.
+void TellRoles(const Work& work, const LoadedDocument& loaded, VariantArray& tell) {
+  const DataPacket& head = loaded.packets.front();
+  const std::vector<RoleRow> roles = RolesInDocument(
+      work, {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
+             .closed = !head.At(0, "AnnulOn").IsNull(),
+             .createdFrom = head.At(0, "CreatedFrom").ToText(),
+             .notifier = head.At(0, "Notifier").AsInt().value_or(0),
+             .rows = ReadApprovalRows(loaded.further.at(kApprovalRows)),
+             .approvers = ReadApprovers(loaded.further.at(kPlaces), loaded.further.at(kPeople))});
+  const auto find = [&](ApprovalRole wanted) -> const RoleRow* {
+    for (const RoleRow& role : roles) {
+      if (role.role == wanted) return &role;
+    }
+    return nullptr;
+  };
+  const RoleRow* turn = find(ApprovalRole::HasTurn);
+  const RoleRow* own = turn ? nullptr : find(ApprovalRole::HasDecided);
+  const RoleRow* shown = turn ? turn : own;
+  tell[At::kMayApprove] = turn != nullptr;
+  tell[At::kMayWithdraw] = own != nullptr;
+  tell[At::kPendingStatus] = turn ? turn->status : 0;
+  tell[At::kOwnStatus] = own ? own->status : 0;
+  tell[At::kOwnLevel] = shown ? shown->level : 0;
+  tell[At::kReserved] = 0;
+  tell[At::kFullAccess] = HasFullAccess(work);
+}
+
+void TellPackets(LoadedDocument loaded, VariantArray& tell) {
+  const auto part = [&](OrderPart number) {
+    return Variant(std::move(loaded.packets.at(1 + std::size_t{number})));
+  };
+  tell[At::kHead] = Variant(std::move(loaded.packets.front()));
+  tell[At::kRows] = part(kOrderRows);
+  tell[At::kApprovals] = part(kOrderApprovals);
+  tell[At::kRequests] = Variant(std::move(loaded.further.at(kRequests)));
+  tell[At::kCostCenterRow] = part(kOrderCostCenterRow);
+  tell[At::kSupplierRow] = part(kOrderPartnerRow);
+  tell[At::kContractRow] = part(kOrderContractRow);
+}
+
+/// What is asked of whom, compared with the session.
+Answer<Done> CheckAsker(const Work& work, const VariantArray& ask) {
+  const auto employee = NumberIn(ask[At::kEmployee]);
+  const auto below = ask[At::kBelowThree].AsBool();
+  const bool readable = employee && (below || ask[At::kBelowThree].IsNull());
+  if (!readable || !IsContextOf(work, ask[At::kContext])) {
+    return Failure{FailureKind::BadRequest, "Методът „GetRecord“ очаква служител и контекст."};
+  }
+  return CheckClaims(work, {ask[At::kLogin], *employee, below ? Variant(!*below) : Variant()});
+}
+
+}  // namespace
+
+Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask) {
+  const auto employee =
+      ask.size() == params::kAskSize ? NumberIn(ask[params::kEmployee]) : std::nullopt;
+  const auto first = employee ? ask[params::kFirstLanguage].AsBool() : std::nullopt;
+  if (!employee || !first) {
+    return Failure{FailureKind::BadRequest, "Методът „GetParams“ очаква служител и език."};
+  }
+  const auto claimed = CheckClaims(work, {{}, *employee, {}});
+  if (!claimed) return claimed.GetFailure();
+  const Language language = *first ? Language::First : Language::Second;
+  const Statement statements[] = {
+      Named(InLanguage("select {e.Name} from Employees e where e.Employee = :Employee", language),
+            {{"Employee", *employee}}, {{"Name", ValueKind::String, 60}}),
+      {"select IdentityWithNom from DescrBaseSupplyList",
+       {},
+       {{"IdentityWithNom", ValueKind::Bool, 0}}}};
+  const auto packets = work.Read(statements);
+  if (!packets) return packets.GetFailure();
+  const DataPacket& names = (*packets)[0];
+  const DataPacket& naming = (*packets)[1];
+  VariantArray tell = ask;
+  tell.resize(params::kSize);
+  tell[params::kEmployeeName] = names.rowCount == 1 ? names.At(0, 0) : Variant("");
+  tell[params::kIdentityWithNom] = naming.rowCount == 1 && naming.At(0, 0).AsBool().value_or(false);
+  tell[params::kContext] = work.Who().sessionName;
+  return tell;
+}
+
+Answer<VariantArray> GetOrder(Work& work, const VariantArray& ask) {
+  if (ask.size() != At::kAskSize) {
+    return Failure{FailureKind::BadRequest, "Методът „GetRecord“ очаква девет елемента."};
+  }
+  const auto claimed = CheckAsker(work, ask);
+  if (!claimed) return claimed.GetFailure();
+  VariantArray question = ask;  // a text that is no number names no order
+  question[At::kIdText] = NumberIn(ask[At::kIdText]).value_or(0);
+  const auto place = ReadPlace(question, {.nav = At::kMode, .step = At::kStep, .id = At::kIdText});
+  if (!place) return place.GetFailure();
+  const bool second = ask[At::kFirstLanguage].AsBool() == false;
+  const Language language = second ? Language::Second : Language::First;
+
+  auto loaded =
+      LoadDocument(work, SupplierOrder(), *place, language, FurtherStatements(work, language));
+  if (!loaded) return loaded.GetFailure();
+  VariantArray tell = ask;
+  tell.resize(At::kSize);
+  tell[At::kFound] = loaded->code != LoadCode::None;
+  tell[At::kPosition] = static_cast<int>(loaded->code);
+  if (loaded->code == LoadCode::None) return tell;
+  TellRoles(work, *loaded, tell);
+  TellPackets(*std::move(loaded), tell);
+  return tell;
+}
+
+}  // namespace orvane
