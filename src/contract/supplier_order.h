@@ -134,6 +134,16 @@ inline constexpr auto dspPurchaseOrder =
 
 }  // namespace requests
 
+/// Rows that lookups open with.
+namespace opening_rows {
+inline constexpr auto Element = Code19("Element", Key, "Код");
+inline constexpr auto Code = Int16("Code", Key, "Код");
+inline constexpr auto Name = String("Name", 30, Plain, "Име");
+inline constexpr auto Name2 = String("Name2", 30, Plain, "Име 2");
+inline constexpr auto kNomenclature = Reads("", Element, Name, Name2);
+inline constexpr auto kCurrency = Reads("", Code, Name, Name2);
+}  // namespace opening_rows
+
 /// Method "GetParams": what the screen asks once when it is created. One array both ways.
 namespace get_params {
 inline constexpr std::string_view kName = "GetParams";
@@ -144,6 +154,13 @@ enum At : std::uint8_t {
   kEmployeeName = kAskSize,
   kIdentityWithNom,  ///< names come from materials and services, not from the list
   kContext,          ///< opaque, goes back with GetRecord
+  /// Behind these what the screen opens with beside an order, so that it asks once: cost centres
+  /// for which the employee is an admissible requester (Null when they are too many to be sent
+  /// unasked), and names of statuses, of no and yes, of currencies.
+  kCostCenters,
+  kStatuses,
+  kNoYes,
+  kCurrencies,
   kSize
 };
 }  // namespace get_params

@@ -23,6 +23,8 @@ struct Company {
     server.AddUser("ivanova");
     for (const int kind : {parameters::cpCar, parameters::cpBRM, parameters::cpWares})
       server.SetParam(system::kModuleGroup, kind, "1");
+    for (const int number : {parameters::kCentralBank, parameters::kNationalCurrency})
+      server.SetParam(system::kHostGroup, number, "1");
   }
 
   TestServer server;

@@ -162,16 +162,21 @@ TEST_P(OrderLoads, ParametersOfTheScreenComeInOneAnswer) {
     if (!told) return Outcome(told);
     EXPECT_EQ(told->size(), std::size_t{order::get_params::kSize});
     EXPECT_EQ((*told)[order::get_params::kContext], Variant(world.As(login).info.sessionName));
+    for (const auto at :
+         {order::get_params::kStatuses, order::get_params::kNoYes, order::get_params::kCurrencies})
+      EXPECT_NE((*told)[at].AsPacket(), nullptr) << int{at};
+    const DataPacket* centers = (*told)[order::get_params::kCostCenters].AsPacket();
     return (*told)[order::get_params::kEmployeeName].ToText() + "/" +
-           (*told)[order::get_params::kIdentityWithNom].ToText();
+           (*told)[order::get_params::kIdentityWithNom].ToText() + "/" +
+           (centers ? std::to_string(centers->rowCount) : "-");
   };
   const std::string no = Variant(false).ToText();
-  EXPECT_EQ(ask("author", 100, true), "Служител 100/" + no);
-  EXPECT_EQ(ask("author", 100, false), "Employee 100/" + no);
+  EXPECT_EQ(ask("author", 100, true), "Служител 100/" + no + "/2");
+  EXPECT_EQ(ask("author", 100, false), "Employee 100/" + no + "/2");
   EXPECT_EQ(ask("author", 101, true), "NoRight");
-  EXPECT_EQ(ask("boss", 0, true), "/" + no);
+  EXPECT_EQ(ask("boss", 0, true), "/" + no + "/0");
   world.RunSql("insert into DescrBaseSupplyList (Id, IdentityWithNom) values (1, 1)");
-  EXPECT_EQ(ask("author", 100, true), "Служител 100/" + Variant(true).ToText());
+  EXPECT_EQ(ask("author", 100, true), "Служител 100/" + Variant(true).ToText() + "/2");
 }
 
 TEST_P(OrderLoads, PartsAreReadByThemselvesForThoseWhoSeeTheOrder) {

@@ -13,6 +13,7 @@ class TVosBaseForm;
 
 /// Document codes of the print forms.
 inline constexpr int kPurchaseOrderBlank = 25;
+inline constexpr int kManifactureOrderBlank = 26;
 
 class TdmUserBlanksOrvane {
  public:
@@ -25,6 +26,9 @@ class TdmUserBlanksOrvane {
   /// request for him.
   void PrintPurchaseOrder(int documentCode, const Variant& kindSupply, std::int64_t id,
                           int version);
+  /// Prints a supplier order: its head in words, rows, approvals with names and times, and the
+  /// purchase requests that it covers. Two calls; otherwise as the request.
+  void PrintManifactureOrder(int documentCode, const Variant& kindSupply, std::int64_t id);
 
  private:
   TVosBaseForm& owner_;

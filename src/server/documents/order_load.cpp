@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "contract/supplier_order.h"
+#include "server/documents/admissible_centers.h"
 #include "server/documents/claims.h"
 #include "server/documents/document_roles.h"
 #include "server/documents/named_statement.h"
@@ -20,6 +21,15 @@ constexpr std::string_view kCostCenterOfKept =
 constexpr std::string_view kApprovalRowsOfKept =
     "select ConfirmationLevel, Approval, Status, ConfirmedFrom from SuppManOrderAdmin"
     " where SuppManOrderId = orvane_kept('DocumentId') order by ConfirmationLevel";
+
+// Nomenclatures.
+constexpr int kStatusNames = 249;
+constexpr int kNoYesNames = 250;
+
+Statement SelectNomenclature(int number) {
+  return Named("select Element, Name, Name2 from NomIn where Nomenclature = :Nom order by Element",
+               {{"Nom", number}}, ColumnsOf(order::opening_rows::kNomenclature));
+}
 
 /// Statements behind the parts of a load.
 enum Further : std::uint8_t { kPlaces, kPeople, kApprovalRows, kRequests };
@@ -127,8 +137,14 @@ Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask) {
             {{"Employee", *employee}}, {{"Name", ValueKind::String, 60}}),
       {"select IdentityWithNom from DescrBaseSupplyList",
        {},
-       {{"IdentityWithNom", ValueKind::Bool, 0}}}};
-  const auto packets = work.Read(statements);
+       {{"IdentityWithNom", ValueKind::Bool, 0}}},
+      SelectAdmissibleCenters(*employee),
+      SelectNomenclature(kStatusNames),
+      SelectNomenclature(kNoYesNames),
+      {"select Code, Name, Name2 from Currencies order by Code",
+       {},
+       ColumnsOf(order::opening_rows::kCurrency)}};
+  auto packets = work.Read(statements);
   if (!packets) return packets.GetFailure();
   const DataPacket& names = (*packets)[0];
   const DataPacket& naming = (*packets)[1];
@@ -137,6 +153,10 @@ Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask) {
   tell[params::kEmployeeName] = names.rowCount == 1 ? names.At(0, 0) : Variant("");
   tell[params::kIdentityWithNom] = naming.rowCount == 1 && naming.At(0, 0).AsBool().value_or(false);
   tell[params::kContext] = work.Who().sessionName;
+  tell[params::kCostCenters] = AdmissibleCenters(std::move((*packets)[2]));
+  tell[params::kStatuses] = Variant(std::move((*packets)[3]));
+  tell[params::kNoYes] = Variant(std::move((*packets)[4]));
+  tell[params::kCurrencies] = Variant(std::move((*packets)[5]));
   return tell;
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "contract/supplier_order.h"
+#include "server/documents/admissible_centers.h"
 #include "server/documents/claims.h"
 #include "server/documents/document.h"
 #include "server/documents/named_statement.h"
@@ -17,7 +18,6 @@ namespace asked = supplier_order::get_report;
 namespace opening = supplier_order::report_params;
 
 constexpr std::int32_t kMostRows = 1000;         // of a portion
-constexpr std::size_t kMostCostCenters = 1000;   // sent unasked
 constexpr int kStatusNames = 249;                // nomenclature
 constexpr std::int64_t kHighestLanguage = 10;    // columns of names in NomIn
 constexpr std::int64_t kHighestId = 2147483647;  // of a document
@@ -26,11 +26,6 @@ constexpr std::string_view kSelect =
     "select o.IdNumber, o.CostCenter, o.Supplier, o.Status, {o.Description}, {c.Name}, {p.Name}"
     " from {source} left join CostCenters c on c.CostCenter = o.CostCenter"
     " left join Partners p on p.Partner = o.Supplier";
-
-constexpr std::string_view kCostCenters =
-    "select c.CostCenter, c.Name, c.Name2 from AdmissibleNotifiers a"
-    " join CostCenters c on c.CostCenter = a.CostCenter where a.Notifier = :Notifier"
-    " order by c.CostCenter limit :Limit";
 
 /// What is asked for: the filter's bounds and where the former portion ended.
 struct Asked {
@@ -158,20 +153,14 @@ Answer<VariantArray> GetOrderReportParams(Work& work, const VariantArray& ask) {
                                            std::int64_t{1}, kHighestLanguage);
   const std::string name = language == 1 ? "Name" : "Name" + std::to_string(language);
   const Statement statements[] = {
-      Named(kCostCenters,
-            {{"Notifier", employee.AsInt().value_or(0)},
-             {"Limit", static_cast<std::int64_t>(kMostCostCenters) + 1}},
-            {{"CostCenter", ValueKind::Code, 0},
-             {"Name", ValueKind::String, 30},
-             {"Name2", ValueKind::String, 30}}),
+      SelectAdmissibleCenters(employee.AsInt().value_or(0)),
       Named("select Element, " + name + " from NomIn where Nomenclature = :NomIn order by Element",
             {{"NomIn", kStatusNames}},
             {{"Element", ValueKind::Code, 0}, {"Name", ValueKind::String, 30}})};
   auto packets = work.Read(statements);
   if (!packets) return packets.GetFailure();
   VariantArray tell(opening::kSize);
-  if ((*packets)[0].rowCount <= kMostCostCenters)
-    tell[opening::kCostCenters] = Variant(std::move((*packets)[0]));
+  tell[opening::kCostCenters] = AdmissibleCenters(std::move((*packets)[0]));
   tell[opening::kStatuses] = Variant(std::move((*packets)[1]));
   return tell;
 }

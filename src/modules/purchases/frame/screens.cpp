@@ -19,6 +19,7 @@
 #include "modules/purchases/registers/orvane_parameters/tf_orvane_parameters.h"
 #include "modules/purchases/registers/structure/tf_structure.h"
 #include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
+#include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
 namespace orvane {
 namespace {
@@ -44,7 +45,7 @@ constexpr ScreenEntry kScreens[] = {
     {"TfLevelsApproval", &MakeScreen<TfLevelsApproval>},
     {"TfCapExPlan", &MakeScreen<TfCapExPlan>},
     {"TfDeliveries", nullptr},
-    {"TfSuppManifacOrder", nullptr},
+    {"TfSuppManifacOrder", &MakeScreen<TfSuppManifacOrder>},
     {"TfAdmissibleNotifiers", &MakeScreen<TfAdmissibleNotifiers>},
     {"TfSuppliesContracts", &MakeScreen<TfSuppliesContracts>},
     {"TfPurchaseOrder", &MakeScreen<TfPurchaseOrder>},

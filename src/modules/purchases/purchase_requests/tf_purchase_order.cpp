@@ -14,6 +14,7 @@
 #include "modules/core/tdm_user_blanks_orvane.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
+#include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
 namespace orvane {
 
@@ -257,6 +258,10 @@ void TfPurchaseOrder::BindFocus() {
       dmPurchaseOrder->RefreshMeasure();
   };
   cbSuppManOrd.OnEnter = [this] { OrderComboEnter(); };
+  cbSuppManOrd.OnOpenNomenclature = [this] {
+    const auto order = dmPurchaseOrder->cdsPurchaseOrderDet[det::SuppManifacOrderId].AsInt();
+    if (order) TfSuppManifacOrder::StartSuppManifacOrder(*this, *order);
+  };
 }
 
 /// Rows belong to a saved head: a head being typed is saved before one of the grids is used.

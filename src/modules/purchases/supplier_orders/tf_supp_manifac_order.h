@@ -1,0 +1,129 @@
+#pragma once
+
+// The screen of supplier orders ("Поръчки за производство"): one order at a time, entered, sent for
+// approval, decided level by level, corrected, annulled, completed and printed.
+//
+//   tf_supp_manifac_order.cpp           actions, when each is live, creation and showing, saving
+//   tf_supp_manifac_order_layout.cpp    combos, items, columns, pages, ribbon
+//   tf_supp_manifac_order_workflow.cpp  moves of the order and decisions on its approval
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/combo.h"
+#include "host/grid.h"
+#include "host/inspector.h"
+#include "host/small_controls.h"
+#include "kit/key_navigation.h"
+#include "kit/shown_document.h"
+#include "kit/workflow_faces.h"
+#include "modules/purchases/supplier_orders/tdm_supp_manifac_order.h"
+
+namespace orvane {
+
+class TfSuppManifacOrder : public TVosDBForm {
+ public:
+  /// Throws Abort, after telling the user, when he must have an employee record and has none, or
+  /// when a parameter that orders rest on is not set.
+  explicit TfSuppManifacOrder(const FormIdentity& identity);
+
+  /// Shows one given order over another screen, to be read only, and returns when it is closed.
+  /// Tells the user when there is no such order for him.
+  static void StartSuppManifacOrder(TVosBaseForm& owner, std::int64_t id);
+
+  TVosClientDataSet* MainDataSet() const override {
+    return &dmSuppManifacOrder->cdsSuppManifacOrder;
+  }
+
+  // --- told by the data module
+  /// An order was loaded.
+  void ShowOrder(std::int64_t id);
+  /// Rate and amount in currency are shown for a foreign currency only.
+  void VisibleItemsDependOnCurrency();
+  /// Ordinary fractions are asked for in a dialog and not typed into the column.
+  void QuantityFollowsUnit();
+  /// Loads the shown order again, unless that was just done in this event.
+  void ReloadShown() { shown_.Reload(); }
+
+  bool viewOnly = false;                  ///< shows one order that another screen gave
+  LoadCode position = LoadCode::Between;  ///< of the shown order among those that the user sees
+
+  std::unique_ptr<TdmSuppManifacOrder> dmSuppManifacOrder;
+  TVosMTCombo cbKindSupplies, cbCostCenters, cbSuppliers, cbKindCurrency, cbContractIds,
+      cbIncTranspInPrice, cbKPL, cbMeasure;
+  TKeyEdit eIdNumber;
+  TLabel lStatus;
+  TVosDataInspector di, di2;
+  TVosDBGrid gSuppManOrderDet, gSuppManOrderAdmin, gPurchaseOrder;
+  TPageControl pcTables;
+
+ protected:
+  void OnShow() override { VosBaseFormShow(); }
+  void OnChangeAccess() override { SetReadWrite(false); }
+  void OnLanguageChanged() override;
+  std::span<const LiveRow> LiveRows() const override;
+  void AfterRefreshActions() override;
+  bool HasUnsavedTyping() const override;
+  bool HandleFormKey(KeyStroke key) override;
+
+ private:
+  static const LiveRow kLive[];
+  static const Face<TfSuppManifacOrder> kFaces[];
+  static const DecisionFace<TfSuppManifacOrder> kDecisions[];
+
+  // --- creation
+  void ReadParameters();
+  void AddOwnActions();
+  void SetUpLookups();
+  void SetUpItems();
+  void SetUpColumns();
+  void SetUpPages();
+  void BindFocus();
+  /// One given order is read in the user's own language alone.
+  void ShowOwnLanguage();
+  void VosBaseFormShow();
+  ShownDocumentRules MakeShownRules();
+
+  // --- actions
+  void acNewDocExecute();
+  void acSaveExecute();
+  void acCancelExecute();
+  void acDeleteExecute();
+  void acGoToRowsExecute();
+  void acPrintExecute();
+  void acReportExecute();
+  void SaveHead();
+  void TabsEnter();
+  void QuantityColumnEnter();
+  void SetReadWrite(bool forceWritable);
+
+  // --- workflow
+  void AddWorkflow();
+  void RefreshWorkflow();
+  DocumentFacts Facts() const;
+  void MoveHead(const Move& move);
+  void Annul(const Move& move);
+  void DecideApproval(Decision decision);
+  bool MayDecide() const;
+  bool MayRemoveApproval() const;
+  bool MayRemoveRejection() const;
+
+  // --- rules of the live table
+  bool IsLoaded() const;
+  bool MayEnterNew() const { return dmSuppManifacOrder->newDocumentAllowed && !viewOnly; }
+  /// Something is being typed here.
+  bool IsTyping() const;
+  bool MaySave() const { return !di.readOnly && IsTyping(); }
+  bool MayDeleteRow() const;
+  bool MaySearch() const;
+  bool MayGoToNom() const;
+
+  std::int64_t shownId_ = 0;  ///< identifier last loaded; 0: none
+  bool newDocumentEntry_ = false;
+  std::vector<std::string> searches_;  ///< actions on the lookup in use
+  ShownDocument shown_;
+  KeyNavigation identifiers_;
+};
+
+}  // namespace orvane
