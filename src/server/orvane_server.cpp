@@ -31,7 +31,7 @@ bool MayRead(const Session& session, const CatalogueTable& table) {
          });
 }
 
-Answer<RenderedSearch> Render(const Work& work, const FetchRequest& request) {
+Answer<RenderedSearch> Render(KeptSearches& kept, const Work& work, const FetchRequest& request) {
   const Session& who = work.Who();
   const SearchInput input{
       request.sql,
@@ -44,7 +44,7 @@ Answer<RenderedSearch> Render(const Work& work, const FetchRequest& request) {
       {},
       work.Today(),
       work.Zone()};
-  return RenderSearch(input);
+  return kept.Render(input);
 }
 
 /// The fetches of one request, sorted by how they run, with where each answer belongs.
@@ -162,7 +162,7 @@ Answer<std::vector<DataPacket>> OrvaneServer::RunFetches(
     const ProviderRow* provider =
         FindClass(requests[i].serverClass)->FindProvider(requests[i].provider);
     if (provider->search) {
-      auto search = Render(work, requests[i]);
+      auto search = Render(searches_, work, requests[i]);
       if (!search) return search.GetFailure();
       sorted.searches.push_back(*std::move(search));
       sorted.searchPlaces.push_back(i);

@@ -15,6 +15,7 @@
 
 #include "packet/application_server.h"
 #include "packet/clock.h"
+#include "server/dialect/kept_searches.h"
 #include "server/engine/database.h"
 #include "server/providers/server_class.h"
 #include "server/providers/work.h"
@@ -46,6 +47,8 @@ class OrvaneServer final : public IApplicationServer {
 
   /// Sessions that were refused because they claimed more than they hold, since the start.
   std::int64_t ClaimsRefused() const { return claimsRefused_; }
+  /// Search statements that were read and rendered; the others were known.
+  std::int64_t SearchesRead() const { return searches_.Read(); }
 
  private:
   const ServerClass* FindClass(std::string_view name) const;
@@ -61,6 +64,7 @@ class OrvaneServer final : public IApplicationServer {
   const ServerOptions options_;
   const std::vector<ServerClass> classes_;
   Sessions sessions_;
+  KeptSearches searches_;
   std::mutex companyMutex_;
   std::shared_ptr<const Company> company_;
   std::atomic<std::int64_t> claimsRefused_{0};

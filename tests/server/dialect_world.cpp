@@ -177,11 +177,38 @@ void DialectWorld::FillRows(const std::string& table, const std::vector<std::str
   Run(std::move(statements));
 }
 
+/// Everything that is in a rendered search, or the failure's sentence.
+std::string AsText(const Answer<RenderedSearch>& search) {
+  if (!search) return search.GetFailure().message;
+  std::string text = search->statement.text + "\n";
+  for (const Variant& param : search->statement.params)
+    text += std::to_string(param.Raw().index()) + ":" + param.ToText() + "\n";
+  for (const ResultColumn& column : search->statement.columns) {
+    text += column.name + " " + std::string(RowOf(column.kind).name) + " " +
+            std::to_string(column.size) + "\n";
+  }
+  for (const SearchOrder& order : search->order)
+    text += std::to_string(order.column) + std::string(RowOf(order.kind).name) + " ";
+  return text + std::to_string(search->shownColumns) + " " + std::to_string(search->rowLimit) +
+         " " + std::to_string(search->fingerprint) + " " +
+         std::to_string(search->statement.plannedForValues);
+}
+
 Answer<RenderedSearch> DialectWorld::Render(const std::string& sql, const Asking& asking) const {
-  return RenderSearch({sql, asking.params, asking.rowLimit, asking.continuation, engine_,
-                       [](const CatalogueTable&) { return true; },
-                       [&](const CatalogueTable&) { return asking.predicate; }, asking.settings,
-                       *Date::FromYmd(2026, 3, 5), TimeZone{}});
+  const SearchInput input{sql,
+                          asking.params,
+                          asking.rowLimit,
+                          asking.continuation,
+                          engine_,
+                          [](const CatalogueTable&) { return true; },
+                          [&](const CatalogueTable&) { return asking.predicate; },
+                          asking.settings,
+                          *Date::FromYmd(2026, 3, 5),
+                          TimeZone{}};
+  auto search = RenderSearch(input);
+  EXPECT_EQ(AsText(kept_.Render(input)), AsText(search)) << sql;
+  EXPECT_EQ(AsText(kept_.Render(input)), AsText(search)) << "asked again: " << sql;
+  return search;
 }
 
 DataPacket DialectWorld::Portion(const std::string& sql, const Asking& asking) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "server/dialect/kept_searches.h"
 #include "server/dialect/search.h"
 #include "support/test_databases.h"
 
@@ -33,6 +34,7 @@ class DialectWorld {
   void FillRows(const std::string& table, const std::vector<std::string>& columns,
                 const std::vector<VariantArray>& rows);
 
+  /// Through the kept searches, which must answer as if the statement had been read.
   Answer<RenderedSearch> Render(const std::string& sql, const Asking& asking = {}) const;
   /// Renders, runs and finishes one portion; failures of the engine fail the test.
   DataPacket Portion(const std::string& sql, const Asking& asking = {});
@@ -47,8 +49,12 @@ class DialectWorld {
   void Run(std::vector<Statement> statements);
 
   Engine engine_;
+  mutable KeptSearches kept_;
   std::unique_ptr<Database> database_;
 };
+
+/// A rendered search with all its parts, or why it was refused.
+std::string AsText(const Answer<RenderedSearch>& search);
 
 /// The rows of a packet in the manner of DialectWorld::Rows.
 std::string RowsOf(const DataPacket& packet);

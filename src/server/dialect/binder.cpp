@@ -1,7 +1,6 @@
 #include "server/dialect/binder.h"
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,22 +15,23 @@
 namespace orvane::dialect {
 namespace {
 
-/// A value that both engines take as a parameter.
-bool IsPlain(const Variant& value) {
-  if (value.AsPacket() != nullptr || value.AsArray() != nullptr) return false;
-  if (const auto* real = std::get_if<double>(&value.Raw())) return std::isfinite(*real);
-  const std::string* text = value.AsString();
-  return text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);
-}
+/// How often a given value became a constant, and how often that was compared with a column.
+struct GivenUse {
+  int made = 0;
+  int open = 0;
+};
 
 class Binder {
  public:
   explicit Binder(const SearchInput& input) : input_(input) {}
 
-  Answer<TypedSelect> Run(const SyntaxStatement& statement) {
-    TypedSelect select;
-    if (!BindVariables(statement) || !BindSelect(statement.select, select)) return *failure_;
-    return select;
+  Answer<BoundSearch> Run(const SyntaxStatement& statement) {
+    literals_ = statement.literals;
+    given_.resize(static_cast<std::size_t>(literals_));
+    if (!BindVariables(statement) || !BindSelect(statement.select, bound_.select)) return *failure_;
+    for (const GivenUse& use : given_)
+      bound_.open.push_back(use.made > 0 && use.made == use.open);
+    return std::move(bound_);
   }
 
  private:
@@ -114,8 +114,9 @@ class Binder {
       if (table.table == nullptr) {
         return RefuseAll(written.place, "непозната таблица „" + written.name + "“");
       }
-      if (!MayRead(*table.table)) return false;
+      if (!MayReadHere(*table.table)) return false;
       table.number = ++lastTable_;
+      bound_.tables.emplace_back(table.number, table.table);
       table.alias = written.alias.empty() ? written.name : written.alias;
       table.join = written.join;
       const auto same = [&](const TypedTable& other) { return SameName(other.alias, table.alias); };
@@ -133,9 +134,8 @@ class Binder {
     return true;
   }
 
-  bool MayRead(const CatalogueTable& table) {
-    const bool may = input_.mayRead ? input_.mayRead(table) : table.readers.empty();
-    if (may && (table.rows == RowsSeen::All || input_.visibility)) return true;
+  bool MayReadHere(const CatalogueTable& table) {
+    if (MayRead(input_, table)) return true;
     if (!failure_) {
       failure_ = Failure{FailureKind::NoRight, "Нямате право да търсите в таблица „" +
                                                    std::string(table.name) + "“ оттук."};
@@ -144,6 +144,7 @@ class Binder {
   }
 
   bool BindItems(const SyntaxSelect& syntax, TypedSelect& select) {
+    const Deciding deciding(*this);
     const bool nested = scopes_.size() > 1;
     for (const SyntaxItem& written : syntax.items) {
       const TermPtr value = written.value->kind == SyntaxKind::Max && nested
@@ -181,6 +182,7 @@ class Binder {
   }
 
   bool BindOrder(const SyntaxSelect& syntax, TypedSelect& select) {
+    const Deciding deciding(*this);
     for (const SyntaxOrder& written : syntax.order) {
       const TypedItem* item = nullptr;
       if (written.value->kind == SyntaxKind::Name && written.value->table.empty()) {
@@ -228,7 +230,7 @@ class Binder {
       case SyntaxKind::Decimal:
         return BindNumber(syntax);
       case SyntaxKind::Text:
-        return MakeConstant(syntax.text, syntax.place);
+        return MakeGiven(syntax.text, syntax.place, syntax.literal);
       case SyntaxKind::Null:
         return MakeConstant({}, syntax.place);
       case SyntaxKind::Variable:
@@ -258,10 +260,10 @@ class Binder {
   }
 
   TermPtr BindNumber(const SyntaxExpr& syntax) {
-    const std::optional<Decimal> number = Decimal::Parse(syntax.text);
+    std::optional<Variant> number =
+        NumberConstant(syntax.text, syntax.kind == SyntaxKind::Integer);
     if (!number) return Refuse(syntax.place, "числото е извън допустимото");
-    if (syntax.kind == SyntaxKind::Integer) return MakeConstant(number->Mantissa(), syntax.place);
-    return MakeConstant(*number, syntax.place);
+    return MakeGiven(*std::move(number), syntax.place, syntax.literal);
   }
 
   TermPtr BindVariable(const SyntaxExpr& syntax) {
@@ -276,13 +278,80 @@ class Binder {
     if (value == nullptr) {
       return Refuse(syntax.place, "няма стойност за параметър „" + syntax.text + "“");
     }
-    if (!IsPlain(*value)) {
+    std::optional<Variant> plain = PlainParameter(*value);
+    if (!plain) {
       return Refuse(syntax.place, "параметърът „" + syntax.text + "“ не е проста стойност");
     }
-    if (std::holds_alternative<bool>(value->Raw())) {
-      return MakeConstant(*value->AsInt(), syntax.place);
+    return MakeGiven(*std::move(plain), syntax.place, NumberOf(syntax.text));
+  }
+
+  // --- given values, and whether they decide what the statement becomes
+
+  /// While it lives, every given value decides.
+  class Deciding {
+   public:
+    explicit Deciding(Binder& binder) : binder_(binder) { ++binder_.deciding_; }
+    Deciding(const Deciding&) = delete;
+    Deciding& operator=(const Deciding&) = delete;
+    ~Deciding() { --binder_.deciding_; }
+
+   private:
+    Binder& binder_;
+  };
+
+  int NumberOf(const std::string& parameter) {
+    std::vector<std::string>& names = bound_.parameters;
+    const auto found = std::ranges::find_if(
+        names, [&](const std::string& name) { return SameName(name, parameter); });
+    const auto number = static_cast<int>(found - names.begin());
+    if (found == names.end()) {
+      names.push_back(parameter);
+      given_.emplace_back();
     }
-    return MakeConstant(*value, syntax.place);
+    return literals_ + number;
+  }
+
+  TermPtr MakeGiven(Variant value, Place place, int number) {
+    ++given_[static_cast<std::size_t>(number)].made;
+    Term term = *MakeConstant(std::move(value), place);
+    term.open.given = number;
+    return std::make_shared<const Term>(std::move(term));
+  }
+
+  /// The condition with its constant, part 1, open to other values than `given`.
+  ConditionPtr Opened(const ConditionPtr& condition, OpenValue open) {
+    Condition made = *condition;
+    Term constant = *made.parts[1];
+    constant.open = open;
+    made.parts[1] = std::make_shared<const Term>(std::move(constant));
+    return std::make_shared<const Condition>(std::move(made));
+  }
+
+  bool MayOpen(const Term& given) const { return deciding_ == 0 && given.open.IsOpen(); }
+
+  /// A comparison of `column` with a given value.
+  ConditionPtr OpenCompare(const ConditionPtr& condition, const TermPtr& column,
+                           const Term& given) {
+    if (!MayOpen(given) || condition->kind != ConditionKind::Compare) return condition;
+    ++given_[static_cast<std::size_t>(given.open.given)].open;
+    const bool folded = condition->parts[0] != column;
+    return Opened(condition,
+                  {given.open.given, OpenReading::Whole, column->type, folded, LikeKind::Exact});
+  }
+
+  /// A text held against a given pattern; beginnings without a range stay as they are.
+  ConditionPtr OpenLike(const ConditionPtr& condition, const Term& given, bool folded,
+                        LikeKind like) {
+    const bool range = condition->kind == ConditionKind::And;
+    if (!MayOpen(given) || range != (like == LikeKind::Beginning)) return condition;
+    ++given_[static_cast<std::size_t>(given.open.given)].open;
+    OpenValue open = {given.open.given, OpenReading::PatternText, ValueKind::Memo, folded, like};
+    if (!range) return Opened(condition, open);
+    Condition made = *condition;
+    made.conditions[0] = Opened(made.conditions[0], open);
+    open.reading = OpenReading::PatternBound;
+    made.conditions[1] = Opened(made.conditions[1], open);
+    return std::make_shared<const Condition>(std::move(made));
   }
 
   TermPtr BindName(const SyntaxExpr& syntax) {
@@ -375,6 +444,7 @@ class Binder {
   }
 
   TermPtr BindCase(const SyntaxExpr& syntax) {
+    const Deciding deciding(*this);
     TermPtr operand;
     if (syntax.parts.front()) {
       operand = BindTerm(*syntax.parts.front());
@@ -573,11 +643,13 @@ class Binder {
     return right ? Compare(left, syntax.text, right, syntax.place) : nullptr;
   }
 
-  ConditionPtr Compare(TermPtr left, std::string sign, TermPtr right, Place place) {
-    ConditionPtr condition = CompareTerms(
-        std::move(left), std::move(sign), std::move(right),
-        [this](const TermPtr& text) { return Folded(text); }, input_.zone);
-    return condition ? condition : RefuseCompare(place);
+  ConditionPtr Compare(const TermPtr& left, std::string sign, const TermPtr& right, Place place) {
+    const ConditionPtr condition = CompareTerms(
+        left, std::move(sign), right, [this](const TermPtr& text) { return Folded(text); },
+        input_.zone);
+    if (!condition) return RefuseCompare(place);
+    return left->IsConstant() ? OpenCompare(condition, right, *left)
+                              : OpenCompare(condition, left, *right);
   }
 
   ConditionPtr RefuseCompare(Place place) {
@@ -606,7 +678,8 @@ class Binder {
     const TermPtr fold = Folded(text);
     const std::optional<LikePattern> like = ReadLikePattern(*written, fold != nullptr);
     if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
-    ConditionPtr condition = LikeCondition(fold ? fold : text, *like);
+    ConditionPtr condition = OpenLike(LikeCondition(fold ? fold : text, *like), *pattern,
+                                      fold != nullptr, like->kind);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
   }
 
@@ -680,11 +753,20 @@ class Binder {
   std::vector<Scope> scopes_;
   std::optional<Failure> failure_;
   int lastTable_ = 0;
+  BoundSearch bound_;
+  std::vector<GivenUse> given_;
+  int literals_ = 0;
+  int deciding_ = 0;
 };
 
 }  // namespace
 
-Answer<TypedSelect> Bind(const SyntaxStatement& statement, const SearchInput& input) {
+bool MayRead(const SearchInput& input, const CatalogueTable& table) {
+  const bool may = input.mayRead ? input.mayRead(table) : table.readers.empty();
+  return may && (table.rows == RowsSeen::All || input.visibility);
+}
+
+Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input) {
   return Binder(input).Run(statement);
 }
 

@@ -28,7 +28,7 @@ class Lexer {
       SkipBlanks();
       const Place place = place_;
       if (at_ == sql_.size()) {
-        tokens_.push_back({TokenKind::End, {}, false, place});
+        tokens_.push_back({TokenKind::End, {}, false, place, -1});
         return std::move(tokens_);
       }
       if (!ReadToken(place)) return *failure_;
@@ -71,7 +71,7 @@ class Lexer {
   bool ReadToken(Place place) {
     const char c = Peek();
     if (IsLetter(c)) {
-      tokens_.push_back({TokenKind::Word, ReadName(), false, place});
+      tokens_.push_back({TokenKind::Word, ReadName(), false, place, -1});
       return true;
     }
     if (IsDigit(c)) return ReadNumber(place);
@@ -79,7 +79,7 @@ class Lexer {
     if (c == ':' || c == '@') {
       Step();
       if (!IsLetter(Peek())) return Refuse(place, "след „:“ или „@“ се очаква име на параметър");
-      tokens_.push_back({TokenKind::Variable, ReadName(), c == '@', place});
+      tokens_.push_back({TokenKind::Variable, ReadName(), c == '@', place, -1});
       return true;
     }
     return ReadSign(place);
@@ -104,7 +104,7 @@ class Lexer {
         Step();
     }
     if (IsLetter(Peek())) return Refuse(place, "числото е слято с дума");
-    tokens_.push_back({kind, std::string(sql_.substr(from, at_ - from)), false, place});
+    tokens_.push_back({kind, std::string(sql_.substr(from, at_ - from)), false, place, literals_++});
     return true;
   }
 
@@ -115,7 +115,7 @@ class Lexer {
       if (Peek() == '\'') {
         Step();
         if (Peek() != '\'') {
-          tokens_.push_back({TokenKind::Text, std::move(text), false, place});
+          tokens_.push_back({TokenKind::Text, std::move(text), false, place, literals_++});
           return true;
         }
       }
@@ -138,7 +138,7 @@ class Lexer {
       if (known != sign) continue;
       for (std::size_t i = 0; i < sign.size(); ++i)
         Step();
-      tokens_.push_back({TokenKind::Sign, sign == "!=" ? "<>" : sign, false, place});
+      tokens_.push_back({TokenKind::Sign, sign == "!=" ? "<>" : sign, false, place, -1});
       return true;
     }
     const std::string_view character = Utf8Cut(sql_.substr(at_), 1);
@@ -149,6 +149,7 @@ class Lexer {
   std::size_t at_ = 0;
   Place place_;
   std::vector<Token> tokens_;
+  int literals_ = 0;
   std::optional<Failure> failure_;
 };
 

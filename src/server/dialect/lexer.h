@@ -35,6 +35,7 @@ struct Token {
   std::string text;
   bool declared = false;  ///< Variable written with @
   Place place;
+  int literal = -1;  ///< number of an Integer, Decimal or Text among those of the statement
 };
 
 /// Longest statement, in bytes.

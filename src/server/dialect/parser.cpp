@@ -51,6 +51,8 @@ class Parser {
 
   Answer<SyntaxStatement> Run() {
     SyntaxStatement statement;
+    for (const Token& token : tokens_)
+      statement.literals = std::max(statement.literals, token.literal + 1);
     const bool read = ReadVariables(statement) && ReadSelect(statement.select, false) &&
                       (Now().kind == TokenKind::End || Unexpected("край на заявката"));
     if (!read) return *failure_;
@@ -435,14 +437,11 @@ class Parser {
   SyntaxPtr ReadPrimaryOf(const Token& token) {
     switch (token.kind) {
       case TokenKind::Integer:
-        Step();
-        return Node(SyntaxKind::Integer, token.place, token.text);
+        return ReadLiteral(SyntaxKind::Integer, token);
       case TokenKind::Decimal:
-        Step();
-        return Node(SyntaxKind::Decimal, token.place, token.text);
+        return ReadLiteral(SyntaxKind::Decimal, token);
       case TokenKind::Text:
-        Step();
-        return Node(SyntaxKind::Text, token.place, token.text);
+        return ReadLiteral(SyntaxKind::Text, token);
       case TokenKind::Variable: {
         Step();
         SyntaxPtr node = Node(SyntaxKind::Variable, token.place, token.text);
@@ -458,6 +457,13 @@ class Parser {
     }
     Unexpected("стойност");
     return nullptr;
+  }
+
+  SyntaxPtr ReadLiteral(SyntaxKind kind, const Token& token) {
+    Step();
+    SyntaxPtr node = Node(kind, token.place, token.text);
+    if (node) node->literal = token.literal;
+    return node;
   }
 
   SyntaxPtr ReadSigned(const Token& token) {
@@ -577,10 +583,8 @@ class Parser {
 
 }  // namespace
 
-Answer<SyntaxStatement> Parse(std::string_view sql) {
-  Answer<std::vector<Token>> tokens = Tokenise(sql);
-  if (!tokens) return tokens.GetFailure();
-  return Parser(*std::move(tokens)).Run();
+Answer<SyntaxStatement> Parse(std::vector<Token> tokens) {
+  return Parser(std::move(tokens)).Run();
 }
 
 }  // namespace orvane::dialect

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <string_view>
+#include <vector>
 
 #include "packet/failure.h"
+#include "server/dialect/lexer.h"
 #include "server/dialect/syntax.h"
 
 namespace orvane::dialect {
@@ -14,6 +15,6 @@ inline constexpr std::size_t kMostTables = 12;
 
 /// Reads DECLARE and SET lines and the one SELECT behind them. Whatever else is there is refused by
 /// line and column.
-Answer<SyntaxStatement> Parse(std::string_view sql);
+Answer<SyntaxStatement> Parse(std::vector<Token> tokens);
 
 }  // namespace orvane::dialect

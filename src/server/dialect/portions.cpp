@@ -74,8 +74,9 @@ std::vector<ConditionPtr> ImpliedEqualities(const Equalities& equalities,
       if (staying.count(column->table) == 0) continue;
       if (one.constant && !one.constant->IsConstant()) continue;
       if (one.constant) {
-        implied.push_back(
-            MakeCompare(column, "=", MakeTyped(one.constant->value, column->type, 0)));
+        Term value = *one.constant;
+        value.type = column->type;
+        implied.push_back(MakeCompare(column, "=", std::make_shared<const Term>(std::move(value))));
       } else if (first) {
         implied.push_back(MakeCompare(first, "=", column));
       } else {
@@ -209,6 +210,17 @@ void ReplaceDistinct(TypedSelect& select) {
 std::vector<TypedOrder> PortionOrder(const TypedSelect& select) {
   const Equalities equalities(select);
   return OrderMaker(select, equalities).Run();
+}
+
+bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+  const std::vector<ConditionPtr> conditions = RowConditions(select);
+  return std::any_of(conditions.begin(), conditions.end(), [&](const ConditionPtr& condition) {
+    if (condition->select) return ValuesDecideThePlan(*condition->select, {});
+    const bool range = condition->kind == ConditionKind::Compare && condition->sign != "=" &&
+                       condition->sign != "<>";
+    if (!range || !condition->parts[1]->IsConstant()) return false;
+    return order.empty() || !SameTerm(*condition->parts[0], *order.front().value);
+  });
 }
 
 }  // namespace orvane::dialect

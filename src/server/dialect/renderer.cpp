@@ -59,7 +59,7 @@ class Renderer {
   explicit Renderer(const Rendering& rendering)
       : rendering_(rendering), postgres_(rendering.engine == Engine::Postgres) {}
 
-  RenderedSearch Run(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+  Rendered Run(const TypedSelect& select, const std::vector<TypedOrder>& order) {
     RenderedSearch search;
     search.shownColumns = select.items.size();
     search.rowLimit = rendering_.rowLimit;
@@ -81,7 +81,7 @@ class Renderer {
     Add(" LIMIT " + std::to_string(rendering_.rowLimit + 1));
     search.statement.text = std::move(text_);
     search.statement.params = std::move(params_);
-    return search;
+    return {std::move(search), std::move(sources_)};
   }
 
  private:
@@ -203,6 +203,8 @@ class Renderer {
   void WritePredicate(const TypedTable& table) {
     const std::size_t before = params_.size();
     params_.insert(params_.end(), table.predicate.params.begin(), table.predicate.params.end());
+    for (std::size_t i = 0; i < table.predicate.params.size(); ++i)
+      sources_.push_back({ParamSource::From::Predicate, {}, table.number, i});
     Add("(");
     std::string_view text = table.predicate.text;
     while (!text.empty()) {
@@ -270,7 +272,7 @@ class Renderer {
     Add(descending ? ") < (" : ") > (");
     for (std::size_t i = 0; i < order.size(); ++i) {
       Add(i == 0 ? "" : ", ");
-      WriteParameter(after[i], order[i].term->type);
+      WriteParameter(after[i], order[i].term->type, {ParamSource::From::After, {}, 0, i});
     }
     Add(")");
   }
@@ -289,7 +291,7 @@ class Renderer {
     } else {
       WriteOrdered(value);
       Add(value.descending ? " < " : " > ");
-      WriteParameter(rendering_.after[i], value.term->type);
+      WriteParameter(rendering_.after[i], value.term->type, {ParamSource::From::After, {}, 0, i});
       if (value.descending && value.term->mayBeNull) {
         Add(" OR ");
         WriteValue(value);
@@ -300,7 +302,9 @@ class Renderer {
       Add(" OR (");
       WriteValue(value);
       Add(isNull ? " IS NULL" : " = ");
-      if (!isNull) WriteParameter(rendering_.after[i], value.term->type);
+      if (!isNull) {
+        WriteParameter(rendering_.after[i], value.term->type, {ParamSource::From::After, {}, 0, i});
+      }
       Add(" AND ");
       WriteAfterFrom(order, i + 1);
       Add(")");
@@ -310,8 +314,9 @@ class Renderer {
 
   // --- terms
 
-  void WriteParameter(const Variant& value, ValueKind kind) {
+  void WriteParameter(const Variant& value, ValueKind kind, ParamSource source) {
     params_.push_back(value);
+    sources_.push_back(source);
     const std::string mark = "?" + std::to_string(params_.size());
     if (postgres_) {
       Add("CAST(" + mark + " AS " + std::string(PostgresParameterType(kind)) + ")");
@@ -359,7 +364,10 @@ class Renderer {
   }
 
   void WriteConstant(const Term& term) {
-    if (!term.value.IsNull()) return WriteParameter(term.value, term.type);
+    if (!term.value.IsNull()) {
+      const auto from = term.open.IsOpen() ? ParamSource::From::Open : ParamSource::From::Fixed;
+      return WriteParameter(term.value, term.type, {from, term.open});
+    }
     if (!postgres_) return Add("NULL");
     Add("CAST(NULL AS " + std::string(PostgresType(term.type)) + ")");
   }
@@ -381,7 +389,7 @@ class Renderer {
         Add(alias);
       } else {
         assert(text.starts_with("{today}"));
-        WriteParameter(rendering_.today, ValueKind::Date);
+        WriteParameter(rendering_.today, ValueKind::Date, {ParamSource::From::Today});
       }
       text.remove_prefix(text.find('}') + 1);
     }
@@ -503,12 +511,13 @@ class Renderer {
   bool postgres_;
   std::string text_;
   VariantArray params_;
+  std::vector<ParamSource> sources_;
 };
 
 }  // namespace
 
-RenderedSearch Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
-                      const Rendering& rendering) {
+Rendered Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
+                const Rendering& rendering) {
   return Renderer(rendering).Run(select, order);
 }
 

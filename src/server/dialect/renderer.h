@@ -15,7 +15,28 @@ struct Rendering {
   std::int32_t rowLimit = 0;
   VariantArray after;
 };
-RenderedSearch Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
+
+/// Where a parameter of the rendered statement comes from.
+struct ParamSource {
+  enum class From : unsigned char {
+    Fixed,      ///< the statement's own
+    Open,       ///< `open` of a given value
+    Today,      ///< the company's day
+    After,      ///< number `at` of the order's values
+    Predicate,  ///< parameter `at` of the predicate of table number `table`
+  };
+  From from = From::Fixed;
+  OpenValue open = {};
+  int table = 0;
+  std::size_t at = 0;
+};
+
+struct Rendered {
+  RenderedSearch search;
+  std::vector<ParamSource> sources;  ///< one per parameter
+};
+
+Rendered Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
                       const Rendering& rendering);
 
 }  // namespace orvane::dialect

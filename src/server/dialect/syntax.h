@@ -47,6 +47,7 @@ struct SyntaxExpr {
   bool declared = false;  ///< Variable written with @
   bool negated = false;   ///< NOT LIKE, NOT IN, IS NOT NULL
   int size = 0;
+  int literal = -1;  ///< Integer, Decimal, Text: Token::literal
   /// Case: the operand (null pointer when there is none), then condition and value of every branch,
   /// then the value of ELSE (null pointer when there is none).
   std::vector<std::unique_ptr<SyntaxExpr>> parts;
@@ -99,6 +100,7 @@ struct SyntaxVariable {
 };
 
 struct SyntaxStatement {
+  int literals = 0;  ///< numbers and texts that are written in it
   std::vector<SyntaxVariable> variables;
   SyntaxSelect select;
 };

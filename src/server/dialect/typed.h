@@ -11,6 +11,7 @@
 
 #include "packet/variant.h"
 #include "server/dialect/catalogue.h"
+#include "server/dialect/open_values.h"
 #include "server/dialect/search.h"
 #include "server/dialect/syntax.h"
 
@@ -43,6 +44,7 @@ struct Term {
   std::uint16_t size = 0;  ///< of a String
   bool mayBeNull = true;
   Variant value;
+  OpenValue open;  ///< Constant: whether another value may stand in its place
   Place place;
   int table = 0;
   const CatalogueColumn* column = nullptr;

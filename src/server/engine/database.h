@@ -66,6 +66,9 @@ struct Statement {
   std::string text;
   VariantArray params;
   std::vector<ResultColumn> columns;  ///< empty for statements without a result
+  /// Of a fenced search on PostgreSQL: planned for its values at every use, because what is rare
+  /// goes another way than what is common. Otherwise one plan serves all values.
+  bool plannedForValues = false;
 };
 
 /// A write transaction. Destroyed without Commit it is rolled back. PostgreSQL: read committed with

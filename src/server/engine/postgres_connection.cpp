@@ -93,21 +93,17 @@ void ClearPostgres::operator()(pg_result* result) const {
 }
 
 EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
-    const std::string& info) {
+    const std::string& info, const std::string& settings) {
   // What the caller's conninfo says stands behind these and wins. Kept statements are made for
   // their indexes whatever the values, and planning some of them costs more than running them.
   constexpr std::array<const char*, 8> kNames = {
       "connect_timeout",  "application_name", "client_encoding", "keepalives_idle",
       "tcp_user_timeout", "options",          "dbname",          nullptr};
-  const std::array<const char*, 8> values = {"5",
-                                             "orvane-server",
-                                             "UTF8",
-                                             "30",
-                                             "15000",
-                                             "-c timezone=UTC -c jit=off -c lock_timeout=30s"
-                                             " -c plan_cache_mode=force_generic_plan",
-                                             info.c_str(),
-                                             nullptr};
+  const std::string options =
+      "-c timezone=UTC -c jit=off -c lock_timeout=30s -c plan_cache_mode=force_generic_plan " +
+      settings;
+  const std::array<const char*, 8> values = {
+      "5", "orvane-server", "UTF8", "30", "15000", options.c_str(), info.c_str(), nullptr};
   PostgresHandle handle(PQconnectdbParams(kNames.data(), values.data(), 1));
   if (PQstatus(handle.get()) != CONNECTION_OK) {
     return EngineError{EngineErrorKind::LinkDown, "", PQerrorMessage(handle.get())};

@@ -44,7 +44,9 @@ class PostgresConnection {
  public:
   using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
-  static EngineAnswer<std::unique_ptr<PostgresConnection>> Open(const std::string& info);
+  /// `settings` of the session stand before what the conninfo says: "-c name=value …".
+  static EngineAnswer<std::unique_ptr<PostgresConnection>> Open(const std::string& info,
+                                                                const std::string& settings = {});
   PostgresConnection(const PostgresConnection&) = delete;
   PostgresConnection& operator=(const PostgresConnection&) = delete;
   ~PostgresConnection() = default;

@@ -13,6 +13,8 @@ using Replies = EngineAnswer<std::vector<PostgresReply>>;
 
 /// How much longer than the server's own limit the outside timer waits.
 constexpr std::chrono::milliseconds kOutsideMargin{500};
+/// Connections behind the fence; trusted statements never run on them, but for the guard.
+constexpr int kSearchers = 4;
 
 Statement Control(std::string text) {
   return {std::move(text), {}, {}};
@@ -148,7 +150,10 @@ class PostgresDatabase final : public Database {
  public:
   explicit PostgresDatabase(const PostgresOptions& options)
       : pool_(options.poolSize,
-              [info = options.connectionInfo] { return PostgresConnection::Open(info); }) {}
+              [info = options.connectionInfo] { return PostgresConnection::Open(info); }),
+        searchers_(kSearchers, [info = options.connectionInfo] {
+          return PostgresConnection::Open(info, FenceSettings());
+        }) {}
 
   Engine Kind() const override { return Engine::Postgres; }
 
@@ -164,7 +169,7 @@ class PostgresDatabase final : public Database {
       commands.push_back({&statement, true});
     if (!alone) commands.push_back({&commit, true});
     counters_.statements += static_cast<std::int64_t>(statements.size());
-    return PacketsOf(RunReading(commands), alone ? 0 : 1, statements.size());
+    return PacketsOf(RunReading(pool_, commands), alone ? 0 : 1, statements.size());
   }
 
   EngineAnswer<std::unique_ptr<Transaction>> Begin() override {
@@ -176,31 +181,34 @@ class PostgresDatabase final : public Database {
   EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
                                                std::span<const Statement> statements,
                                                SearchLimits limits) override {
-    const Statement begin = Control("begin isolation level repeatable read read only");
-    // A search is planned for the values it has: what is rare goes another way than what is common.
+    static const Statement begin = Control("begin isolation level repeatable read read only");
+    static const Statement role = Control("set local role " + std::string(kSearchRole));
+    static const Statement planAnew = Control("set local plan_cache_mode = force_custom_plan");
+    // Whatever a search set for itself goes with its transaction.
+    static const Statement rollback = Control("rollback");
     const Statement limit =
-        Control("select set_config('statement_timeout', '" + std::to_string(limits.milliseconds) +
-                "', true), set_config('plan_cache_mode', 'auto', true)");
-    const Statement role = Control("set local role " + std::string(kSearchRole));
-    const Statement rollback = Control("rollback");
-    std::vector<PostgresCommand> commands = {{&begin, true}, {&guard, true}, {&limit, false}};
-    // The role is taken anew before each statement, in case one could put it off.
+        Control("set local statement_timeout = " + std::to_string(limits.milliseconds));
+    std::vector<PostgresCommand> commands = {{&begin, true}, {&guard, true}};
+    if (limits.milliseconds != SearchLimits().milliseconds) commands.push_back({&limit, true});
+    std::vector<std::size_t> places = {1};
     for (const Statement& statement : statements) {
+      if (statement.plannedForValues) commands.push_back({&planAnew, true});
+      // The role is taken anew before each statement, in case one could put it off.
       commands.push_back({&role, true});
-      commands.push_back({&statement, false});
+      places.push_back(commands.size());
+      commands.push_back({&statement, true});
     }
     commands.push_back({&rollback, true});
     counters_.statements += static_cast<std::int64_t>(statements.size()) + 1;
 
     const auto allowed = std::chrono::milliseconds(limits.milliseconds) *
                          static_cast<std::int64_t>(std::max<std::size_t>(statements.size(), 1));
-    auto replies =
-        RunReading(commands, std::chrono::steady_clock::now() + allowed + kOutsideMargin);
+    auto replies = RunReading(searchers_, commands,
+                              std::chrono::steady_clock::now() + allowed + kOutsideMargin);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
-    packets.push_back(std::move((*replies)[1].packet));
-    for (std::size_t i = 0; i < statements.size(); ++i)
-      packets.push_back(std::move((*replies)[4 + 2 * i].packet));
+    for (const std::size_t place : places)
+      packets.push_back(std::move((*replies)[place].packet));
     return packets;
   }
 
@@ -212,9 +220,18 @@ class PostgresDatabase final : public Database {
   }
 
  private:
-  Replies RunReading(std::span<const PostgresCommand> commands,
+  /// Sessions that only read, and none of whose statements runs longer than a search may. A portion
+  /// is some eighty rows along an index with the rows they name; a plan that reads whole tables to
+  /// join them is for those who read everything.
+  static std::string FenceSettings() {
+    return "-c default_transaction_read_only=on -c enable_hashjoin=off -c enable_mergejoin=off"
+           " -c statement_timeout=" +
+           std::to_string(SearchLimits().milliseconds);
+  }
+
+  Replies RunReading(Pool& pool, std::span<const PostgresCommand> commands,
                      PostgresConnection::Deadline deadline = std::nullopt) {
-    auto connection = pool_.Lend();
+    auto connection = pool.Lend();
     if (!connection) return connection.GetFailure();
     ++counters_.roundTrips;
     Replies replies = (*connection)->Run(commands, deadline);
@@ -228,6 +245,7 @@ class PostgresDatabase final : public Database {
   }
 
   Pool pool_;
+  Pool searchers_;
 };
 
 }  // namespace

@@ -1,0 +1,65 @@
+#include "server/dialect/kept_searches.h"
+
+#include <optional>
+#include <utility>
+
+#include "server/dialect/lexer.h"
+#include "server/dialect/shape.h"
+
+namespace orvane {
+namespace {
+
+/// Of one key: values that decide come in few combinations.
+constexpr std::size_t kMostShapes = 8;
+
+/// Whether filling the shape with the values it was made with gives what was rendered.
+bool ServesItself(const dialect::Shape& shape, const std::vector<dialect::Token>& tokens,
+                  const SearchInput& input) {
+  const auto again = dialect::Fill(shape, tokens, input);
+  return again && again->statement.params == shape.search.statement.params;
+}
+
+}  // namespace
+
+Answer<RenderedSearch> KeptSearches::Render(const SearchInput& input) {
+  const auto tokens = dialect::Tokenise(input.sql);
+  if (!tokens) return tokens.GetFailure();
+  std::string key = dialect::ShapeKey(*tokens, input);
+  for (const ShapePtr& shape : Find(key)) {
+    if (auto search = dialect::Fill(*shape, *tokens, input)) return *std::move(search);
+  }
+  ++read_;
+  auto made = dialect::MakeShape(*tokens, input);
+  if (!made) return made.GetFailure();
+  RenderedSearch search = made->search;
+  if (ServesItself(*made, *tokens, input)) {
+    Keep(std::move(key), std::make_shared<const dialect::Shape>(*std::move(made)));
+  }
+  return search;
+}
+
+std::vector<KeptSearches::ShapePtr> KeptSearches::Find(const std::string& key) {
+  const std::lock_guard lock(mutex_);
+  const auto found = byKey_.find(key);
+  if (found == byKey_.end()) return {};
+  entries_.splice(entries_.begin(), entries_, found->second);
+  return found->second->shapes;
+}
+
+void KeptSearches::Keep(std::string key, ShapePtr shape) {
+  const std::lock_guard lock(mutex_);
+  const auto found = byKey_.find(key);
+  if (found == byKey_.end()) {
+    entries_.push_front({std::move(key), {std::move(shape)}});
+    byKey_.emplace(entries_.front().key, entries_.begin());
+  } else {
+    std::vector<ShapePtr>& shapes = found->second->shapes;
+    shapes.insert(shapes.begin(), std::move(shape));
+    if (shapes.size() > kMostShapes) shapes.pop_back();
+  }
+  if (entries_.size() <= most_) return;
+  byKey_.erase(entries_.back().key);
+  entries_.pop_back();
+}
+
+}  // namespace orvane
