@@ -75,7 +75,7 @@ BareStatement EntriesThatBegin(const std::string& begin) {
       " left join MaterialStocks m on m.IdNumber = b.InventoryCode"
       " left join Services s on s.Code = b.ServiceCode"
       " where b.FoldEffectiveName >= ?1 and b.FoldEffectiveName < ?2"
-      " order by b.FoldEffectiveName, b.SerialNumber limit 81",
+      " order by b.FoldEffectiveName nulls first, b.SerialNumber limit 81",
       {begin, begin + "\xf4\x8f\xbf\xbf"}};
 }
 

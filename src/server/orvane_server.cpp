@@ -186,8 +186,8 @@ Answer<std::vector<DataPacket>> OrvaneServer::RunFetches(
   }
   if (!sorted.searches.empty()) {
     std::vector<Statement> statements;
-    for (const RenderedSearch& search : sorted.searches)
-      statements.push_back(search.statement);
+    for (RenderedSearch& search : sorted.searches)
+      statements.push_back(std::move(search.statement));
     auto packets = work.Search(statements, options_.searchLimits);
     if (!packets) return packets.GetFailure();
     for (std::size_t i = 0; i < packets->size(); ++i) {

@@ -138,7 +138,10 @@ class GrowthCounts : public testing::TestWithParam<Engine> {
       const EngineCounters& counters = world.Server().Base().Counters();
       return {counters.machineSteps, counters.scanSteps};
     }
-    Number(world, "select count(*) from pg_stat_force_next_flush()");
+    const Statement report{
+        "select count(*) from pg_stat_force_next_flush()", {}, {{"N", ValueKind::Code, 0}}};
+    EXPECT_TRUE(world.Server().Base().ReadSnapshot({&report, 1}));
+    EXPECT_TRUE(world.Server().Base().Search(report, {}, {}));  // those behind the fence
     return {Number(world,
                    "select sum(heap_blks_hit + heap_blks_read + coalesce(idx_blks_hit, 0) +"
                    " coalesce(idx_blks_read, 0))::bigint from pg_statio_user_tables"),

@@ -83,20 +83,35 @@ TEST(KeptSearches, WhatDecidesTheRenderingMakesAnotherStatement) {
       {names, {entries + " AND cbName LIKE 'Лам'"}},
       {names, {entries + " AND cbName LIKE '%'"}},
       {names, {entries + " AND cbName = 'Лам%'"}},
-      {names,
+      {names, With(names,
+                   [](Question& q) {
+                     q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}};
+                   })},
+      {With(names,
+            [](Question& q) {
+              q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}};
+            }),
        With(names,
-            [](Question& q) { q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}}; })},
-      {With(names, [](Question& q) { q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}}; }),
-       With(names, [](Question& q) { q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 1}}; })},
+            [](Question& q) {
+              q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 1}};
+            })},
       {names, With(names, [](Question& q) { q.rowLimit = 20; })},
       {names, With(names, [](Question& q) { q.engine = Engine::Postgres; })},
       {requests, With(requests, [](Question& q) { q.predicate = {}; })},
-      {requests,
-       With(requests, [](Question& q) { q.predicate = {"{t}.Notifier = ?1", {"ivanova"}}; })},
+      {requests, With(requests,
+                      [](Question& q) {
+                        q.predicate = {"{t}.Notifier = ?1", {"ivanova"}};
+                      })},
       {requests, {kRequests + std::string("NULL"), {}, requests.predicate}},
       {requests, {kRequests + std::string("5 AND 1 = 0"), {}, requests.predicate}},
-      {language, With(language, [](Question& q) { q.params = {{"L", 2}}; })},
-      {language, With(language, [](Question& q) { q.params = {{"L", Variant()}}; })},
+      {language, With(language,
+                      [](Question& q) {
+                        q.params = {{"L", 2}};
+                      })},
+      {language, With(language,
+                      [](Question& q) {
+                        q.params = {{"L", Variant()}};
+                      })},
       {{"SELECT Code, 1 A FROM KindSupplies WHERE 1 = 1"},
        {"SELECT Code, 1 A FROM KindSupplies WHERE 1 = 2"}},
       {{"SELECT Code, 1 A FROM KindSupplies"}, {"SELECT Code, 2 A FROM KindSupplies"}},

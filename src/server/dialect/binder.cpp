@@ -260,8 +260,7 @@ class Binder {
   }
 
   TermPtr BindNumber(const SyntaxExpr& syntax) {
-    std::optional<Variant> number =
-        NumberConstant(syntax.text, syntax.kind == SyntaxKind::Integer);
+    std::optional<Variant> number = NumberConstant(syntax.text, syntax.kind == SyntaxKind::Integer);
     if (!number) return Refuse(syntax.place, "числото е извън допустимото");
     return MakeGiven(*std::move(number), syntax.place, syntax.literal);
   }
@@ -678,8 +677,8 @@ class Binder {
     const TermPtr fold = Folded(text);
     const std::optional<LikePattern> like = ReadLikePattern(*written, fold != nullptr);
     if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
-    ConditionPtr condition = OpenLike(LikeCondition(fold ? fold : text, *like), *pattern,
-                                      fold != nullptr, like->kind);
+    ConditionPtr condition =
+        OpenLike(LikeCondition(fold ? fold : text, *like), *pattern, fold != nullptr, like->kind);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
   }
 

@@ -23,7 +23,7 @@ class Lexer {
   explicit Lexer(std::string_view sql) : sql_(sql) {}
 
   Answer<std::vector<Token>> Run() {
-    tokens_.reserve(sql_.size() / 6 + 1);
+    tokens_.reserve(sql_.size() / 4 + 1);
     while (true) {
       SkipBlanks();
       const Place place = place_;
@@ -85,11 +85,11 @@ class Lexer {
     return ReadSign(place);
   }
 
-  std::string ReadName() {
+  std::string_view ReadName() {
     const std::size_t from = at_;
     while (IsLetter(Peek()) || IsDigit(Peek()))
       Step();
-    return std::string(sql_.substr(from, at_ - from));
+    return sql_.substr(from, at_ - from);
   }
 
   bool ReadNumber(Place place) {
@@ -104,41 +104,41 @@ class Lexer {
         Step();
     }
     if (IsLetter(Peek())) return Refuse(place, "числото е слято с дума");
-    tokens_.push_back({kind, std::string(sql_.substr(from, at_ - from)), false, place, literals_++});
+    tokens_.push_back({kind, sql_.substr(from, at_ - from), false, place, literals_++});
     return true;
   }
 
   bool ReadText(Place place) {
     Step();
-    std::string text;
+    const std::size_t from = at_;
     while (at_ < sql_.size()) {
       if (Peek() == '\'') {
         Step();
         if (Peek() != '\'') {
-          tokens_.push_back({TokenKind::Text, std::move(text), false, place, literals_++});
+          const std::string_view text = sql_.substr(from, at_ - 1 - from);
+          tokens_.push_back({TokenKind::Text, text, false, place, literals_++});
           return true;
         }
       }
-      text += Peek();
       Step();
     }
     return Refuse(place, "текстът в апострофи не е затворен");
   }
 
   bool ReadSign(Place place) {
-    std::string sign(1, Peek());
+    const char first = Peek();
     const char next = Peek(1);
-    if ((sign == "<" && (next == '=' || next == '>')) || (sign == ">" && next == '=') ||
-        (sign == "!" && next == '=')) {
-      sign += next;
-    }
-    static constexpr std::string_view kSigns[] = {
-        "=", "<", ">", "<=", ">=", "<>", "!=", "(", ")", ",", ".", "+", "-"};
+    const bool two = (first == '<' && (next == '=' || next == '>')) ||
+                     ((first == '>' || first == '!') && next == '=');
+    const std::string_view sign = sql_.substr(at_, two ? 2 : 1);
+    static constexpr std::string_view kSigns[] = {".",  ",",  "=",  "(",  ")", "<", ">",
+                                                  "<=", ">=", "<>", "!=", "+", "-"};
     for (const std::string_view known : kSigns) {
       if (known != sign) continue;
       for (std::size_t i = 0; i < sign.size(); ++i)
         Step();
-      tokens_.push_back({TokenKind::Sign, sign == "!=" ? "<>" : sign, false, place, -1});
+      tokens_.push_back(
+          {TokenKind::Sign, sign == "!=" ? std::string_view("<>") : sign, false, place, -1});
       return true;
     }
     const std::string_view character = Utf8Cut(sql_.substr(at_), 1);
@@ -159,6 +159,16 @@ Failure NotUnderstood(Place place, const std::string& what) {
   return {FailureKind::BadRequest, "Търсенето не е разбрано на ред " + std::to_string(place.line) +
                                        ", позиция " + std::to_string(place.column) + ": " + what +
                                        "."};
+}
+
+std::string Unquoted(std::string_view text) {
+  std::string value;
+  value.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    value += text[i];
+    if (text[i] == '\'') ++i;  // the first of two
+  }
+  return value;
 }
 
 Answer<std::vector<Token>> Tokenise(std::string_view sql) {

@@ -25,18 +25,21 @@ enum class TokenKind : unsigned char {
   Variable,  ///< :Name or @Name, `text` is the name without its mark
   Integer,
   Decimal,
-  Text,  ///< string literal, `text` without quotes
+  Text,  ///< string literal, `text` is what stands between the quotes (Unquoted)
   Sign,  ///< one of = < > <= >= <> ( ) , . + -
   End,
 };
 
 struct Token {
   TokenKind kind = TokenKind::End;
-  std::string text;
+  std::string_view text;  ///< of the statement, which must outlive it
   bool declared = false;  ///< Variable written with @
   Place place;
   int literal = -1;  ///< number of an Integer, Decimal or Text among those of the statement
 };
+
+/// The value of a string literal: two apostrophes in it stand for one.
+std::string Unquoted(std::string_view text);
 
 /// Longest statement, in bytes.
 inline constexpr std::size_t kLongestStatement = 32 * 1024;

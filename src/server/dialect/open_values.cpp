@@ -44,8 +44,7 @@ std::optional<Variant> PlainParameter(const Variant& value) {
     return std::isfinite(*real) ? std::optional(value) : std::nullopt;
   }
   const std::string* text = value.AsString();
-  const bool plain =
-      text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);
+  const bool plain = text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);
   return plain ? std::optional(value) : std::nullopt;
 }
 

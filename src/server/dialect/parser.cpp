@@ -99,13 +99,13 @@ class Parser {
   bool Unexpected(const std::string& wanted) {
     const Token& token = Now();
     if (token.kind == TokenKind::Word && IsReserved(token.text)) {
-      return Refuse(token.place,
-                    "думата „" + token.text + "“ не се допуска тук, очаква се " + wanted);
+      return Refuse(token.place, "думата „" + std::string(token.text) +
+                                     "“ не се допуска тук, очаква се " + wanted);
     }
     if (token.kind == TokenKind::End) {
       return Refuse(token.place, "заявката свършва, а се очаква " + wanted);
     }
-    return Refuse(token.place, "очаква се " + wanted + " вместо „" + token.text + "“");
+    return Refuse(token.place, "очаква се " + wanted + " вместо „" + std::string(token.text) + "“");
   }
 
   SyntaxPtr Node(SyntaxKind kind, Place place, std::string text = {}) {
@@ -121,7 +121,7 @@ class Parser {
       Unexpected(wanted);
       return std::nullopt;
     }
-    std::string name = Now().text;
+    std::string name(Now().text);
     Step();
     return name;
   }
@@ -132,7 +132,7 @@ class Parser {
       Unexpected("дължина от 1 до 9999");
       return std::nullopt;
     }
-    const int size = std::stoi(Now().text);
+    const int size = std::stoi(std::string(Now().text));
     Step();
     if (!NeedSign(")")) return std::nullopt;
     return size;
@@ -182,7 +182,7 @@ class Parser {
     if (!IsDeclared()) return Unexpected("променлива с „@“");
     SyntaxVariable* variable = FindVariable(statement, Now().text);
     if (variable == nullptr) {
-      return Refuse(Now().place, "променливата „@" + Now().text + "“ не е обявена");
+      return Refuse(Now().place, "променливата „@" + std::string(Now().text) + "“ не е обявена");
     }
     Step();
     if (!NeedSign("=")) return false;
@@ -346,7 +346,7 @@ class Parser {
     if (token.kind == TokenKind::Sign && std::find(std::begin(kComparisons), std::end(kComparisons),
                                                    token.text) != std::end(kComparisons)) {
       Step();
-      return Pair(SyntaxKind::Compare, std::move(left), ReadSum(), token.text);
+      return Pair(SyntaxKind::Compare, std::move(left), ReadSum(), std::string(token.text));
     }
     if (TakeWord("IS")) {
       SyntaxPtr node = Node(SyntaxKind::IsNull, token.place);
@@ -444,7 +444,7 @@ class Parser {
         return ReadLiteral(SyntaxKind::Text, token);
       case TokenKind::Variable: {
         Step();
-        SyntaxPtr node = Node(SyntaxKind::Variable, token.place, token.text);
+        SyntaxPtr node = Node(SyntaxKind::Variable, token.place, std::string(token.text));
         if (node) node->declared = token.declared;
         return node;
       }
@@ -461,7 +461,9 @@ class Parser {
 
   SyntaxPtr ReadLiteral(SyntaxKind kind, const Token& token) {
     Step();
-    SyntaxPtr node = Node(kind, token.place, token.text);
+    const bool quoted = kind == SyntaxKind::Text;
+    SyntaxPtr node =
+        Node(kind, token.place, quoted ? Unquoted(token.text) : std::string(token.text));
     if (node) node->literal = token.literal;
     return node;
   }

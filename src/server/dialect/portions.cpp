@@ -213,13 +213,17 @@ std::vector<TypedOrder> PortionOrder(const TypedSelect& select) {
 }
 
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+  const auto compares = [](const ConditionPtr& condition) {
+    return condition->kind == ConditionKind::Compare && condition->parts[1]->IsConstant();
+  };
   const std::vector<ConditionPtr> conditions = RowConditions(select);
   return std::any_of(conditions.begin(), conditions.end(), [&](const ConditionPtr& condition) {
-    if (condition->select) return ValuesDecideThePlan(*condition->select, {});
-    const bool range = condition->kind == ConditionKind::Compare && condition->sign != "=" &&
-                       condition->sign != "<>";
-    if (!range || !condition->parts[1]->IsConstant()) return false;
-    return order.empty() || !SameTerm(*condition->parts[0], *order.front().value);
+    if (condition->select) {
+      const std::vector<ConditionPtr> within = RowConditions(*condition->select);
+      return std::any_of(within.begin(), within.end(), compares);
+    }
+    const bool range = compares(condition) && condition->sign != "=" && condition->sign != "<>";
+    return range && (order.empty() || !SameTerm(*condition->parts[0], *order.front().value));
   });
 }
 

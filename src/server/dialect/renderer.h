@@ -37,6 +37,6 @@ struct Rendered {
 };
 
 Rendered Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
-                      const Rendering& rendering);
+                const Rendering& rendering);
 
 }  // namespace orvane::dialect

@@ -1,6 +1,7 @@
 #include "server/dialect/shape.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 
 #include "server/dialect/binder.h"
@@ -13,15 +14,21 @@
 namespace orvane::dialect {
 namespace {
 
-/// FNV-1a of everything that decides which rows the search has, and in which order.
+/// A hash, eight bytes at a time, of everything that decides which rows the search has, and in
+/// which order.
 std::uint64_t Fingerprint(const SearchInput& input) {
   std::uint64_t hash = 14695981039346656037ull;
+  const auto mix = [&](std::uint64_t word) {
+    hash = (hash ^ word) * 0x9E3779B97F4A7C15ull;
+    hash ^= hash >> 29;
+  };
   const auto add = [&](std::string_view text) {
-    for (const char c : text) {
-      hash ^= static_cast<unsigned char>(c);
-      hash *= 1099511628211ull;
+    mix(text.size());
+    for (; !text.empty(); text.remove_prefix(std::min<std::size_t>(text.size(), 8))) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, text.data(), std::min<std::size_t>(text.size(), 8));
+      mix(word);
     }
-    hash *= 1099511628211ull;
   };
   add(input.sql);
   for (const NamedValues* values : {&input.params, &input.settings}) {
@@ -46,7 +53,7 @@ std::vector<const Token*> LiteralsOf(const std::vector<Token>& tokens) {
 }
 
 std::optional<Variant> LiteralValue(const Token& token) {
-  if (token.kind == TokenKind::Text) return Variant(token.text);
+  if (token.kind == TokenKind::Text) return Variant(Unquoted(token.text));
   return NumberConstant(token.text, token.kind == TokenKind::Integer);
 }
 
@@ -54,7 +61,7 @@ std::vector<Shape::Given> GivenOf(const BoundSearch& bound, const std::vector<To
                                   const SearchInput& input) {
   std::vector<Shape::Given> given;
   for (const Token* literal : LiteralsOf(tokens))
-    given.push_back({bound.open[given.size()], literal->text, {}, {}});
+    given.push_back({bound.open[given.size()], std::string(literal->text), {}, {}});
   for (const std::string& name : bound.parameters)
     given.push_back({bound.open[given.size()], {}, name, *FindValue(input.params, name)});
   return given;

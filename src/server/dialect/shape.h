@@ -1,8 +1,8 @@
 #pragma once
 
 // What a search statement becomes, apart from its values: reading, typing and rendering it once
-// serves every later search that differs in what its columns are compared with, in where its portion
-// begins, in the day and in who asks.
+// serves every later search that differs in what its columns are compared with, in where its
+// portion begins, in the day and in who asks.
 //
 //   Answer<Shape> shape = MakeShape(tokens, input);
 //   std::optional<RenderedSearch> next = Fill(*shape, otherTokens, otherInput);

@@ -102,8 +102,8 @@ EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
   const std::string options =
       "-c timezone=UTC -c jit=off -c lock_timeout=30s -c plan_cache_mode=force_generic_plan " +
       settings;
-  const std::array<const char*, 8> values = {
-      "5", "orvane-server", "UTF8", "30", "15000", options.c_str(), info.c_str(), nullptr};
+  const std::array<const char*, 8> values = {"5",     "orvane-server", "UTF8",       "30",
+                                             "15000", options.c_str(), info.c_str(), nullptr};
   PostgresHandle handle(PQconnectdbParams(kNames.data(), values.data(), 1));
   if (PQstatus(handle.get()) != CONNECTION_OK) {
     return EngineError{EngineErrorKind::LinkDown, "", PQerrorMessage(handle.get())};
