@@ -244,6 +244,7 @@ TEST_P(RequestLoads, SearchesShowWhatLoadsShow) {
   const std::string through =
       "SELECT c.CostCenter FROM CostCenters c WHERE c.CostCenter IN (SELECT"
       " CostCenter FROM PurchaseOrder)";
+  std::vector<std::int64_t> read = {0};
   for (const auto& [serverClass, provider] :
        {std::pair("TsmSQL", "dspSQL"), std::pair("TsmPurchaseOrderReport", "dspResult")}) {
     EXPECT_EQ(search("boss", heads, serverClass, provider), "123456");
@@ -253,7 +254,10 @@ TEST_P(RequestLoads, SearchesShowWhatLoadsShow) {
     EXPECT_EQ(search("stranger", rows, serverClass, provider), "");
     EXPECT_EQ(search("kolev", through, serverClass, provider), "1001");
     EXPECT_EQ(search("stranger", through, serverClass, provider), "");
+    read.push_back(world.Server().Orvane().SearchesRead());
   }
+  EXPECT_EQ(read[1], 4) << "those who see a part share their statements";
+  EXPECT_EQ(read[2], read[1]) << "none of them is read twice";
 }
 
 TEST_P(RequestLoads, ClaimsMayFallShortOfTheSessionAndNeverExceedIt) {

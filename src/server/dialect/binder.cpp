@@ -10,27 +10,20 @@
 #include "server/dialect/comparisons.h"
 #include "server/dialect/document_rows.h"
 #include "server/dialect/fold_of.h"
+#include "server/dialect/given_values.h"
 #include "server/dialect/like_pattern.h"
 
 namespace orvane::dialect {
 namespace {
 
-/// How often a given value became a constant, and how often that was compared with a column.
-struct GivenUse {
-  int made = 0;
-  int open = 0;
-};
-
 class Binder {
  public:
-  explicit Binder(const SearchInput& input) : input_(input) {}
+  Binder(const SearchInput& input, int literals) : input_(input), given_(literals) {}
 
   Answer<BoundSearch> Run(const SyntaxStatement& statement) {
-    literals_ = statement.literals;
-    given_.resize(static_cast<std::size_t>(literals_));
     if (!BindVariables(statement) || !BindSelect(statement.select, bound_.select)) return *failure_;
-    for (const GivenUse& use : given_)
-      bound_.open.push_back(use.made > 0 && use.made == use.open);
+    bound_.parameters = given_.Parameters();
+    bound_.open = given_.Open();
     return std::move(bound_);
   }
 
@@ -144,7 +137,7 @@ class Binder {
   }
 
   bool BindItems(const SyntaxSelect& syntax, TypedSelect& select) {
-    const Deciding deciding(*this);
+    const GivenValues::Deciding deciding(given_);
     const bool nested = scopes_.size() > 1;
     for (const SyntaxItem& written : syntax.items) {
       const TermPtr value = written.value->kind == SyntaxKind::Max && nested
@@ -182,7 +175,7 @@ class Binder {
   }
 
   bool BindOrder(const SyntaxSelect& syntax, TypedSelect& select) {
-    const Deciding deciding(*this);
+    const GivenValues::Deciding deciding(given_);
     for (const SyntaxOrder& written : syntax.order) {
       const TypedItem* item = nullptr;
       if (written.value->kind == SyntaxKind::Name && written.value->table.empty()) {
@@ -230,7 +223,7 @@ class Binder {
       case SyntaxKind::Decimal:
         return BindNumber(syntax);
       case SyntaxKind::Text:
-        return MakeGiven(syntax.text, syntax.place, syntax.literal);
+        return given_.MakeLiteral(syntax.text, syntax.place, syntax.literal);
       case SyntaxKind::Null:
         return MakeConstant({}, syntax.place);
       case SyntaxKind::Variable:
@@ -262,7 +255,7 @@ class Binder {
   TermPtr BindNumber(const SyntaxExpr& syntax) {
     std::optional<Variant> number = NumberConstant(syntax.text, syntax.kind == SyntaxKind::Integer);
     if (!number) return Refuse(syntax.place, "числото е извън допустимото");
-    return MakeGiven(*std::move(number), syntax.place, syntax.literal);
+    return given_.MakeLiteral(*std::move(number), syntax.place, syntax.literal);
   }
 
   TermPtr BindVariable(const SyntaxExpr& syntax) {
@@ -281,76 +274,7 @@ class Binder {
     if (!plain) {
       return Refuse(syntax.place, "параметърът „" + syntax.text + "“ не е проста стойност");
     }
-    return MakeGiven(*std::move(plain), syntax.place, NumberOf(syntax.text));
-  }
-
-  // --- given values, and whether they decide what the statement becomes
-
-  /// While it lives, every given value decides.
-  class Deciding {
-   public:
-    explicit Deciding(Binder& binder) : binder_(binder) { ++binder_.deciding_; }
-    Deciding(const Deciding&) = delete;
-    Deciding& operator=(const Deciding&) = delete;
-    ~Deciding() { --binder_.deciding_; }
-
-   private:
-    Binder& binder_;
-  };
-
-  int NumberOf(const std::string& parameter) {
-    std::vector<std::string>& names = bound_.parameters;
-    const auto found = std::ranges::find_if(
-        names, [&](const std::string& name) { return SameName(name, parameter); });
-    const auto number = static_cast<int>(found - names.begin());
-    if (found == names.end()) {
-      names.push_back(parameter);
-      given_.emplace_back();
-    }
-    return literals_ + number;
-  }
-
-  TermPtr MakeGiven(Variant value, Place place, int number) {
-    ++given_[static_cast<std::size_t>(number)].made;
-    Term term = *MakeConstant(std::move(value), place);
-    term.open.given = number;
-    return std::make_shared<const Term>(std::move(term));
-  }
-
-  /// The condition with its constant, part 1, open to other values than `given`.
-  ConditionPtr Opened(const ConditionPtr& condition, OpenValue open) {
-    Condition made = *condition;
-    Term constant = *made.parts[1];
-    constant.open = open;
-    made.parts[1] = std::make_shared<const Term>(std::move(constant));
-    return std::make_shared<const Condition>(std::move(made));
-  }
-
-  bool MayOpen(const Term& given) const { return deciding_ == 0 && given.open.IsOpen(); }
-
-  /// A comparison of `column` with a given value.
-  ConditionPtr OpenCompare(const ConditionPtr& condition, const TermPtr& column,
-                           const Term& given) {
-    if (!MayOpen(given) || condition->kind != ConditionKind::Compare) return condition;
-    ++given_[static_cast<std::size_t>(given.open.given)].open;
-    const bool folded = condition->parts[0] != column;
-    return Opened(condition,
-                  {given.open.given, OpenReading::Whole, column->type, folded, LikeKind::Exact});
-  }
-
-  /// A text held against a given pattern; beginnings without a range stay as they are.
-  ConditionPtr OpenLike(const ConditionPtr& condition, const Term& given, bool folded,
-                        LikeKind like) {
-    const bool range = condition->kind == ConditionKind::And;
-    if (!MayOpen(given) || range != (like == LikeKind::Beginning)) return condition;
-    ++given_[static_cast<std::size_t>(given.open.given)].open;
-    OpenValue open = {given.open.given, OpenReading::PatternText, ValueKind::Memo, folded, like};
-    if (!range) return Opened(condition, open);
-    Condition made = *condition;
-    made.conditions[0] = Opened(made.conditions[0], open);
-    open.reading = OpenReading::PatternBound;
-    made.conditions[1] = Opened(made.conditions[1], open);
-    return std::make_shared<const Condition>(std::move(made));
+    return given_.MakeParameter(*std::move(plain), syntax.place, syntax.text);
   }
 
   TermPtr BindName(const SyntaxExpr& syntax) {
@@ -443,7 +367,7 @@ class Binder {
   }
 
   TermPtr BindCase(const SyntaxExpr& syntax) {
-    const Deciding deciding(*this);
+    const GivenValues::Deciding deciding(given_);
     TermPtr operand;
     if (syntax.parts.front()) {
       operand = BindTerm(*syntax.parts.front());
@@ -647,8 +571,8 @@ class Binder {
         left, std::move(sign), right, [this](const TermPtr& text) { return Folded(text); },
         input_.zone);
     if (!condition) return RefuseCompare(place);
-    return left->IsConstant() ? OpenCompare(condition, right, *left)
-                              : OpenCompare(condition, left, *right);
+    return left->IsConstant() ? given_.OpenCompare(condition, right, *left)
+                              : given_.OpenCompare(condition, left, *right);
   }
 
   ConditionPtr RefuseCompare(Place place) {
@@ -677,8 +601,8 @@ class Binder {
     const TermPtr fold = Folded(text);
     const std::optional<LikePattern> like = ReadLikePattern(*written, fold != nullptr);
     if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
-    ConditionPtr condition =
-        OpenLike(LikeCondition(fold ? fold : text, *like), *pattern, fold != nullptr, like->kind);
+    ConditionPtr condition = given_.OpenLike(LikeCondition(fold ? fold : text, *like), *pattern,
+                                             fold != nullptr, like->kind);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
   }
 
@@ -753,9 +677,7 @@ class Binder {
   std::optional<Failure> failure_;
   int lastTable_ = 0;
   BoundSearch bound_;
-  std::vector<GivenUse> given_;
-  int literals_ = 0;
-  int deciding_ = 0;
+  GivenValues given_;
 };
 
 }  // namespace
@@ -766,7 +688,7 @@ bool MayRead(const SearchInput& input, const CatalogueTable& table) {
 }
 
 Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input) {
-  return Binder(input).Run(statement);
+  return Binder(input, statement.literals).Run(statement);
 }
 
 }  // namespace orvane::dialect

@@ -42,36 +42,57 @@ Track VersionTrack(const SeenTable& table, const Visibility& visibility) {
           }};
 }
 
-/// Common table expressions that end in `target`, one row with the key that is moved to.
+/// Common table expressions that end in `target`, one row with the key that is moved to, and what
+/// tells whether nothing lies before and behind it.
 struct Target {
   std::string tables;
+  std::string isFirst;
+  std::string isLast;
   int steps = 1;
 };
 
-Target At(const std::string& key) {
-  return {"target (Id) as (select " + key + ")"};
+std::string OneWhenNull(const std::string& key) {
+  return "case when " + key + " is null then 1 else 0 end";
 }
 
-/// So many steps from :Position, or the end when there are fewer.
+Target At(const Track& track, const std::string& key) {
+  return {"target (Id) as (select " + key + ")", OneWhenNull(track.previous("target.Id")),
+          OneWhenNull(track.next("target.Id"))};
+}
+
+/// So many steps from :Position, or the end when there are fewer. One step more tells whether that
+/// is the end. Steps back are taken only for what is not known: the end itself when no step could
+/// be made, and what lies behind. Whoever moved on from a document that he sees has it behind him.
+/// So each direction stands in the statement once: PostgreSQL makes a plan of some size ready to
+/// run for longer than it then runs.
 Target Walked(const Track& track, bool forward, int steps) {
-  const auto& step = forward ? track.next : track.previous;
-  const std::string end = forward ? track.previous(kBeyond) : track.next("0");
-  return {
+  const auto& ahead = forward ? track.next : track.previous;
+  const auto& back = forward ? track.previous : track.next;
+  const std::string far(forward ? kBeyond : "0");
+  Target target;
+  target.steps = steps;
+  target.tables =
       "walk (N, Id) as (select 0, cast(:Position as integer) union all select walk.N + 1, " +
-          step("walk.Id") +
-          " from walk where walk.N < :Steps and walk.Id is not null), "
-          "target (Id) as (select coalesce((select w.Id from walk w where w.N > 0 and w.Id is not "
-          "null order by w.N desc limit 1), " +
-          end + "))",
-      steps};
-}
-
-/// 1 forward or -1 back from where the asker stands, 0 for a place of its own.
-int DirectionOf(const Place& place) {
-  if (place.nav == Nav::Next) return 1;
-  if (place.nav == Nav::Previous) return -1;
-  if (place.nav != Nav::Step || place.step == 0) return 0;
-  return place.step > 0 ? 1 : -1;
+      ahead("walk.Id") +
+      " from walk where walk.N <= :Steps and walk.Id is not null), "
+      "reached (Id) as (select (select w.Id from walk w where w.N between 1 and :Steps and w.Id is"
+      " not null order by w.N desc limit 1)), "
+      "unknown (N) as (select case when r.Id is null then 2 when " +
+      track.byKey +
+      " is null then 1 else 0 end from reached r), "
+      "back (N, Id) as (select 0, coalesce((select r.Id from reached r), " +
+      far + ") union all select back.N + 1, " + back("back.Id") +
+      " from back where back.N < (select u.N from unknown u) and back.Id is not null), "
+      "target (Id) as (select coalesce((select r.Id from reached r),"
+      " (select b.Id from back b where b.N = 1)))";
+  const std::string atEnd = OneWhenNull("(select w.Id from walk w where w.N = :Steps + 1)");
+  const std::string alone =
+      "(select case when u.N > 0 and (select b.Id from back b where b.N = u.N) is null then 1 else "
+      "0"
+      " end from unknown u)";
+  target.isFirst = forward ? alone : atEnd;
+  target.isLast = forward ? atEnd : alone;
+  return target;
 }
 
 Target TargetOf(const Track& track, const Place& place) {
@@ -79,9 +100,9 @@ Target TargetOf(const Track& track, const Place& place) {
     case Nav::ByKey:
       break;
     case Nav::First:
-      return At(track.next("0"));
+      return At(track, track.next("0"));
     case Nav::Last:
-      return At(track.previous(kBeyond));
+      return At(track, track.previous(kBeyond));
     case Nav::Previous:
       return Walked(track, false, 1);
     case Nav::Next:
@@ -90,7 +111,7 @@ Target TargetOf(const Track& track, const Place& place) {
       if (place.step != 0) return Walked(track, place.step > 0, std::abs(place.step));
       break;
   }
-  return At(track.byKey);
+  return At(track, track.byKey);
 }
 
 }  // namespace
@@ -133,18 +154,10 @@ Statement FindDocument(const SeenTable& table, const Visibility& visibility, con
               " p where p." + std::string(table.id) + " = target.Id and " +
               Replaced(table.current, "{t}", "p") + ")";
   }
-  // Whoever moved on from a document that he sees has it behind him, and need not look for it.
-  const int direction = DirectionOf(place);
-  const auto ends = [&](const std::string& beside, bool came, std::string_view from) {
-    const std::string behind = "target.Id " + std::string(from) + " :Position and " + track.byKey +
-                               " is not null then 0 when ";
-    return "case when " + (came ? behind : std::string()) + beside + " is null then 1 else 0 end";
-  };
   const std::string text = "with recursive " + visibility.Tables() + target.tables +
                            " select orvane_keep('DocumentId', " + id +
-                           "), orvane_keep('DocumentVersion', " + version + "), " +
-                           ends(track.previous("target.Id"), direction > 0, ">") + ", " +
-                           ends(track.next("target.Id"), direction < 0, "<") + " from target";
+                           "), orvane_keep('DocumentVersion', " + version + "), " + target.isFirst +
+                           ", " + target.isLast + " from target";
   NamedValues params = visibility.Params();
   params.push_back({"Id", place.id});
   params.push_back({"Position", versions ? *place.version : place.id});

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <mutex>
+#include <unordered_set>
 
 #include "server/engine/connection_pool.h"
 #include "server/engine/database.h"
@@ -15,6 +17,8 @@ using Replies = EngineAnswer<std::vector<PostgresReply>>;
 constexpr std::chrono::milliseconds kOutsideMargin{500};
 /// Connections behind the fence; trusted statements never run on them, but for the guard.
 constexpr int kSearchers = 4;
+/// Many times what planning a search takes.
+constexpr std::chrono::milliseconds kSlowSearch{20};
 
 Statement Control(std::string text) {
   return {std::move(text), {}, {}};
@@ -146,6 +150,28 @@ class PostgresTransaction final : public Transaction {
   bool over_ = false;
 };
 
+/// Texts that took long with one plan for all values. From then on they are planned for the values
+/// they have: what that costs is nothing beside what it may save. Thread-safe.
+class SlowSearches {
+ public:
+  bool Has(const std::string& text) {
+    const std::lock_guard lock(mutex_);
+    return texts_.contains(text);
+  }
+  void Add(std::span<const Statement> statements) {
+    const std::lock_guard lock(mutex_);
+    if (texts_.size() > kMostSlow) texts_.clear();
+    for (const Statement& statement : statements)
+      texts_.insert(statement.text);
+  }
+
+ private:
+  static constexpr std::size_t kMostSlow = 256;
+
+  std::mutex mutex_;
+  std::unordered_set<std::string> texts_;
+};
+
 class PostgresDatabase final : public Database {
  public:
   explicit PostgresDatabase(const PostgresOptions& options)
@@ -192,7 +218,8 @@ class PostgresDatabase final : public Database {
     if (limits.milliseconds != SearchLimits().milliseconds) commands.push_back({&limit, true});
     std::vector<std::size_t> places = {1};
     for (const Statement& statement : statements) {
-      if (statement.plannedForValues) commands.push_back({&planAnew, true});
+      if (statement.plannedForValues || slow_.Has(statement.text))
+        commands.push_back({&planAnew, true});
       // The role is taken anew before each statement, in case one could put it off.
       commands.push_back({&role, true});
       places.push_back(commands.size());
@@ -203,8 +230,9 @@ class PostgresDatabase final : public Database {
 
     const auto allowed = std::chrono::milliseconds(limits.milliseconds) *
                          static_cast<std::int64_t>(std::max<std::size_t>(statements.size(), 1));
-    auto replies = RunReading(searchers_, commands,
-                              std::chrono::steady_clock::now() + allowed + kOutsideMargin);
+    const auto start = std::chrono::steady_clock::now();
+    auto replies = RunReading(searchers_, commands, start + allowed + kOutsideMargin);
+    if (std::chrono::steady_clock::now() - start > kSlowSearch) slow_.Add(statements);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
     for (const std::size_t place : places)
@@ -246,6 +274,7 @@ class PostgresDatabase final : public Database {
 
   Pool pool_;
   Pool searchers_;
+  SlowSearches slow_;
 };
 
 }  // namespace

@@ -113,6 +113,39 @@ TEST_P(ServerSearch, AServerThatDoesNotKeepTheLimitIsStoppedFromOutside) {
   EXPECT_EQ(Search({"select Name from NomIn"}), "-");
 }
 
+TEST_P(ServerSearch, WhatTookLongIsPlannedForItsValues) {
+  const auto planOf = [&](const char* text, bool forValues) {
+    Statement search = Sql(text, {}, {{"V", ValueKind::Memo, 0}});
+    search.plannedForValues = forValues;
+    const auto packets = database_->Search(guard_, {&search, 1}, {});
+    return packets ? (*packets)[1].At(0, "V").ToText() : packets.GetFailure().text;
+  };
+  const char* quick = "select current_setting('plan_cache_mode')";
+  const char* slow = "select current_setting('plan_cache_mode') || pg_sleep(0.1)::text";
+  EXPECT_EQ(planOf(slow, false), "force_generic_plan");
+  EXPECT_EQ(planOf(slow, false), "force_custom_plan");
+  EXPECT_EQ(planOf(quick, true), "force_custom_plan");
+  EXPECT_EQ(planOf(quick, false), "force_generic_plan") << "a mode ends with its search";
+}
+
+TEST_P(ServerSearch, ALimitOrAModeThatASearchSetsEndsWithIt) {
+  for (const char* set : {"select set_config('statement_timeout', '0', false)",
+                          "select set_config('default_transaction_read_only', 'off', false)",
+                          "select set_config('enable_hashjoin', 'on', false)"}) {
+    EXPECT_EQ(Search({set}), "-") << set;
+  }
+  const auto setting = [&](const std::string& name) {
+    const Statement search =
+        Sql("select current_setting('" + name + "')", {}, {{"V", ValueKind::Memo, 0}});
+    const auto packets = database_->Search(guard_, {&search, 1}, {});
+    return packets ? (*packets)[1].At(0, "V").ToText() : packets.GetFailure().text;
+  };
+  EXPECT_EQ(setting("statement_timeout"), "3s");
+  EXPECT_EQ(setting("default_transaction_read_only"), "on");
+  EXPECT_EQ(setting("transaction_read_only"), "on");
+  EXPECT_EQ(setting("role"), "orvane_search");
+}
+
 TEST_P(ServerSearch, TheSearchRoleReadsExactlyWhatTheFenceLeavesOpen) {
   const Statement columns =
       Sql("select c.relname, a.attname, has_column_privilege('orvane_search', c.oid, a.attnum, "
