@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "packet/clock.h"
@@ -94,54 +95,102 @@ std::string AddPartners() {
          " PartnerTypeSupplier) select Code, Name, Name, 1 from p";
 }
 
-void Fill(Database& database, std::int64_t requests) {
+/// Requests of the company of orders: as many as tell who sees how much.
+constexpr std::int64_t kFewRequests = 1000;
+
+/// Each order has the cost centre, requester and creator of some request, so that everybody sees as
+/// large a part of the orders as of the requests, and the supplier, contract and first rows of one
+/// of the demonstration's orders.
+std::string AddOrders(std::int64_t orders) {
+  const std::string first = std::to_string(kManyOrdersFrom);
+  const std::string numbers =
+      "with recursive n (i) as (select 1 union all select i + 1 from n where i < " +
+      std::to_string(orders) + ") ";
+  const std::string models =
+      "(select count(*) from SuppManifacOrder where IdNumber < " + first + ")";
+  const std::string heads =
+      numbers +
+      "insert into SuppManifacOrder (IdNumber, DocumentDate, Description, Description2, Rationale,"
+      " FromDate, ToDate, CostCenter, KindSupply, Supplier, ContractId, IncTranspInPrice,"
+      " KindCurrency, RateOfExchange, Notifier, CreatedFrom, CreatedOn, Status) select " +
+      first +
+      " + n.i, q.DocumentDate, m.Description, m.Description2, 'За година', m.FromDate, m.ToDate,"
+      " q.CostCenter, m.KindSupply, m.Supplier, m.ContractId, m.IncTranspInPrice, m.KindCurrency,"
+      " m.RateOfExchange, q.Notifier, q.CreatedFrom, q.CreatedOn, case when n.i % 200 = 0 then 0"
+      " else 2 + n.i % 6 end from n join PurchaseOrder q on q.POIdNumber = 1 + n.i % " +
+      std::to_string(kFewRequests) +
+      " and q.POVersion = 1 join SuppManifacOrder m on m.IdNumber = 1 + n.i % " + models;
+  const std::string rows =
+      "insert into SuppManOrderDet (SuppManOrderId, RowNumber, SerialNumber, Measure, Quantity,"
+      " RowNumerator, Numerator, InventoryId, ServiceCode) select o.IdNumber, d.RowNumber,"
+      " d.SerialNumber, d.Measure, d.Quantity, d.RowNumerator, d.Numerator, d.InventoryId,"
+      " d.ServiceCode from SuppManifacOrder o join SuppManOrderDet d on d.SuppManOrderId = 1 +"
+      " (o.IdNumber - " +
+      first + ") % " + models + " and d.RowNumber <= 3 where o.IdNumber > " + first;
+  const std::string decisions =
+      "insert into SuppManOrderAdmin (SuppManOrderId, ConfirmationLevel, SendingNumber, Approval,"
+      " Status) select IdNumber, 1, 1, 1, case when Status > 4 then 3 else 2 end"
+      " from SuppManifacOrder where Status > 2 and IdNumber > " +
+      first;
+  return heads + ";\n" + rows + ";\n" + decisions;
+}
+
+/// The demonstration with so many requests and what `more` adds.
+void Fill(Database& database, std::int64_t requests, const std::vector<std::string>& more) {
   Must(Migrate(database));
   DemoOptions options;
   options.passwordCost = PasswordCost::Lowest();
   options.documents = requests;
   Must(MakeDemoCompany(database, SystemClock{}, options));
-  Must(database.RunScript(AddEntries()));
-  Must(database.RunScript(AddLists(database.Kind())));
-  Must(database.RunScript(AddPartners()));
+  for (const std::string& script : more)
+    Must(database.RunScript(script));
   Must(database.RunScript("analyze"));
 }
 
 /// Another schema is another company.
-std::string NameOf(std::int64_t requests) {
+std::string NameOf(const std::string& size) {
   const auto memory = Must(OpenSqlite(":memory:"));
   const auto schema = Must(CurrentSchema(*memory));
-  return "orvane_bench_" + std::to_string(schema.newest) + "_" + std::to_string(requests);
+  return "orvane_bench_" + std::to_string(schema.newest) + "_" + size;
 }
 
+using Filling = std::function<void(Database&)>;
+
 /// Made under another name first, so that what was broken off is not taken for whole.
-std::string MakeSqlite(std::int64_t requests) {
+std::string MakeSqlite(const std::string& name, const Filling& fill) {
   const std::filesystem::path folder = Variable("ORVANE_BENCH_CACHE", "build/bench");
   std::filesystem::create_directories(folder);
-  const std::filesystem::path path = folder / (NameOf(requests) + ".sqlite");
+  const std::filesystem::path path = folder / (name + ".sqlite");
   if (std::filesystem::exists(path)) return path.string();
   const std::filesystem::path making = path.string() + ".new";
   for (const char* suffix : {"", "-wal", "-shm"})
     std::filesystem::remove(making.string() + suffix);
-  Fill(*OpenAt(Engine::Sqlite, making.string()), requests);
+  fill(*OpenAt(Engine::Sqlite, making.string()));
   std::filesystem::rename(making, path);
   return path.string();
 }
 
-std::string MakePostgres(std::int64_t requests) {
-  const std::string name = NameOf(requests);
+std::string MakePostgres(const std::string& name, const Filling& fill) {
   const std::string info = ServerInfo() + " dbname=" + name;
   if (Administer("select 1 from pg_database where datname = '" + name + "'")) return info;
   Administer("drop database if exists " + name + "_new");
   Administer("create database " + name + "_new template template0");
-  Fill(*OpenAt(Engine::Postgres, info + "_new"), requests);
+  fill(*OpenAt(Engine::Postgres, info + "_new"));
   Administer("alter database " + name + "_new rename to " + name);
   return info;
+}
+
+BenchCompany Open(Engine engine, std::int64_t documents, const std::string& name,
+                  const Filling& fill) {
+  const std::string location =
+      engine == Engine::Sqlite ? MakeSqlite(name, fill) : MakePostgres(name, fill);
+  return {engine, documents, location, OpenAt(engine, location)};
 }
 
 }  // namespace
 
 std::string BenchCompany::Name() const {
-  return (engine == Engine::Sqlite ? "sqlite/" : "postgres/") + std::to_string(requests);
+  return (engine == Engine::Sqlite ? "sqlite/" : "postgres/") + std::to_string(documents);
 }
 
 std::int64_t BenchCompany::Number(const std::string& sql) const {
@@ -166,9 +215,14 @@ std::vector<std::int64_t> SizesAsked() {
 }
 
 BenchCompany OpenCompany(Engine engine, std::int64_t requests) {
-  const std::string location =
-      engine == Engine::Sqlite ? MakeSqlite(requests) : MakePostgres(requests);
-  return {engine, requests, location, OpenAt(engine, location)};
+  return Open(engine, requests, NameOf(std::to_string(requests)), [&](Database& database) {
+    Fill(database, requests, {AddEntries(), AddLists(database.Kind()), AddPartners()});
+  });
+}
+
+BenchCompany OpenCompanyOfOrders(Engine engine, std::int64_t orders) {
+  return Open(engine, orders, NameOf("orders_" + std::to_string(orders)),
+              [&](Database& database) { Fill(database, kFewRequests, {AddOrders(orders)}); });
 }
 
 }  // namespace orvane::bench

@@ -1,10 +1,10 @@
 #pragma once
 
-// The demonstration company that the benchmarks run on: so many purchase requests, half a million
-// entries in the supply list, lists of all and of ten of them, and 200,000 suppliers. Made by the
-// demonstration's own writer at the first run and kept: SQLite as a file of the folder
-// ORVANE_BENCH_CACHE (build/bench without it), PostgreSQL as a database of the server in
-// ORVANE_TEST_POSTGRES.
+// The demonstration companies that the benchmarks run on. One has so many purchase requests, half a
+// million entries in the supply list, lists of all and of ten of them, and 200,000 suppliers; the
+// other so many supplier orders. Made by the demonstration's own writer at the first run and kept:
+// SQLite as a file of the folder ORVANE_BENCH_CACHE (build/bench without it), PostgreSQL as a
+// database of the server in ORVANE_TEST_POSTGRES.
 
 #include <cstdint>
 #include <memory>
@@ -28,10 +28,13 @@ inline constexpr std::int32_t kFewDay = 20'510;
 /// Suppliers beside the demonstration's own, named "снабдител 000000 …", from 70000001 on.
 inline constexpr std::int64_t kManyPartners = 200'000;
 
+/// Orders beside the demonstration's own have the identifiers behind this one.
+inline constexpr std::int64_t kManyOrdersFrom = 100;
+
 struct BenchCompany {
   Engine engine = Engine::Sqlite;
-  std::int64_t requests = 0;
-  std::string location;  ///< path, or conninfo
+  std::int64_t documents = 0;  ///< requests, or orders
+  std::string location;        ///< path, or conninfo
   std::unique_ptr<Database> database;
 
   /// "sqlite/1000"
@@ -46,5 +49,7 @@ std::vector<Engine> EnginesAtHand();
 std::vector<std::int64_t> SizesAsked();
 /// Ends the program when it cannot be made.
 BenchCompany OpenCompany(Engine engine, std::int64_t requests);
+/// A company of a thousand requests with so many orders.
+BenchCompany OpenCompanyOfOrders(Engine engine, std::int64_t orders);
 
 }  // namespace orvane::bench

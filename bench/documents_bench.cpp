@@ -8,81 +8,41 @@
 #include "bare/statements.h"
 #include "contract/purchase_request.h"
 #include "contract/system.h"
-#include "pairs.h"
+#include "document_pairs.h"
 #include "report_pages.h"
-#include "stage.h"
 
 namespace orvane::bench {
 namespace {
 
 namespace request = purchase_request;
 
-/// Both sides of a comparison; what they share lives as long as they do.
-struct Pair {
-  Timed ours;
-  Timed bare;
-};
-
-struct BenchRow {
-  std::string_view name;
-  double budget;
-  int rounds;
-  Pair (*make)(Stage&);
-};
-
 /// Some request or other, different from round to round.
 std::int64_t Some(const Stage& stage, int round) {
-  return 1 + std::int64_t{round} * 7919 % stage.Company().requests;
+  return 1 + std::int64_t{round} * 7919 % stage.Company().documents;
 }
 
-std::int64_t IdIn(const VariantArray& told) {
-  const DataPacket* head = told.at(request::get_rec::kFirstPacket).AsPacket();
-  return head->At(0, request::head::POIdNumber.name).AsInt().value_or(0);
-}
-std::int64_t VersionIn(const VariantArray& told) {
-  const DataPacket* head = told.at(request::get_rec::kFirstPacket).AsPacket();
-  return head->At(0, request::head::POVersion.name).AsInt().value_or(0);
-}
-
-struct Found {
-  std::int64_t id = 0;
-  std::int64_t version = 0;
-};
-
-/// Our load, and the rows of what it found with an empty call.
-Pair LoadOf(Stage& stage, const std::string& login, std::function<VariantArray(int)> load) {
-  const auto found = std::make_shared<Found>();
-  const auto round = std::make_shared<int>(0);
-  stage.As(login);
-  return {[&stage, found, round, load] {
-            VariantArray told;
-            ++*round;
-            const double seconds = Seconds([&] { told = load(*round); });
-            if (told.at(request::get_rec::kFound).AsBool().value_or(false)) {
-              *found = {IdIn(told), VersionIn(told)};
-            }
-            return seconds;
-          },
-          [&stage, found] {
-            const auto rows = RowsOfRequest(found->id, found->version);
-            return Seconds([&] {
-              stage.ByHand().Read(rows);
-              stage.Empty()();
-            });
-          }};
+std::vector<BareStatement> RowsFound(const VariantArray& told) {
+  if (!told.at(request::get_rec::kFound).AsBool().value_or(false)) return {};
+  const DataPacket& head = *told.at(request::get_rec::kFirstPacket).AsPacket();
+  return RowsOfRequest(head.At(0, request::head::POIdNumber.name).AsInt().value_or(0),
+                       head.At(0, request::head::POVersion.name).AsInt().value_or(0));
 }
 
 Pair Loads(Stage& stage) {
-  return LoadOf(stage, "admin", [&stage](int round) {
-    return stage.Load("admin", Nav::ByKey, Some(stage, round));
-  });
+  return LoadPair(
+      stage, [&stage](int round) { return stage.Load("admin", Nav::ByKey, Some(stage, round)); },
+      &RowsFound);
 }
 
 /// Forth and back in turn, from somewhere in the middle.
 Pair MovesOf(Stage& stage, const std::string& login) {
-  return LoadOf(stage, login, [&stage, login](int round) {
-    return stage.Load(login, round % 2 == 0 ? Nav::Next : Nav::Previous, Some(stage, round));
-  });
+  stage.As(login);
+  return LoadPair(
+      stage,
+      [&stage, login](int round) {
+        return stage.Load(login, round % 2 == 0 ? Nav::Next : Nav::Previous, Some(stage, round));
+      },
+      &RowsFound);
 }
 Pair MovesAmongAll(Stage& stage) {
   return MovesOf(stage, "admin");
@@ -142,16 +102,11 @@ Pair RowPosts(Stage& stage) {
   history->history = stage.Company().Number(lines) - before;
   const std::string series = std::to_string(SystemClock().Now().micros) + "-bare-";
   return {[&stage, ours, number] { return Seconds([&] { PostRow(stage, ours, ++*number); }); },
-          [&stage, history, number, series] {
+          WriteByHand(stage, [history, number, series] {
             history->quantity = 1 + *number % 2;
             history->key = series + std::to_string(*number);
-            const auto writes = WritesOf(*history);
-            return Seconds([&] {
-              stage.ByHand().Write(writes);
-              stage.Empty()();
-              stage.Empty()();
-            });
-          }};
+            return WritesOf(*history);
+          })};
 }
 
 /// The first page of entries whose names begin so, in the order of their names.
@@ -192,14 +147,10 @@ Pair Pages(Stage& stage, const ReportPage& filter) {
   fetch.rowLimit = 80;
   fetch.sql = std::string(kReportSearch) + filter.asked;
   const auto page = std::make_shared<FetchRequest>(std::move(fetch));
-  const auto statement = std::make_shared<BareStatement>(PageOfRequests(filter.byHand));
   const Caller caller = stage.As("admin", Point::PurchaseRequestReport);
-  return {[&stage, page, caller] {
-            return Seconds([&] { Must(stage.InProcess().Fetch(caller, {*page})); });
-          },
-          [&stage, statement] {
-            return Seconds([&] { stage.ByHand().Read({statement.get(), 1}); });
-          }};
+  return PagePair(
+      stage, [&stage, page, caller] { Must(stage.InProcess().Fetch(caller, {*page})); },
+      PageOfRequests(filter.byHand));
 }
 
 constexpr BenchRow kBenches[] = {

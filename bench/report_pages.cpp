@@ -118,7 +118,7 @@ std::vector<ReportPage> ReportPages(const BenchCompany& company) {
   }
   AddDays(company, pages);
   const std::string id = "po.POIdNumber ";
-  const std::string last = std::to_string(company.requests);
+  const std::string last = std::to_string(company.documents);
   pages.push_back(PageOf("FromId=rare", id + ">= " + last, id + ">= " + last));
   pages.push_back(PageOf("FromId=common", id + ">= 1", id + ">= 1"));
   pages.push_back(PageOf("ToId=rare", id + "<= 1", id + "<= 1"));

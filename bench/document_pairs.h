@@ -1,0 +1,38 @@
+#pragma once
+
+// Comparisons that every kind of document makes alike: a load, a move, a page.
+
+#include <functional>
+#include <vector>
+
+#include "bare/bare.h"
+#include "pairs.h"
+#include "stage.h"
+
+namespace orvane::bench {
+
+/// Both sides of a comparison; what they share lives as long as they do.
+struct Pair {
+  Timed ours;
+  Timed bare;
+};
+
+struct BenchRow {
+  std::string_view name;
+  double budget;
+  int rounds;
+  Pair (*make)(Stage&);
+};
+
+/// Our load over loopback, and by hand the rows of what it found with an empty call. `rowsOf` reads
+/// the answer; it answers nothing when nothing was found, and the former rows are read again.
+Pair LoadPair(Stage& stage, std::function<VariantArray(int round)> load,
+              std::function<std::vector<BareStatement>(const VariantArray& told)> rowsOf);
+
+/// A list's page in-process, and its statement by hand.
+Pair PagePair(Stage& stage, std::function<void()> ask, BareStatement byHand);
+
+/// The two empty calls of a screen's post, and the writes by hand.
+Timed WriteByHand(Stage& stage, std::function<std::vector<BareStatement>()> writes);
+
+}  // namespace orvane::bench
