@@ -1,12 +1,12 @@
 // What waits for somebody's decision: his turn now, as head or as deputy, and nothing else.
 
 #include "contract/system.h"
-#include "server/request_world.h"
+#include "server/order_world.h"
 
 namespace orvane {
 namespace {
 
-class Waiting : public RequestCase {
+class Waiting : public OrderCase {
  protected:
   /// "kolev 1 petrova 0 …" for everybody who may decide.
   std::string Counts() {
@@ -39,6 +39,17 @@ TEST_P(Waiting, IsTheTurnOfEachKindOfHeadAndOfHisDeputy) {
   EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 1 author 0 boss 0");
   ASSERT_EQ(world.Decide("dimitrov", one, 3, ApprovalWaiting, ApprovalGiven), "ok");
   EXPECT_EQ(Counts(), "kolev 0 deputy 0 petrova 0 dimitrov 0 author 0 boss 0");
+}
+
+TEST_P(Waiting, CountsOrdersBesideRequests) {
+  world.AddLevel(4, 1, 0, 1000, ApproverKind::CostCenterHead);
+  world.AddLevel(3, 1, 0, 0, ApproverKind::CostCenterHead, DocumentKind::SupplierOrder);
+  world.AddLevel(3, 2, 0, 0, ApproverKind::SectionHead, DocumentKind::SupplierOrder);
+  world.SentRequest();
+  const std::int64_t order = world.SentOrder();
+  EXPECT_EQ(Counts(), "kolev 2 deputy 2 petrova 0 dimitrov 0 author 0 boss 0");
+  ASSERT_EQ(world.DecideOrder("kolev", order, 1, ApprovalWaiting, ApprovalGiven), "ok");
+  EXPECT_EQ(Counts(), "kolev 1 deputy 1 petrova 1 dimitrov 0 author 0 boss 0");
 }
 
 TEST_P(Waiting, EndsWhenTheDocumentIsTakenBack) {

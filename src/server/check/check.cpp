@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "packet/fold.h"
+#include "server/check/check_documents.h"
 #include "server/classes/server_classes.h"
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
@@ -114,6 +115,9 @@ Answer<std::vector<std::string>> CheckDatabase(Database& database) {
   Findings findings;
   if (const auto checked = CheckFolds(database, findings); !checked) return checked.GetFailure();
   if (const auto checked = CheckRows(database, findings); !checked) return checked.GetFailure();
+  auto documents = CheckDocuments(database);
+  if (!documents) return documents.GetFailure();
+  findings.insert(findings.end(), documents->begin(), documents->end());
   return findings;
 }
 

@@ -65,6 +65,7 @@ struct WayOut {
 struct StoredDocument {
   DocumentKind kind = DocumentKind::PurchaseRequest;
   std::string_view name;      ///< "Искане за покупка", its number follows
+  std::string_view within;    ///< the same amid a sentence, "искане за покупка"
   std::string_view itself;    ///< "искането"
   std::string_view one;       ///< "едно искане"
   std::string_view annulled;  ///< "анулирано"

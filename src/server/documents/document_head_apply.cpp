@@ -359,7 +359,7 @@ Answer<Done, Setback> AfterDocumentHead(const HeadSteps& steps, WriteContext& co
   return Done{};
 }
 
-Right DocumentHeadRight(const Change& change) {
+Right DocumentHeadRight(const Work&, const Change& change) {
   const bool annuls = change.kind == ChangeKind::Update && IsAnnulment(change);
   return annuls ? Right::Delete : RightFor(change.kind);
 }

@@ -53,7 +53,7 @@ Answer<Done, Setback> BeforeDocumentHead(const HeadSteps& steps, WriteContext& c
 Answer<Done, Setback> AfterDocumentHead(const HeadSteps& steps, WriteContext& context);
 
 /// The annulment has the right to delete, everything else that of its kind of change.
-Right DocumentHeadRight(const Change& change);
+Right DocumentHeadRight(const Work& work, const Change& change);
 /// The name of a status.
 std::string DocumentHeadWord(std::string_view column, const Variant& value);
 

@@ -6,6 +6,7 @@
 #include "server/documents/order_apply.h"
 #include "server/documents/order_head.h"
 #include "server/documents/order_moves.h"
+#include "server/providers/server_class.h"
 
 namespace orvane {
 namespace {
@@ -103,6 +104,13 @@ Answer<Done, Setback> AfterOrderDecisions(WriteContext& context, std::span<Prepa
   return AfterDecisions(Steps(), context);
 }
 
+/// On the order's own screen whoever may open it decides when it is his turn; in the queue
+/// decisions are its edits.
+Right DecisionRight(const Work& work, const Change& change) {
+  const bool queue = work.PointNo() == static_cast<std::int32_t>(Point::ApprovalQueue);
+  return change.kind == ChangeKind::Update && !queue ? Right::Open : RightFor(change.kind);
+}
+
 }  // namespace
 
 Answer<Done, Setback> OrderMoved(WriteContext& context, DocumentKey key, const Move& move) {
@@ -113,7 +121,9 @@ Answer<Done, Setback> OrderMoved(WriteContext& context, DocumentKey key, const M
 }
 
 WriteRules OrderApprovalRules() {
-  return {.beforeWrite = &BeforeOrderDecisions, .afterWrite = &AfterOrderDecisions};
+  return {.beforeWrite = &BeforeOrderDecisions,
+          .afterWrite = &AfterOrderDecisions,
+          .right = &DecisionRight};
 }
 
 }  // namespace orvane

@@ -63,6 +63,7 @@ constexpr WayOut kWaysOut[] = {
 constexpr StoredDocument kStored{
     .kind = DocumentKind::SupplierOrder,
     .name = "Поръчка за производство",
+    .within = "поръчка за производство",
     .itself = "поръчката",
     .one = "една поръчка за производство",
     .annulled = "анулирана",

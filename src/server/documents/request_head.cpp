@@ -38,6 +38,7 @@ constexpr WayOut kWaysOut[] = {
 constexpr StoredDocument kStored{
     .kind = DocumentKind::PurchaseRequest,
     .name = "Искане за покупка",
+    .within = "искане за покупка",
     .itself = "искането",
     .one = "едно искане",
     .annulled = "анулирано",

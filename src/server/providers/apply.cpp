@@ -83,7 +83,7 @@ void Applying::Prepare() {
     PreparedChange prepared;
     prepared.requestHash = RequestHash(provider_.def.name, change);
     const ChangeRight own = provider_.rules.right;
-    const auto allowed = CheckRight(work_, serverClass_, own ? own(change) : RightFor(change.kind));
+    const auto allowed = CheckRight(work_, serverClass_, own ? own(work_, change) : RightFor(change.kind));
     auto checked = CheckChange(provider_.def, change);
     if (!allowed) {
       prepared.failure = allowed.GetFailure();

@@ -74,8 +74,9 @@ struct WriteContext {
 /// May change values of `change.after` and add to `filled`. A setback undoes the batch.
 using WriteHook = Answer<Done, Setback> (*)(WriteContext&, std::span<PreparedChange> changes);
 
-/// The right a change needs when it is not its kind's: a document's move has a right of its own.
-using ChangeRight = Right (*)(const Change& change);
+/// The right a change needs at the claimed point when it is not its kind's: a document's move and a
+/// decision have rights of their own.
+using ChangeRight = Right (*)(const Work& work, const Change& change);
 
 /// A value as the user knows it, for sentences; empty where its plain text will do.
 using ValueWord = std::string (*)(std::string_view column, const Variant& value);
