@@ -28,6 +28,7 @@ constexpr int kCellSpace = 35;
 constexpr int kRowSpace = 45;   // above and below the lines of a row together
 constexpr int kCharacter = 52;  // of the body's type, on the average
 constexpr int kGap = 160;
+constexpr int kMostFactLines = 8;
 constexpr int kBody = 90;
 constexpr int kSmall = 75;
 constexpr int kBig = 150;
@@ -81,14 +82,14 @@ int LettersWidth(const QString& text, bool bold) {
   return width;
 }
 
-int Lines(const QString& text, int width, bool bold) {
+int Lines(const QString& text, int width, bool bold,
+          int wrap = Qt::TextWordWrap | Qt::TextWrapAnywhere) {
   const QFontMetrics& metrics = BodyMetrics(bold);
   const bool broken = text.contains('\n');
   if (!broken && LettersWidth(text, bold) <= width) return 1;
   if (!broken && metrics.horizontalAdvance(text) <= width) return 1;
   const QRect room(0, 0, width, QWIDGETSIZE_MAX);
-  const int height =
-      metrics.boundingRect(room, Qt::TextWordWrap | Qt::TextWrapAnywhere, text).height();
+  const int height = metrics.boundingRect(room, wrap, text).height();
   return std::max(1, (height + metrics.lineSpacing() / 2) / metrics.lineSpacing());
 }
 
@@ -97,6 +98,11 @@ int LongestWord(const QString& text) {
   for (const QString& word : text.split(QRegularExpression("\\s")))
     longest = std::max(longest, BodyMetrics(true).horizontalAdvance(word));
   return longest;
+}
+
+/// Between words, as long as each of them has room.
+int WrapOf(const QString& text, int width) {
+  return LongestWord(text) <= width ? Qt::TextWordWrap : Qt::TextWordWrap | Qt::TextWrapAnywhere;
 }
 
 int WidthWanted(const ReportTable& table) {
@@ -325,8 +331,7 @@ void ReportPages::PlanTable(const ReportTable& table) {
 int ReportPages::HeadHeight() const {
   int height = kLine * 2 + kBig + kLine;
   if (!Document().number.empty()) height += kNumber + kBarcodeHeight / 2;
-  const int factLines = (static_cast<int>(Document().facts.size()) + 1) / 2;
-  return height + factLines * (kLine + kRowSpace / 2) + kGap;
+  return height + FactsHeight() + kGap;
 }
 
 int ReportPages::CaptionHeight(std::size_t table) const {
@@ -408,30 +413,52 @@ void ReportPages::PaintNumber(QPainter& painter, int top) const {
   }
 }
 
-/// Two columns of labelled values, read down the first and then the second.
-void ReportPages::PaintFacts(QPainter& painter, int top) const {
-  const int count = static_cast<int>(Document().facts.size());
-  const int perColumn = (count + 1) / 2;
+/// Two columns of labelled values, read down the first and then the second; a long value goes on in
+/// further lines.
+std::vector<ReportPages::FactPlace> ReportPages::PlaceFacts() const {
+  const std::vector<ReportFact>& facts = Document().facts;
+  const std::size_t perColumn = std::max<std::size_t>(1, (facts.size() + 1) / 2);
   const int columnWidth = (PageSize().width() - 2 * kMarginX) / 2;
   int labels[2] = {0, 0};
-  for (int i = 0; i < count; ++i) {
-    const QString label = Qs(Document().facts[static_cast<std::size_t>(i)].label) + ": ";
-    int& widest = labels[i / std::max(1, perColumn)];
-    widest = std::max(widest, BodyMetrics(false).horizontalAdvance(label));
+  for (std::size_t i = 0; i < facts.size(); ++i) {
+    int& widest = labels[i / perColumn];
+    widest = std::max(widest, BodyMetrics(false).horizontalAdvance(Qs(facts[i].label) + ": "));
   }
-  for (int i = 0; i < count; ++i) {
-    const ReportFact& fact = Document().facts[static_cast<std::size_t>(i)];
-    const int column = i / perColumn;
-    const int left = kMarginX + column * columnWidth;
-    const int label = labels[column];
-    const int line = top + (i % perColumn) * (kLine + kRowSpace / 2);
-    const int height = kLine + kRowSpace / 2;
+  std::vector<FactPlace> places;
+  int tops[2] = {0, 0};
+  for (std::size_t i = 0; i < facts.size(); ++i) {
+    const std::size_t column = i / perColumn;
+    const int left = kMarginX + static_cast<int>(column) * columnWidth;
+    const int room = columnWidth - labels[column] - 2 * kCellSpace;
+    const QString value = Qs(facts[i].value);
+    const int wanted = Lines(value, room, true, WrapOf(value, room));
+    const int height = std::min(kMostFactLines, wanted) * kLine + kRowSpace / 2;
+    places.push_back({QRect(left, tops[column], labels[column], kLine + kRowSpace / 2),
+                      QRect(left + labels[column] + kCellSpace, tops[column], room, height),
+                      wanted <= kMostFactLines});
+    tops[column] += height;
+  }
+  return places;
+}
+
+int ReportPages::FactsHeight() const {
+  int height = 0;
+  for (const FactPlace& place : PlaceFacts())
+    height = std::max(height, place.value.top() + place.value.height());
+  return height;
+}
+
+void ReportPages::PaintFacts(QPainter& painter, int top) const {
+  const std::vector<FactPlace> places = PlaceFacts();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const ReportFact& fact = Document().facts[i];
     painter.setFont(Type(kBody));
-    painter.drawText(QRect(left, line, label, height), Qt::AlignVCenter, Qs(fact.label) + ":");
+    painter.drawText(places[i].label.translated(0, top), Qt::AlignVCenter, Qs(fact.label) + ":");
     painter.setFont(Type(kBody, true));
-    const int room = columnWidth - label - kCellSpace;
-    painter.drawText(QRect(left + label + kCellSpace, line, room, height), Qt::AlignVCenter,
-                     BodyMetrics(true).elidedText(Qs(fact.value), Qt::ElideRight, room));
+    const int align = places[i].whole ? Qt::AlignVCenter : Qt::AlignTop;
+    const QString value = Qs(fact.value);
+    painter.drawText(places[i].value.translated(0, top),
+                     align | WrapOf(value, places[i].value.width()), value);
   }
 }
 

@@ -4,6 +4,7 @@
 // file. What is kept is where each page begins; a page's rows are read when it is painted. Lengths
 // are tenths of a point.
 
+#include <QtCore/QRect>
 #include <QtCore/QSize>
 #include <QtCore/QString>
 #include <memory>
@@ -68,6 +69,14 @@ class ReportPages {
 
   void PlanTable(const ReportTable& table);
   int RowHeight(std::size_t table, const ReportRow& cells, bool bold) const;
+  /// A labelled value of the head, from the top of the first.
+  struct FactPlace {
+    QRect label;
+    QRect value;
+    bool whole = true;  ///< all its lines have room
+  };
+  std::vector<FactPlace> PlaceFacts() const;
+  int FactsHeight() const;
   int HeadHeight() const;
   int CaptionHeight(std::size_t table) const;
   int Bottom() const;

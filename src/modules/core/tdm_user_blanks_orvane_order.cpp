@@ -9,7 +9,6 @@
 #include "host/form.h"
 #include "kit/current_employee.h"
 #include "kit/document_load.h"
-#include "kit/national_currency.h"
 #include "kit/parameters.h"
 #include "modules/core/document_blank.h"
 #include "modules/core/supply_rows.h"
@@ -128,6 +127,8 @@ std::vector<ReportFact> ManifactureOrderBlank::Facts() {
       {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
       {"Вид валута", head_[KindCurrencyName].Text()},
       {"Валутен курс", foreign ? head_[RateOfExchange].Text() : ""},
+      {"Валутна сума на поръчката", foreign ? head_[CurrSumManifacOrder].Text() : ""},
+      {"Сума на поръчката", head_[SumManifacOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
       {"Създаден", StampOf(head_[CreatedFrom], head_[CreatedFromName], head_[CreatedOn])},

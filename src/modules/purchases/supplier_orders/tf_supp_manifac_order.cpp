@@ -201,6 +201,8 @@ void TfSuppManifacOrder::ShowOwnLanguage() {
     di.FindItem(field)->visible = FirstLanguage();
     di.FindItem(std::string(field) + "2")->visible = !FirstLanguage();
   }
+  SetUpColumns();
+  gSuppManOrderDet.RemoveColumn(FirstLanguage() ? "Remarks2" : "Remarks");
 }
 
 void TfSuppManifacOrder::OnLanguageChanged() {
