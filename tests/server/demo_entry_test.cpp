@@ -7,10 +7,7 @@
 #include <set>
 
 #include "contract/purchase_request.h"
-#include "server/demo/demo_company.h"
-#include "server/server_case.h"
-#include "support/demo_rows.h"
-#include "support/engine_steps.h"
+#include "server/demo_clerk.h"
 
 namespace orvane {
 namespace {
@@ -37,24 +34,6 @@ const std::set<std::string_view> kServers = {"CurrSumPurchaseOrder",
                                              "Numerator",
                                              "RowNumerator"};
 
-NamedValues RowAt(const DataPacket& rows, const DemoTable& table, std::size_t row) {
-  NamedValues values;
-  for (std::size_t column = 0; column < table.columns.size(); ++column)
-    values.push_back({std::string(table.columns[column].name), rows.At(row, column)});
-  return values;
-}
-
-const Variant& At(const NamedValues& row, std::string_view column) {
-  const Variant* value = FindValue(row, column);
-  EXPECT_NE(value, nullptr) << column;
-  static const Variant kNull;
-  return value ? *value : kNull;
-}
-
-std::int64_t NumberAt(const NamedValues& row, std::string_view column) {
-  return At(row, column).AsInt().value_or(0);
-}
-
 /// The rows of the tables that hold requests.
 struct Documents {
   std::vector<NamedValues> heads;
@@ -62,14 +41,6 @@ struct Documents {
 };
 const DemoTable* const kParts[] = {&demo::kRequestRows, &demo::kRequestDates,
                                    &demo::kRequestPayments, &demo::kRequestApproval};
-
-std::vector<NamedValues> RowsOf(Database& base, const DemoTable& table, const std::string& where) {
-  const DataPacket packet = ReadDemoTable(base, table, where);
-  std::vector<NamedValues> rows;
-  for (std::size_t row = 0; row < packet.rowCount; ++row)
-    rows.push_back(RowAt(packet, table, row));
-  return rows;
-}
 
 Documents ReadDocuments(Database& base) {
   Documents documents;
@@ -92,23 +63,24 @@ std::vector<NamedValues> PartOf(const Documents& documents, const DemoTable& tab
   return rows;
 }
 
+/// What the requests had taken of the orders is free again.
+const std::vector<std::string> kClearing = {
+    "delete from DeliveryRows",
+    "delete from Deliveries",
+    "delete from PurchaseOrderAdm",
+    "delete from PurchaseOrderDet",
+    "delete from PurchaseOrderDel",
+    "delete from PurchaseOrderPayPl",
+    "delete from PurchaseOrder",
+    "delete from ApprovalTurn where KindRegister = 2",
+    "update DocumentCounter set LastNumber = 0 where TableName = 'PurchaseOrder'",
+    "update SuppManifacOrder set Status = 5 where Status in (6, 7)"};
+
 /// Enters what it is given into a company whose requests were taken away.
-class Clerk {
+class Clerk : public DemoClerk {
  public:
-  explicit Clerk(Database& base) : base_(base), clock_(Stamp{}) {
-    for (const char* table : {"DeliveryRows", "Deliveries", "PurchaseOrderAdm", "PurchaseOrderDet",
-                              "PurchaseOrderDel", "PurchaseOrderPayPl", "PurchaseOrder"})
-      Do(base_, Sql(std::string("delete from ").append(table)));
-    Do(base_, Sql("delete from ApprovalTurn where KindRegister = 2"));
-    Do(base_, Sql("update DocumentCounter set LastNumber = 0 where TableName = 'PurchaseOrder'"));
-    // What the requests had taken of the orders is free again.
-    Do(base_, Sql("update SuppManifacOrder set Status = 5 where Status in (6, 7)"));
-    ServerOptions options;
-    options.sessions.passwordCost = PasswordCost::Lowest();
-    server_ = std::make_unique<OrvaneServer>(base_, clock_, options);
-    for (const auto& row : RowsOf(base_, demo::kEmployees, "Login is not null"))
-      logins_[NumberAt(row, "Employee")] = At(row, "Login").ToText();
-  }
+  explicit Clerk(Database& base)
+      : DemoClerk(base, kClearing, request::kServerClass, Point::PurchaseRequests) {}
 
   void Enter(const NamedValues& head, const Documents& documents) {
     key_ = {{"PurchaseOrderId", At(head, "POIdNumber")},
@@ -131,30 +103,7 @@ class Clerk {
   }
 
  private:
-  /// Somebody sits down at that moment.
-  void Come(const std::string& login, Stamp moment) {
-    clock_.Set(moment);
-    const auto password = login + "2026";
-    auto info = server_->LogIn({.protocolVersion = kProtocolVersion,
-                                .login = login,
-                                .password = password,
-                                .machineName = "TEST-PC",
-                                .programVersion = "0.1.0"});
-    ASSERT_TRUE(info) << login << ": " << info.GetFailure().message;
-    caller_ = {info->ticket, kOrvaneModuleNo, static_cast<std::int32_t>(Point::PurchaseRequests)};
-    login_ = login;
-  }
-
-  void Apply(std::string_view provider, Change change) {
-    const auto answer = server_->Apply(
-        caller_, {std::string(request::kServerClass), std::string(provider), 0, {}, {change}});
-    ASSERT_TRUE(answer) << answer.GetFailure().message;
-    const ChangeOutcome& outcome = answer->outcomes.front();
-    EXPECT_FALSE(outcome.failure) << Where() << ", " << provider << ": "
-                                  << outcome.failure->message;
-  }
-
-  std::string Where() const {
+  std::string Where() const override {
     return At(key_, "PurchaseOrderId").ToText() + "/" + At(key_, "PurchaseOrderVer").ToText();
   }
 
@@ -264,51 +213,11 @@ class Clerk {
                                        {{"AnnulFrom", login_}, {"AnnulOn", clock_.Now()}}));
   }
 
-  Database& base_;
-  SetClock clock_;
-  std::unique_ptr<OrvaneServer> server_;
-  std::map<std::int64_t, std::string> logins_;
-  Caller caller_;
-  std::string login_;
   NamedValues key_;  ///< of the request being entered
 };
 
 class DemoEntry : public ServerCase {};
 INSTANTIATE_TEST_SUITE_P(Engines, DemoEntry, testing::ValuesIn(TestEngines()), TestEngineName);
-
-/// Moments to the second: the clock of the tests never shows the same one twice.
-std::string Shown(const Variant& value) {
-  constexpr std::int64_t kSecond = 1'000'000;
-  const auto stamp = value.AsStamp();
-  return (stamp ? Variant(Stamp{stamp->micros / kSecond * kSecond}) : value).ToText();
-}
-
-/// Lines of what differs between two tables' rows.
-void Compare(const DemoTable& table, const std::vector<NamedValues>& written,
-             const std::vector<NamedValues>& entered) {
-  std::map<std::string, NamedValues> byKey;
-  const auto keyOf = [&](const NamedValues& row) {
-    std::string key;
-    for (std::size_t i = 0; i < table.keyColumns; ++i)
-      key += row[i].value.ToText() + " ";
-    return key;
-  };
-  for (const NamedValues& row : entered)
-    byKey[keyOf(row)] = row;
-  for (const NamedValues& row : written) {
-    const auto found = byKey.find(keyOf(row));
-    if (found == byKey.end()) {
-      ADD_FAILURE() << table.name << " " << keyOf(row) << "is not there";
-      continue;
-    }
-    for (std::size_t i = 0; i < row.size(); ++i)
-      EXPECT_EQ(Shown(found->second[i].value), Shown(row[i].value))
-          << table.name << " " << keyOf(row) << row[i].name;
-    byKey.erase(found);
-  }
-  for (const auto& [key, row] : byKey)
-    ADD_FAILURE() << table.name << " " << key << "is one too many";
-}
 
 /// Deliveries are not entered: they alone make a request one that is being fulfilled.
 void WithoutDeliveries(Documents& documents) {
@@ -327,10 +236,7 @@ void WithoutDeliveries(Documents& documents) {
 
 TEST_P(DemoEntry, RequestsEnteredByTheirRequestersAreTheRowsOfTheDemonstration) {
   const auto base = FreshDatabase(GetParam());
-  DemoOptions options;
-  options.passwordCost = PasswordCost::Lowest();
-  options.documents = kRequests;
-  ASSERT_TRUE(MakeDemoCompany(*base, SystemClock{}, options));
+  MakeSmallDemo(*base, kRequests);
   Documents written = ReadDocuments(*base);
   Clerk clerk(*base);
   for (const NamedValues& head : written.heads)

@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "contract/supplier_order.h"
 #include "server/many_requests.h"
 
 namespace orvane {
@@ -63,6 +64,41 @@ Deed Page(const std::string& condition, std::size_t rows) {
           }};
 }
 
+Deed LoadingOrder(const std::string& login, Nav nav, std::int64_t from, std::int64_t to) {
+  using supplier_order::get_record::At;
+  const std::string name = login + " load order " + std::to_string(static_cast<int>(nav));
+  return {name, [=](RequestWorld& world) {
+            const auto told = world.Server()->Call(world.As(login).At(Point::SupplierOrders),
+                                                   {std::string(supplier_order::kServerClass),
+                                                    std::string(supplier_order::get_record::kName),
+                                                    {static_cast<int>(nav), 0, std::to_string(from),
+                                                     "", false, login, "", true, false}});
+            ASSERT_TRUE(told) << name << ": " << told.GetFailure().message;
+            EXPECT_EQ((*told)[At::kPosition].ToText(), "0") << name;
+            EXPECT_EQ((*told)[At::kHead].AsPacket()->At(0, "IdNumber").AsInt(), to) << name;
+          }};
+}
+
+/// Entries are new ones each time: an order holds each once.
+void PostOrderRow(RequestWorld& world) {
+  const auto last =
+      world.Count("SuppManOrderDet where SuppManOrderId = ?1", {std::int64_t{kRowsOf + 1}});
+  const ApplyRequest post{std::string(supplier_order::kServerClass),
+                          std::string(supplier_order::det::dspSuppManOrderDet.name),
+                          0,
+                          {},
+                          {InsertOf({{"SuppManOrderId", kRowsOf + 1},
+                                     {"RowNumber", last + 1},
+                                     {"SerialNumber", 1000 + last},
+                                     {"Measure", 200},
+                                     {"Quantity", 1.0},
+                                     {"RowNumerator", 1},
+                                     {"Numerator", 1}})}};
+  const auto answer = world.Server()->Apply(world.As("author").At(Point::SupplierOrders), post);
+  ASSERT_TRUE(answer);
+  EXPECT_FALSE(answer->outcomes[0].failure) << answer->outcomes[0].failure->message;
+}
+
 void PostRow(RequestWorld& world) {
   const auto last =
       world.Count("PurchaseOrderDet where PurchaseOrderId = ?1", {std::int64_t{kRowsOf}});
@@ -121,7 +157,13 @@ std::vector<Deed> Deeds() {
                              Loading("kolev", Nav::Next, 200, 300),
                              Loading("kolev", Nav::Previous, 400, 300),
                              Loading("author", Nav::Next, 399, 400),
-                             {"post a row", &PostRow}};
+                             {"post a row", &PostRow},
+                             LoadingOrder("boss", Nav::ByKey, 401, 401),
+                             LoadingOrder("boss", Nav::Next, 400, 401),
+                             LoadingOrder("kolev", Nav::Next, 201, 301),
+                             LoadingOrder("kolev", Nav::Previous, 401, 301),
+                             LoadingOrder("author", Nav::Previous, 402, 401),
+                             {"post a row of an order", &PostOrderRow}};
   for (Deed& page : Pages())
     deeds.push_back(std::move(page));
   return deeds;
@@ -144,14 +186,16 @@ class GrowthCounts : public testing::TestWithParam<Engine> {
         "select count(*) from pg_stat_force_next_flush()", {}, {{"N", ValueKind::Code, 0}}};
     EXPECT_TRUE(world.Server().Base().ReadSnapshot({&report, 1}));
     EXPECT_TRUE(world.Server().Base().Search(report, {}, {}));  // those behind the fence
-    return {Number(world,
-                   "select sum(heap_blks_hit + heap_blks_read + coalesce(idx_blks_hit, 0) +"
-                   " coalesce(idx_blks_read, 0))::bigint from pg_statio_user_tables"),
-            Number(world,
-                   "select sum(seq_scan)::bigint from pg_stat_user_tables where relname in"
-                   " ('purchaseorder', 'purchaseorderdet', 'purchaseorderdel',"
-                   " 'purchaseorderpaypl', 'purchaseorderadm', 'approvalturn', 'deliveries',"
-                   " 'history', 'clientkey', 'basesupplylist', 'suppmanifacorder')")};
+    return {
+        Number(world,
+               "select sum(heap_blks_hit + heap_blks_read + coalesce(idx_blks_hit, 0) +"
+               " coalesce(idx_blks_read, 0))::bigint from pg_statio_user_tables"),
+        Number(world,
+               "select sum(seq_scan)::bigint from pg_stat_user_tables where relname in"
+               " ('purchaseorder', 'purchaseorderdet', 'purchaseorderdel',"
+               " 'purchaseorderpaypl', 'purchaseorderadm', 'approvalturn', 'deliveries',"
+               " 'history', 'clientkey', 'basesupplylist', 'suppmanifacorder', 'suppmanorderdet',"
+               " 'suppmanorderadmin')")};
   }
 
   Cost CostOf(RequestWorld& world, const Deed& deed) {

@@ -52,7 +52,14 @@ void FillManyRequests(RequestWorld& world, int count) {
   fill("SuppManifacOrder",
        "IdNumber, DocumentDate, CostCenter, KindSupply, Supplier, KindCurrency, Notifier,"
        " CreatedFrom, CreatedOn, Status",
-       "1 + i, ?1, 1002, 3, 7, 1, 100, 'author', ?2, 2", {day, Stamp{1}});
+       "1 + i, ?1, case when i % 1000 = 0 or i in (200, 300, 400) then 1001 else 1002 end, 3, 7, 1,"
+       " 100, 'author', ?2, 2",
+       {day, Stamp{1}});
+  fill("SuppManOrderDet",
+       "SuppManOrderId, RowNumber, SerialNumber, Measure, Quantity, RowNumerator, Numerator",
+       "1 + i, 1, 20, 200, 1, 1000, 1000", {});
+  fill("SuppManOrderAdmin", "SuppManOrderId, ConfirmationLevel, SendingNumber, Approval, Status",
+       "1 + i, 1, 1, 1, 2", {});
   fill("History", "TableName, RowKey, ColumnName, ChangedBy, ChangedOn, MachineName, Kind",
        "'PurchaseOrder', cast(i as text), 'Status', 'author', ?1, 'PC', 'U'", {Stamp{1}});
   fill("ClientKey", "Login, Key, RequestHash, Answer, CreatedOn",

@@ -9,7 +9,8 @@
 //   the others       cost centre 1002, supplier 7, kind 4, statuses 2 to 7, 1 March 2026, entry 20
 //   even ones        a turn of petrova
 //   all              two rows; one planned delivery, payment, approval row, delivery, client key
-//                    and line of history; and as many entries and orders that none of them names
+//                    and line of history; and as many entries and orders that none of them names,
+//                    order i + 1 of the cost centre of request i
 
 #include "server/request_world.h"
 

@@ -206,7 +206,7 @@ EngineAnswer<Done> WriteFrames(Database& database, const DemoWorld& world,
   if (!transaction) return transaction.GetFailure();
   DemoWriter writer;
   AddContracts(writer, contracts);
-  AddOrders(writer, orders, world.rates);
+  AddOrders(writer, world, orders);
   if (const auto written = writer.Flush(**transaction); !written) return written;
   return (*transaction)->Commit();
 }

@@ -70,10 +70,24 @@ Moments MomentsOf(const DemoOrder& order) {
   return moments;
 }
 
-void AddHead(DemoWriter& writer, const DemoOrder& row, const std::vector<DemoRate>& rates) {
+Decimal RateOf(const DemoWorld& world, const DemoOrder& order) {
+  return DemoRateOn(world.rates, order.contract->supplier->currency, MomentsOf(order).day);
+}
+
+/// In hundredths of the order's currency.
+std::int64_t CostOf(const DemoWorld& world, const DemoOrder& order, const DemoOrderRow& row) {
+  return DemoCost(world, {row.entry, order.contract->choice, MomentsOf(order).day, row.quantity,
+                          RateOf(world, order)});
+}
+
+void AddHead(DemoWriter& writer, const DemoWorld& world, const DemoOrder& row) {
   const Moments moments = MomentsOf(row);
   const DemoContract& contract = *row.contract;
   const std::int16_t currency = contract.supplier->currency;
+  const Decimal rate = RateOf(world, row);
+  std::int64_t currCents = 0;
+  for (const DemoOrderRow& own : row.rows)
+    currCents += CostOf(world, row, own);
   const bool annulled = row.status == Annulled;
   const bool sent = row.status != Entered && !annulled;
   const auto when = [](bool is, Stamp moment) { return is ? Variant(moment) : Variant(); };
@@ -90,7 +104,9 @@ void AddHead(DemoWriter& writer, const DemoOrder& row, const std::vector<DemoRat
                              contract.id,
                              contract.transport ? 2 : 1,
                              static_cast<int>(currency),
-                             DemoRateOn(rates, currency, moments.day),
+                             rate,
+                             Cents(DemoInNational(currCents, rate)),
+                             Cents(currCents),
                              kBuyer,
                              kBuyersLogin,
                              moments.created,
@@ -119,14 +135,15 @@ void AddDecision(DemoWriter& writer, const DemoOrder& row) {
   writer.Add(demo::kTurns, {head, static_cast<int>(DocumentKind::SupplierOrder), row.id, 0});
 }
 
-void AddRows(DemoWriter& writer, const DemoOrder& order) {
+void AddRows(DemoWriter& writer, const DemoWorld& world, const DemoOrder& order) {
   int number = 0;
   for (const DemoOrderRow& row : order.rows) {
     const std::int32_t numerator = DemoMeasureOf(row.entry->measure).numerator;
-    writer.Add(demo::kOrderRows,
-               {order.id, ++number, row.entry->serialNumber, static_cast<int>(row.entry->measure),
-                static_cast<double>(row.quantity), numerator, numerator,
-                OrNull(row.entry->material), OrNull(row.entry->service)});
+    writer.Add(
+        demo::kOrderRows,
+        {order.id, ++number, row.entry->serialNumber, static_cast<int>(row.entry->measure),
+         static_cast<double>(row.quantity), numerator, numerator, OrNull(row.entry->material),
+         OrNull(row.entry->service), Cents(CostOf(world, order, row))});
   }
 }
 
@@ -154,12 +171,11 @@ std::vector<DemoOrder> DemoOrders(const std::vector<DemoContract>& contracts,
   return orders;
 }
 
-void AddOrders(DemoWriter& writer, const std::vector<DemoOrder>& orders,
-               const std::vector<DemoRate>& rates) {
+void AddOrders(DemoWriter& writer, const DemoWorld& world, const std::vector<DemoOrder>& orders) {
   for (const DemoOrder& order : orders)
-    AddHead(writer, order, rates);
+    AddHead(writer, world, order);
   for (const DemoOrder& order : orders) {
-    AddRows(writer, order);
+    AddRows(writer, world, order);
     AddDecision(writer, order);
   }
 }

@@ -5,7 +5,7 @@
 
 #include "server/demo/demo_contracts.h"
 #include "server/demo/demo_goods.h"
-#include "server/demo/demo_money.h"
+#include "server/demo/demo_world.h"
 #include "server/demo/demo_writer.h"
 
 namespace orvane {
@@ -36,7 +36,6 @@ std::vector<DemoOrder> DemoOrders(const std::vector<DemoContract>& contracts,
 /// How many of them requests use.
 std::int64_t DemoOrdersUsed(std::int64_t documents);
 
-void AddOrders(DemoWriter& writer, const std::vector<DemoOrder>& orders,
-               const std::vector<DemoRate>& rates);
+void AddOrders(DemoWriter& writer, const DemoWorld& world, const std::vector<DemoOrder>& orders);
 
 }  // namespace orvane

@@ -6,11 +6,8 @@
 namespace orvane {
 namespace {
 
-__extension__ typedef __int128 Wide;
-
 constexpr Date kFirstDay{20094};            // Monday, 6 January 2025
 constexpr std::int64_t kWorkingDays = 303;  // to the last day
-constexpr std::int64_t kRateOne = 10'000'000;
 
 /// Of every thousand requests one is made by somebody who sees no others.
 constexpr std::int64_t kRareEvery = 1000;
@@ -52,10 +49,6 @@ int Draw(std::span<const Weighed> choices, DemoRandom& random) {
     at -= choice.weight;
   }
   return choices.front().what;
-}
-
-std::int64_t RoundedQuotient(Wide numerator, Wide denominator) {
-  return static_cast<std::int64_t>((2 * numerator + denominator) / (2 * denominator));
 }
 
 bool IsPriced(DemoKind kind) {
@@ -114,7 +107,7 @@ void Sum(DemoRequest& request) {
   request.currCents = 0;
   for (const DemoRequestRow& row : request.rows)
     request.currCents += row.currCents;
-  request.cents = RoundedQuotient(Wide(request.currCents) * request.rate.Mantissa(), kRateOne);
+  request.cents = DemoInNational(request.currCents, request.rate);
 }
 
 }  // namespace
@@ -198,12 +191,9 @@ void DemoRequests::SetPrice(DemoRequest& request, DemoRequestRow& row, DemoRando
   std::int16_t choice = 3;
   if (request.supplier && request.supplier->choice != 0) choice = request.supplier->choice;
   if (request.contract) choice = request.contract->choice;
-  // By list counts the undated price, otherwise the one in force on the day.
-  const Date day = choice == 1 ? DemoPriceDays().back() : request.day;
   const int percent = IsPriced(request.kind) ? 100 : random.Between(90, 112);
-  row.currCents = RoundedQuotient(
-      Wide(PriceIn(world_, *row.entry, day)) * row.quantity * percent * kRateOne,
-      Wide(DemoMeasureOf(row.entry->measure).numerator) * request.rate.Mantissa() * 100);
+  row.currCents =
+      DemoCost(world_, {row.entry, choice, request.day, row.quantity, request.rate, percent});
 }
 
 void DemoRequests::ChooseRows(DemoRequest& request, DemoRandom& random) const {

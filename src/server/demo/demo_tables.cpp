@@ -126,15 +126,19 @@ constexpr DemoColumn kContract[] = {Int("IdNumber"),
                                     Text("CreatedFrom"),
                                     Moment("CreatedOn")};
 constexpr DemoColumn kOrder[] = {
-    Int("IdNumber"),          Day("DocumentDate"),  Text("Description"),     Text("Description2"),
-    Day("FromDate"),          Day("ToDate"),        Code("CostCenter"),      Int("KindSupply"),
-    Code("Supplier"),         Int("ContractId"),    Int("IncTranspInPrice"), Int("KindCurrency"),
-    Factor("RateOfExchange"), Code("Notifier"),     Text("CreatedFrom"),     Moment("CreatedOn"),
-    Text("AmendFrom"),        Moment("AmendOn"),    Int("Status"),           Text("AnnulFrom"),
-    Moment("AnnulOn"),        Int("SendingNumber"), Text("SentFrom"),        Moment("SentOn")};
-constexpr DemoColumn kOrderRow[] = {Int("SuppManOrderId"), Int("RowNumber"),   Code("SerialNumber"),
-                                    Int("Measure"),        Real("Quantity"),   Int("RowNumerator"),
-                                    Int("Numerator"),      Int("InventoryId"), Int("ServiceCode")};
+    Int("IdNumber"),          Day("DocumentDate"),      Text("Description"),
+    Text("Description2"),     Day("FromDate"),          Day("ToDate"),
+    Code("CostCenter"),       Int("KindSupply"),        Code("Supplier"),
+    Int("ContractId"),        Int("IncTranspInPrice"),  Int("KindCurrency"),
+    Factor("RateOfExchange"), Money("SumManifacOrder"), Money("CurrSumManifacOrder"),
+    Code("Notifier"),         Text("CreatedFrom"),      Moment("CreatedOn"),
+    Text("AmendFrom"),        Moment("AmendOn"),        Int("Status"),
+    Text("AnnulFrom"),        Moment("AnnulOn"),        Int("SendingNumber"),
+    Text("SentFrom"),         Moment("SentOn")};
+constexpr DemoColumn kOrderRow[] = {
+    Int("SuppManOrderId"), Int("RowNumber"),          Code("SerialNumber"), Int("Measure"),
+    Real("Quantity"),      Int("RowNumerator"),       Int("Numerator"),     Int("InventoryId"),
+    Int("ServiceCode"),    Money("CurrSumWithoutVAT")};
 constexpr DemoColumn kOrderDecision[] = {
     Int("SuppManOrderId"), Int("ConfirmationLevel"), Int("SendingNumber"), Int("Approval"),
     Int("Status"),         Code("ConfirmedFrom"),    Moment("ConfermedOn")};

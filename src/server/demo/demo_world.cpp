@@ -12,6 +12,14 @@
 namespace orvane {
 namespace {
 
+__extension__ typedef __int128 Wide;
+
+constexpr std::int64_t kRateOne = 10'000'000;
+
+std::int64_t RoundedQuotient(Wide numerator, Wide denominator) {
+  return static_cast<std::int64_t>((2 * numerator + denominator) / (2 * denominator));
+}
+
 constexpr std::string_view kMen[] = {"Иван",  "Димитър", "Красимир", "Пламен", "Борис",
                                      "Тодор", "Явор",    "Любомир",  "Асен",   "Калоян"};
 constexpr std::string_view kWomen[] = {"Анна",    "Виолета", "Гергана", "Радост",  "Силвия",
@@ -93,6 +101,18 @@ DemoWorld MakeDemoWorld(std::uint32_t seed, std::int16_t national, bool settings
 std::int64_t PriceIn(const DemoWorld& world, const DemoEntry& entry, Date day) {
   const std::int64_t euroCents = DemoPriceOn(entry, day);
   return world.national == kLev ? EuroInLevs(euroCents) : euroCents;
+}
+
+std::int64_t DemoCost(const DemoWorld& world, const DemoPurchase& purchase) {
+  // By list counts the undated price, otherwise the one in force on the day.
+  const Date day = purchase.choice == 1 ? DemoPriceDays().back() : purchase.day;
+  return RoundedQuotient(
+      Wide(PriceIn(world, *purchase.entry, day)) * purchase.quantity * purchase.percent * kRateOne,
+      Wide(DemoMeasureOf(purchase.entry->measure).numerator) * purchase.rate.Mantissa() * 100);
+}
+
+std::int64_t DemoInNational(std::int64_t currCents, Decimal rate) {
+  return RoundedQuotient(Wide(currCents) * rate.Mantissa(), kRateOne);
 }
 
 }  // namespace orvane

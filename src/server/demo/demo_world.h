@@ -43,6 +43,20 @@ DemoWorld MakeDemoWorld(std::uint32_t seed, std::int16_t national, bool settings
 /// Price of an entry in force on a day, in hundredths of the company's national currency.
 std::int64_t PriceIn(const DemoWorld& world, const DemoEntry& entry, Date day);
 
+/// So much of an entry, bought by a supply-list choice on a day, in a currency with that rate.
+struct DemoPurchase {
+  const DemoEntry* entry = nullptr;
+  std::int16_t choice = 3;
+  Date day;
+  std::int64_t quantity = 0;  ///< in smallest units
+  Decimal rate;
+  int percent = 100;  ///< of the price in force
+};
+/// What it costs, in hundredths of that currency.
+std::int64_t DemoCost(const DemoWorld& world, const DemoPurchase& purchase);
+/// So many hundredths of a currency with that rate, in hundredths of the national one.
+std::int64_t DemoInNational(std::int64_t currCents, Decimal rate);
+
 /// Employee under whom what nobody decided is recorded.
 inline constexpr std::int64_t kServiceEmployee = 1999;
 
