@@ -82,12 +82,13 @@ void TfSuppManifacOrder::SetUpItems() {
   for (const FieldDef& amount : {SumManifacOrder, CurrSumManifacOrder})
     dmSuppManifacOrder->cdsSuppManifacOrder[amount].Format.decimals =
         dmSuppManifacOrder->parameters.amountDecimals;
+  dmSuppManifacOrder->cdsSuppManifacOrder[RateOfExchange].Format.decimals = -1;
   ChooseLanguageItems(*this, di, {Description.name, Rationale.name}, LanguageMark::Angles);
 }
 
 void TfSuppManifacOrder::SetUpColumns() {
   gSuppManOrderDet.columns = {
-      Column("RowNumber", 7, "Номер~на ред").ReadOnly(),
+      Column("RowNumber", 7, "Номер~на ред").Mask(kMaskCode4),
       Column("SerialNumber", 12, "Код").Under(kSerialGroup).Edit(cbKPL),
       Column("Name", 36, "Име").Under(kSerialGroup).ReadOnly(),
       Column("Measure", 6, "Код").Under(kMeasureGroup).Edit(cbMeasure),
