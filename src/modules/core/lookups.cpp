@@ -1,5 +1,7 @@
 #include "modules/core/lookups.h"
 
+#include <utility>
+
 #include "kit/columns.h"
 
 namespace orvane::core {
@@ -92,14 +94,14 @@ LookupSetup Suppliers() {
           .nomenclatureClass = "TfPartners"};
 }
 
-LookupSetup Contracts(const std::string& kindParam, const std::string& condition) {
+LookupSetup Contracts(std::string_view kindParam, std::string_view condition) {
+  std::string wanted = " KindContract = :";
+  wanted.append(kindParam).append(" AND Active = 1").append(condition);
   return {.caption = "Търсене - Договори",
           .sql = {"SELECT IdNumber, ShortDescription, ShortDescription2, ContractDate, ",
                   " KindSupplyChoice, KindSupplyList, MaxTermOfPayment, InclTransportInPrice",
                   "FROM SuppliesContracts {$WN}", "WHERE Supplier = :Supplier AND ",
-                  " KindContract = :" + kindParam + " AND Active = 1" +
-                      (condition.empty() ? "" : " AND " + condition),
-                  "{$WA}", "{$O}"},
+                  std::move(wanted), "{$WA}", "{$O}"},
           .nameField = "ShortDescription",
           .nameField2 = "ShortDescription2",
           .searchFields =

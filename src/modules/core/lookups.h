@@ -70,8 +70,9 @@ LookupSetup Currencies();
 /// (own_rows::kPartner).
 LookupSetup Suppliers();
 /// Active contracts of one supplier (parameter Supplier) for one kind of purchase, with their terms
-/// (own_rows::kContract). `kindParam` names the parameter of the kind; `condition` narrows further.
-LookupSetup Contracts(const std::string& kindParam, const std::string& condition = {});
+/// (own_rows::kContract). `kindParam` names the parameter of the kind; `condition` (" AND …")
+/// narrows further.
+LookupSetup Contracts(std::string_view kindParam, std::string_view condition = {});
 /// The supply list (supply_list::kEntry); its statement follows the document.
 LookupSetup SupplyList();
 /// The third line of the statement gives way to the units of a row (kit/units.h).

@@ -35,7 +35,7 @@ void TfSuppManifacOrder::SetUpLookups() {
   SetUpLookup(cbCostCenters, core::CostCentersOfNotifier("Търсене - Центрове за разход"));
   SetUpLookup(cbSuppliers, core::Suppliers());
   SetUpLookup(cbKindCurrency, core::Currencies());
-  SetUpLookup(cbContractIds, core::Contracts("KindSupply", "ManifacOrder = 1"));
+  SetUpLookup(cbContractIds, core::Contracts("KindSupply", " AND ManifacOrder = 1"));
   SetUpLookup(cbIncTranspInPrice, core::NomIn());
   SetUpLookup(cbKPL, core::SupplyList());
   SetUpLookup(cbMeasure, core::Measures());
