@@ -54,7 +54,7 @@ void TfSuppManifacOrder::AddOwnActions() {
 const LiveRow TfSuppManifacOrder::kLive[] = {
     // action, focus, state of the head, needs, when
     {"acNewDoc", kAtKeyEdit, InState::Any, paInsert, &When<&TfSuppManifacOrder::MayEnterNew>},
-    {"acReport", kAnywhere},
+    {"acReport", kAnywhere, InState::Any, {}, &When<&TfSuppManifacOrder::MayLookFurther>},
     {"acPrint", kAnywhere, InState::Any, {}, &When<&TfSuppManifacOrder::IsLoaded>},
 
     {"acGoToRows", kAtKeyEdit, InState::Any, {}, &When<&TfSuppManifacOrder::IsLoaded>},

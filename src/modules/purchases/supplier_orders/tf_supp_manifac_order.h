@@ -111,6 +111,7 @@ class TfSuppManifacOrder : public TVosDBForm {
 
   // --- rules of the live table
   bool IsLoaded() const;
+  bool MayLookFurther() const { return !viewOnly; }
   bool MayEnterNew() const { return dmSuppManifacOrder->newDocumentAllowed && !viewOnly; }
   /// Something is being typed here.
   bool IsTyping() const;

@@ -85,7 +85,7 @@ void TfSuppManifacOrder::MoveHead(const Move& move) {
   TVosClientDataSet& order = dmSuppManifacOrder->cdsSuppManifacOrder;
   if (!order.Editing()) order.Edit();
   order[head::Status].Set(static_cast<int>(move.to));
-  if (move.who == Who::Owner) {
+  if (move.to == ForApproval || move.to == Entered) {
     order[head::AmendFrom].Set(App().UserName());
     order[head::AmendOn].Set(App().Now());
   }
