@@ -37,6 +37,7 @@ TEST_P(Orders, WhatTheServerKnowsItPutsInTheClientsPlace) {
   NamedValues values = OrderWorld::OrderValues(
       {{"Status", 5}, {"SumManifacOrder", Decimal(770'000, 4)}, {"RateOfExchange", Rate("3")}});
   values.push_back({"IdNumber", 4711});
+  values.push_back({"PrevYearId", 17});
   const ApplyAnswer answer =
       world.ApplyToOrder("author", "dspSuppManifacOrder", InsertOf(std::move(values)));
   ASSERT_FALSE(answer.outcomes[0].failure) << answer.outcomes[0].failure->message;
@@ -47,6 +48,7 @@ TEST_P(Orders, WhatTheServerKnowsItPutsInTheClientsPlace) {
   };
   EXPECT_EQ(filled("IdNumber"), "1");
   EXPECT_EQ(filled("Status"), "2");
+  EXPECT_EQ(filled("PrevYearId"), "");
   EXPECT_EQ(filled("SumManifacOrder"), "0.0000");
   EXPECT_EQ(filled("RateOfExchange"), "1.0000000") << "the national currency's is 1";
   EXPECT_EQ(filled("CreatedFrom"), "author");

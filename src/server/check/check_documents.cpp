@@ -3,6 +3,7 @@
 #include "server/approval/approval_rows.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/order_head.h"
+#include "server/documents/order_remainder.h"
 #include "server/documents/request_head.h"
 #include "server/documents/values.h"
 #include "server/sessions/engine_failures.h"
@@ -97,19 +98,17 @@ Answer<Done> CheckDecisions(Database& database, const StoredDocument& document,
 /// An order is being fulfilled exactly while a current request that was sent is against it, and its
 /// annulment is its status.
 Answer<Done> CheckOrders(Database& database, Findings& findings) {
-  constexpr std::string_view kAgainst =
+  const std::string against =
       "select min(o.IdNumber), count(*) from SuppManifacOrder o where o.Status in (5, 6)"
-      " and (o.Status = 6) <> (exists (select 1 from PurchaseOrderDet d"
-      " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId"
-      " and p.POVersion = d.PurchaseOrderVer where d.SuppManifacOrderId = o.IdNumber"
-      " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7))";
+      " and (o.Status = 6) <> (exists (select 1 " +
+      Replaced(kTakenFromOrder, "{order}", "o.IdNumber") + "))";
   constexpr std::string_view kAnnulled =
       "select min(IdNumber), count(*) from SuppManifacOrder"
       " where (Status = 0) <> (AnnulOn is not null)";
   const struct {
     std::string_view sql;
     std::string_view sentence;
-  } checks[] = {{kAgainst, "не е този, който дават исканията по нея."},
+  } checks[] = {{against, "не е този, който дават исканията по нея."},
                 {kAnnulled, "и анулирането ѝ си противоречат."}};
   for (const auto& check : checks) {
     const auto found =

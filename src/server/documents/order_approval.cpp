@@ -6,6 +6,7 @@
 #include "server/documents/order_apply.h"
 #include "server/documents/order_head.h"
 #include "server/documents/order_moves.h"
+#include "server/documents/order_remainder.h"
 #include "server/providers/server_class.h"
 
 namespace orvane {
@@ -13,15 +14,11 @@ namespace {
 
 namespace order = supplier_order;
 
-/// The first current request, sent and not annulled, against the order; 0 when there is none.
-constexpr std::string_view kRequestAgainst =
-    "select coalesce(min(p.POIdNumber), 0) from PurchaseOrderDet d"
-    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId and p.POVersion = d.PurchaseOrderVer"
-    " where d.SuppManifacOrderId = :Id and p.OldVersion = 0 and p.AnnulOn is null"
-    " and p.Status between 3 and 7";
-
+/// The first request that takes from the order; 0 when there is none.
 Statement SelectRequestAgainst(DocumentKey key) {
-  return Named(kRequestAgainst, KeyParams(key), {{"POIdNumber", ValueKind::Int32, 0}});
+  return Named(
+      "select coalesce(min(p.POIdNumber), 0) " + Replaced(kTakenFromOrder, "{order}", ":Id"),
+      KeyParams(key), {{"POIdNumber", ValueKind::Int32, 0}});
 }
 
 /// Sends an order whose head has status 3. Its levels have no sums: every kind of supply has its

@@ -17,8 +17,9 @@ constexpr std::string_view kOwnColumns[] = {
     field::ToDate.name,       field::CostCenter.name,     field::KindSupply.name,
     field::Supplier.name,     field::ContractId.name,     field::IncTranspInPrice.name,
     field::KindCurrency.name, field::RateOfExchange.name, field::Notifier.name,
-    field::PrevYearId.name,
 };
+/// Orders are not carried over from one year to the next.
+constexpr std::string_view kServerColumns[] = {field::PrevYearId.name};
 
 constexpr RangeRule kRanges[] = {
     {field::IncTranspInPrice, 1, 2,
@@ -59,10 +60,11 @@ std::optional<Failure> WhyRefused(const HeadFacts& facts, const Change& change,
 }
 
 HeadSteps Steps() {
+  static const NamedValue kEntered[] = {{std::string(field::PrevYearId.name), Variant()}};
   return {.document = StoredOrder(),
           .ownColumns = kOwnColumns,
-          .serverColumns = {},
-          .entered = {},
+          .serverColumns = kServerColumns,
+          .entered = kEntered,
           .identifierIsOwnerData = false,
           .annulledStatus = Annulled,
           .refuses = &WhyRefused,

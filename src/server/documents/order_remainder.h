@@ -28,4 +28,10 @@ inline constexpr std::string_view kDeliveredQuantity =
     " and d.PurchaseOrderId = v.PurchaseOrderId and d.PurchaseOrderVer = v.PurchaseOrderVer"
     " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7)), 0.0)";
 
+/// "from … where …": rows (d) that take from the order {order}, of requests (p) that were sent.
+inline constexpr std::string_view kTakenFromOrder =
+    "from PurchaseOrderDet d join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId"
+    " and p.POVersion = d.PurchaseOrderVer where d.SuppManifacOrderId = {order}"
+    " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7";
+
 }  // namespace orvane

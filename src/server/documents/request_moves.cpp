@@ -3,6 +3,7 @@
 #include "contract/supplier_order.h"
 #include "server/documents/document_approval.h"
 #include "server/documents/named_statement.h"
+#include "server/documents/order_remainder.h"
 #include "server/documents/request_approval.h"
 #include "server/documents/request_head.h"
 #include "server/documents/server_writes.h"
@@ -13,11 +14,8 @@ namespace {
 namespace request = purchase_request;
 
 constexpr std::string_view kOrdersOf =
-    "select o.IdNumber, o.Status, case when exists (select 1 from PurchaseOrderDet d"
-    " join PurchaseOrder p on p.POIdNumber = d.PurchaseOrderId and p.POVersion = d.PurchaseOrderVer"
-    " where d.SuppManifacOrderId = o.IdNumber and p.OldVersion = 0 and p.AnnulOn is null"
-    " and p.Status between 3 and 7) then 1 else 0 end from SuppManifacOrder o"
-    " where o.Status in (5, 6) and o.AnnulOn is null and o.IdNumber in"
+    "select o.IdNumber, o.Status, case when exists (select 1 {taken}) then 1 else 0 end"
+    " from SuppManifacOrder o where o.Status in (5, 6) and o.AnnulOn is null and o.IdNumber in"
     " (select d.SuppManifacOrderId from PurchaseOrderDet d where d.PurchaseOrderId = :Id"
     " and d.PurchaseOrderVer = :Version and d.SuppManifacOrderId is not null) order by o.IdNumber";
 constexpr std::string_view kLockOrdersOf =
@@ -34,11 +32,13 @@ Answer<Done, Setback> SettleOrders(WriteContext& context, DocumentKey key) {
   const NamedValues params = KeyParams(key);
   std::string lock(kLockOrdersOf);
   if (context.work.EngineKind() == Engine::Postgres) lock += " for update of o";
-  const Statement statements[] = {Named(lock, params, {{"IdNumber", ValueKind::Int32, 0}}),
-                                  Named(kOrdersOf, params,
-                                        {{"IdNumber", ValueKind::Int32, 0},
-                                         {"Status", ValueKind::Byte, 0},
-                                         {"Requested", ValueKind::Bool, 0}})};
+  const Statement statements[] = {
+      Named(lock, params, {{"IdNumber", ValueKind::Int32, 0}}),
+      Named(Replaced(kOrdersOf, "{taken}", Replaced(kTakenFromOrder, "{order}", "o.IdNumber")),
+            params,
+            {{"IdNumber", ValueKind::Int32, 0},
+             {"Status", ValueKind::Byte, 0},
+             {"Requested", ValueKind::Bool, 0}})};
   const auto packets = context.transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "locking supplier orders");
   ServerWrites writes(context.work);
