@@ -124,9 +124,7 @@ Pair Names(Stage& stage) {
   return {[&stage, page, round, begin] {
             page->sql = std::string(kSupplyListSearch) + " AND cbName LIKE '" + begin(++*round) +
                         "%' ORDER BY cbName";
-            // Whoever reads rows first pays for bringing them near: neither side does.
-            const BareStatement statement = EntriesThatBegin(begin(*round));
-            stage.ByHand().Read({&statement, 1});
+            BringNear(stage, EntriesThatBegin(begin(*round)));
             const Caller caller = stage.As("admin");
             return Seconds([&] {
               const auto rows = Must(stage.InProcess().Fetch(caller, {*page}));

@@ -268,9 +268,7 @@ void Add(Stage& stage, const Source& source, const Question& question) {
       question.budget, question.rounds,
       [&stage, page, round, found, source, &question, caller] {
         page->sql = source.sql + question.asked(source, ++*round) + " ORDER BY " + source.nameAsked;
-        // Whoever reads rows first pays for bringing them near: neither side does.
-        const BareStatement statement = question.byHand(source, *round);
-        stage.ByHand().Read({&statement, 1});
+        BringNear(stage, question.byHand(source, *round));
         return Seconds(
             [&] { *found = Must(stage.InProcess().Fetch(caller, {*page})).front().rowCount; });
       },

@@ -70,8 +70,11 @@ TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
   for (const Sight& sight : sights) {
     const Visibility visibility(kSeenRequests, sight);
     for (const Place& place : places) {
-      EXPECT_EQ(Walks(FindDocument(kSeenRequests, visibility, place), {"p", "t"}), "")
-          << sight.login << " nav " << static_cast<int>(place.nav);
+      for (const Engine form : {Engine::Sqlite, Engine::Postgres}) {
+        const Statement find = FindDocument(kSeenRequests, visibility, place, form);
+        EXPECT_EQ(Walks(find, {"p", "t"}), "")
+            << sight.login << " nav " << static_cast<int>(place.nav);
+      }
     }
   }
   const Document& document = PurchaseRequest();

@@ -47,8 +47,8 @@ Statement PartStatement(const DocumentPart& part, Language language, Date today)
 Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
                                     Language language, std::span<const Statement> further) {
   std::vector<Statement> statements;
-  statements.push_back(
-      FindDocument(document.seen, Visibility(document.seen, SightOf(work)), place));
+  statements.push_back(FindDocument(document.seen, Visibility(document.seen, SightOf(work)), place,
+                                    work.EngineKind()));
   statements.push_back(PartStatement(document.head, language, work.Today()));
   for (const DocumentPart& part : document.parts)
     statements.push_back(PartStatement(part, language, work.Today()));

@@ -60,12 +60,35 @@ Target At(const Track& track, const std::string& key) {
           OneWhenNull(track.next("target.Id"))};
 }
 
-/// So many steps from :Position, or the end when there are fewer. One step more tells whether that
-/// is the end. Steps back are taken only for what is not known: the end itself when no step could
-/// be made, and what lies behind. Whoever moved on from a document that he sees has it behind him.
-/// So each direction stands in the statement once: PostgreSQL makes a plan of some size ready to
-/// run for longer than it then runs.
-Target Walked(const Track& track, bool forward, int steps) {
+/// So many steps from :Position, or the end when there are fewer. Every question stands where it is
+/// asked: on SQLite only what runs costs, but each table expression costs a temporary tree. Whoever
+/// moved on from a document that he sees has it behind him, and need not look for it.
+Target WalkedInPlace(const Track& track, bool forward, int steps) {
+  const auto& ahead = forward ? track.next : track.previous;
+  const auto& back = forward ? track.previous : track.next;
+  Target target;
+  target.steps = steps;
+  target.tables =
+      "walk (N, Id) as (select 0, cast(:Position as integer) union all select walk.N + 1, " +
+      ahead("walk.Id") +
+      " from walk where walk.N < :Steps and walk.Id is not null), "
+      "target (Id) as (select coalesce((select w.Id from walk w where w.N > 0 and w.Id is not null"
+      " order by w.N desc limit 1), " +
+      back(forward ? kBeyond : "0") + "))";
+  const std::string behind = std::string("case when target.Id ") + (forward ? ">" : "<") +
+                             " :Position and " + track.byKey + " is not null then 0 else " +
+                             OneWhenNull(back("target.Id")) + " end";
+  const std::string atEnd = OneWhenNull(ahead("target.Id"));
+  target.isFirst = forward ? behind : atEnd;
+  target.isLast = forward ? atEnd : behind;
+  return target;
+}
+
+/// The same with each direction once in the statement: PostgreSQL makes a plan of several hundred
+/// nodes ready to run for longer than it then runs. One step more tells whether that is the end.
+/// Steps back are taken only for what is not known: the end itself when no step could
+/// be made, and what lies behind.
+Target WalkedOnce(const Track& track, bool forward, int steps) {
   const auto& ahead = forward ? track.next : track.previous;
   const auto& back = forward ? track.previous : track.next;
   const std::string far(forward ? kBeyond : "0");
@@ -87,15 +110,15 @@ Target Walked(const Track& track, bool forward, int steps) {
       " (select b.Id from back b where b.N = 1)))";
   const std::string atEnd = OneWhenNull("(select w.Id from walk w where w.N = :Steps + 1)");
   const std::string alone =
-      "(select case when u.N > 0 and (select b.Id from back b where b.N = u.N) is null then 1 else "
-      "0"
-      " end from unknown u)";
+      "(select case when u.N > 0 and (select b.Id from back b where b.N = u.N) is null then 1 else"
+      " 0 end from unknown u)";
   target.isFirst = forward ? alone : atEnd;
   target.isLast = forward ? atEnd : alone;
   return target;
 }
 
-Target TargetOf(const Track& track, const Place& place) {
+Target TargetOf(const Track& track, const Place& place, Engine engine) {
+  const auto walked = engine == Engine::Postgres ? &WalkedOnce : &WalkedInPlace;
   switch (place.nav) {
     case Nav::ByKey:
       break;
@@ -104,11 +127,11 @@ Target TargetOf(const Track& track, const Place& place) {
     case Nav::Last:
       return At(track, track.previous(kBeyond));
     case Nav::Previous:
-      return Walked(track, false, 1);
+      return walked(track, false, 1);
     case Nav::Next:
-      return Walked(track, true, 1);
+      return walked(track, true, 1);
     case Nav::Step:
-      if (place.step != 0) return Walked(track, place.step > 0, std::abs(place.step));
+      if (place.step != 0) return walked(track, place.step > 0, std::abs(place.step));
       break;
   }
   return At(track, track.byKey);
@@ -140,10 +163,11 @@ Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
   return place;
 }
 
-Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place) {
+Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place,
+                       Engine engine) {
   const bool versions = place.version.has_value();
   const Track track = versions ? VersionTrack(table, visibility) : DocumentTrack(table, visibility);
-  const Target target = TargetOf(track, place);
+  const Target target = TargetOf(track, place, engine);
   std::string id = "target.Id";
   std::string version = "0";
   if (versions) {

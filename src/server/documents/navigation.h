@@ -39,7 +39,8 @@ Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at);
 
 /// Keeps "DocumentId" and "DocumentVersion" (both null when nothing may be seen) and answers them
 /// with IsFirst and IsLast. A step beyond an end finds the end.
-Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place);
+Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place,
+                       Engine engine);
 
 /// What the statement's row says: a sole document is the last one.
 LoadCode LoadCodeOf(const DataPacket& found);

@@ -65,7 +65,7 @@ Answer<VariantArray> CheckRequestSums(Work& work, const VariantArray& ask) {
   const std::vector<ResultColumn> amount = {{"Amount", ValueKind::Amount, 0}};
   const Statement statements[] = {
       FindDocument(kSeenRequests, Visibility(kSeenRequests, SightOf(work)),
-                   {Nav::ByKey, 0, *id, *version}),
+                   {Nav::ByKey, 0, *id, *version}, work.EngineKind()),
       SelectSettings(),
       {Keyed(kKind), {}, {{"KindSupply", ValueKind::Int16, 0}}},
       {Keyed(Replaced(kRows, "{usual}", std::to_string(kUsualVat))),

@@ -1,6 +1,6 @@
 #include <algorithm>
 #include <mutex>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "server/engine/connection_pool.h"
 #include "server/engine/database.h"
@@ -150,26 +150,28 @@ class PostgresTransaction final : public Transaction {
   bool over_ = false;
 };
 
-/// Texts that took long with one plan for all values. From then on they are planned for the values
-/// they have: what that costs is nothing beside what it may save. Thread-safe.
+/// Texts that took long with one plan for all values, more than once: the first time may have been
+/// that of a new connection. From then on they are planned for the values they have: what that
+/// costs is nothing beside what it may save. Thread-safe.
 class SlowSearches {
  public:
   bool Has(const std::string& text) {
     const std::lock_guard lock(mutex_);
-    return texts_.contains(text);
+    const auto found = times_.find(text);
+    return found != times_.end() && found->second > 1;
   }
   void Add(std::span<const Statement> statements) {
     const std::lock_guard lock(mutex_);
-    if (texts_.size() > kMostSlow) texts_.clear();
+    if (times_.size() > kMostSlow) times_.clear();
     for (const Statement& statement : statements)
-      texts_.insert(statement.text);
+      ++times_[statement.text];
   }
 
  private:
   static constexpr std::size_t kMostSlow = 256;
 
   std::mutex mutex_;
-  std::unordered_set<std::string> texts_;
+  std::unordered_map<std::string, int> times_;
 };
 
 class PostgresDatabase final : public Database {
