@@ -2,27 +2,28 @@
 
 #include "server/approval/headed.h"
 #include "server/documents/named_statement.h"
+#include "server/documents/order_head.h"
+#include "server/documents/request_head.h"
 
 namespace orvane {
 namespace {
 
 /// Few documents are on their way at a time, however many there are: they are found by status. The
 /// sum keeps planners from walking all that a cost centre ever had instead.
-constexpr std::string_view kWaitingRequests =
-    "(select count(*) from PurchaseOrder p join PurchaseOrderAdm a"
-    " on a.PurchaseOrderId = p.POIdNumber and a.PurchaseOrderVer = p.POVersion"
+constexpr std::string_view kWaiting =
+    "(select count(*) from {heads} p join {rows} a on {ofHead a}"
     " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0"
-    " where p.OldVersion = 0 and p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
-    " and not exists (select 1 from PurchaseOrderAdm l where l.PurchaseOrderId = p.POIdNumber"
-    " and l.PurchaseOrderVer = p.POVersion and l.ConfirmationLevel < a.ConfirmationLevel"
-    " and l.Status in (1, 2)))";
-constexpr std::string_view kWaitingOrders =
-    "(select count(*) from SuppManifacOrder p join SuppManOrderAdmin a"
-    " on a.SuppManOrderId = p.IdNumber"
-    " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0"
-    " where p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
-    " and not exists (select 1 from SuppManOrderAdmin l where l.SuppManOrderId = p.IdNumber"
+    " where {current} and p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
+    " and not exists (select 1 from {rows} l where {ofHead l}"
     " and l.ConfirmationLevel < a.ConfirmationLevel and l.Status in (1, 2)))";
+
+std::string WaitingOf(const StoredDocument& document) {
+  std::string text = Replaced(kWaiting, "{heads}", document.head.table);
+  text = Replaced(text, "{rows}", document.approvals.table);
+  text = Replaced(text, "{ofHead a}", OfHead(document, "a"));
+  text = Replaced(text, "{ofHead l}", OfHead(document, "l"));
+  return Replaced(text, "{current}", Replaced(document.seen.current, "{t}", "p"));
+}
 
 }  // namespace
 
@@ -30,7 +31,7 @@ Answer<VariantArray> CountWaiting(Work& work, const VariantArray&) {
   const auto employee = work.Who().Employee();
   const Statement count = Named(
       "with headed (Kind, CostCenter) as (" + HeadedByKind() + ") select " +
-          std::string(kWaitingRequests) + " + " + std::string(kWaitingOrders),
+          WaitingOf(StoredRequest()) + " + " + WaitingOf(StoredOrder()),
       {{"Employee", employee.value_or(0)}, {"Login", work.Who().login}, {"Today", work.Today()}},
       {{"Waiting", ValueKind::Code, 0}});
   const auto packets = work.Read({&count, 1});

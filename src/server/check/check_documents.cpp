@@ -30,18 +30,6 @@ void Tell(Findings& findings, std::string_view what, const StoredDocument& docum
   findings.push_back(std::move(text));
 }
 
-/// The key of a part's row equals that of the head p.
-std::string Linked(const StoredDocument& document, std::string_view part) {
-  const SeenTable& head = document.seen;
-  std::string link =
-      std::string(part) + "." + std::string(document.partId) + " = p." + std::string(head.id);
-  if (!head.version.empty()) {
-    link += " and " + std::string(part) + "." + std::string(document.partVersion) + " = p." +
-            std::string(head.version);
-  }
-  return link;
-}
-
 std::vector<ApprovalRow> RowsLike(const DataPacket& counts, std::size_t row) {
   std::vector<ApprovalRow> rows;
   const auto add = [&](std::string_view column, int status) {
@@ -73,7 +61,7 @@ Answer<Done> CheckDecisions(Database& database, const StoredDocument& document,
       "select p." + std::string(document.seen.id) + " as Id, p.Status as Status" + count("= 1") +
       " as Rejected" + count("= 2") + " as Waiting" + count("in (3, 4)") + " as Given from " +
       std::string(document.head.table) + " p left join " + std::string(document.approvals.table) +
-      " a on " + Linked(document, "a") + " where p.AnnulOn is null group by p." +
+      " a on " + OfHead(document, "a") + " where p.AnnulOn is null group by p." +
       std::string(document.seen.id) + ", p.Status" +
       (document.seen.version.empty() ? "" : ", p." + std::string(document.seen.version));
   const auto found =
@@ -130,7 +118,7 @@ Answer<Done> CheckCurrencySums(Database& database, const StoredDocument& documen
       {"select min(p." + std::string(document.seen.id) + "), count(*) from " +
            std::string(document.head.table) + " p where p." + std::string(document.currencySum) +
            " <> coalesce((select sum(r." + std::string(stored::kRowAmount) + ") from " +
-           std::string(document.rows.table) + " r where " + Linked(document, "r") + "), 0)",
+           std::string(document.rows.table) + " r where " + OfHead(document, "r") + "), 0)",
        {},
        {{"Id", ValueKind::Int32, 0}, {"Documents", ValueKind::Code, 0}}});
   if (!found) return found.GetFailure();

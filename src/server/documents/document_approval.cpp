@@ -93,7 +93,7 @@ Answer<Done, Setback> SettleDecision(const ApprovalSteps& steps, WriteContext& c
     const auto free = steps.leavesApproved(context, head);
     if (!free) return free;
   }
-  if (head.status == Rejected && status != Rejected) {
+  if (steps.leavesRejected && head.status == Rejected && status != Rejected) {
     const auto back = steps.leavesRejected(context, head);
     if (!back) return back;
   }
@@ -155,6 +155,17 @@ Answer<Done, Setback> DropApprovalRows(WriteContext& context, const StoredDocume
   for (std::size_t row = 0; row < rows->rowCount; ++row)
     writes.Delete(document.approvals, RowValues(*rows, row));
   return writes.CarryOut(context.transaction, "dropping approval rows");
+}
+
+Answer<bool, Setback> WriteStatus(WriteContext& context, const StoredDocument& document,
+                                  const DocumentHead& head, DocumentStatus status) {
+  ServerWrites writes(context.work);
+  writes.Update(document.head, head.row, {{std::string(kStatus), static_cast<int>(status)}});
+  if (writes.Empty()) return false;
+  const auto written = writes.CarryOut(context.transaction, "writing a document's status");
+  if (!written) return written.GetFailure();
+  SetValue(context.headMoved, kStatus, static_cast<int>(status));
+  return true;
 }
 
 Answer<Done, Setback> Decide(const ApprovalSteps& steps, WriteContext& context, DocumentKey key,

@@ -17,7 +17,7 @@ struct ApprovalSteps {
   const StoredDocument& document;
   /// An approved document ceases to be one: refused when something stands on it.
   Answer<Done, Setback> (*leavesApproved)(WriteContext& context, const DocumentHead& head);
-  /// A rejected document comes back.
+  /// A rejected document comes back; null pointer when nothing is asked then.
   Answer<Done, Setback> (*leavesRejected)(WriteContext& context, const DocumentHead& head);
   /// The one place where the document's status is written beside its moves.
   Answer<Done, Setback> (*writeStatus)(WriteContext& context, const DocumentHead& head,
@@ -38,6 +38,10 @@ void AddSending(ServerWrites& writes, const Work& work, const StoredDocument& do
 /// Takes all approval rows away; history keeps them.
 Answer<Done, Setback> DropApprovalRows(WriteContext& context, const StoredDocument& document,
                                        DocumentKey key);
+
+/// Writes the status of a head where it is another one, and tells the client. Whether it did.
+Answer<bool, Setback> WriteStatus(WriteContext& context, const StoredDocument& document,
+                                  const DocumentHead& head, DocumentStatus status);
 
 /// A decision on a level, carried out whole in the transaction of `context`. Where it moved the
 /// document's status, context.headMoved says so.

@@ -72,6 +72,15 @@ NamedValues PartKey(const StoredDocument& document, DocumentKey key) {
   return values;
 }
 
+std::string OfHead(const StoredDocument& document, std::string_view part) {
+  const auto equal = [&](std::string_view column, std::string_view key) {
+    return std::string(part) + "." + std::string(column) + " = p." + std::string(key);
+  };
+  const std::string id = equal(document.partId, document.seen.id);
+  if (document.partVersion.empty()) return id;
+  return id + " and " + equal(document.partVersion, document.seen.version);
+}
+
 namespace {
 
 /// Condition on the key of alias p.

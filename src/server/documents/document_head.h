@@ -110,6 +110,9 @@ NamedValues KeyParams(DocumentKey key);
 /// Values of the key columns of a part's row.
 NamedValues PartKey(const StoredDocument& document, DocumentKey key);
 
+/// Condition that a part's row, by its alias, is of the head with alias p.
+std::string OfHead(const StoredDocument& document, std::string_view part);
+
 /// Reads the head and holds its row until the transaction ends.
 Statement LockHead(const Work& work, const StoredDocument& document, DocumentKey key);
 /// Empty when there is no such document.

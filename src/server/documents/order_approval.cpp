@@ -54,12 +54,9 @@ Answer<Done, Setback> SendOrder(WriteContext& context, DocumentKey key) {
 
 Answer<Done, Setback> WriteOrderStatus(WriteContext& context, const DocumentHead& head,
                                        DocumentStatus status) {
-  ServerWrites writes(context.work);
-  writes.Update(StoredOrder().head, head.row,
-                {{std::string(stored::kStatus), static_cast<int>(status)}});
-  if (writes.Empty()) return Done{};
-  SetValue(context.headMoved, stored::kStatus, static_cast<int>(status));
-  return writes.CarryOut(context.transaction, "writing an order's status");
+  const auto moved = WriteStatus(context, StoredOrder(), head, status);
+  if (!moved) return moved.GetFailure();
+  return Done{};
 }
 
 /// Whoever sends a request locks the order too, so that neither slips past the other.
@@ -71,10 +68,6 @@ Answer<Done, Setback> CheckNothingStandsOn(WriteContext& context, const Document
   return Refusal(Refused("По " + NameOf(StoredOrder(), head.key) +
                          " е изпратено искане за покупка " + std::to_string(request) +
                          ". Първо го върнете за корекция или анулирайте."));
-}
-
-Answer<Done, Setback> NothingToTakeAgain(WriteContext&, const DocumentHead&) {
-  return Done{};
 }
 
 /// While it was completed, the last request against it may have gone.
@@ -89,7 +82,7 @@ Answer<Done, Setback> SettleReopened(WriteContext& context, DocumentKey key) {
 }
 
 ApprovalSteps Steps() {
-  return {StoredOrder(), &CheckNothingStandsOn, &NothingToTakeAgain, &WriteOrderStatus};
+  return {StoredOrder(), &CheckNothingStandsOn, nullptr, &WriteOrderStatus};
 }
 
 Answer<Done, Setback> BeforeOrderDecisions(WriteContext& context,

@@ -54,13 +54,9 @@ Answer<Done, Setback> SettleOrders(WriteContext& context, DocumentKey key) {
 
 Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const DocumentHead& head,
                                          DocumentStatus status) {
-  ServerWrites writes(context.work);
-  writes.Update(StoredRequest().head, head.row,
-                {{std::string(request::head::Status.name), static_cast<int>(status)}});
-  if (writes.Empty()) return Done{};
-  const auto written = writes.CarryOut(context.transaction, "writing a request's status");
-  if (!written) return written;
-  SetValue(context.headMoved, request::head::Status.name, static_cast<int>(status));
+  const auto moved = WriteStatus(context, StoredRequest(), head, status);
+  if (!moved) return moved.GetFailure();
+  if (!*moved) return Done{};
   return SettleOrders(context, head.key);
 }
 
