@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "packet/fold.h"
@@ -39,14 +40,16 @@ void Fill(Field& field, const std::vector<T>& values) {
   field.Add(values.begin(), values.end());
 }
 
-void EncodeColumn(PacketColumn&& column, v1::Column& message) {
-  message.set_name(std::move(column.name));
+/// The texts of a column that is given away are moved.
+template <class Column>
+void EncodeColumn(Column&& column, v1::Column& message) {
+  message.set_name(std::forward<Column>(column).name);
   message.set_kind(OnWire<v1::ValueKind>(column.kind));
   message.set_size(column.size);
   Fill(*message.mutable_nulls(), column.nulls);
   Fill(*message.mutable_integers(), column.integers);
   Fill(*message.mutable_reals(), column.reals);
-  message.set_heap(std::move(column.heap));
+  message.set_heap(std::forward<Column>(column).heap);
   Fill(*message.mutable_ends(), column.ends);
 }
 
@@ -61,6 +64,20 @@ bool DecodeColumn(v1::Column& message, PacketColumn& column) {
   column.heap = std::move(*message.mutable_heap());
   column.ends = ToVector<std::uint32_t>(message.ends());
   return true;
+}
+
+template <class Packet>
+void EncodePacket(Packet&& packet, v1::Packet& message) {
+  message.mutable_columns()->Reserve(static_cast<int>(packet.columns.size()));
+  for (auto& column : packet.columns) {
+    if constexpr (std::is_lvalue_reference_v<Packet>) {
+      EncodeColumn(column, *message.add_columns());
+    } else {
+      EncodeColumn(std::move(column), *message.add_columns());
+    }
+  }
+  message.set_row_count(packet.rowCount);
+  message.set_continuation(std::forward<Packet>(packet).continuation);
 }
 
 bool DecodeValue(v1::Value& message, Variant& value, int depth);
@@ -155,7 +172,7 @@ struct ValueWriter {
   void operator()(Stamp value) const { message.set_stamp(value.micros); }
   void operator()(const std::string& value) const { message.set_text(value); }
   void operator()(const std::shared_ptr<const DataPacket>& value) const {
-    Encode(DataPacket(*value), *message.mutable_packet());
+    EncodePacket(*value, *message.mutable_packet());
   }
   void operator()(const std::shared_ptr<const VariantArray>& value) const {
     v1::Array& array = *message.mutable_array();
@@ -247,11 +264,7 @@ bool Decode(v1::Value& message, Variant& value) {
 }
 
 void Encode(DataPacket&& packet, v1::Packet& message) {
-  for (PacketColumn& column : packet.columns) {
-    EncodeColumn(std::move(column), *message.add_columns());
-  }
-  message.set_row_count(packet.rowCount);
-  message.set_continuation(std::move(packet.continuation));
+  EncodePacket(std::move(packet), message);
 }
 
 bool Decode(v1::Packet& message, DataPacket& packet) {

@@ -1,5 +1,6 @@
 #include "wire/remote_server.h"
 
+#include <google/protobuf/arena.h>
 #include <grpcpp/grpcpp.h>
 
 #include <algorithm>
@@ -137,7 +138,10 @@ class RemoteServer::Link {
     context.set_deadline(SystemTime::now() + milliseconds(timeoutMs));
     const auto stub = v1::ApplicationServer::NewStub(channel);
     const auto reader = (stub.get()->*start)(&context, request, &waiting.Queue());
-    Reply reply;
+    // A reply of many columns is many small messages: they are laid out together and dropped at
+    // once.
+    google::protobuf::Arena arena;
+    Reply& reply = *google::protobuf::Arena::CreateMessage<Reply>(&arena);
     grpc::Status status;
     reader->Finish(&reply, &status, this);
     waiting.ForEvent([&] { context.TryCancel(); });

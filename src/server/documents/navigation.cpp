@@ -61,20 +61,22 @@ Target At(const Track& track, const std::string& key) {
 }
 
 /// So many steps from :Position, or the end when there are fewer. Every question stands where it is
-/// asked: on SQLite only what runs costs, but each table expression costs a temporary tree. Whoever
-/// moved on from a document that he sees has it behind him, and need not look for it.
+/// asked: on SQLite only what runs costs, but each table expression costs a temporary tree, and one
+/// step needs none. Whoever moved on from a document that he sees has it behind him, and need not
+/// look for it.
 Target WalkedInPlace(const Track& track, bool forward, int steps) {
   const auto& ahead = forward ? track.next : track.previous;
   const auto& back = forward ? track.previous : track.next;
   Target target;
   target.steps = steps;
-  target.tables =
+  const std::string walk =
       "walk (N, Id) as (select 0, cast(:Position as integer) union all select walk.N + 1, " +
-      ahead("walk.Id") +
-      " from walk where walk.N < :Steps and walk.Id is not null), "
-      "target (Id) as (select coalesce((select w.Id from walk w where w.N > 0 and w.Id is not null"
-      " order by w.N desc limit 1), " +
-      back(forward ? kBeyond : "0") + "))";
+      ahead("walk.Id") + " from walk where walk.N < :Steps and walk.Id is not null), ";
+  const std::string_view walked =
+      "(select w.Id from walk w where w.N > 0 and w.Id is not null order by w.N desc limit 1)";
+  target.tables = (steps == 1 ? "" : walk) + "target (Id) as (select coalesce(" +
+                  (steps == 1 ? ahead(":Position") : std::string(walked)) + ", " +
+                  back(forward ? kBeyond : "0") + "))";
   const std::string behind = std::string("case when target.Id ") + (forward ? ">" : "<") +
                              " :Position and " + track.byKey + " is not null then 0 else " +
                              OneWhenNull(back("target.Id")) + " end";
