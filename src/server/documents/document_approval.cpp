@@ -89,7 +89,7 @@ Answer<Done, Setback> SettleDecision(const ApprovalSteps& steps, WriteContext& c
   if (!packets) return ToSetback(packets.GetFailure(), "reading decisions");
   const std::vector<ApprovalRow> rows = ReadApprovalRows((*packets)[0]);
   const DocumentStatus status = StatusOf(rows);
-  if (head.status == Approved && status != Approved) {
+  if (steps.leavesApproved && head.status == Approved && status != Approved) {
     const auto free = steps.leavesApproved(context, head);
     if (!free) return free;
   }

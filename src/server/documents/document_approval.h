@@ -15,7 +15,8 @@ namespace orvane {
 
 struct ApprovalSteps {
   const StoredDocument& document;
-  /// An approved document ceases to be one: refused when something stands on it.
+  /// An approved document ceases to be one: refused when something stands on it. Null pointer when
+  /// its status says so.
   Answer<Done, Setback> (*leavesApproved)(WriteContext& context, const DocumentHead& head);
   /// A rejected document comes back; null pointer when nothing is asked then.
   Answer<Done, Setback> (*leavesRejected)(WriteContext& context, const DocumentHead& head);

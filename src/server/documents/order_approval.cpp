@@ -59,17 +59,6 @@ Answer<Done, Setback> WriteOrderStatus(WriteContext& context, const DocumentHead
   return Done{};
 }
 
-/// Whoever sends a request locks the order too, so that neither slips past the other.
-Answer<Done, Setback> CheckNothingStandsOn(WriteContext& context, const DocumentHead& head) {
-  const auto found = context.transaction.Query(SelectRequestAgainst(head.key));
-  if (!found) return ToSetback(found.GetFailure(), "looking for requests against an order");
-  const std::int64_t request = found->At(0, 0).AsInt().value_or(0);
-  if (request == 0) return Done{};
-  return Refusal(Refused("По " + NameOf(StoredOrder(), head.key) +
-                         " е изпратено искане за покупка " + std::to_string(request) +
-                         ". Първо го върнете за корекция или анулирайте."));
-}
-
 /// While it was completed, the last request against it may have gone.
 Answer<Done, Setback> SettleReopened(WriteContext& context, DocumentKey key) {
   const Statement statements[] = {LockHead(context.work, StoredOrder(), key),
@@ -81,8 +70,10 @@ Answer<Done, Setback> SettleReopened(WriteContext& context, DocumentKey key) {
   return WriteOrderStatus(context, *head, Approved);
 }
 
+/// A request that is sent makes its order 6 under the order's lock, and at 6 nothing is decided: an
+/// approval on which a request stands is never asked to go.
 ApprovalSteps Steps() {
-  return {StoredOrder(), &CheckNothingStandsOn, nullptr, &WriteOrderStatus};
+  return {StoredOrder(), nullptr, nullptr, &WriteOrderStatus};
 }
 
 Answer<Done, Setback> BeforeOrderDecisions(WriteContext& context,
