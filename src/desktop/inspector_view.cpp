@@ -192,7 +192,8 @@ void InspectorView::PaintItem(QPainter& painter, int line) {
   const QRect label(place.left(), place.top(), labelWidth_, place.height());
   painter.fillRect(label, ColorOf(current ? Role::RowCurrent : Role::FieldFixed));
   painter.setPen(ColorOf(Role::Text));
-  const QRect text = label.adjusted(kPadding, 0, -kPadding, -1);
+  QRect text = label.adjusted(kPadding, 0, -kPadding, -1);
+  text.setHeight(kRowHeight - 1);
   const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
   painter.drawText(text, left | Qt::TextSingleLine, Qs(item.label));
   if (item.required) {

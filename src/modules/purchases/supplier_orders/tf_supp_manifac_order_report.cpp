@@ -40,7 +40,10 @@ LookupSetup CostCenters() {
 const LiveRow TfSuppManifacOrderReport::kLive[] = {
     // action, focus, state, needs, when
     {"acRep", "di"},
+    // Enter behind the last condition leads to the grid: without rows there F9 still finds.
+    {"acRep", "gReport", InState::Any, {}, &When<&TfSuppManifacOrderReport::HasNoResult>},
     {"acReturn", "gReport", InState::Any, {}, &When<&TfSuppManifacOrderReport::HasResult>},
+    {"acReturn", "diDescription", InState::Any, {}, &When<&TfSuppManifacOrderReport::HasResult>},
     {"acNew", kAnywhere},
     {"acSearchByCode", kAtCombo, InState::Any, {}, &AtSearchableCombo},
     {"acSearchByName", kAtCombo, InState::Any, {}, &AtSearchableCombo},
@@ -73,6 +76,7 @@ void TfSuppManifacOrderReport::SetUpLookups() {
   SetUpLookup(cbCostCenters, CostCenters());
   SetUpLookup(cbSuppliers, Suppliers());
   SetUpLookup(cbStatus, core::NomInOfLanguage());
+  cbStatus.mask = "#";  // an annulled order's is 0
   dmSuppManifacOrderReport->costCenters.SetParam("Notifier", App().vCurrentEmployee);
   dmSuppManifacOrderReport->nomIn249.SetParam("NomIn", core::kRequestStatuses);
   dmSuppManifacOrderReport->SetLanguage();
@@ -143,8 +147,8 @@ void TfSuppManifacOrderReport::acRepExecute() {
   TVosClientDataSet& filter = dmSuppManifacOrderReport->cdsFilter;
   di.FlushChanges();
   if (filter.Editing()) filter.Post();
-  dmSuppManifacOrderReport->GetReport();
   filter.Edit();
+  dmSuppManifacOrderReport->GetReport();
   if (HasResult()) FocusControl(&gReport);
 }
 

@@ -35,6 +35,7 @@ class TfSuppManifacOrderReport : public TVosDBForm {
   void SetUpLookups();
   void SetUpItems();
   void AddOwnActions();
+  bool HasNoResult() const { return !HasResult(); }
   bool HasResult() const { return !dmSuppManifacOrderReport->cdsReport.IsEmpty(); }
 
   void acRepExecute();
