@@ -4,6 +4,7 @@
 #include <grpcpp/grpcpp.h>
 #include <grpcpp/health_check_service_interface.h>
 #include <grpcpp/resource_quota.h>
+#include <malloc.h>
 
 #include <atomic>
 #include <chrono>
@@ -35,6 +36,17 @@ Failure Busy() {
 
 Failure TooLong() {
   return {FailureKind::BadRequest, "Отговорът на сървъра е твърде голям. Стеснете търсенето."};
+}
+
+/// Requests come on many threads and each takes and gives back some hundred kilobytes. Given back
+/// to the system every time, these cost a fifth of a document's load in page faults.
+void KeepFreedMemory() {
+#ifdef __GLIBC__
+  constexpr int kKept = 16 << 20;       // bytes of an arena's end that stay
+  constexpr int kMappedFrom = 4 << 20;  // bytes from which an allocation is mapped by itself
+  mallopt(M_TRIM_THRESHOLD, kKept);
+  mallopt(M_MMAP_THRESHOLD, kMappedFrom);
+#endif
 }
 
 /// Counts the requests in work.
@@ -229,12 +241,13 @@ Answer<std::unique_ptr<RunningServer>> StartServing(IApplicationServer& server,
                                                     const ServingOptions& options) {
   const auto credentials = CredentialsFor(options);
   if (!credentials) return credentials.GetFailure();
-  static const bool pluginsAreThere = [] {
+  static const bool processIsReady = [] {
+    KeepFreedMemory();
     grpc::EnableDefaultHealthCheckService(true);
     grpc::reflection::InitProtoReflectionServerBuilderPlugin();
     return true;
   }();
-  static_cast<void>(pluginsAreThere);
+  static_cast<void>(processIsReady);
 
   auto running = std::make_unique<GrpcServer>(server, options);
   if (!running->Start(options, *credentials)) {
