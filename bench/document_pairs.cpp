@@ -1,5 +1,7 @@
 #include "document_pairs.h"
 
+#include <spdlog/spdlog.h>
+
 #include <memory>
 #include <utility>
 
@@ -43,6 +45,27 @@ Timed WriteByHand(Stage& stage, std::function<std::vector<BareStatement>()> writ
       stage.Empty()();
     });
   };
+}
+
+int RunDocumentBench(const DocumentBench& bench, int argc, char** argv) {
+  constexpr double kPageBudget = 1.3;
+  constexpr int kPageRounds = 61;
+  spdlog::set_level(spdlog::level::warn);
+  std::vector<std::unique_ptr<Stage>> stages;
+  for (const Engine engine : EnginesAtHand()) {
+    for (const std::int64_t size : SizesAsked()) {
+      stages.push_back(std::make_unique<Stage>(bench.open(engine, size)));
+      Stage& stage = *stages.back();
+      const std::string company = "/" + stage.Company().Name();
+      for (const BenchRow& row : bench.rows) {
+        const Pair pair = row.make(stage);
+        AddPair(std::string(row.name) + company, row.budget, row.rounds, pair.ours, pair.bare);
+      }
+      for (const NamedPair& page : bench.pages(stage))
+        AddPair(page.name + company, kPageBudget, kPageRounds, page.pair.ours, page.pair.bare);
+    }
+  }
+  return RunPairs(argc, argv);
 }
 
 }  // namespace orvane::bench

@@ -3,8 +3,6 @@
 // them on the other side; pages of lists in-process against the statement alone. Sizes and places:
 // company.h.
 
-#include <spdlog/spdlog.h>
-
 #include "bare/statements.h"
 #include "contract/purchase_request.h"
 #include "contract/system.h"
@@ -138,7 +136,7 @@ Pair Names(Stage& stage) {
 }
 
 /// One page of the report under a filter.
-Pair Pages(Stage& stage, const ReportPage& filter) {
+Pair PageOf(Stage& stage, const ReportPage& filter) {
   FetchRequest fetch;
   fetch.serverClass = request::kReportClass;
   fetch.provider = request::report::dspResult.name;
@@ -151,6 +149,13 @@ Pair Pages(Stage& stage, const ReportPage& filter) {
       PageOfRequests(filter.byHand));
 }
 
+std::vector<NamedPair> Pages(Stage& stage) {
+  std::vector<NamedPair> pages;
+  for (const ReportPage& filter : ReportPages(stage.Company()))
+    pages.push_back({"Page/" + filter.name, PageOf(stage, filter)});
+  return pages;
+}
+
 constexpr BenchRow kBenches[] = {
     // name                   budget rounds
     {"Load", 2.0, 601, &Loads},
@@ -160,32 +165,11 @@ constexpr BenchRow kBenches[] = {
     {"RowPost", 1.5, 201, &RowPosts},
     {"NamesThatBegin", 2.0, 301, &Names},
 };
-constexpr double kPageBudget = 1.3;
-constexpr int kPageRounds = 61;
+constexpr DocumentBench kBench{&OpenCompany, kBenches, &Pages};
 
 }  // namespace
 }  // namespace orvane::bench
 
 int main(int argc, char** argv) {
-  using namespace orvane;
-  using namespace orvane::bench;
-  spdlog::set_level(spdlog::level::warn);
-  std::vector<std::unique_ptr<Stage>> stages;
-  for (const Engine engine : EnginesAtHand()) {
-    for (const std::int64_t size : SizesAsked()) {
-      stages.push_back(std::make_unique<Stage>(OpenCompany(engine, size)));
-      Stage& stage = *stages.back();
-      for (const BenchRow& row : kBenches) {
-        const Pair pair = row.make(stage);
-        AddPair(std::string(row.name) + "/" + stage.Company().Name(), row.budget, row.rounds,
-                pair.ours, pair.bare);
-      }
-      for (const ReportPage& filter : ReportPages(stage.Company())) {
-        const Pair pair = Pages(stage, filter);
-        AddPair("Page/" + filter.name + "/" + stage.Company().Name(), kPageBudget, kPageRounds,
-                pair.ours, pair.bare);
-      }
-    }
-  }
-  return RunPairs(argc, argv);
+  return orvane::bench::RunDocumentBench(orvane::bench::kBench, argc, argv);
 }

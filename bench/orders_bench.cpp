@@ -2,8 +2,6 @@
 // written by hand: loads, moves and posts over loopback, with the empty calls that carry them on
 // the other side; pages of the report in-process against the statement alone. Sizes: company.h.
 
-#include <spdlog/spdlog.h>
-
 #include "bare/order_statements.h"
 #include "contract/supplier_order.h"
 #include "document_pairs.h"
@@ -151,7 +149,7 @@ std::vector<Filter> Filters(const BenchCompany& company) {
   return filters;
 }
 
-Pair Pages(Stage& stage, const Filter& filter) {
+Pair PageOf(Stage& stage, const Filter& filter) {
   DataPacket packet;
   VariantArray values;
   for (const FieldDef& field : report::kFilter.fields) {
@@ -172,6 +170,13 @@ Pair Pages(Stage& stage, const Filter& filter) {
       PageOfOrders(filter.byHand));
 }
 
+std::vector<NamedPair> Pages(Stage& stage) {
+  std::vector<NamedPair> pages;
+  for (const Filter& filter : Filters(stage.Company()))
+    pages.push_back({"OrderPage/" + filter.name, PageOf(stage, filter)});
+  return pages;
+}
+
 constexpr BenchRow kBenches[] = {
     // name                        budget rounds
     {"OrderLoad", 2.0, 601, &Loads},
@@ -180,32 +185,11 @@ constexpr BenchRow kBenches[] = {
     {"OrderMoveAmongOneInAThousand", 2.0, 601, &MovesAmongOneInAThousand},
     {"OrderRowPost", 1.5, 201, &RowPosts},
 };
-constexpr double kPageBudget = 1.3;
-constexpr int kPageRounds = 61;
+constexpr DocumentBench kBench{&OpenCompanyOfOrders, kBenches, &Pages};
 
 }  // namespace
 }  // namespace orvane::bench
 
 int main(int argc, char** argv) {
-  using namespace orvane;
-  using namespace orvane::bench;
-  spdlog::set_level(spdlog::level::warn);
-  std::vector<std::unique_ptr<Stage>> stages;
-  for (const Engine engine : EnginesAtHand()) {
-    for (const std::int64_t size : SizesAsked()) {
-      stages.push_back(std::make_unique<Stage>(OpenCompanyOfOrders(engine, size)));
-      Stage& stage = *stages.back();
-      for (const BenchRow& row : kBenches) {
-        const Pair pair = row.make(stage);
-        AddPair(std::string(row.name) + "/" + stage.Company().Name(), row.budget, row.rounds,
-                pair.ours, pair.bare);
-      }
-      for (const Filter& filter : Filters(stage.Company())) {
-        const Pair pair = Pages(stage, filter);
-        AddPair("OrderPage/" + filter.name + "/" + stage.Company().Name(), kPageBudget, kPageRounds,
-                pair.ours, pair.bare);
-      }
-    }
-  }
-  return RunPairs(argc, argv);
+  return orvane::bench::RunDocumentBench(orvane::bench::kBench, argc, argv);
 }

@@ -27,6 +27,20 @@ struct HeadFacts {
   bool contractThroughOrders = false;
 };
 
+/// Registers that every head names.
+inline constexpr ReferenceRule kHeadReferences[] = {
+    {"CostCenter", "CostCenters", "CostCenter",
+     "Няма център за разход {CostCenter}. Изберете друг център за разход."},
+    {"Notifier", "Employees", "Employee", "Няма служител {Notifier}. Изберете друг заявител."},
+    {"Supplier", "Partners", "Partner", "Няма доставчик {Supplier}. Изберете друг доставчик."},
+    {"ContractId", "SuppliesContracts", "IdNumber",
+     "Няма договор {ContractId}. Изберете друг договор."},
+    {"KindSupply", "KindSupplies", "Code",
+     "Няма вид покупка {KindSupply}. Изберете друг вид покупка."},
+    {"KindCurrency", "Currencies", "Code",
+     "Няма вид валута {KindCurrency}. Изберете друга валута."},
+};
+
 /// How the heads of a document differ from those of another.
 struct HeadSteps {
   const StoredDocument& document;

@@ -45,18 +45,6 @@ Answer<Done, Setback> AfterHead(WriteContext& context, std::span<PreparedChange>
   return AfterDocumentHead(Steps(), context);
 }
 
-constexpr ReferenceRule kReferences[] = {
-    {"CostCenter", "CostCenters", "CostCenter",
-     "Няма център за разход {CostCenter}. Изберете друг център за разход."},
-    {"Notifier", "Employees", "Employee", "Няма служител {Notifier}. Изберете друг заявител."},
-    {"Supplier", "Partners", "Partner", "Няма доставчик {Supplier}. Изберете друг доставчик."},
-    {"ContractId", "SuppliesContracts", "IdNumber",
-     "Няма договор {ContractId}. Изберете друг договор."},
-    {"KindSupply", "KindSupplies", "Code",
-     "Няма вид покупка {KindSupply}. Изберете друг вид покупка."},
-    {"KindCurrency", "Currencies", "Code",
-     "Няма вид валута {KindCurrency}. Изберете друга валута."},
-};
 constexpr UsedByRule kUsedBy[] = {
     {"POIdNumber", "PurchaseOrderDet", "PurchaseOrderId",
      "Искане за покупка {POIdNumber} има редове. Първо ги изтрийте."},
@@ -69,7 +57,7 @@ constexpr UsedByRule kUsedBy[] = {
 }  // namespace
 
 WriteRules RequestHeadRules() {
-  return {.references = kReferences,
+  return {.references = kHeadReferences,
           .usedBy = kUsedBy,
           .beforeWrite = &BeforeHead,
           .afterWrite = &AfterHead,
