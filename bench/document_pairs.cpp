@@ -13,15 +13,14 @@ Pair LoadPair(Stage& stage, std::function<VariantArray(int round)> load,
   const auto round = std::make_shared<int>(0);
   return {[rows, round, load = std::move(load), rowsOf = std::move(rowsOf)] {
             VariantArray told;
-            load(++*round);
-            const double seconds = Seconds([&] { told = load(*round); });
+            ++*round;
+            const double seconds = SecondsOnceNear([&] { told = load(*round); });
             auto found = rowsOf(told);
             if (!found.empty()) *rows = std::move(found);
             return seconds;
           },
           [&stage, rows] {
-            stage.ByHand().Read(*rows);
-            return Seconds([&] {
+            return SecondsOnceNear([&] {
               stage.ByHand().Read(*rows);
               stage.Empty()();
             });

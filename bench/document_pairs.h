@@ -29,7 +29,6 @@ struct BenchRow {
 
 /// Our load over loopback, and by hand the rows of what it found with an empty call. `rowsOf` reads
 /// the answer; it answers nothing when nothing was found, and the former rows are read again.
-/// Whoever reads rows first pays for bringing them near: each side reads once before it is timed.
 Pair LoadPair(Stage& stage, std::function<VariantArray(int round)> load,
               std::function<std::vector<BareStatement>(const VariantArray& told)> rowsOf);
 

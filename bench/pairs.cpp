@@ -52,6 +52,11 @@ double Seconds(const std::function<void()>& work) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
+double SecondsOnceNear(const std::function<void()>& work) {
+  work();
+  return Seconds(work);
+}
+
 void AddPair(const std::string& name, double budget, int rounds, Timed ours, Timed bare) {
   benchmark::RegisterBenchmark(
       name.c_str(), [name, budget, ours = std::move(ours), bare = std::move(bare)](

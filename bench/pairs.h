@@ -25,5 +25,8 @@ int RunPairs(int argc, char** argv);
 
 /// Seconds that `work` takes.
 double Seconds(const std::function<void()>& work);
+/// The same of work that reads, done once before: whoever reads rows first pays for bringing them
+/// near, and neither side of a pair shall.
+double SecondsOnceNear(const std::function<void()>& work);
 
 }  // namespace orvane::bench

@@ -268,14 +268,15 @@ void Add(Stage& stage, const Source& source, const Question& question) {
       question.budget, question.rounds,
       [&stage, page, round, found, source, &question, caller] {
         page->sql = source.sql + question.asked(source, ++*round) + " ORDER BY " + source.nameAsked;
-        BringNear(stage, question.byHand(source, *round));
-        return Seconds(
+        return SecondsOnceNear(
             [&] { *found = Must(stage.InProcess().Fetch(caller, {*page})).front().rowCount; });
       },
       [&stage, round, found, source, &question] {
         const BareStatement statement = question.byHand(source, *round);
         std::int64_t rows = 0;
-        const double seconds = Seconds([&] { rows = stage.ByHand().Read({&statement, 1}); });
+        const double seconds = SecondsOnceNear([&] {
+          rows = stage.ByHand().Read({&statement, 1});
+        });
         if (std::min<std::int64_t>(rows, 80) != static_cast<std::int64_t>(*found)) {
           std::fprintf(stderr, "bench: %s/%s: %zu rows, %lld by hand\n", source.name.c_str(),
                        std::string(question.name).c_str(), *found, static_cast<long long>(rows));

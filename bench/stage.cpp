@@ -37,8 +37,4 @@ VariantArray Stage::Load(const std::string& login, Nav nav, std::int64_t id) {
                                                      Variant(), login, Variant(), true, false}}));
 }
 
-void BringNear(Stage& stage, const BareStatement& statement) {
-  if (stage.Company().engine == Engine::Postgres) stage.ByHand().Read({&statement, 1});
-}
-
 }  // namespace orvane::bench

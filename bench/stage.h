@@ -46,10 +46,6 @@ class Stage {
   std::map<std::string, std::string> tickets_;
 };
 
-/// Reads what is about to be compared once before: PostgreSQL's buffers serve both sides, and
-/// whoever came first would pay for filling them. SQLite's are each connection's own.
-void BringNear(Stage& stage, const BareStatement& statement);
-
 /// The value; ends the program with the failure's sentence when there is none.
 template <class T>
 T Must(Answer<T> answer) {
