@@ -216,14 +216,20 @@ bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder
   const auto compares = [](const ConditionPtr& condition) {
     return condition->kind == ConditionKind::Compare && condition->parts[1]->IsConstant();
   };
+  // An order that begins with a key has an index whatever else is asked: it serves a common value,
+  // and is walked to its end for a rare one.
+  const Term* first = order.empty() ? nullptr : order.front().value.get();
+  const bool byKey =
+      first != nullptr && first->kind == TermKind::Column && first->column->Is(kKeyColumn);
   const std::vector<ConditionPtr> conditions = RowConditions(select);
   return std::any_of(conditions.begin(), conditions.end(), [&](const ConditionPtr& condition) {
     if (condition->select) {
       const std::vector<ConditionPtr> within = RowConditions(*condition->select);
       return std::any_of(within.begin(), within.end(), compares);
     }
-    const bool range = compares(condition) && condition->sign != "=" && condition->sign != "<>";
-    return range && (order.empty() || !SameTerm(*condition->parts[0], *order.front().value));
+    if (!compares(condition) || condition->sign == "<>") return false;
+    const bool beside = first == nullptr || !SameTerm(*condition->parts[0], *first);
+    return beside && (condition->sign != "=" || byKey);
   });
 }
 

@@ -21,9 +21,9 @@ void ReplaceDistinct(TypedSelect& select);
 /// are alike. With DISTINCT the columns that are read tell rows apart.
 std::vector<TypedOrder> PortionOrder(const TypedSelect& select);
 
-/// Whether one plan cannot serve all values: a range beside the order, or rows elsewhere that have
-/// a value, let through everything or next to nothing, and the portion is then found by walking the
-/// order or by sorting the few.
+/// Whether one plan cannot serve all values: a range beside the order, any value beside the order
+/// of a key, or rows elsewhere that have a value, let through everything or next to nothing, and
+/// the portion is then found by walking the order or by sorting the few.
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order);
 
 }  // namespace orvane::dialect

@@ -16,8 +16,10 @@ namespace order = supplier_order;
 namespace params = supplier_order::get_params;
 using order::get_record::At;
 
+/// Null where nobody decides (kDecidableStatuses): nobody is looked for then.
 constexpr std::string_view kCostCenterOfKept =
-    "(select o.CostCenter from SuppManifacOrder o where o.IdNumber = orvane_kept('DocumentId'))";
+    "(select o.CostCenter from SuppManifacOrder o where o.IdNumber = orvane_kept('DocumentId')"
+    " and o.Status in (1, 3, 4, 5) and o.AnnulOn is null)";
 constexpr std::string_view kApprovalRowsOfKept =
     "select ConfirmationLevel, Approval, Status, ConfirmedFrom from SuppManOrderAdmin"
     " where SuppManOrderId = orvane_kept('DocumentId') order by ConfirmationLevel";
