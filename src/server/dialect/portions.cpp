@@ -217,7 +217,7 @@ bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder
     return condition->kind == ConditionKind::Compare && condition->parts[1]->IsConstant();
   };
   // An order that begins with a key has an index whatever else is asked: it serves a common value,
-  // and is walked to its end for a rare one.
+  // and is walked to its end for a rare one. Of a bit's two values neither is rare.
   const Term* first = order.empty() ? nullptr : order.front().value.get();
   const bool byKey =
       first != nullptr && first->kind == TermKind::Column && first->column->Is(kKeyColumn);
@@ -229,7 +229,8 @@ bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder
     }
     if (!compares(condition) || condition->sign == "<>") return false;
     const bool beside = first == nullptr || !SameTerm(*condition->parts[0], *first);
-    return beside && (condition->sign != "=" || byKey);
+    if (condition->sign != "=") return beside;
+    return beside && byKey && condition->parts[0]->type != ValueKind::Bool;
   });
 }
 
