@@ -7,6 +7,7 @@
 #include "kit/action_table.h"
 #include "kit/columns.h"
 #include "kit/parameters.h"
+#include "kit/register_screen.h"
 #include "kit/shared_key.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/frame/orvane_com.h"
@@ -65,26 +66,19 @@ LookupSetup SupplierOrders() {
       .mask = std::string(kMaskCode9)};
 }
 
-LookupSetup SupplyList() {
-  return {.nameField = "cbName",
-          .nameField2 = "cbName2",
-          .searchFields = {SearchBy("SerialNumber", "Пореден номер"),
-                           SearchBy("cbName", "Име").In(Visibility::fvFirstLang).ByPart(),
-                           SearchBy("cbName2", "Име").In(Visibility::fvSecondLang).ByPart()},
-          .mask = std::string(kMaskCode19)};
-}
-
 }  // namespace
 
 const LiveRow TfPurchaseOrderReport::kLive[] = {
     // action, focus, state, needs, when
     {"acFilter", "diFilter"},
+    // Enter behind the last condition leads to the grid: without rows there F9 still finds.
+    {"acFilter", "gResult", InState::Any, {}, &When<&TfPurchaseOrderReport::HasNoResult>},
     {"acChoose", "gResult", InState::Any, {}, &When<&TfPurchaseOrderReport::HasResult>},
     {"acNew", kAnywhere},
-    {"acSearchByCode", kAtCombo},
-    {"acSearchByName", kAtCombo},
-    {"acSearchByPartName", kAtCombo},
-    {"acNomenclature", kAtCombo},
+    {"acSearchByCode", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acSearchByName", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acSearchByPartName", kAtCombo, InState::Any, {}, &AtSearchableCombo},
+    {"acNomenclature", kAtCombo, InState::Any, {}, &AtComboOfRegister},
 };
 
 TfPurchaseOrderReport::TfPurchaseOrderReport(const FormIdentity& identity)
@@ -112,7 +106,7 @@ void TfPurchaseOrderReport::SetUpLookups() {
   SetUpLookup(cbPartners, Suppliers());
   SetUpLookup(cbNomIn249, core::NomIn());
   SetUpLookup(cbSuppManOrd, SupplierOrders());
-  SetUpLookup(cbBSL, SupplyList());
+  SetUpLookup(cbBSL, core::SupplyList());
   dmPurchaseOrderReport->costCenters.SetParam("Notifier", App().vCurrentEmployee);
   dmPurchaseOrderReport->nomIn249.SetParam("Nom", core::kRequestStatuses);
   const auto choice =
@@ -162,21 +156,16 @@ void TfPurchaseOrderReport::AddOwnActions() {
       {"acFilter", "Справка", KeyCode::F9, &Self::acFilterExecute, "search"},
       {"acChoose", "Избор", KeyCode::F9, &Self::acChooseExecute, "confirm"},
       {"acNew", "Нов избор", KeyCode::F10, &Self::acNewExecute, "new"},
-      {"acSearchByCode", "Търсене", KeyCode::F2, &Self::acSearchByCodeExecute, "search"},
-      {"acSearchByName", "Търсене по име", Shift(KeyCode::F2), &Self::acSearchByNameExecute,
-       "search"},
-      {"acSearchByPartName", "Търсене по част от име", Ctrl(KeyCode::F2),
-       &Self::acSearchByPartNameExecute, "search"},
-      {"acNomenclature", "Номенклатура", Ctrl(KeyCode::F12), &Self::acNomenclatureExecute, "open"},
   };
   AddActions(*this, kActions);
   FindAction("acChoose")->secondShortcut = KeyCode::Enter;
+  const std::vector<std::string> searches =
+      AddLookupActions(*this, {.nomenclature = "Номенклатура"});
   AddHostActions(*this);
-  ribbon = {
-      {"Операции",
-       {{"Операции", {"acFilter", "acChoose", "acNew"}},
-        {"Търсене", {"acSearchByCode", "acSearchByName", "acSearchByPartName", "acNomenclature"}},
-        {"Изход", {"acExit"}}}}};
+  ribbon = {{"Операции",
+             {{"Операции", {"acFilter", "acChoose", "acNew"}},
+              {"Търсене", searches},
+              {"Изход", {"acExit"}}}}};
 }
 
 std::span<const LiveRow> TfPurchaseOrderReport::LiveRows() const {
@@ -227,13 +216,6 @@ void TfPurchaseOrderReport::VisibleColumns() {
     gResult.RemoveColumn(first ? std::string(column) + "2" : std::string(column));
 }
 
-TVosMTCombo& TfPurchaseOrderReport::FocusedCombo() const {
-  Control* control = ActiveControl();
-  TVosMTCombo* combo = control == nullptr ? nullptr : control->ActiveCombo();
-  if (combo == nullptr) throw Abort{};
-  return *combo;
-}
-
 void TfPurchaseOrderReport::acFilterExecute() {
   TVosClientDataSet& filter = dmPurchaseOrderReport->cdsFilter;
   diFilter.FlushChanges();
@@ -267,23 +249,6 @@ void TfPurchaseOrderReport::acNewExecute() {
   VisibleColumns();
   FocusControl(&diFilter);
   diFilter.SetCurrentItem(0);
-}
-
-void TfPurchaseOrderReport::acSearchByCodeExecute() {
-  TVosMTCombo& combo = FocusedCombo();
-  combo.DoSearch(combo.GetLookupField(), false);
-}
-
-void TfPurchaseOrderReport::acSearchByNameExecute() {
-  FocusedCombo().SearchByName();
-}
-
-void TfPurchaseOrderReport::acSearchByPartNameExecute() {
-  FocusedCombo().SearchByPartName();
-}
-
-void TfPurchaseOrderReport::acNomenclatureExecute() {
-  FocusedCombo().OpenNomenclature();
 }
 
 }  // namespace orvane

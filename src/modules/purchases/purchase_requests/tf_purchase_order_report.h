@@ -42,16 +42,12 @@ class TfPurchaseOrderReport : public TVosDBForm {
   void AddOwnActions();
   void VosBaseFormShow();
   void VisibleColumns();
+  bool HasNoResult() const { return !HasResult(); }
   bool HasResult() const { return !dmPurchaseOrderReport->cdsResult.IsEmpty(); }
-  TVosMTCombo& FocusedCombo() const;
 
   void acFilterExecute();
   void acChooseExecute();
   void acNewExecute();
-  void acSearchByCodeExecute();
-  void acSearchByNameExecute();
-  void acSearchByPartNameExecute();
-  void acNomenclatureExecute();
 
   std::unique_ptr<TdmPurchaseOrderReport> dmPurchaseOrderReport;
   TVosMTCombo cbCostCenters, cbKindSupplies, cbPartners, cbNomIn249, cbSuppManOrd, cbBSL;

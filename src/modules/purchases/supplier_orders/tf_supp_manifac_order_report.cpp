@@ -20,21 +20,6 @@ constexpr std::string_view kSupplierGroup = "Доставчик";
 constexpr int kDescriptionLines = 4;
 constexpr SharedKey kF9{KeyCode::F9, {"acRep", "acReturn"}};
 
-LookupSetup Suppliers() {
-  return {.caption = "Търсене - Доставчици",
-          .sql = {"SELECT Partner, Name, Name2, KindSupplyList, KindSupplyChoice",
-                  "FROM Partners {$WN}", "WHERE PartnerTypeSupplier = 1", "{$WA}", "{$O}"},
-          .searchFields = CodeAndNames("Partner"),
-          .mask = std::string(kMaskCode19),
-          .nomenclatureClass = "TfPartners"};
-}
-
-LookupSetup CostCenters() {
-  LookupSetup setup = core::CostCentersOfNotifier();
-  setup.caption = "Търсене - Центрове за разход";
-  return setup;
-}
-
 }  // namespace
 
 const LiveRow TfSuppManifacOrderReport::kLive[] = {
@@ -73,8 +58,8 @@ TfSuppManifacOrderReport::TfSuppManifacOrderReport(const FormIdentity& identity)
 }
 
 void TfSuppManifacOrderReport::SetUpLookups() {
-  SetUpLookup(cbCostCenters, CostCenters());
-  SetUpLookup(cbSuppliers, Suppliers());
+  SetUpLookup(cbCostCenters, core::CostCentersOfNotifier("Търсене - Центрове за разход"));
+  SetUpLookup(cbSuppliers, core::Suppliers());
   SetUpLookup(cbStatus, core::NomInOfLanguage());
   cbStatus.mask = "#";  // an annulled order's is 0
   dmSuppManifacOrderReport->costCenters.SetParam("Notifier", App().vCurrentEmployee);
