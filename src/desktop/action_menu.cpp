@@ -33,8 +33,11 @@ void OpenActionMenu(QWidget& owner, TVosBaseForm& form, const std::vector<std::s
         action->shortcut.IsNone() ? QString() : "\t" + Qs(KeyText(action->shortcut));
     QAction* entry = menu->addAction(QIcon(IconOf(*action)), Qs(action->caption) + key);
     entry->setEnabled(action->enabled);
-    QObject::connect(entry, &QAction::triggered, &owner,
-                     [&form, name] { form.Dispatch(ActionChosen{name}); });
+    // What an action opens runs a loop of its own, in which the closed menu is freed: the action
+    // waits until nothing of the menu is on the stack.
+    QObject::connect(
+        entry, &QAction::triggered, &owner, [&form, name] { form.Dispatch(ActionChosen{name}); },
+        Qt::QueuedConnection);
   }
   menu->popup(at);
 }

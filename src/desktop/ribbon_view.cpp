@@ -132,7 +132,7 @@ void RibbonView::Arrange() {
   groups_.clear();
   items_.clear();
   foldLeft_ = -1;
-  shownGroups_ = 0;
+  folded_.clear();
   if (form_.ribbon.empty()) return;
   const auto& groups = form_.ribbon[static_cast<std::size_t>(tab_)].groups;
   std::vector<int> widths;
@@ -144,13 +144,15 @@ void RibbonView::Arrange() {
   const int room = total <= width() ? width() : width() - kFoldWidth;
   int left = 0;
   for (std::size_t i = 0; i < groups.size(); ++i) {
-    if (left + widths[i] > room) break;
+    if (left + widths[i] > room) {
+      folded_.push_back(static_cast<int>(i));
+      continue;
+    }
     ArrangeGroup(ActionsOf(static_cast<int>(i)), left, items_);
     groups_.push_back({QRect(left, kTabs, widths[i], height() - kTabs), Qs(groups[i].caption)});
     left += widths[i];
-    ++shownGroups_;
   }
-  if (shownGroups_ < static_cast<int>(groups.size())) foldLeft_ = left;
+  if (!folded_.empty()) foldLeft_ = left;
 }
 
 QRect RibbonView::ActionRect(const std::string& action) const {
@@ -161,9 +163,8 @@ QRect RibbonView::ActionRect(const std::string& action) const {
 std::vector<std::string> RibbonView::FoldedActions() const {
   std::vector<std::string> folded;
   if (form_.ribbon.empty()) return folded;
-  const auto groups = form_.ribbon[static_cast<std::size_t>(tab_)].groups.size();
-  for (std::size_t i = static_cast<std::size_t>(shownGroups_); i < groups; ++i) {
-    for (const TAction* action : ActionsOf(static_cast<int>(i)))
+  for (const int group : folded_) {
+    for (const TAction* action : ActionsOf(group))
       folded.push_back(action->name);
   }
   return folded;

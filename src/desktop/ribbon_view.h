@@ -21,6 +21,8 @@ class RibbonView final : public QWidget {
   void Look();
   /// Where an action is clicked; empty when it is folded away or not on the tab shown.
   QRect ActionRect(const std::string& action) const;
+  /// Where the fold is opened; of no use while nothing is folded.
+  QRect FoldRect() const;
   /// Actions in the fold, in order.
   std::vector<std::string> FoldedActions() const;
   QSize sizeHint() const override;
@@ -57,7 +59,6 @@ class RibbonView final : public QWidget {
   int CaptionWidth(const TAction& action);
   std::size_t LookHash() const;
   QRect TabRect(int tab) const;
-  QRect FoldRect() const;
   const Item* ItemAt(const QPoint& at) const;
   void PaintTabs(QPainter& painter);
   void PaintItem(QPainter& painter, const Item& item);
@@ -68,7 +69,7 @@ class RibbonView final : public QWidget {
   int tab_ = 0;
   std::vector<Group> groups_;
   std::vector<Item> items_;
-  int shownGroups_ = 0;  ///< the others are folded
+  std::vector<int> folded_;  ///< groups without room, in order; smaller ones behind may have it
   int foldLeft_ = -1;
   std::size_t seen_ = 0;
   std::string hovered_;

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QMenu>
 
+#include "desktop/ribbon_view.h"
 #include "desktop/screen.h"
 #include "host/dialogs.h"
 
@@ -143,6 +145,44 @@ TEST(DesktopDialogs, TheMenuKeyOffersWhatTheRibbonDoesNotShow) {
   for (const char* caption : {"Печат", "Изход", "Смяна език", "Относно"})
     EXPECT_TRUE(offered.contains(caption)) << caption;
   EXPECT_FALSE(offered.contains("Запис"));
+}
+
+/// Opens a dialog by the entry of a menu that `open` opens. What an action opens runs a loop of its
+/// own: nothing of the menu may be on the stack then.
+void ChooseHelp(Screen& screen, const std::function<void()>& open, const char* caption) {
+  open();
+  QPointer<QMenu> menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_FALSE(menu.isNull());
+  bool told = false;
+  screen.toolkit.onMessage = [&](const MessageDialog&) {
+    told = true;
+    EXPECT_TRUE(menu.isNull());
+    Screen::Inside([&] { PressKey(*screen.toolkit.OpenMessage(), KeyCode::Enter); });
+  };
+  for (QAction* action : menu->actions()) {
+    if (action->text().section('\t', 0, 0) != caption) continue;
+    menu->setActiveAction(action);
+    PressKey(*menu, KeyCode::Enter);
+    break;
+  }
+  QApplication::processEvents();
+  EXPECT_TRUE(told) << caption;
+}
+
+TEST(DesktopDialogs, AnEntryOfAMenuRunsWhenNothingOfTheMenuIsLeft) {
+  Screen screen;
+  screen.View().showNormal();
+  screen.View().resize(300, 600);
+  QApplication::processEvents();
+  ChooseHelp(
+      screen, [&] { screen.Press(Shift(KeyCode::F10)); }, "Относно");
+  TAction& folded = *screen.form->FindAction(screen.View().Ribbon()->FoldedActions().back());
+  folded.always = true;
+  folded.OnExecute = [&screen] { VosMessageDlg(*screen.form, 1, "Проба", "От лентата"); };
+  screen.form->Dispatch(KeyPressed{KeyCode::F6});
+  RibbonView& ribbon = *screen.View().Ribbon();
+  ChooseHelp(
+      screen, [&] { Click(ribbon, ribbon.FoldRect()); }, folded.caption.c_str());
 }
 
 // --- walks
