@@ -24,7 +24,8 @@ inline constexpr std::string_view kLevelsApprovalClass = "TsmLevelsApproval";
 inline constexpr std::string_view kGetCurrentEmployee = "GetCurremtEmployee";
 
 /// TsmLevelsApproval.CountWaiting: no arguments; answer [0] how many documents wait for the asker's
-/// decision today.
+/// decision today, [1] an array of [kind of register, identifier of the first one], one per kind of
+/// which some wait.
 inline constexpr std::string_view kCountWaiting = "CountWaiting";
 
 /// TsmParameters.GetParams: [0] group; answer [0]: an array of [number, text] pairs, one per

@@ -2,8 +2,10 @@
 
 #include <cassert>
 #include <string>
+#include <utility>
 
 #include "data/abort.h"
+#include "packet/link_failure.h"
 
 namespace orvane {
 namespace {
@@ -26,9 +28,7 @@ std::vector<DataPacket> TVosSQLConnection::Fetch(const std::vector<FetchRequest>
   ++session_->calls;
   std::vector<DataPacket> packets = OrThrow(session_->server->Fetch(MakeCaller(), requests));
   if (packets.size() != requests.size()) {
-    throw ServerError{
-        {FailureKind::Internal, "Сървърът не отговори на всички въпроси."}
-    };
+    throw ServerError{{FailureKind::Internal, "Сървърът не отговори на всички въпроси."}};
   }
   return packets;
 }
@@ -40,12 +40,23 @@ Answer<ApplyAnswer> TVosSQLConnection::Apply(const ApplyRequest& request) {
   return session_->server->Apply(MakeCaller(), request);
 }
 
-VariantArray TVosSQLConnection::Call(std::string_view method, VariantArray arguments) {
+Answer<VariantArray> TVosSQLConnection::CallMethod(std::string_view method,
+                                                   VariantArray arguments) {
   assert(session_->server != nullptr);
   Open();
   ++session_->calls;
   const MethodCall call{serverClassName_, std::string(method), std::move(arguments)};
-  return OrThrow(session_->server->Call(MakeCaller(), call));
+  return session_->server->Call(MakeCaller(), call);
+}
+
+VariantArray TVosSQLConnection::Call(std::string_view method, VariantArray arguments) {
+  return OrThrow(CallMethod(method, std::move(arguments)));
+}
+
+VariantArray TVosSQLConnection::Ask(std::string_view method, VariantArray arguments) {
+  Answer<VariantArray> answer = CallMethod(method, std::move(arguments));
+  const bool lost = !answer && answer.GetFailure().kind == FailureKind::OutcomeUnknown;
+  return OrThrow(lost ? Answer<VariantArray>(AnswerIsLost()) : std::move(answer));
 }
 
 }  // namespace orvane

@@ -45,9 +45,13 @@ class TVosSQLConnection {
   Answer<ApplyAnswer> Apply(const ApplyRequest& request);
   /// Calls a method of this server class.
   VariantArray Call(std::string_view method, VariantArray arguments);
+  /// Calls a method that only reads: one whose answer was lost may simply be asked again, so that
+  /// nothing of it is uncertain.
+  VariantArray Ask(std::string_view method, VariantArray arguments);
 
  private:
   Caller MakeCaller() const;
+  Answer<VariantArray> CallMethod(std::string_view method, VariantArray arguments);
 
   ClientSession* session_;
   ScreenPoint point_;

@@ -16,7 +16,10 @@ namespace {
 
 constexpr int kStripHeight = 29;
 constexpr int kStatusHeight = 24;
-constexpr int kSide = 12;  // space at both ends of a strip
+constexpr int kSide = 12;     // space at both ends of a strip
+constexpr int kPartGap = 20;  // between parts of the status bar
+/// Before one brief part goes, all the others are brief.
+constexpr int kBriefWeight = 100;
 
 /// "Демонстрационно дружество · Мария Иванова · Български".
 QString WhereText(const TVosBaseForm& form) {
@@ -26,7 +29,7 @@ QString WhereText(const TVosBaseForm& form) {
   const bool second = !form.FirstLanguage() && !info.userName2.empty();
   QStringList parts;
   for (const std::string& part : {info.companyName, second ? info.userName2 : info.userName,
-                                  app.LanguageName(app.GetLanguageNumber())}) {
+                                  app.LanguageName(form.GetLanguageNumber())}) {
     if (!part.empty()) parts.push_back(Qs(part));
   }
   return parts.join(QStringLiteral(" · "));
@@ -45,6 +48,21 @@ bool IsOnBar(const LayoutNode& node, const std::string& name) {
   if (std::ranges::find(node.actions, name) != node.actions.end()) return true;
   return std::ranges::any_of(node.children,
                              [&](const LayoutNode& child) { return IsOnBar(child, name); });
+}
+
+int WidthOf(const std::string& text) {
+  return ScreenMetrics().horizontalAdvance(Qs(text)) + 1;
+}
+
+/// The part of the least weight takes its brief form; one that has it, or has none, goes.
+void GiveWay(std::vector<StatusPart>& parts) {
+  const auto part = std::ranges::min_element(parts, {}, [](const StatusPart& one) {
+    return one.brief == one.text ? one.weight + kBriefWeight : one.weight;
+  });
+  if (part->brief.empty() || part->brief == part->text)
+    parts.erase(part);
+  else
+    part->text = part->brief;
 }
 
 }  // namespace
@@ -137,22 +155,62 @@ bool TitleStrip::event(QEvent* event) {
 
 StatusLine::StatusLine(TVosBaseForm& form) : form_(form) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  setMouseTracking(true);
+  // The link and the day change by themselves.
+  constexpr int kLookAgainMs = 1'000;
+  startTimer(kLookAgainMs);
 }
 
 QSize StatusLine::sizeHint() const {
-  const QFontMetrics metrics = ScreenMetrics();
-  return {metrics.horizontalAdvance(left_) + metrics.horizontalAdvance(right_) + 4 * kSide,
-          kStatusHeight};
+  int width = 2 * kSide;
+  for (const StatusPart& part : parts_)
+    width += WidthOf(part.text) + kPartGap;
+  return {width, kStatusHeight};
+}
+
+QSize StatusLine::minimumSizeHint() const {
+  return {0, kStatusHeight};
 }
 
 void StatusLine::Look() {
-  const StatusBarText text = StatusBar(form_);
-  const QString left = Qs(text.left);
-  const QString right = Qs(text.right);
-  if (left == left_ && right == right_) return;
-  left_ = left;
-  right_ = right;
+  std::vector<StatusPart> parts = StatusBar(form_);
+  if (parts == parts_) return;
+  parts_ = std::move(parts);
+  Arrange();
   update();
+}
+
+void StatusLine::Arrange() {
+  std::vector<StatusPart> shown = parts_;
+  const auto room = [&shown] {
+    int width = 2 * kSide - kPartGap;
+    for (const StatusPart& part : shown)
+      width += WidthOf(part.text) + kPartGap;
+    return width;
+  };
+  while (shown.size() > 1 && room() > width())
+    GiveWay(shown);
+  places_.clear();
+  int left = kSide;
+  for (const StatusPart& part : shown) {
+    if (part.atRight) continue;
+    places_.push_back({Qs(part.text), QRect(left, 0, WidthOf(part.text), height()), part.action});
+    left += WidthOf(part.text) + kPartGap;
+  }
+  int right = width() - kSide;
+  for (auto part = shown.rbegin(); part != shown.rend(); ++part) {
+    if (!part->atRight) continue;
+    const int taken = WidthOf(part->text);
+    places_.push_back({Qs(part->text), QRect(right - taken, 0, taken, height()), part->action});
+    right -= taken + kPartGap;
+  }
+}
+
+const StatusLine::Place* StatusLine::PlaceAt(const QPoint& at) const {
+  const auto found = std::ranges::find_if(places_, [&at](const Place& place) {
+    return !place.action.empty() && place.rect.contains(at);
+  });
+  return found == places_.end() ? nullptr : &*found;
 }
 
 void StatusLine::paintEvent(QPaintEvent*) {
@@ -160,11 +218,44 @@ void StatusLine::paintEvent(QPaintEvent*) {
   painter.fillRect(rect(), ColorOf(Role::Bar));
   painter.setPen(ColorOf(Role::Line));
   painter.drawLine(rect().topLeft(), rect().topRight());
-  painter.setFont(ScreenFont());
   painter.setPen(ColorOf(Role::Text));
-  const QRect room = rect().adjusted(kSide, 0, -kSide, 0);
-  painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, left_);
-  painter.drawText(room, Qt::AlignRight | Qt::AlignVCenter, right_);
+  for (const Place& place : places_) {
+    QFont font = ScreenFont();
+    font.setUnderline(!place.action.empty());
+    painter.setFont(font);
+    painter.drawText(place.rect, Qt::AlignLeft | Qt::AlignVCenter, place.text);
+  }
+}
+
+void StatusLine::resizeEvent(QResizeEvent*) {
+  Arrange();
+}
+
+void StatusLine::mousePressEvent(QMouseEvent* event) {
+  const Place* place = PlaceAt(event->pos());
+  if (place != nullptr && event->button() == Qt::LeftButton)
+    form_.Dispatch(ActionChosen{std::string(place->action)});
+}
+
+void StatusLine::mouseMoveEvent(QMouseEvent* event) {
+  setCursor(PlaceAt(event->pos()) == nullptr ? Qt::ArrowCursor : Qt::PointingHandCursor);
+}
+
+void StatusLine::timerEvent(QTimerEvent*) {
+  if (isVisible()) Look();
+}
+
+bool StatusLine::event(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const Place* place = PlaceAt(help->pos());
+  const TAction* action = place == nullptr ? nullptr : form_.FindAction(place->action);
+  if (action != nullptr)
+    QToolTip::showText(help->globalPos(),
+                       Qs(action->caption + " (" + KeyText(action->shortcut) + ")"), this);
+  else
+    QToolTip::hideText();
+  return true;
 }
 
 }  // namespace orvane

@@ -40,6 +40,7 @@ class FormView final : public QWidget {
   /// Shows the page that a control stands on; null when it stands on none.
   PageView* PageOf(const Control& control, int* page) const;
   RibbonView* Ribbon() const { return ribbon_; }
+  StatusLine& Status() const { return *status_; }
   /// The widget that keys go to now.
   QWidget& KeyTarget();
 

@@ -186,7 +186,7 @@ class GridPainter {
                      picture_.size.height() - columns_.HeadHeight() - kSpace);
     painter_.setPen(ColorOf(Role::TextDim));
     painter_.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                      Qs(grid_.emptyText));
+                      Qs(grid_.EmptyText()));
   }
 
   QPainter& painter_;

@@ -93,7 +93,7 @@ void QtToolkit::FormChanged(TVosBaseForm& form) {
   FormView* view = ViewOf(form);
   if (view == nullptr) return;
   if (!form.IsClosed()) return view->Refresh();
-  if (view->isHidden()) return;
+  if (view->isHidden()) return freeTimer_.start();
   view->KeepPlace();
   view->hide();
   if (QWidget* next = TopWindow()) next->activateWindow();

@@ -19,9 +19,16 @@ void TellOf(VosApplication& app, TVosBaseForm* owner, const std::string& text) {
   app.Toolkit().ShowMessage(owner, {.kind = 0, .caption = caption, .text = text, .yesNo = false});
 }
 
-std::string ScreenTitle(std::string_view className, const ModulePoint* point) {
-  const bool named = point != nullptr && point->screenClass == className;
-  return named ? point->caption : std::string(className);
+/// The screen as the user knows it from the menu; one that has no place there has no name for him.
+std::string ScreenTitle(const VosApplication& app, std::string_view className) {
+  const auto point = std::ranges::find(app.points, className, &ModulePoint::screenClass);
+  return point == app.points.end() ? "този екран" : "„" + point->caption + "“";
+}
+
+std::string NotAvailable(const VosApplication& app, std::string_view className) {
+  const auto point = std::ranges::find(app.points, className, &ModulePoint::screenClass);
+  return point == app.points.end() ? "Този екран още не е наличен."
+                                   : "Екранът „" + point->caption + "“ още не е наличен.";
 }
 
 /// Number and text of each parameter that has a value.
@@ -121,15 +128,6 @@ Date VosApplication::Today() const {
 
 // --- languages -------------------------------------------------------------------------
 
-void VosApplication::SwitchLanguage() {
-  if (AppNotMultiLang()) return;
-  language_ = language_ == 1 ? 2 : 1;
-  const std::vector<TVosBaseForm*> forms = livingForms_;
-  for (TVosBaseForm* form : forms) {
-    if (std::ranges::find(livingForms_, form) != livingForms_.end()) form->LanguageChanged();
-  }
-}
-
 std::string VosApplication::LanguageName(int number) const {
   const auto& names = session_.info.languageNames;
   const bool known = number >= 1 && static_cast<std::size_t>(number) <= names.size();
@@ -140,7 +138,7 @@ std::string VosApplication::LanguageName(int number) const {
 
 VosApplication::ParamGroup VosApplication::FetchParams(ScreenPoint point, int group) {
   TVosSQLConnection connection(session_, point, system::kParametersClass);
-  const VariantArray answer = connection.Call(system::kGetParams, {Variant(group)});
+  const VariantArray answer = connection.Ask(system::kGetParams, {Variant(group)});
   connection.Close();
   return {ReadPairs(answer), Now()};
 }
@@ -225,15 +223,14 @@ std::unique_ptr<TVosBaseForm> VosApplication::CreateVosForm(TVosBaseForm* opener
                                                             std::string_view className,
                                                             std::int32_t moduleNo,
                                                             std::int32_t pointNo,
-                                                            ModulePoint* point) {
-  const std::string title = ScreenTitle(className, point);
+                                                            ModulePoint* point, int language) {
   if (point != nullptr && !point->access.Has(paOpen)) {
-    TellOf(*this, opener, "Нямате право да отворите „" + title + "“.");
+    TellOf(*this, opener, "Нямате право да отворите " + ScreenTitle(*this, className) + ".");
     return nullptr;
   }
   const FormFactory factory = classes.Find(className);
   if (factory == nullptr) {
-    TellOf(*this, opener, "Екранът „" + title + "“ още не е наличен.");
+    TellOf(*this, opener, NotAvailable(*this, className));
     return nullptr;
   }
   const TPointAccess access = point == nullptr ? TPointAccess() : point->access;
@@ -242,44 +239,58 @@ std::unique_ptr<TVosBaseForm> VosApplication::CreateVosForm(TVosBaseForm* opener
                                                 .moduleNo = moduleNo,
                                                 .pointNo = pointNo,
                                                 .point = point,
-                                                .access = access});
+                                                .access = access,
+                                                .language = language});
   if (form != nullptr) form->SetAccess(access);
   return form;
 }
 
-bool VosApplication::Open(ModulePoint& point) {
+/// A screen that reads while it is created may find the link broken: the user decides how often it
+/// is tried. Null when it cannot be opened; he was told why.
+std::unique_ptr<TVosBaseForm> VosApplication::CreateFromMenu(ModulePoint& point, int language) {
+  for (;;) {
+    try {
+      return CreateVosForm(nullptr, point.screenClass, point.moduleNo, point.number, &point,
+                           language);
+    } catch (const Abort&) {
+      return nullptr;
+    } catch (const ServerError& error) {
+      const auto shown = std::ranges::find_if(livingForms_, &TVosBaseForm::IsShown);
+      const bool ended = error.failure.kind == FailureKind::SessionEnded;
+      const bool again = ended && shown != livingForms_.end()
+                             ? (*shown)->MayReadAgain(error.failure)
+                             : OfferAgain(*this, nullptr, point.caption, error.failure);
+      if (!again) return nullptr;
+    }
+  }
+}
+
+TVosBaseForm* VosApplication::Open(ModulePoint& point, int language) {
   for (const std::unique_ptr<TVosBaseForm>& form : openForms_) {
     if (form->IsClosed() || form->Point() != &point) continue;
     toolkit_.Show(*form);
-    return true;
+    return form.get();
   }
-  std::unique_ptr<TVosBaseForm> form;
-  try {
-    form = CreateVosForm(nullptr, point.screenClass, point.moduleNo, point.number, &point);
-  } catch (const Abort&) {
-    return false;  // the screen told why it cannot open
-  } catch (const ServerError& error) {
-    TellOf(*this, nullptr, FailureText(error.failure));
-    return false;
-  }
-  if (form == nullptr) return false;
+  std::unique_ptr<TVosBaseForm> form = CreateFromMenu(point, language);
+  if (form == nullptr) return nullptr;
   openForms_.push_back(std::move(form));
-  toolkit_.Show(*openForms_.back());
-  return true;
+  TVosBaseForm& opened = *openForms_.back();
+  toolkit_.Show(opened);
+  return opened.IsClosed() ? nullptr : &opened;
 }
 
-bool VosApplication::OpenPoint(std::string_view pointName) {
+TVosBaseForm* VosApplication::OpenPoint(std::string_view pointName, int language) {
   ModulePoint* point = FindPoint(pointName);
-  if (point != nullptr) return Open(*point);
+  if (point != nullptr) return Open(*point, language);
   TellOf(*this, nullptr, "Няма точка „" + std::string(pointName) + "“.");
-  return false;
+  return nullptr;
 }
 
-bool VosApplication::OpenScreen(std::string_view className) {
+TVosBaseForm* VosApplication::OpenScreen(std::string_view className) {
   const auto found = std::ranges::find(points, className, &ModulePoint::screenClass);
-  if (found != points.end()) return Open(*found);
-  TellOf(*this, nullptr, "Екранът „" + std::string(className) + "“ няма място в менюто.");
-  return false;
+  if (found != points.end()) return Open(*found, 0);
+  TellOf(*this, nullptr, NotAvailable(*this, className));
+  return nullptr;
 }
 
 void VosApplication::FreeClosedForms() {

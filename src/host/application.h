@@ -44,6 +44,15 @@ struct ProgramInfo {
   std::string serverName;
 };
 
+/// What waits for the user, for the status bar of every screen; set by the module that knows.
+struct WaitingWork {
+  std::int64_t documents = 0;
+  std::string text;   ///< "2 документа чакат Вас"; empty: nothing waits
+  std::string brief;  ///< the same where there is little room: "2 чакат Вас"
+  /// Leads to where the user decides, from the screen he is in; empty: there is no such place.
+  std::function<void(TVosBaseForm& from)> Open;
+};
+
 /// What a new screen is given by the host or by the screen that opens it.
 struct FormIdentity {
   VosApplication* app = nullptr;
@@ -52,6 +61,7 @@ struct FormIdentity {
   std::int32_t pointNo = 0;
   ModulePoint* point = nullptr;
   TPointAccess access{};
+  int language = 0;  ///< that the screen begins in; 0: its opener's, else the user's
 };
 
 using FormFactory = std::unique_ptr<TVosBaseForm> (*)(const FormIdentity& identity);
@@ -92,10 +102,11 @@ class VosApplication {
   Answer<Done> LogInAgain(std::string_view password);
   void LogOut();
   bool IsLoggedIn() const { return !session_.info.ticket.empty(); }
+  /// Whether the way to the server stands now; asks nothing over it.
+  bool IsConnected() const { return session_.server->IsReachable(); }
 
   ProgramInfo program;
-  /// What waits for the user ("2 документа чакат Вас"), for the status bar; may be empty.
-  std::string waitingText;
+  WaitingWork waiting;
 
   IToolkit& Toolkit() const { return toolkit_; }
   const Clock& TheClock() const { return clock_; }
@@ -108,12 +119,9 @@ class VosApplication {
 
   // --- languages --------------------------------------------------------------------------------
   bool AppNotMultiLang() const { return session_.info.languageNames.size() < 2; }
-  /// Number of the language the user works in, from 1.
-  int GetLanguageNumber() const { return language_; }
-  bool FirstLanguage() const { return language_ == 1; }
-  /// To the other of the first two languages; every form is told. Nothing happens with one
-  /// language.
-  void SwitchLanguage();
+  /// Number of the language that screens begin in for this user, from 1. Each screen has its own
+  /// from then on.
+  int UserLanguage() const { return language_; }
   /// Name of a language, 1 first or 2 second; empty when there is none.
   std::string LanguageName(int number) const;
 
@@ -154,11 +162,12 @@ class VosApplication {
   /// unknown or the point does not hold paOpen; Abort of the constructor passes through.
   std::unique_ptr<TVosBaseForm> CreateVosForm(TVosBaseForm* opener, std::string_view className,
                                               std::int32_t moduleNo, std::int32_t pointNo,
-                                              ModulePoint* point);
-  /// Opens the screen of a point from the menu and keeps it until it closes. False when refused.
-  bool OpenPoint(std::string_view pointName);
+                                              ModulePoint* point, int language = 0);
+  /// Opens the screen of a point from the menu and keeps it until it closes; one that is open comes
+  /// to the front. Null when refused. A new screen begins in `language`, 0 being the user's.
+  TVosBaseForm* OpenPoint(std::string_view pointName, int language = 0);
   /// The same by the name of the screen class.
-  bool OpenScreen(std::string_view className);
+  TVosBaseForm* OpenScreen(std::string_view className);
   const std::vector<std::unique_ptr<TVosBaseForm>>& OpenForms() const { return openForms_; }
   /// Frees forms that were closed; called by toolkits between events.
   void FreeClosedForms();
@@ -178,7 +187,8 @@ class VosApplication {
   friend class TVosBaseForm;
   void TakeSession(SessionInfo info);
   LoginRequest MakeLoginRequest(std::string_view login, std::string_view password) const;
-  bool Open(ModulePoint& point);
+  TVosBaseForm* Open(ModulePoint& point, int language);
+  std::unique_ptr<TVosBaseForm> CreateFromMenu(ModulePoint& point, int language);
   bool CloseAll(const std::vector<TVosBaseForm*>& forms);
   /// Values of a group by number, and when they were read.
   struct ParamGroup {

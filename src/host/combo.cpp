@@ -225,6 +225,14 @@ void TVosMTCombo::SearchByPartName() {
   DoSearch(NameField(), true);
 }
 
+bool TVosMTCombo::HasNomenclature() const {
+  const VosApplication& app = form_.App();
+  if (OnOpenNomenclature) return true;
+  if (app.classes.Find(nomenclatureClass) == nullptr) return false;
+  const auto own = std::ranges::find(app.points, nomenclatureClass, &ModulePoint::screenClass);
+  return own == app.points.end() || own->access.Has(paOpen);
+}
+
 void TVosMTCombo::OpenNomenclature() {
   if (!HasNomenclature()) return;
   Control* host = Host();

@@ -63,8 +63,9 @@ class TVosMTCombo {
   void DoSearch(std::string_view field, bool partial);
   void SearchByName();
   void SearchByPartName();
-  /// Whether there is something behind the list to go to.
-  bool HasNomenclature() const { return !nomenclatureClass.empty() || OnOpenNomenclature; }
+  /// Whether there is something behind the list to go to: a register whose screen exists and that
+  /// the user may open, or what the current code stands for.
+  bool HasNomenclature() const;
   /// Opens the register behind the list. What is changed there is fetched again, and the code
   /// chosen there (TVosBaseForm::chosenCode) goes into the edited field.
   void OpenNomenclature();

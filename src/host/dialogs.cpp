@@ -1,33 +1,45 @@
 #include "host/dialogs.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "host/conflict_form.h"
 #include "host/form.h"
 
 namespace orvane {
 namespace {
 
-/// What a failure says when it brings no sentence of its own, or when the host knows better.
+constexpr int kWarningQuestion = 3;
+
+/// What a failure says when it brings no sentence of its own, or when the host knows better, and
+/// what is to be done then.
 struct FailureRow {
   FailureKind kind;
-  bool ownWordsFirst;  ///< the failure's message is shown when it has one
-  std::string_view text;
+  std::string_view text;  ///< empty: the failure always brings its own
+  std::string_view next = {};
+  std::string_view nextWithTyping = " Въведеното е запазено.";  ///< where something was typed
 };
 
-constexpr FailureRow kFailures[] = {
-    {FailureKind::Refused,        true,  "Сървърът отказа операцията. Въведеното е запазено."                                    },
-    {FailureKind::Conflict,       true,
-     "Записът е променен от друг потребител. Заредете го отново и повторете промяната."                  },
-    {FailureKind::NoRight,        true,  "Нямате право за тази операция."                                                                          },
-    {FailureKind::SessionEnded,   false,
-     "Сесията Ви е приключила. Въведеното е запазено; влезте отново и повторете операцията."         },
-    {FailureKind::LinkDown,       false,
-     "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."                                                },
-    {FailureKind::OutcomeUnknown, false,
-     "Връзката прекъсна и не се знае дали операцията е изпълнена. Въведеното е запазено; "
-     "опитайте отново, промяната няма да се запише два пъти."                                                                   },
-    {FailureKind::BadRequest,     true,  "Сървърът не разбра заявката. Въведеното е запазено."                                   },
-    {FailureKind::Internal,       true,
-     "Грешка в сървъра. Въведеното е запазено; опитайте отново или се обадете на администратора."},
+/// Their own sentence tells all that is to be told.
+constexpr FailureRow kOwnWords[] = {
+    {FailureKind::Refused, "Сървърът отказа операцията."},
+    {FailureKind::Conflict, "Записът е променен от друг потребител.",
+     " Заредете го отново и повторете промяната.", " Заредете го отново и повторете промяната."},
+    {FailureKind::NoRight, "Нямате право за тази операция.", "", ""},
+    {FailureKind::BadRequest, "Сървърът не разбра заявката."},
+    {FailureKind::Internal, "Грешка в сървъра.",
+     " Опитайте отново или се обадете на администратора.",
+     " Въведеното е запазено; опитайте отново или се обадете на администратора."},
+};
+/// What is to be done is added to what happened.
+constexpr FailureRow kOfTheCall[] = {
+    {FailureKind::SessionEnded, "Сесията Ви е приключила.",
+     " Влезте отново и повторете операцията.",
+     " Въведеното е запазено; влезте отново и повторете операцията."},
+    {FailureKind::LinkDown, "", " Опитайте отново.", " Въведеното е запазено; опитайте отново."},
+    {FailureKind::OutcomeUnknown, "Връзката прекъсна и не се знае дали операцията е изпълнена.",
+     " Заредете данните отново и проверете.",
+     " Въведеното е запазено; опитайте отново, промяната няма да се запише два пъти."},
 };
 
 std::string WithoutMark(std::string text) {
@@ -37,10 +49,16 @@ std::string WithoutMark(std::string text) {
   return text;
 }
 
-/// A failure of the call, not of the change: the change stays in the log.
-bool IsOfTheCall(FailureKind kind) {
-  return kind == FailureKind::SessionEnded || kind == FailureKind::LinkDown ||
-         kind == FailureKind::OutcomeUnknown;
+/// The row of a failure of the call, not of the change: the change stays in the log. Null: it is
+/// none.
+const FailureRow* RowOfTheCall(FailureKind kind) {
+  const auto row = std::ranges::find(kOfTheCall, kind, &FailureRow::kind);
+  return row == std::end(kOfTheCall) ? nullptr : &*row;
+}
+
+/// What happened to the call, without what is to be done.
+std::string WordsOf(const FailureRow& row, const Failure& failure) {
+  return row.text.empty() ? WithoutMark(failure.message) : std::string(row.text);
 }
 
 }  // namespace
@@ -57,26 +75,41 @@ bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view te
   return VosMessageDlg(form, 1, caption, text, DialogButtons::YesNo) == kAnswerYes;
 }
 
-std::string FailureText(const Failure& failure) {
-  for (const FailureRow& row : kFailures) {
-    if (row.kind != failure.kind) continue;
-    const bool own = row.ownWordsFirst && !failure.message.empty();
-    return own ? WithoutMark(failure.message) : std::string(row.text);
-  }
-  return WithoutMark(failure.message);
+std::string FailureText(const Failure& failure, Typing typing) {
+  const auto nextOf = [typing](const FailureRow& row) {
+    return typing == Typing::Kept ? row.nextWithTyping : row.next;
+  };
+  if (const FailureRow* row = RowOfTheCall(failure.kind))
+    return WordsOf(*row, failure).append(nextOf(*row));
+  if (!failure.message.empty()) return WithoutMark(failure.message);
+  const auto row = std::ranges::find(kOwnWords, failure.kind, &FailureRow::kind);
+  return std::string(row->text).append(nextOf(*row));
+}
+
+bool OfferAgain(VosApplication& app, TVosBaseForm* owner, std::string_view caption,
+                const Failure& failure) {
+  const FailureRow* row = RowOfTheCall(failure.kind);
+  const bool again = row != nullptr && failure.kind != FailureKind::SessionEnded;
+  const std::string text =
+      again ? WordsOf(*row, failure) + " Желаете ли нов опит?" : FailureText(failure, Typing::None);
+  const int answer = app.Toolkit().ShowMessage(owner, {.kind = again ? kWarningQuestion : 0,
+                                                       .caption = std::string(caption),
+                                                       .text = text,
+                                                       .yesNo = again});
+  return again && answer == kAnswerYes;
 }
 
 ReconcileAction HandleReconcileError(TVosBaseForm& form, TVosClientDataSet& dataSet,
                                      const ReconcileError& error, AfterRefusal afterRefusal) {
-  if (IsOfTheCall(error.failure.kind)) {
-    form.ShowFailure(error.failure);
+  if (RowOfTheCall(error.failure.kind) != nullptr) {
+    form.ShowFailure(error.failure, Typing::Kept);
     return ReconcileAction::Abort;
   }
   // With nothing to lay side by side and nothing to correct, the server's own words tell more.
   const bool told = afterRefusal == AfterRefusal::Cancel && error.present.empty();
   if (error.failure.kind == FailureKind::Conflict && error.kind != ChangeKind::Insert && !told)
     return RunConflictForm(form, dataSet, error);
-  VosMessageDlg(form, 0, form.caption, FailureText(error.failure));
+  VosMessageDlg(form, 0, form.caption, FailureText(error.failure, Typing::Kept));
   // A refused deletion has nothing to correct: the row comes back.
   const bool cancel = afterRefusal == AfterRefusal::Cancel || error.kind == ChangeKind::Delete;
   return cancel ? ReconcileAction::Cancel : ReconcileAction::Correct;

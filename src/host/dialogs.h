@@ -11,6 +11,10 @@
 namespace orvane {
 
 class TVosBaseForm;
+class VosApplication;
+
+/// Whether something that the user typed is there and stays.
+enum class Typing : unsigned char { None, Kept };
 
 enum class DialogButtons : unsigned char { Ok, YesNo };
 
@@ -21,9 +25,14 @@ int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::s
 /// True when a question was answered with Yes.
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text);
 
-/// A failure of the server as the user reads it: what happened, what became of his typing, and what
-/// to do. The refusal mark is dropped.
-std::string FailureText(const Failure& failure);
+/// A failure of the server as the user reads it: what happened, what became of his typing where
+/// there is any, and what to do. The refusal mark is dropped.
+std::string FailureText(const Failure& failure, Typing typing);
+
+/// Tells of a failure to read, over `owner` or whatever is open, and where trying again may help
+/// asks whether to; true for another attempt.
+bool OfferAgain(VosApplication& app, TVosBaseForm* owner, std::string_view caption,
+                const Failure& failure);
 
 /// The host's question before a row is deleted.
 inline constexpr std::string_view _rDeleteCaption = "Изтриване";

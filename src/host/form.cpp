@@ -55,6 +55,13 @@ InState StateOf(const TVosClientDataSet* dataSet) {
   return InState::Inactive;
 }
 
+/// Screens hand their language to those they open.
+int LanguageToBeginIn(const FormIdentity& identity) {
+  if (identity.language != 0) return identity.language;
+  if (identity.opener != nullptr) return identity.opener->GetLanguageNumber();
+  return identity.app->UserLanguage();
+}
+
 bool Holds(InState states, InState state) {
   return (static_cast<int>(states) & static_cast<int>(state)) != 0;
 }
@@ -103,7 +110,11 @@ void CollectControls(const LayoutNode& node, std::vector<Control*>& found) {
 
 TVosBaseForm::TVosBaseForm(const FormIdentity& identity, std::string_view className,
                            std::string_view formCaption)
-    : caption(formCaption), identity_(identity), className_(className), access_(identity.access) {
+    : caption(formCaption),
+      identity_(identity),
+      className_(className),
+      access_(identity.access),
+      language_(LanguageToBeginIn(identity)) {
   App().livingForms_.push_back(this);
 }
 
@@ -144,8 +155,9 @@ void TVosBaseForm::RunGuarded(const std::function<void()>& work) noexcept {
   } catch (const ServerError& error) {
     failure = error.failure;
   } catch (const std::exception& error) {
-    failure = {FailureKind::Internal, std::string("Неочаквана грешка: ") + error.what() +
-                                          ". Въведеното е запазено; повторете операцията."};
+    const std::string next = HasUnsavedTyping() ? ". Въведеното е запазено; повторете операцията."
+                                                : ". Опитайте отново.";
+    failure = {FailureKind::Internal, std::string("Неочаквана грешка: ") + error.what() + next};
   }
   if (!failure) return;
   try {
@@ -157,7 +169,11 @@ void TVosBaseForm::RunGuarded(const std::function<void()>& work) noexcept {
 }
 
 void TVosBaseForm::ShowFailure(const Failure& failure) {
-  VosMessageDlg(*this, 0, caption, FailureText(failure));
+  ShowFailure(failure, HasUnsavedTyping() ? Typing::Kept : Typing::None);
+}
+
+void TVosBaseForm::ShowFailure(const Failure& failure, Typing typing) {
+  VosMessageDlg(*this, 0, caption, FailureText(failure, typing));
   if (failure.kind == FailureKind::SessionEnded) RunLoginAgain(*this);
 }
 
@@ -166,15 +182,39 @@ void TVosBaseForm::Refuse(std::string_view text) {
   throw Abort();
 }
 
+void TVosBaseForm::GoToDocument(std::int64_t id) {
+  RefuseIf(HasUnsavedTyping(), "Първо запишете въведеното или се откажете от него.");
+  ShowDocument(id);
+}
+
 // --- life ------------------------------------------------------------------------------
 
 void TVosBaseForm::BeShown() {
   if (shown_) return;
   shown_ = true;
   RunInGate([this] {
-    RunGuarded([this] { OnShow(); });
-    if (activeControl_ == nullptr) FocusNext();
+    RunGuarded([this] { Read(); });
+    if (!closed_ && activeControl_ == nullptr) FocusNext();
   });
+}
+
+/// What could not be read is no empty screen: it is read again, or the screen is not opened.
+void TVosBaseForm::Read() {
+  for (;;) {
+    try {
+      return OnShow();
+    } catch (const ServerError& error) {
+      if (MayReadAgain(error.failure)) continue;
+      closed_ = true;
+      return;
+    }
+  }
+}
+
+bool TVosBaseForm::MayReadAgain(const Failure& failure) {
+  if (failure.kind != FailureKind::SessionEnded) return OfferAgain(App(), this, caption, failure);
+  VosMessageDlg(*this, 0, caption, FailureText(failure, Typing::None));
+  return RunLoginAgain(*this);
 }
 
 bool TVosBaseForm::HasUnsavedTyping() const {
@@ -204,8 +244,10 @@ void TVosBaseForm::ShowModal() {
   App().Toolkit().ShowModal(*this);
 }
 
-void TVosBaseForm::LanguageChanged() {
-  RunInGate([this] { OnLanguageChanged(); });
+void TVosBaseForm::SwitchLanguage() {
+  if (App().AppNotMultiLang()) return;
+  language_ = FirstLanguage() ? 2 : 1;
+  OnLanguageChanged();
 }
 
 // --- actions ---------------------------------------------------------------------------

@@ -19,6 +19,7 @@
 #include "host/action.h"
 #include "host/application.h"
 #include "host/control.h"
+#include "host/dialogs.h"
 #include "host/layout.h"
 
 namespace orvane {
@@ -107,7 +108,11 @@ class TVosBaseForm {
   /// An event of the form is being handled: the form must not be freed now.
   bool IsBusy() const { return gateDepth_ > 0; }
   /// Tells the user of a failure; after an ended session the same user may log in again here.
+  void ShowFailure(const Failure& failure, Typing typing);
+  /// The same; what became of the typing is what HasUnsavedTyping says.
   void ShowFailure(const Failure& failure);
+  /// Tells why reading failed; true when it shall be tried again.
+  bool MayReadAgain(const Failure& failure);
 
   // --- life -------------------------------------------------------------------------------------
   /// First showing: OnShow, first focus. Called by the toolkit before it draws.
@@ -155,10 +160,13 @@ class TVosBaseForm {
   std::string FocusName() const;
 
   // --- language ---------------------------------------------------------------------------------
+  /// Number of the language that the screen works in, from 1; the screens it opens begin in it.
+  int GetLanguageNumber() const { return language_; }
   /// True when the screen works in the first language.
-  bool FirstLanguage() const { return App().FirstLanguage(); }
-  /// The application's language was switched.
-  void LanguageChanged();
+  bool FirstLanguage() const { return language_ == 1; }
+  /// To the other of the first two languages, on this screen alone. Nothing happens where there is
+  /// one language.
+  void SwitchLanguage();
 
   // --- messages ---------------------------------------------------------------------------------
   /// Error with the form's caption, then Abort.
@@ -166,6 +174,10 @@ class TVosBaseForm {
   void RefuseIf(bool condition, std::string_view text) {
     if (condition) Refuse(text);
   }
+
+  /// To the document of that identifier, on a screen that shows documents. Refused while something
+  /// typed is not saved yet.
+  void GoToDocument(std::int64_t id);
 
   /// Text of the left half of the status bar beside the connection.
   virtual std::string StatusText() const;
@@ -182,6 +194,8 @@ class TVosBaseForm {
   /// Keys that neither an action nor the control used.
   virtual bool HandleFormKey(KeyStroke) { return false; }
   virtual void OnLanguageChanged() {}
+  /// Shows the document of that identifier, where the screen shows documents.
+  virtual void ShowDocument(std::int64_t) {}
   /// Before the form closes; may throw Abort.
   virtual void OnClose() {}
   /// Whether closing would lose something the user typed. By default: a row in edit of the main
@@ -192,6 +206,7 @@ class TVosBaseForm {
 
  private:
   friend class Control;
+  void Read();
   void Handle(const Event& event);
   void HandleKey(KeyStroke key);
   void HandlePointed(const Pointed& event);
@@ -214,17 +229,24 @@ class TVosBaseForm {
   Control* focusTarget_ = nullptr;
   bool leaving_ = false;
   int gateDepth_ = 0;
+  int language_ = 1;
   bool shown_ = false;
   bool closed_ = false;
 };
 
-/// The status bar's two halves: "● Свързан: 127.0.0.1:8011   5 реда" and what waits, help key,
-/// date.
-struct StatusBarText {
-  std::string left;
-  std::string right;
+/// A part of the status bar. Where there is no room for all, those of the least weight give way
+/// first: to their brief form, or whole where they have none.
+struct StatusPart {
+  std::string text;
+  std::string brief = {};
+  int weight = 0;
+  bool atRight = false;
+  std::string action = {};  ///< chosen by a click on the part; empty: it only tells
+
+  bool operator==(const StatusPart&) const = default;
 };
-StatusBarText StatusBar(const TVosBaseForm& form);
+/// "● Свързан: 127.0.0.1:8011", "5 реда"; at the right what waits, help key, date.
+std::vector<StatusPart> StatusBar(const TVosBaseForm& form);
 
 /// Identity of a dialog over a form: the form's own, with the form as opener.
 FormIdentity DialogIdentity(TVosBaseForm& owner);

@@ -155,6 +155,14 @@ void TVosDBGrid::FetchAtEnd() {
   if (DataSet().RecNo() + 1 >= DataSet().RecordCount()) NearEnd();
 }
 
+bool TVosDBGrid::CanAppend() const {
+  return DataSet().Active() && canInsert && (!readOnly || insertWhenReadOnly);
+}
+
+std::string_view TVosDBGrid::EmptyText() const {
+  return DataSet().Active() ? std::string_view(emptyText) : "Данните не са прочетени.";
+}
+
 void TVosDBGrid::AppendRow() {
   CommitEditor();
   if (IsUntouchedInsert()) return;
@@ -210,27 +218,27 @@ struct TVosDBGrid::KeyRow {
 };
 
 const TVosDBGrid::KeyRow TVosDBGrid::kKeys[] = {
-    {KeyCode::Enter,        &TVosDBGrid::EnterKey    },
-    {KeyCode::Tab,          &TVosDBGrid::TabKey      },
-    {Shift(KeyCode::Tab),   &TVosDBGrid::BackKey     },
-    {KeyCode::Left,         &TVosDBGrid::LeftKey     },
-    {KeyCode::Right,        &TVosDBGrid::RightKey    },
-    {KeyCode::Home,         &TVosDBGrid::HomeKey     },
-    {KeyCode::End,          &TVosDBGrid::EndKey      },
-    {KeyCode::Up,           &TVosDBGrid::UpKey       },
-    {KeyCode::Down,         &TVosDBGrid::DownKey     },
-    {KeyCode::PageUp,       &TVosDBGrid::PageUpKey   },
-    {KeyCode::PageDown,     &TVosDBGrid::PageDownKey },
-    {Ctrl(KeyCode::Home),   &TVosDBGrid::FirstKey    },
-    {Ctrl(KeyCode::End),    &TVosDBGrid::LastKey     },
-    {KeyCode::Insert,       &TVosDBGrid::InsertKey   },
+    {KeyCode::Enter, &TVosDBGrid::EnterKey},
+    {KeyCode::Tab, &TVosDBGrid::TabKey},
+    {Shift(KeyCode::Tab), &TVosDBGrid::BackKey},
+    {KeyCode::Left, &TVosDBGrid::LeftKey},
+    {KeyCode::Right, &TVosDBGrid::RightKey},
+    {KeyCode::Home, &TVosDBGrid::HomeKey},
+    {KeyCode::End, &TVosDBGrid::EndKey},
+    {KeyCode::Up, &TVosDBGrid::UpKey},
+    {KeyCode::Down, &TVosDBGrid::DownKey},
+    {KeyCode::PageUp, &TVosDBGrid::PageUpKey},
+    {KeyCode::PageDown, &TVosDBGrid::PageDownKey},
+    {Ctrl(KeyCode::Home), &TVosDBGrid::FirstKey},
+    {Ctrl(KeyCode::End), &TVosDBGrid::LastKey},
+    {KeyCode::Insert, &TVosDBGrid::InsertKey},
     {Ctrl(KeyCode::Delete), &TVosDBGrid::DeleteRowKey},
-    {KeyCode::Delete,       &TVosDBGrid::ClearCell   },
-    {KeyCode::Backspace,    &TVosDBGrid::ClearCell   },
-    {KeyCode::Space,        &TVosDBGrid::SpaceKey    },
-    {KeyCode::F2,           &TVosDBGrid::OpenForEdit },
-    {Alt(KeyCode::Down),    &TVosDBGrid::DropList    },
-    {KeyCode::Escape,       &TVosDBGrid::EscapeKey   },
+    {KeyCode::Delete, &TVosDBGrid::ClearCell},
+    {KeyCode::Backspace, &TVosDBGrid::ClearCell},
+    {KeyCode::Space, &TVosDBGrid::SpaceKey},
+    {KeyCode::F2, &TVosDBGrid::OpenForEdit},
+    {Alt(KeyCode::Down), &TVosDBGrid::DropList},
+    {KeyCode::Escape, &TVosDBGrid::EscapeKey},
 };
 
 bool TVosDBGrid::HandleKey(KeyStroke key) {
@@ -395,7 +403,7 @@ bool TVosDBGrid::EscapeKey() {
 std::size_t TVosDBGrid::LookHash() const {
   LookHasher hasher;
   hasher.Add(FieldControl::LookHash()).Add(static_cast<std::size_t>(CurrentColumn()));
-  hasher.Add(static_cast<std::size_t>(fixedCols)).Add(emptyText);
+  hasher.Add(static_cast<std::size_t>(fixedCols)).Add(EmptyText());
   for (const GridColumn& column : columns) {
     hasher.Add(column.field).Add(column.title).Add(column.group);
     hasher.Add(static_cast<std::size_t>(column.width)).Add(column.readOnly ? 1U : 0U);

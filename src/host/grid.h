@@ -64,7 +64,10 @@ class TVosDBGrid : public FieldControl {
   void GoToRow(std::size_t position);
   /// A new row behind the last one; nothing happens where rows may not be inserted.
   void AppendRow();
-  bool CanAppend() const { return canInsert && (!readOnly || insertWhenReadOnly); }
+  bool CanAppend() const;
+  /// What stands in place of the rows while there are none. Rows that could not be read are not
+  /// rows that are not there: nobody is invited to enter the first one.
+  std::string_view EmptyText() const;
   /// Whether the current cell may be typed into.
   bool CanEditCell() const { return CanEditCurrent(); }
   /// The title of a field's column without line breaks, for messages; the field's label when the

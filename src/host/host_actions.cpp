@@ -8,6 +8,8 @@
 namespace orvane {
 namespace {
 
+constexpr std::string_view kWaitingAction = "acWaiting";
+
 constexpr std::string_view kGeneralHelp =
     "Enter – към следващото поле или клетка\n"
     "Tab, Shift+Tab – към следващото или предишното\n"
@@ -40,6 +42,12 @@ void ShowAbout(TVosBaseForm& form) {
                     app.Info().companyName);
 }
 
+/// Where the user decides what waits for him.
+void OpenWaiting(TVosBaseForm& form) {
+  const auto open = form.App().waiting.Open;
+  if (open) open(form);
+}
+
 struct HostAction {
   std::string_view name;
   std::string_view caption;
@@ -49,29 +57,38 @@ struct HostAction {
 };
 
 constexpr HostAction kHostActions[] = {
-    {"acExit",                  "Изход",                       Alt(KeyCode::F4),    "exit",  [](TVosBaseForm& form) { form.Close(); }                                     },
-    {"acHelp",                  "Помощ",                       KeyCode::F1,         "help",  &ShowHelp                                                                    },
-    {"acFormHelp",              "Помощ за формата",   Ctrl(KeyCode::F1),   "help",  &ShowFormHelp                                                                },
-    {"acLanguage",
-     "Смяна език",                                         {},
-     "language",                                                                                  [](TVosBaseForm& form) { form.App().SwitchLanguage(); }                      },
+    {"acExit", "Изход", Alt(KeyCode::F4), "exit", [](TVosBaseForm& form) { form.Close(); }},
+    {"acHelp", "Помощ", KeyCode::F1, "help", &ShowHelp},
+    {"acFormHelp", "Помощ за формата", Ctrl(KeyCode::F1), "help", &ShowFormHelp},
+    {"acLanguage", "Смяна език", {}, "language", [](TVosBaseForm& form) { form.SwitchLanguage(); }},
     {"acCalculator", "Калкулатор", CtrlAlt(KeyCode::K), "", &RunCalculator},
-    {"acAbout",                 "Относно",                   {},                  "about", &ShowAbout                                                                   },
-    {"acStayOnTop",             "Винаги отгоре",        CtrlAlt(KeyCode::T), "",
-     [](TVosBaseForm& form) { form.stayOnTop = !form.stayOnTop; }                                                                                                              },
+    {"acAbout", "Относно", {}, "about", &ShowAbout},
+    {"acStayOnTop", "Винаги отгоре", CtrlAlt(KeyCode::T), "",
+     [](TVosBaseForm& form) { form.stayOnTop = !form.stayOnTop; }},
     {"acMin",
-     "Минимизиране",                                    {},
-     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Minimize; }     },
+     "Минимизиране",
+     {},
+     "",
+     [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Minimize; }},
     {"acMax",
-     "Максимизиране",                                  {},
-     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Maximize; }     },
+     "Максимизиране",
+     {},
+     "",
+     [](TVosBaseForm& form) { form.windowRequest = WindowRequest::Maximize; }},
     {"acResetFormPosition",
-     "Първоначална позиция на формата", {},
-     "",                                                                                          [](TVosBaseForm& form) { form.windowRequest = WindowRequest::ResetPosition; }},
+     "Първоначална позиция на формата",
+     {},
+     "",
+     [](TVosBaseForm& form) { form.windowRequest = WindowRequest::ResetPosition; }},
     {"acQuickApplicationClose",
-     "Затваряне на програмата",                {},
-     "",                                                                                          [](TVosBaseForm& form) { form.App().CloseProgram(); }                        },
+     "Затваряне на програмата",
+     {},
+     "",
+     [](TVosBaseForm& form) { form.App().CloseProgram(); }},
 };
+
+constexpr HostAction kWaitingRow = {kWaitingAction, "Документи, които чакат Вас", KeyCode::F12,
+                                    "open", &OpenWaiting};
 
 TAction& AddHostAction(TVosBaseForm& form, const HostAction& row) {
   TAction action;
@@ -96,12 +113,28 @@ const TVosDBGrid* CountedGrid(const TVosBaseForm& form) {
   return nullptr;
 }
 
-constexpr std::string_view kGap = "     ";
+/// What gives way first where the status bar is narrow.
+enum StatusWeight : int { kHelpWeight, kDayWeight, kTextWeight, kLinkWeight, kWaitingWeight };
 
-void AddPart(std::string& text, std::string_view part) {
-  if (part.empty()) return;
-  if (!text.empty()) text += kGap;
-  text += part;
+/// Where the server is, and whether it can be reached now.
+StatusPart LinkPart(const VosApplication& app) {
+  const std::string& server = app.program.serverName;
+  if (!app.IsConnected())
+    return {server.empty() ? "○ Няма връзка" : "○ Няма връзка: " + server, "○ Няма връзка",
+            kLinkWeight};
+  return {"● Свързан: " + (server.empty() ? std::string("този компютър") : server), "●",
+          kLinkWeight};
+}
+
+/// What waits, and the key that leads there.
+StatusPart WaitingPart(const TVosBaseForm& form) {
+  const WaitingWork& waiting = form.App().waiting;
+  StatusPart part{waiting.text, waiting.brief, kWaitingWeight, true};
+  const TAction* way = form.FindAction(kWaitingAction);
+  if (way == nullptr || part.text.empty()) return part;
+  part.text += " (" + KeyText(way->shortcut) + ")";
+  part.action = way->name;
+  return part;
 }
 
 }  // namespace
@@ -109,6 +142,8 @@ void AddPart(std::string& text, std::string_view part) {
 void AddHostActions(TVosBaseForm& form) {
   for (const HostAction& row : kHostActions)
     AddHostAction(form, row);
+  // A screen over another one is closed before the user goes elsewhere.
+  if (form.Identity().opener == nullptr) AddHostAction(form, kWaitingRow);
   if (form.App().AppNotMultiLang()) {
     TAction& language = *form.FindAction("acLanguage");
     language.always = false;
@@ -129,18 +164,15 @@ std::string TVosBaseForm::StatusText() const {
   return count + (rows == 1 ? " ред" : " реда");
 }
 
-StatusBarText StatusBar(const TVosBaseForm& form) {
+std::vector<StatusPart> StatusBar(const TVosBaseForm& form) {
   const VosApplication& app = form.App();
-  StatusBarText bar;
-  const std::string& server = app.program.serverName;
-  if (!app.IsLoggedIn())
-    bar.left = "○ Няма връзка";
-  else
-    bar.left = "● Свързан: " + (server.empty() ? std::string("този компютър") : server);
-  AddPart(bar.left, form.StatusText());
-  AddPart(bar.right, app.waitingText);
-  AddPart(bar.right, form.FindAction("acHelp") != nullptr ? "F1 Помощ" : "");
-  AddPart(bar.right, app.Today().ToText());
+  std::vector<StatusPart> bar = {LinkPart(app), {form.StatusText(), {}, kTextWeight}};
+  bar.push_back(WaitingPart(form));
+  if (form.FindAction("acHelp") != nullptr)
+    bar.push_back({"F1 Помощ", {}, kHelpWeight, true, "acHelp"});
+  // The company's day is known once somebody has logged in.
+  if (app.IsLoggedIn()) bar.push_back({app.Today().ToText(), {}, kDayWeight, true});
+  std::erase_if(bar, [](const StatusPart& part) { return part.text.empty(); });
   return bar;
 }
 

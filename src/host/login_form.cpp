@@ -16,9 +16,7 @@ constexpr auto Description = String("Description", 200, Plain, "Описание
 constexpr std::string_view kTitle = "Вход";
 constexpr std::string_view kAgainTitle = "Вход отново";
 
-constexpr LiveRow kLive[] = {
-    {"acLogIn", kAnywhere}
-};
+constexpr LiveRow kLive[] = {{"acLogIn", kAnywhere}};
 
 class TfVosLogin : public TVosBaseForm {
  public:
@@ -38,8 +36,8 @@ class TfVosLogin : public TVosBaseForm {
     if (sameUser) cdsLogin_[Login].Set(App().UserName());
     lCompany_.text = greeting.companyName;
     diLogin_.items = {
-        {.field = "Login",    .label = "Потребител", .readOnly = sameUser,       .required = true},
-        {.field = "Password", .label = "Парола",         .kind = ItemKind::Password, .required = true},
+        {.field = "Login", .label = "Потребител", .readOnly = sameUser, .required = true},
+        {.field = "Password", .label = "Парола", .kind = ItemKind::Password, .required = true},
     };
     ListUsers(greeting.demonstrationUsers);
     TAction logIn;
@@ -51,14 +49,13 @@ class TfVosLogin : public TVosBaseForm {
     logIn.OnExecute = [this] { acLogInExecute(); };
     AddAction(std::move(logIn));
     AddDialogExit(*this);
-    ribbon = {
-        {"Вход", {{"Вход", {"acLogIn", "acExit"}}}}
-    };
+    ribbon = {{"Вход", {{"Вход", {"acLogIn", "acExit"}}}}};
     layout = ColumnOf({Of(lCompany_), Of(diLogin_), Of(lUsers_), Of(gUsers_, 1)});
   }
 
   bool LoggedIn() const { return loggedIn_; }
 
+  /// Until somebody is logged in there are no rows to count.
   std::string StatusText() const override { return {}; }
 
  protected:
@@ -76,9 +73,9 @@ class TfVosLogin : public TVosBaseForm {
     }
     cdsUsers_.First();
     gUsers_.columns = {
-        {.field = "Login",       .width = 12, .title = "Потребител"},
-        {.field = "Password",    .width = 16, .title = "Парола"        },
-        {.field = "Description", .width = 60, .title = "Описание"    },
+        {.field = "Login", .width = 12, .title = "Потребител"},
+        {.field = "Password", .width = 16, .title = "Парола"},
+        {.field = "Description", .width = 60, .title = "Описание"},
     };
     gUsers_.readOnly = true;
     gUsers_.visible = !users.empty() && !sameUser_;
@@ -111,7 +108,7 @@ class TfVosLogin : public TVosBaseForm {
     const Answer<Done> answer =
         sameUser_ ? App().LogInAgain(password) : App().LogIn(cdsLogin_[Login].AsString(), password);
     if (!answer) {
-      VosMessageDlg(*this, 0, caption, FailureText(answer.GetFailure()));
+      VosMessageDlg(*this, 0, caption, FailureText(answer.GetFailure(), Typing::None));
       diLogin_.FocusField(Password.name);
       return;
     }
@@ -134,13 +131,10 @@ class TfVosLogin : public TVosBaseForm {
 }  // namespace
 
 bool RunLogin(VosApplication& app) {
-  const Answer<Greeting> greeting = app.Greet();
-  if (!greeting) {
-    app.Toolkit().ShowMessage(nullptr, {.kind = 0,
-                                        .caption = std::string(kTitle),
-                                        .text = FailureText(greeting.GetFailure()),
-                                        .yesNo = false});
-    return false;
+  Answer<Greeting> greeting = app.Greet();
+  while (!greeting) {
+    if (!OfferAgain(app, nullptr, kTitle, greeting.GetFailure())) return false;
+    greeting = app.Greet();
   }
   TfVosLogin dialog({.app = &app}, *greeting, false);
   dialog.ShowModal();

@@ -6,9 +6,7 @@ namespace {
 constexpr auto Name = String("Name", 60, Key);
 constexpr auto Caption = String("Caption", 100, Plain, "Екран");
 
-constexpr LiveRow kLive[] = {
-    {"acOpen", "gPoints"}
-};
+constexpr LiveRow kLive[] = {{"acOpen", "gPoints"}};
 
 }  // namespace
 
@@ -17,9 +15,7 @@ TfVosShell::TfVosShell(VosApplication& app)
       cdsPoints_("cdsPoints", {Name, Caption}),
       dsPoints_(cdsPoints_),
       gPoints_(*this, "gPoints", dsPoints_) {
-  gPoints_.columns = {
-      {.field = "Caption", .width = 60, .title = "Екран"}
-  };
+  gPoints_.columns = {{.field = "Caption", .width = 60, .title = "Екран"}};
   gPoints_.fixedCols = 0;
   gPoints_.readOnly = true;
   gPoints_.emptyText =
@@ -32,12 +28,10 @@ TfVosShell::TfVosShell(VosApplication& app)
   open.OnExecute = [this] { OpenCurrent(); };
   AddAction(std::move(open));
   AddHostActions(*this);
-  ribbon = {
-      {"Операции",
-       {{"Екран", {"acOpen"}},
-        {"Помощ", {"acHelp", "acLanguage", "acAbout"}},
-        {"Изход", {"acExit"}}}}
-  };
+  ribbon = {{"Операции",
+             {{"Екран", {"acOpen"}},
+              {"Помощ", {"acHelp", "acLanguage", "acAbout"}},
+              {"Изход", {"acExit"}}}}};
   layout = ColumnOf({Of(gPoints_, 1)});
 }
 
@@ -69,7 +63,7 @@ void TfVosShell::OnClose() {
 }
 
 void TfVosShell::OpenCurrent() {
-  if (!cdsPoints_.IsEmpty()) App().OpenPoint(cdsPoints_[Name].AsString());
+  if (!cdsPoints_.IsEmpty()) App().OpenPoint(cdsPoints_[Name].AsString(), GetLanguageNumber());
 }
 
 }  // namespace orvane

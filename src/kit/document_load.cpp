@@ -10,7 +10,7 @@ namespace orvane {
 
 void CallOperations(TVosSQLConnection& connection, std::string_view method, VariantArray& data) {
   ConnectionScope scope(&connection);
-  data = connection.Call(method, std::move(data));
+  data = connection.Ask(method, std::move(data));
 }
 
 LoadTold ReadLoadTold(const VariantArray& answer, std::size_t codeAt, std::size_t foundAt) {

@@ -12,8 +12,8 @@
 
 namespace orvane {
 
-/// Calls a method of a document's own class: `data` gives way to the answer. The connection is open
-/// while the call runs.
+/// Asks a method of a document's own class that only reads: `data` gives way to the answer. The
+/// connection is open while the call runs.
 void CallOperations(TVosSQLConnection& connection, std::string_view method, VariantArray& data);
 
 /// Whether and where a load found its document.

@@ -1,5 +1,6 @@
 #include "kit/master_detail.h"
 
+#include "data/abort.h"
 #include "data/connection_scope.h"
 #include "host/form.h"
 
@@ -25,8 +26,20 @@ void MasterDetail::Refetch() {
   const Variant key = master_.FieldByName(fields_.masterKey).Value();
   const ConnectionScope scope(detail_.Connection());
   detail_.SetParam(fields_.param, key);
-  detail_.Open();
+  Read();
   shown_ = key;
+}
+
+/// Rows that could not be read leave the detail closed: it must not look as if there were none.
+void MasterDetail::Read() {
+  for (;;) {
+    try {
+      return detail_.Open();
+    } catch (const ServerError& error) {
+      detail_.Close();
+      if (!form_.MayReadAgain(error.failure)) throw Abort();
+    }
+  }
 }
 
 void MasterDetail::Scrolled() {

@@ -30,8 +30,8 @@ class MasterDetail {
   MasterDetail(const MasterDetail&) = delete;
   MasterDetail& operator=(const MasterDetail&) = delete;
 
-  /// The details that are shown are out of date: the master's next move fetches them anew, also when
-  /// it comes to the same row. For masters that are about to be fetched themselves.
+  /// The details that are shown are out of date: the master's next move fetches them anew, also
+  /// when it comes to the same row. For masters that are about to be fetched themselves.
   void MakeStale() { shown_ = Variant(); }
   /// For BeforePost of a detail: a new one belongs to the master's current row.
   void Adopt();
@@ -44,6 +44,7 @@ class MasterDetail {
   /// Fetches the details of the master's current row (one call); without a row, or for one that is
   /// being entered, there are none and nothing is asked.
   void Refetch();
+  void Read();
   bool HasMaster() const;
 
   TVosBaseForm& form_;

@@ -20,6 +20,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "kit/approval_decisions.h"
+#include "kit/waiting.h"
 
 namespace orvane {
 
@@ -69,7 +70,9 @@ void AddFaces(FormClass& form, const Face<FormClass> (&faces)[N]) {
     action.shortcut = face.key;
     action.icon = face.icon;
     action.OnExecute = [&form, &face] {
-      if (ConfirmedOperation(form, face.caption, face.question)) (form.*face.run)(face.move);
+      if (!ConfirmedOperation(form, face.caption, face.question)) return;
+      const TurnCounted counted(form.App(), [&form] { return form.MayDecide(); });
+      (form.*face.run)(face.move);
     };
     form.AddAction(std::move(action));
   }
@@ -98,7 +101,9 @@ void AddDecisionFaces(FormClass& form, const DecisionFace<FormClass> (&faces)[N]
     action.shortcut = face.key;
     action.icon = face.icon;
     action.OnExecute = [&form, &face, run] {
-      if (ConfirmedOperation(form, face.caption, face.question)) (form.*run)(face.decision);
+      if (!ConfirmedOperation(form, face.caption, face.question)) return;
+      const TurnCounted counted(form.App(), [&form] { return form.MayDecide(); });
+      (form.*run)(face.decision);
     };
     form.AddAction(std::move(action));
   }

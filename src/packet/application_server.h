@@ -118,6 +118,8 @@ class IApplicationServer {
   virtual Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) = 0;
   /// The answer array's shape belongs to the method.
   virtual Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) = 0;
+  /// Whether the way to the server stands, as far as is known without asking anything over it.
+  virtual bool IsReachable() const { return true; }
 };
 
 }  // namespace orvane

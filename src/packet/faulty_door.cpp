@@ -129,4 +129,9 @@ Answer<VariantArray> FaultyDoor::Call(const Caller& caller, const MethodCall& ca
   return Through<VariantArray>(Verb::Call, [&] { return behind_.Call(caller, call); });
 }
 
+bool FaultyDoor::IsReachable() const {
+  const std::lock_guard lock(mutex_);
+  return !stopped_ && behind_.IsReachable();
+}
+
 }  // namespace orvane

@@ -64,6 +64,7 @@ class FaultyDoor final : public IApplicationServer {
                                         const std::vector<FetchRequest>& requests) override;
   Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override;
   Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override;
+  bool IsReachable() const override;
 
  private:
   enum class Fate : std::uint8_t { Pass, Shut, LoseRequest, LoseAnswer };

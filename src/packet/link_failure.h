@@ -1,6 +1,7 @@
 #pragma once
 
-// The two failures of a link, in the same words wherever a link may break.
+// The failures of a link, in the same words wherever a link may break. What to do next is added by
+// whoever shows them.
 
 #include "packet/failure.h"
 
@@ -8,7 +9,12 @@ namespace orvane {
 
 /// The request did not reach the server, or it was a question and may simply be asked again.
 inline Failure LinkIsDown() {
-  return {FailureKind::LinkDown, "Няма връзка със сървъра. Опитайте отново."};
+  return {FailureKind::LinkDown, "Няма връзка със сървъра."};
+}
+
+/// The answer to a question was lost, or the user stopped waiting for it: nothing came of it.
+inline Failure AnswerIsLost() {
+  return {FailureKind::LinkDown, "Отговорът на сървъра не дойде докрай."};
 }
 
 /// The answer to a write was lost; the write may stand.

@@ -4,6 +4,7 @@
 #include <grpcpp/grpcpp.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <utility>
@@ -121,6 +122,17 @@ class RemoteServer::Link {
       : options_(std::move(options)), credentials_(std::move(credentials)) {}
 
   const RemoteOptions& Options() const { return options_; }
+
+  /// On the way from one state to another the former answer holds: a link that rested is taken up
+  /// again without ever having been lost.
+  bool IsUp() {
+    const std::lock_guard lock(mutex_);
+    if (!channel_) return up_;
+    const auto state = channel_->GetState(true);
+    if (state == GRPC_CHANNEL_READY) up_ = !silent_;
+    if (state == GRPC_CHANNEL_TRANSIENT_FAILURE || state == GRPC_CHANNEL_SHUTDOWN) up_ = false;
+    return up_;
+  }
   void SetPump(std::function<bool()> pump) { options_.pump = std::move(pump); }
 
   /// `Start` is the generated function of the verb that starts a call on a queue.
@@ -131,7 +143,7 @@ class RemoteServer::Link {
     }
     Waiting waiting(options_.pump);
     const std::shared_ptr<grpc::Channel> channel = Connected(waiting);
-    if (!channel) return waiting.Stopped() ? Cancelled() : LinkIsDown();
+    if (!channel) return waiting.Stopped() ? Cancelled() : Told(LinkIsDown());
 
     grpc::ClientContext context;
     context.set_wait_for_ready(false);
@@ -145,7 +157,8 @@ class RemoteServer::Link {
     grpc::Status status;
     reader->Finish(&reply, &status, this);
     waiting.ForEvent([&] { context.TryCancel(); });
-    if (!status.ok()) return FailureOf(verb, status);
+    silent_ = status.error_code() == grpc::StatusCode::DEADLINE_EXCEEDED;
+    if (!status.ok()) return Told(FailureOf(verb, status));
     if (reply.has_failure()) return wire::DecodeFailure(*reply.mutable_failure());
     Value value;
     if (wire::Decode(reply, value)) return value;
@@ -154,6 +167,13 @@ class RemoteServer::Link {
   }
 
  private:
+  /// A link that is down is told with the address it leads to.
+  Failure Told(Failure failure) const {
+    if (failure == LinkIsDown())
+      failure.message = "Няма връзка със сървъра " + options_.address + ".";
+    return failure;
+  }
+
   /// A channel over which a server was reached; null when none is. A request is sent only over such
   /// a one, so that before it nothing can have arrived.
   std::shared_ptr<grpc::Channel> Connected(Waiting& waiting) {
@@ -186,6 +206,8 @@ class RemoteServer::Link {
   const std::shared_ptr<grpc::ChannelCredentials> credentials_;
   std::mutex mutex_;
   std::shared_ptr<grpc::Channel> channel_;
+  bool up_ = false;
+  std::atomic<bool> silent_ = false;  ///< the last call was not answered in time
 };
 
 RemoteServer::RemoteServer(std::unique_ptr<Link> link) : link_(std::move(link)) {}
@@ -207,6 +229,10 @@ Answer<std::unique_ptr<RemoteServer>> RemoteServer::Open(RemoteOptions options) 
   if (!credentials) credentials = grpc::SslCredentials(ssl);
   auto link = std::make_unique<Link>(std::move(options), std::move(credentials));
   return std::unique_ptr<RemoteServer>(new RemoteServer(std::move(link)));
+}
+
+bool RemoteServer::IsReachable() const {
+  return link_->IsUp();
 }
 
 void RemoteServer::SetPump(std::function<bool()> pump) {

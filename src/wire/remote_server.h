@@ -53,6 +53,8 @@ class RemoteServer final : public IApplicationServer {
                                         const std::vector<FetchRequest>& requests) override;
   Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override;
   Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override;
+  /// What the channel knows; it goes on trying to connect by itself.
+  bool IsReachable() const override;
 
  private:
   class Link;

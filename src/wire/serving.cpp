@@ -31,7 +31,7 @@ Failure Damaged() {
 
 /// Nothing was carried out, so that the client may simply ask again.
 Failure Busy() {
-  return {FailureKind::LinkDown, "Сървърът е зает с други заявки. Опитайте отново."};
+  return {FailureKind::LinkDown, "Сървърът е зает с други заявки."};
 }
 
 Failure TooLong() {

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <set>
 
+#include "desktop/form_parts.h"
 #include "desktop/grid_view.h"
 #include "desktop/inspector_view.h"
 #include "desktop/ribbon_view.h"
@@ -83,6 +84,36 @@ TEST(DesktopLook, TheRibbonCutsNothingAtAnyWidth) {
     for (const std::string& folded : ribbon.FoldedActions())
       EXPECT_TRUE(found.insert(folded).second) << folded;
     EXPECT_EQ(found, all) << width;
+  }
+}
+
+TEST(DesktopLook, TheStatusBarCutsNothingAndTellsWhatWaitsAtEveryWidth) {
+  Screen screen;
+  screen.app.program.serverName = "orders.example.bg:8011";
+  int led = 0;
+  screen.app.waiting = {112, "112 документа чакат Вас", "112 чакат Вас",
+                        [&](TVosBaseForm&) { ++led; }};
+  StatusLine& status = screen.View().Status();
+  status.Look();
+  for (int width = 110; width <= 1600; width += 7) {
+    status.resize(width, status.height());
+    const StatusLine::Place* waiting = nullptr;
+    QRect former;
+    std::vector<StatusLine::Place> places = status.Places();
+    std::ranges::sort(places, {}, [](const auto& place) { return place.rect.left(); });
+    for (const StatusLine::Place& place : places) {
+      EXPECT_GE(place.rect.width(), ScreenMetrics().horizontalAdvance(place.text)) << width;
+      EXPECT_TRUE(former.isNull() || place.rect.left() > former.right()) << width;
+      EXPECT_GE(place.rect.left(), 0) << width;
+      EXPECT_LT(place.rect.right(), width) << width;
+      former = place.rect;
+      if (place.text.startsWith("112 ")) waiting = &place;
+    }
+    ASSERT_NE(waiting, nullptr) << width;
+    if (width % 5 != 0) continue;
+    const int before = led;
+    Click(status, waiting->rect);
+    EXPECT_EQ(led, before + 1) << width;
   }
 }
 

@@ -50,16 +50,16 @@ TEST_F(ApplicationTest, LoggingInTakesRightsLanguageAndCompanyDay) {
   EXPECT_EQ(host.app.FindPoint(2)->access, TPointAccess(paOpen));
   EXPECT_EQ(host.app.FindPoint("Structure")->access, TPointAccess());
   EXPECT_EQ(host.app.Today().ToText(), "05.03.2026");
-  EXPECT_TRUE(host.app.FirstLanguage());
+  EXPECT_EQ(host.app.UserLanguage(), 1);
   host.server.session.userLanguage = 2;
   host.LogIn();
-  EXPECT_EQ(host.app.GetLanguageNumber(), 2);
+  EXPECT_EQ(host.app.UserLanguage(), 2);
   EXPECT_EQ(host.app.LanguageName(2), "English");
   EXPECT_EQ(host.app.LanguageName(3), "");
   host.server.session.languageNames = {"Български"};
   host.LogIn();
   EXPECT_TRUE(host.app.AppNotMultiLang());
-  EXPECT_EQ(host.app.GetLanguageNumber(), 1) << "there is no second language to work in";
+  EXPECT_EQ(host.app.UserLanguage(), 1) << "there is no second language to work in";
 }
 
 TEST_F(ApplicationTest, AWrongPasswordLeavesTheSessionAsItWas) {
@@ -72,11 +72,11 @@ TEST_F(ApplicationTest, AWrongPasswordLeavesTheSessionAsItWas) {
   EXPECT_EQ(host.server.logOuts, 1);
 }
 
-TEST_F(ApplicationTest, LoggingInAgainKeepsTheLanguageTheUserWorksIn) {
-  host.app.SwitchLanguage();
+TEST_F(ApplicationTest, LoggingInAgainKeepsTheLanguagesOfScreensAndTakesTheRights) {
+  TVosBaseForm& screen = *host.app.OpenPoint("Departments", 2);
   host.server.session.points = {{1, 1}};
   ASSERT_TRUE(host.app.LogInAgain(host.server.password).Ok());
-  EXPECT_FALSE(host.app.FirstLanguage());
+  EXPECT_EQ(screen.GetLanguageNumber(), 2);
   EXPECT_EQ(host.app.FindPoint("Departments")->access, TPointAccess(paOpen));
 }
 
@@ -158,9 +158,11 @@ TEST_F(ApplicationTest, AScreenOpensOnlyWithTheRightAndOnlyWhenThereIsOne) {
       {"Nowhere", "Няма точка „Nowhere“.", false},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(host.app.OpenPoint(row.point), row.opens) << row.point;
+    EXPECT_EQ(host.app.OpenPoint(row.point) != nullptr, row.opens) << row.point;
     EXPECT_EQ(host.toolkit.TakeMessage(), row.message);
   }
+  EXPECT_EQ(host.app.CreateVosForm(nullptr, "TfCostCenters", 11, 1, nullptr), nullptr);
+  EXPECT_EQ(host.toolkit.TakeMessage(), "Този екран още не е наличен.");
   ASSERT_EQ(host.app.OpenForms().size(), 1U);
   const TVosBaseForm& form = *host.app.OpenForms()[0];
   EXPECT_EQ(form.Access(), TPointAccess::FromBits(15));

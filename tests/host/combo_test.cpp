@@ -68,7 +68,7 @@ TEST(ComboTest, TypingNarrowsTheList) {
 
 TEST(ComboTest, TheListSpeaksTheLanguageOfTheForm) {
   AtUnit at;
-  at.host.app.SwitchLanguage();
+  at.screen->SwitchLanguage();
   at.See("'kil'");
   EXPECT_EQ(at.List(), "10  kilogram|11  kilometre");
 }
@@ -175,7 +175,10 @@ TEST(ComboTest, TheRegisterBehindTheListHandsItsChoiceBack) {
     return std::unique_ptr<TVosBaseForm>(new UnitsRegister(identity));
   });
   screen.lookupUnits.dlgSQL = {"SELECT Code, Name, Name2", "FROM Measures", "{$W}", "{$O}"};
+  screen.cbUnits.nomenclatureClass = "TfElsewhere";
+  EXPECT_FALSE(screen.cbUnits.HasNomenclature()) << "no such screen";
   screen.cbUnits.nomenclatureClass = "TfUnits";
+  EXPECT_TRUE(screen.cbUnits.HasNomenclature());
   DataPacket fresh;
   fresh.AddColumn("Code", ValueKind::Int16);
   fresh.AppendRow(std::vector<Variant>{12});

@@ -83,7 +83,7 @@ TEST_F(DialogsTest, ARefusedChangeIsToldAndAnsweredByItsKind) {
        Cancel,
        "Ниво 2 вече е одобрено."},
       {ChangeKind::Update,
-       {FailureKind::LinkDown, "x"},
+       {FailureKind::LinkDown, "Няма връзка със сървъра."},
        AfterRefusal::Cancel,
        Abort,
        "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."},
@@ -260,6 +260,7 @@ TEST_F(SearchTest, FieldsAreOfferedByTheLanguageOfTheScreen) {
         row.multi ? Names{"Български", "English"} : Names{"Български"};
     host.server.session.userLanguage = row.first ? 1 : 2;
     host.LogIn();
+    if (form->FirstLanguage() != row.first) form->SwitchLanguage();
     Run([&](TVosBaseForm& dialog) {
       Names columns, items;
       for (const GridColumn& column : Result(dialog).columns)
@@ -394,6 +395,15 @@ TEST(Login, GivingUpOrNoServerIsNoLogin) {
   });
   EXPECT_FALSE(RunLogin(host.app));
   EXPECT_FALSE(host.app.IsLoggedIn());
+
+  const Failure down{FailureKind::LinkDown, "Няма връзка със сървъра 127.0.0.1:8011."};
+  host.server.greetFailures = {down, down};
+  host.toolkit.answers = {kAnswerYes, kAnswerNo};
+  EXPECT_FALSE(RunLogin(host.app));
+  EXPECT_TRUE(host.server.greetFailures.empty());
+  ASSERT_EQ(host.toolkit.messages.size(), 2U);
+  EXPECT_EQ(host.toolkit.messages[1].text,
+            "Няма връзка със сървъра 127.0.0.1:8011. Желаете ли нов опит?");
 }
 
 class MenuScreen : public TVosBaseForm {

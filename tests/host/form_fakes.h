@@ -22,6 +22,8 @@ class FakeServer final : public IApplicationServer {
   SessionInfo session;
   std::string password = "вярна";
   Greeting greeting;
+  std::deque<Failure> greetFailures;  ///< of the first greetings
+  bool reachable = true;
   std::vector<LoginRequest> logins;
   std::vector<FetchRequest> fetches;
   std::vector<MethodCall> methodCalls;
@@ -29,7 +31,13 @@ class FakeServer final : public IApplicationServer {
   std::function<Answer<VariantArray>(const MethodCall&)> onCall;
   int logOuts = 0;
 
-  Answer<Greeting> Greet() override { return greeting; }
+  Answer<Greeting> Greet() override {
+    if (greetFailures.empty()) return greeting;
+    const Failure failure = greetFailures.front();
+    greetFailures.pop_front();
+    return failure;
+  }
+  bool IsReachable() const override { return reachable; }
 
   Answer<SessionInfo> LogIn(const LoginRequest& request) override {
     logins.push_back(request);

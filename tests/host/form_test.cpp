@@ -52,14 +52,14 @@ class Spot : public Control {
 bool SwitchIsOn(const TVosBaseForm& form);
 
 constexpr LiveRow kTable[] = {
-    {"acAnywhere",        kAnywhere      },
-    {            "acLeft",             "left"               },
-    {   "acDelete", "left",        InState::NotInsert, paDelete},
-    {            "acDelete",            "right", InState::Insert, {}},
-    {          "acSearch",          kAtCombo       },
-    {  "acOfCombo",           "cbUser"               },
-    {     "acWhen",       kAnywhere,                InState::Any, paEdit, &SwitchIsOn},
-    { "acSave",            kAnywhere,       InState::Editing},
+    {"acAnywhere", kAnywhere},
+    {"acLeft", "left"},
+    {"acDelete", "left", InState::NotInsert, paDelete},
+    {"acDelete", "right", InState::Insert, {}},
+    {"acSearch", kAtCombo},
+    {"acOfCombo", "cbUser"},
+    {"acWhen", kAnywhere, InState::Any, paEdit, &SwitchIsOn},
+    {"acSave", kAnywhere, InState::Editing},
 };
 
 class Screen : public TVosBaseForm {
@@ -136,25 +136,20 @@ TEST_F(FormTest, WhateverAnEventThrowsEndsAtTheGateWithItsMessage) {
     std::string_view message;  ///< "0 messages": silence
   };
   const auto fails = [](FailureKind kind, std::string text) {
-    return [kind, text] {
-      throw ServerError{
-          {kind, text}
-      };
-    };
+    return [kind, text] { throw ServerError{{kind, text}}; };
   };
   const Row rows[] = {
-      {[] { throw Abort(); },                                         "0 messages"                                                        },
-      {fails(FailureKind::LinkDown,                                   "timeout"),
-       "Няма връзка със сървъра. Въведеното е запазено; опитайте отново."},
-      {fails(FailureKind::NoRight,                                                             "Нямате право да четете дирекции."),
+      {[] { throw Abort(); }, "0 messages"},
+      {fails(FailureKind::LinkDown, "Заявката беше прекъсната."),
+       "Заявката беше прекъсната. Опитайте отново."},
+      {fails(FailureKind::NoRight, "Нямате право да четете дирекции."),
        "Нямате право да четете дирекции."},
-      {fails(FailureKind::NoRight, ""),                                                                     "Нямате право за тази операция."},
-      {fails(FailureKind::Refused,                                                          "!!Err_Искане 7 е анулирано."), "Искане 7 е анулирано."},
-      {fails(FailureKind::OutcomeUnknown,                                    "deadline"),
-       "Връзката прекъсна и не се знае дали операцията е изпълнена. Въведеното е запазено; "
-       "опитайте отново, промяната няма да се запише два пъти."},
-      {[] { throw std::runtime_error("xyz"); },
-       "Неочаквана грешка: xyz. Въведеното е запазено; повторете операцията."                                                                                                },
+      {fails(FailureKind::NoRight, ""), "Нямате право за тази операция."},
+      {fails(FailureKind::Refused, "!!Err_Искане 7 е анулирано."), "Искане 7 е анулирано."},
+      {fails(FailureKind::OutcomeUnknown, "deadline"),
+       "Връзката прекъсна и не се знае дали операцията е изпълнена. Заредете данните отново и "
+       "проверете."},
+      {[] { throw std::runtime_error("xyz"); }, "Неочаквана грешка: xyz. Опитайте отново."},
   };
   for (const Row& row : rows) {
     host.toolkit.changes = 0;
@@ -177,14 +172,9 @@ TEST_F(FormTest, AnEndedSessionIsReplacedByTheSameUserAndTheScreenStaysOpen) {
     Press(login, KeyCode::F9);
   });
   host.app.vCurrentEmployee = Variant(1204);
-  screen->RunInGate([] {
-    throw ServerError{
-        {FailureKind::SessionEnded, "expired"}
-    };
-  });
+  screen->RunInGate([] { throw ServerError{{FailureKind::SessionEnded, "expired"}}; });
   EXPECT_EQ(host.toolkit.TakeMessage(),
-            "Сесията Ви е приключила. Въведеното е запазено; влезте отново и повторете "
-            "операцията.");
+            "Сесията Ви е приключила. Влезте отново и повторете операцията.");
   ASSERT_EQ(host.server.logins.size(), 2U);
   EXPECT_EQ(host.server.logins[1].login, "ivanova");
   EXPECT_EQ(host.app.Info().ticket, "билет 2");
@@ -213,10 +203,7 @@ TEST_F(FormTest, AnEventMayAskAndBeEnteredAgainMeanwhile) {
 
 TEST_F(FormTest, LiveActionsFollowFocusStateRightsAndConditionInEveryCombination) {
   const TPointAccess accesses[] = {
-      paOpen, {paOpen,    paEdit},
-       {      paOpen, paDelete      },
-       { paOpen, paEdit,       paDelete}
-  };
+      paOpen, {paOpen, paEdit}, {paOpen, paDelete}, {paOpen, paEdit, paDelete}};
   enum Focus { None, Left, Right, LeftCombo };
   for (const TPointAccess access : accesses) {
     for (const Focus focus : {None, Left, Right, LeftCombo}) {
@@ -333,9 +320,9 @@ TEST_F(FormTest, ARuleOfTheOldControlKeepsTheFocus) {
     bool refuses;
   };
   const Row rows[] = {
-      {"the editor's text is not complete", [] {},                                        true },
-      {"leaving aborts",                    [] { throw Abort(); },                        false},
-      {"leaving asks for the focus back",   [&] { screen->FocusControl(&screen->left); }, false},
+      {"the editor's text is not complete", [] {}, true},
+      {"leaving aborts", [] { throw Abort(); }, false},
+      {"leaving asks for the focus back", [&] { screen->FocusControl(&screen->left); }, false},
   };
   for (const Row& row : rows) {
     screen->left.refuses = false;
@@ -364,10 +351,7 @@ TEST_F(FormTest, OnlyThePageThatIsShownTakesPartInTheOrder) {
   Spot first(*screen, "first", screen->notes);
   Spot second(*screen, "second", screen->notes);
   TPageControl pages(*screen, "pages");
-  pages.pages = {
-      {"a", "А", &first },
-      {"b", "Б", &second}
-  };
+  pages.pages = {{"a", "А", &first}, {"b", "Б", &second}};
   screen->layout = ColumnOf({Of(screen->left), Of(pages)});
   screen->FocusControl(&screen->left);
   screen->FocusNext();
@@ -445,13 +429,78 @@ TEST_F(FormTest, WithOneLanguageThereIsNoSwitch) {
   EXPECT_FALSE(screen->Execute("acLanguage"));
 }
 
+TEST_F(FormTest, WhatWasTypedIsSaidToBeKeptOnlyWhereSomethingWasTyped) {
+  const auto fail = [&](FailureKind kind) {
+    screen->RunInGate([kind] { throw ServerError{{kind, "Няма връзка със сървъра."}}; });
+    return host.toolkit.TakeMessage();
+  };
+  screen->cds.Append();
+  screen->cds[Text].Set("въведено");
+  EXPECT_EQ(fail(FailureKind::LinkDown),
+            "Няма връзка със сървъра. Въведеното е запазено; опитайте отново.");
+  EXPECT_EQ(fail(FailureKind::OutcomeUnknown),
+            "Връзката прекъсна и не се знае дали операцията е изпълнена. Въведеното е запазено; "
+            "опитайте отново, промяната няма да се запише два пъти.");
+  screen->RunInGate([] { throw std::runtime_error("xyz"); });
+  EXPECT_EQ(host.toolkit.TakeMessage(),
+            "Неочаквана грешка: xyz. Въведеното е запазено; повторете операцията.");
+  screen->cds.Cancel();
+  EXPECT_EQ(fail(FailureKind::LinkDown), "Няма връзка със сървъра. Опитайте отново.");
+}
+
+TEST_F(FormTest, WhatCouldNotBeReadIsReadAgainOrTheScreenIsNotOpened) {
+  int reads = 0;
+  screen->onShow = [&reads] {
+    if (++reads < 3) throw ServerError{{FailureKind::LinkDown, "Няма връзка със сървъра."}};
+  };
+  host.toolkit.answers = {kAnswerYes, kAnswerYes};
+  screen->BeShown();
+  EXPECT_EQ(reads, 3);
+  EXPECT_EQ(host.toolkit.messages.size(), 2U);
+  EXPECT_EQ(host.toolkit.messages[0].text, "Няма връзка със сървъра. Желаете ли нов опит?");
+  EXPECT_FALSE(screen->IsClosed());
+  EXPECT_EQ(screen->ActiveControl(), &screen->left);
+
+  Screen other(host);
+  other.onShow = [] { throw ServerError{{FailureKind::NoRight, ""}}; };
+  host.toolkit.messages.clear();
+  other.BeShown();
+  EXPECT_EQ(host.toolkit.TakeMessage(), "Нямате право за тази операция.");
+  EXPECT_TRUE(other.IsClosed());
+}
+
+TEST_F(FormTest, ALanguageIsTheScreensOwnAndIsHandedToWhatItOpens) {
+  Screen other(host);
+  screen->SwitchLanguage();
+  EXPECT_EQ(screen->TakeNotes(), (Notes{"language"}));
+  EXPECT_TRUE(other.FirstLanguage());
+  TVosBaseForm opened(DialogIdentity(*screen), "TfOpened", "Отворен");
+  EXPECT_EQ(opened.GetLanguageNumber(), 2);
+  opened.SwitchLanguage();
+  EXPECT_EQ(screen->GetLanguageNumber(), 2);
+}
+
 TEST_F(FormTest, TheStatusBarTellsServerRowsAndDay) {
   host.app.program.serverName = "127.0.0.1:8011";
-  host.app.waitingText = "2 документа чакат Вас";
+  host.app.waiting.text = "2 документа чакат Вас";
+  TVosBaseForm* ledFrom = nullptr;
+  host.app.waiting.Open = [&ledFrom](TVosBaseForm& from) { ledFrom = &from; };
   AddHostActions(*screen);
-  const StatusBarText bar = StatusBar(*screen);
-  EXPECT_EQ(bar.left, "● Свързан: 127.0.0.1:8011");
-  EXPECT_EQ(bar.right, "2 документа чакат Вас     F1 Помощ     05.03.2026");
+  screen->RefreshActions();
+  const auto bar = [this] {
+    std::string text;
+    for (const StatusPart& part : StatusBar(*screen))
+      text += (part.atRight ? ">" : "<") + part.text + (part.action.empty() ? "" : "!");
+    return text;
+  };
+  EXPECT_EQ(bar(), "<● Свързан: 127.0.0.1:8011>2 документа чакат Вас (F12)!>F1 Помощ!>05.03.2026");
+  Press(*screen, KeyCode::F12);
+  EXPECT_EQ(ledFrom, screen.get());
+  host.server.reachable = false;
+  host.app.waiting.text.clear();
+  EXPECT_EQ(bar(), "<○ Няма връзка: 127.0.0.1:8011>F1 Помощ!>05.03.2026");
+  host.app.LogOut();
+  EXPECT_EQ(bar(), "<○ Няма връзка: 127.0.0.1:8011>F1 Помощ!") << "whose day is it?";
 }
 
 TEST(Keys, WhatIsWrittenIsReadBack) {

@@ -116,19 +116,57 @@ TEST(ModuleStart, OpensTheLevelsPointForTheQuestionOnly) {
   }
 }
 
+TEST(ModuleStart, ABrokenLinkIsToldAndTriedAgainWhileTheUserWants) {
+  TestServer server(Engine::Sqlite);
+  server.AddUser("ivanova");
+  FaultyDoor door(server.Server());
+  ScriptedToolkit toolkit;
+  VosApplication app(door, toolkit, server.Time());
+  RegisterOrvaneModule(app);
+  ASSERT_TRUE(app.LogIn("ivanova", TestServer::PasswordOf("ivanova")));
+  door.Stop();
+  EXPECT_EQ(StartOrvaneModule(app), nullptr);
+  const std::vector<MessageDialog> messages = toolkit.TakeMessages();
+  ASSERT_EQ(messages.size(), 1U);
+  EXPECT_EQ(messages.front().caption, "Управление на покупките");
+  EXPECT_EQ(messages.front().text, "Няма връзка със сървъра. Желаете ли нов опит?");
+  door.Start();
+  toolkit.answerWithoutWalk = kAnswerYes;
+  for (int call = 1; call <= 3; ++call) {
+    door.BreakCall(call, LinkBreak::AfterCall);
+    EXPECT_NE(StartOrvaneModule(app), nullptr) << call;
+    for (const MessageDialog& message : toolkit.TakeMessages())
+      EXPECT_EQ(message.text, "Отговорът на сървъра не дойде докрай. Желаете ли нов опит?");
+  }
+}
+
 TEST(ModuleStart, RegistersEveryScreenClassInOrder) {
   TestServer server(Engine::Sqlite);
   server.AddUser("ivanova");
   Screen screen(server);
-  const std::vector<std::string> expected = {
-      "TfOrvaneMain",           "TfDepartment",          "TfKindSupplies",
-      "TfEmployeesFinSupp",     "TfOrvaneParameters",    "TfStructure",
-      "TfStructureDeputies",    "TfLevelsApproval",      "TfCapExPlan",
-      "TfDeliveries",           "TfSuppManifacOrder",    "TfAdmissibleNotifiers",
-      "TfSuppliesContracts",    "TfPurchaseOrder",       "TfRegisterSuppInvoice",
-      "TfPurchaseOrderReport",  "TfSuppDocConfirm",      "TfQuestionInitEvalMap",
-      "TfInitialEvaluationMap", "TfPeriodEvaluationMap", "TfCriteriaEvalSupp",
-      "TfEvalCommitteeSupp"};
+  const std::vector<std::string> expected = {"TfOrvaneMain",
+                                             "TfDepartment",
+                                             "TfKindSupplies",
+                                             "TfEmployeesFinSupp",
+                                             "TfOrvaneParameters",
+                                             "TfStructure",
+                                             "TfStructureDeputies",
+                                             "TfLevelsApproval",
+                                             "TfCapExPlan",
+                                             "TfDeliveries",
+                                             "TfSuppManifacOrder",
+                                             "TfAdmissibleNotifiers",
+                                             "TfSuppliesContracts",
+                                             "TfPurchaseOrder",
+                                             "TfRegisterSuppInvoice",
+                                             "TfPurchaseOrderReport",
+                                             "TfSuppDocConfirm",
+                                             "TfQuestionInitEvalMap",
+                                             "TfInitialEvaluationMap",
+                                             "TfPeriodEvaluationMap",
+                                             "TfCriteriaEvalSupp",
+                                             "TfEvalCommitteeSupp",
+                                             "TfSuppManifacOrderReport"};
   EXPECT_EQ(screen.App().classes.Names(), expected);
   for (ModuleEntry& sibling : screen.App().modules)
     EXPECT_NE(sibling.libraryHandle, 0);

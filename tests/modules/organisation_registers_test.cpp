@@ -70,7 +70,7 @@ TEST(NameFills, AnEmptyCodeClearsAndAnUnknownOneLeavesTheName) {
   EXPECT_EQ(name(1), "Производство");
   EXPECT_EQ(name(77), "Производство");
   rows.Cancel();
-  screen.App().SwitchLanguage();
+  screen.Form()->Dispatch(ActionChosen{"acLanguage"});
   EXPECT_EQ(rows.FieldByName("DepName").AsString(), "Production");
   EXPECT_EQ(name(77), "Production");
   EXPECT_EQ(name({}), "");

@@ -211,6 +211,28 @@ TEST_F(LinkTest, WhereNobodyListensNothingWasSent) {
   EXPECT_LT(steady_clock::now() - before, milliseconds(3'000));
 }
 
+TEST_F(LinkTest, WhetherTheServerCanBeReachedIsKnownWithoutACall) {
+  const auto becomes = [this](bool reachable) {
+    constexpr int kTries = 1'500;  // a resting link is looked at every five seconds
+    for (int i = 0; i < kTries && remote->IsReachable() != reachable; ++i)
+      std::this_thread::sleep_for(milliseconds(10));
+    return remote->IsReachable() == reachable;
+  };
+  ServeAndConnect();
+  EXPECT_FALSE(remote->IsReachable());
+  ASSERT_TRUE(remote->Greet());
+  EXPECT_TRUE(remote->IsReachable());
+  const int port = running->Port();
+  running.reset();
+  EXPECT_TRUE(becomes(false));
+  const auto greeting = remote->Greet();
+  ASSERT_FALSE(greeting);
+  EXPECT_EQ(greeting.GetFailure().message,
+            "Няма връзка със сървъра 127.0.0.1:" + std::to_string(port) + ".");
+  Serve({}, port);
+  EXPECT_TRUE(becomes(true));
+}
+
 TEST_F(LinkTest, AServerStoppedInTheMiddleLeavesQuestionsDownAndWritesUnknown) {
   ServeAndConnect();
   fake.Hold();

@@ -78,21 +78,33 @@ int Tell(QtToolkit& toolkit, const std::string& text) {
   return kFailed;
 }
 
-/// Login, menu, work, until the menu is closed.
+/// Login, menu, work, until the menu is closed. Whoever cannot work with the module may log in as
+/// somebody else.
 int Work(QtToolkit& toolkit, Backend& backend) {
   const SystemClock clock;
   VosApplication app(backend.Server(), toolkit, clock);
   app.program.machineName = Utf8(QSysInfo::machineHostName());
   app.program.processNumber = static_cast<std::int32_t>(getpid());
   app.program.serverName = backend.ServerName();
-  if (!RunLogin(app)) return 0;
   RegisterOrvaneModule(app);
-  const std::unique_ptr<TfOrvaneMain> module = StartOrvaneModule(app);
-  if (module == nullptr) return kFailed;
-  TfVosShell shell(app);
-  toolkit.RunUntilClosed(shell);
-  app.LogOut();
+  while (RunLogin(app)) {
+    const std::unique_ptr<TfOrvaneMain> module = StartOrvaneModule(app);
+    if (module != nullptr) {
+      TfVosShell shell(app);
+      toolkit.RunUntilClosed(shell);
+    }
+    app.LogOut();
+    if (module != nullptr) return 0;
+  }
   return 0;
+}
+
+QtMessageHandler theQtHandler = nullptr;
+
+/// Where there is no screen Qt says of every window what cannot be done with it: nobody's news.
+void TellWhatMatters(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (message.startsWith(QLatin1String("This plugin does not support"))) return;
+  theQtHandler(type, context, message);
 }
 
 int Run(CommandLine& line, QApplication& application) {
@@ -119,6 +131,7 @@ int Run(CommandLine& line, QApplication& application) {
 }  // namespace orvane
 
 int main(int argc, char** argv) {
+  orvane::theQtHandler = qInstallMessageHandler(&orvane::TellWhatMatters);
   QApplication application(argc, argv);
   CLI::App options("Orvane – управление на покупките");
   orvane::CommandLine line;

@@ -113,7 +113,7 @@ const WalkRunner::Expectation WalkRunner::kExpectations[] = {
     {"calls", &WalkRunner::ExpectCalls},     {"form", &WalkRunner::ExpectForm},
     {"report", &WalkRunner::ExpectReport},   {"state", &WalkRunner::ExpectState},
     {"columns", &WalkRunner::ExpectColumns}, {"name", &WalkRunner::ExpectName},
-    {"label", &WalkRunner::ExpectLabel},
+    {"label", &WalkRunner::ExpectLabel},     {"status", &WalkRunner::ExpectStatus},
 };
 
 WalkRunner::WalkRunner(std::string fileName, std::vector<WalkStep> steps, IWalkDriver& driver,
@@ -444,6 +444,19 @@ void WalkRunner::ExpectCalls(const Words& words) {
 void WalkRunner::ExpectForm(const Words& words) {
   const TVosBaseForm* form = driver_.ActiveForm(*Current().app);
   Compare("екран", WordAt(words, 2), form == nullptr ? "none" : form->ClassName());
+}
+
+/// A part of the status bar reads so; with "no" before it, none speaks of it.
+void WalkRunner::ExpectStatus(const Words& words) {
+  const bool absent = WordAt(words, 2) == "no";
+  const std::string& text = WordAt(words, absent ? 3 : 2);
+  std::string seen;
+  bool found = false;
+  for (const StatusPart& part : StatusBar(Form())) {
+    seen += (seen.empty() ? "" : " | ") + part.text;
+    found = found || (absent ? part.text.find(text) != std::string::npos : part.text == text);
+  }
+  if (found == absent) Problem("в реда на състоянието е " + Quoted(seen));
 }
 
 void WalkRunner::ExpectReport(const Words& words) {

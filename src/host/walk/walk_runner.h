@@ -137,6 +137,7 @@ class WalkRunner {
   void ExpectColumns(const Words& words);
   void ExpectName(const Words& words);
   void ExpectLabel(const Words& words);
+  void ExpectStatus(const Words& words);
   void ExpectValue(const Words& words);
 
   std::string fileName_;

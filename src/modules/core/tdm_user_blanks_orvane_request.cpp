@@ -119,7 +119,7 @@ void PurchaseOrderBlank::AddNames() {
 
 bool PurchaseOrderBlank::Load(std::int64_t id, int version) {
   VosApplication& app = owner_.App();
-  const VariantArray answer = connection_.Call(
+  const VariantArray answer = connection_.Ask(
       pr::kOperations,
       {pr::get_rec::kName, second_ ? 2 : 1, static_cast<int>(Nav::ByKey), 0, id, version,
        app.UserName(), app.vCurrentEmployee, app.UserCategory() >= 3, false});

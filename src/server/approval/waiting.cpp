@@ -11,14 +11,16 @@ namespace {
 /// Few documents are on their way at a time, however many there are: they are found by status. The
 /// sum keeps planners from walking all that a cost centre ever had instead.
 constexpr std::string_view kWaiting =
-    "(select count(*) from {heads} p join {rows} a on {ofHead a}"
+    "select {kind}, count(*), min(p.{id}) from {heads} p join {rows} a on {ofHead a}"
     " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0"
     " where {current} and p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
     " and not exists (select 1 from {rows} l where {ofHead l}"
-    " and l.ConfirmationLevel < a.ConfirmationLevel and l.Status in (1, 2)))";
+    " and l.ConfirmationLevel < a.ConfirmationLevel and l.Status in (1, 2))";
 
 std::string WaitingOf(const StoredDocument& document) {
-  std::string text = Replaced(kWaiting, "{heads}", document.head.table);
+  std::string text = Replaced(kWaiting, "{kind}", std::to_string(static_cast<int>(document.kind)));
+  text = Replaced(text, "{id}", document.seen.id);
+  text = Replaced(text, "{heads}", document.head.table);
   text = Replaced(text, "{rows}", document.approvals.table);
   text = Replaced(text, "{ofHead a}", OfHead(document, "a"));
   text = Replaced(text, "{ofHead l}", OfHead(document, "l"));
@@ -30,13 +32,24 @@ std::string WaitingOf(const StoredDocument& document) {
 Answer<VariantArray> CountWaiting(Work& work, const VariantArray&) {
   const auto employee = work.Who().Employee();
   const Statement count = Named(
-      "with headed (Kind, CostCenter) as (" + HeadedByKind() + ") select " +
-          WaitingOf(StoredRequest()) + " + " + WaitingOf(StoredOrder()),
+      "with headed (Kind, CostCenter) as (" + HeadedByKind() + ") " + WaitingOf(StoredRequest()) +
+          " union all " + WaitingOf(StoredOrder()),
       {{"Employee", employee.value_or(0)}, {"Login", work.Who().login}, {"Today", work.Today()}},
-      {{"Waiting", ValueKind::Code, 0}});
+      {{"Kind", ValueKind::Code, 0},
+       {"Waiting", ValueKind::Code, 0},
+       {"First", ValueKind::Code, 0}});
   const auto packets = work.Read({&count, 1});
   if (!packets) return packets.GetFailure();
-  return VariantArray{employee ? packets->front().At(0, "Waiting") : Variant(0)};
+  const DataPacket& kinds = packets->front();
+  VariantArray waiting;
+  std::int64_t all = 0;
+  for (std::size_t row = 0; employee && row < kinds.rowCount; ++row) {
+    const std::int64_t some = kinds.At(row, "Waiting").AsInt().value_or(0);
+    if (some == 0) continue;
+    all += some;
+    waiting.emplace_back(VariantArray{kinds.At(row, "Kind"), kinds.At(row, "First")});
+  }
+  return VariantArray{Variant(all), Variant(std::move(waiting))};
 }
 
 }  // namespace orvane

@@ -12,8 +12,7 @@ Failure ToFailure(const EngineError& error, std::string_view doing) {
               error.constraint);
   switch (error.kind) {
     case EngineErrorKind::LinkDown:
-      return {FailureKind::LinkDown,
-              "Сървърът няма връзка с базата от данни. Опитайте отново след малко."};
+      return {FailureKind::LinkDown, "Сървърът няма връзка с базата от данни."};
     case EngineErrorKind::Retry:
       return {FailureKind::Conflict,
               "Други потребители променят същите данни в момента. Опитайте отново."};

@@ -6,6 +6,7 @@
 #include "data/abort.h"
 #include "host/application.h"
 #include "host/dialogs.h"
+#include "kit/waiting.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
@@ -20,6 +21,7 @@
 #include "modules/purchases/registers/structure/tf_structure.h"
 #include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
+#include "modules/purchases/supplier_orders/tf_supp_manifac_order_report.h"
 
 namespace orvane {
 namespace {
@@ -33,6 +35,9 @@ struct ScreenEntry {
   std::string_view className;
   FormFactory factory;  ///< null: not available yet
 };
+
+constexpr std::string_view kModuleCaption = "Управление на покупките";
+constexpr int kInformation = 1;
 
 constexpr ScreenEntry kScreens[] = {
     {"TfOrvaneMain", &MakeScreen<TfOrvaneMain>},
@@ -57,7 +62,53 @@ constexpr ScreenEntry kScreens[] = {
     {"TfPeriodEvaluationMap", nullptr},
     {"TfCriteriaEvalSupp", nullptr},
     {"TfEvalCommitteeSupp", nullptr},
+    {"TfSuppManifacOrderReport", &MakeScreen<TfSuppManifacOrderReport>},
 };
+
+/// Where the documents of each kind are decided on, one by one.
+struct DecidedAt {
+  DocumentKind kind;
+  std::string_view point;
+};
+constexpr DecidedAt kDecidedAt[] = {
+    {DocumentKind::SupplierOrder, "SupplierOrders"},
+    {DocumentKind::PurchaseRequest, "PurchaseRequests"},
+    {DocumentKind::Delivery, "Deliveries"},
+    {DocumentKind::SupplierInvoice, "SupplierInvoices"},
+};
+
+/// The point that leads to a document; null when the user may not open it or its screen is not
+/// there yet.
+const ModulePoint* PointOf(VosApplication& app, DocumentKind kind) {
+  const auto row = std::ranges::find(kDecidedAt, kind, &DecidedAt::kind);
+  const ModulePoint* point = row == std::end(kDecidedAt) ? nullptr : app.FindPoint(row->point);
+  const bool opens = point != nullptr && point->access.Has(paOpen) &&
+                     app.classes.Find(point->screenClass) != nullptr;
+  return opens ? point : nullptr;
+}
+
+/// In the queue all are decided together; until it is there, each on its own screen.
+void OpenWaiting(TVosBaseForm& from) {
+  VosApplication& app = from.App();
+  const std::vector<FirstWaiting> waiting = RefreshWaiting(app);
+  if (waiting.empty()) {
+    VosMessageDlg(from, kInformation, from.caption, "Няма документи, които чакат Вашето решение.");
+    return;
+  }
+  const ModulePoint* queue = app.FindPoint("ApprovalQueue");
+  if (queue != nullptr && queue->access.Has(paOpen) && app.classes.Find(queue->screenClass)) {
+    app.OpenPoint(queue->name, from.GetLanguageNumber());
+    return;
+  }
+  for (const FirstWaiting& first : waiting) {
+    const ModulePoint* point = PointOf(app, first.kind);
+    if (point == nullptr) continue;
+    TVosBaseForm* screen = app.OpenPoint(point->name, from.GetLanguageNumber());
+    if (screen != nullptr) screen->RunInGate([&] { screen->GoToDocument(first.id); });
+    return;
+  }
+  from.Refuse("Нямате право да отворите екраните, в които се решава за чакащите документи.");
+}
 
 /// Siblings are linked into the program: bringing one in gives it the next handle.
 std::int64_t BringIn(const VosApplication& app) {
@@ -81,16 +132,21 @@ void RegisterOrvaneModule(VosApplication& app) {
   }
   app.modules = {{std::string(kSuppliesModule), "supplies", 0},
                  {std::string(kInvoicesModule), "invoices", 0}};
+  app.waiting.Open = &OpenWaiting;
   app.LoadPackage = [&app](const ModuleEntry&) { return BringIn(app); };
   app.TakeRights();
 }
 
 std::unique_ptr<TfOrvaneMain> StartOrvaneModule(VosApplication& app) {
-  try {
-    return std::make_unique<TfOrvaneMain>(
-        FormIdentity{&app, nullptr, kOrvaneModuleNo, 0, nullptr, paOpen});
-  } catch (const Abort&) {
-    return nullptr;
+  for (;;) {
+    try {
+      return std::make_unique<TfOrvaneMain>(
+          FormIdentity{&app, nullptr, kOrvaneModuleNo, 0, nullptr, paOpen});
+    } catch (const Abort&) {
+      return nullptr;
+    } catch (const ServerError& error) {
+      if (!OfferAgain(app, nullptr, kModuleCaption, error.failure)) return nullptr;
+    }
   }
 }
 

@@ -92,7 +92,7 @@ const LiveRow TfPurchaseOrder::kLive[] = {
     {"acSearch", kAtCombo},
     {"acNameSearch", kAtCombo},
     {"acPartialSearch", kAtCombo},
-    {"acNomenclature", kAtCombo},
+    {"acNomenclature", kAtCombo, InState::Any, {}, &When<&TfPurchaseOrder::MayGoToNom>},
     {"acSearchGroup", "cbKPL"},
 };
 
@@ -126,6 +126,12 @@ bool TfPurchaseOrder::MaySave() const {
 bool TfPurchaseOrder::MayDeleteRow() const {
   const TVosDBGrid* grid = FocusedRows();
   return grid != nullptr && HasRowToDelete(*grid);
+}
+
+/// Behind the orders' combo stands the order of the row, where it names one.
+bool TfPurchaseOrder::MayGoToNom() const {
+  if (FocusName() != cbSuppManOrd.Name()) return AtComboOfRegister(*this);
+  return !dmPurchaseOrder->cdsPurchaseOrderDet[det::SuppManifacOrderId].IsNull();
 }
 
 bool TfPurchaseOrder::MayEnterQuantity() const {
@@ -166,7 +172,7 @@ TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
         dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, values.LastGetVer);
       }) {
   RequireEmployee(*this, _rNoEmployee);
-  values.LNG_ = App().AppNotMultiLang() || App().FirstLanguage() ? 1 : 2;
+  values.LNG_ = GetLanguageNumber();
   dmPurchaseOrder->SetLanguage();
   ReadParameters();
   SetUpLookups();
@@ -224,8 +230,14 @@ void TfPurchaseOrder::StartPurchaseOrder(TVosBaseForm& owner, std::int64_t id) {
   });
 }
 
+void TfPurchaseOrder::ShowDocument(std::int64_t id) {
+  FocusControl(&eIdNum);
+  eIdNum.CancelEditor();
+  shown_.Show(id);
+}
+
 void TfPurchaseOrder::OnLanguageChanged() {
-  values.LNG_ = App().FirstLanguage() ? 1 : 2;
+  values.LNG_ = GetLanguageNumber();
   dmPurchaseOrder->SetLanguage();
   // What is being typed stays; names that came with the load follow with the next one.
   if (!dmPurchaseOrder->HasPending() && IsLoaded()) ReloadShown();

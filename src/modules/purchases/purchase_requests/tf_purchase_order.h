@@ -61,11 +61,14 @@ class TfPurchaseOrder : public TVosDBForm {
   TVosDataInspector diMainInfo, diAdminInfo;
   TVosDBGrid gPurchaseOrderDet, gPurchaseOrderDel, gPOPayPl, gPOAdm, gDeliveries;
   TPageControl pcTables;
+  /// The user's turn to decide on the shown document has come.
+  bool MayDecide() const;
 
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { SetPropertiesVals(); }
   void OnLanguageChanged() override;
+  void ShowDocument(std::int64_t id) override;
   std::span<const LiveRow> LiveRows() const override;
   void AfterRefreshActions() override;
   bool HasUnsavedTyping() const override;
@@ -128,7 +131,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void Annul(const Move& move);
   void DecideApproval(Decision decision);
   bool WantsRateFirst();
-  bool MayDecide() const;
   bool MayRemoveApproval() const;
   bool MayRemoveRejection() const;
 
@@ -141,6 +143,7 @@ class TfPurchaseOrder : public TVosDBForm {
   bool MaySave() const;
   bool MayDeleteRow() const;
   bool MayEnterQuantity() const;
+  bool MayGoToNom() const;
 
   ShownDocumentRules MakeShownRules();
 

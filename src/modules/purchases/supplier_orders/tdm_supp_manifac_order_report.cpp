@@ -53,16 +53,16 @@ TdmSuppManifacOrderReport::TdmSuppManifacOrderReport(TVosDBForm& form)
 }
 
 void TdmSuppManifacOrderReport::SetLanguage() {
-  nomIn249.SetParam("NomInLanguage", form_.App().GetLanguageNumber());
+  nomIn249.SetParam("NomInLanguage", form_.GetLanguageNumber());
 }
 
 void TdmSuppManifacOrderReport::GetParams() {
   const ConnectionScope scope(&sqlcSuppManifacOrderReport);
   VariantArray input(report_params::kInputSize);
   input[report_params::kEmployee] = form_.App().vCurrentEmployee;
-  input[report_params::kLanguage] = form_.App().GetLanguageNumber();
+  input[report_params::kLanguage] = form_.GetLanguageNumber();
   const VariantArray answer =
-      sqlcSuppManifacOrderReport.Call(report_params::kName, {Variant(std::move(input))});
+      sqlcSuppManifacOrderReport.Ask(report_params::kName, {Variant(std::move(input))});
   nomIn249.TakeFilled(PacketAt(answer, report_params::kStatuses));
   if (!answer[report_params::kCostCenters].IsNull())
     costCenters.TakeFilled(PacketAt(answer, report_params::kCostCenters));
@@ -80,7 +80,7 @@ DataPacket TdmSuppManifacOrderReport::FetchPortion(std::int32_t rowLimit,
   VariantArray ask(get_report::kAskSize);
   ask[get_report::kContext] = Variant(std::move(context));
   ask[get_report::kFilterPacket] = Variant(RecordPacket(cdsFilter, report::kFilter));
-  const VariantArray answer = sqlcSuppManifacOrderReport.Call(get_report::kName, std::move(ask));
+  const VariantArray answer = sqlcSuppManifacOrderReport.Ask(get_report::kName, std::move(ask));
   return PacketAt(answer, get_report::kResultPacket);
 }
 

@@ -205,6 +205,12 @@ void TfSuppManifacOrder::ShowOwnLanguage() {
   gSuppManOrderDet.RemoveColumn(FirstLanguage() ? "Remarks2" : "Remarks");
 }
 
+void TfSuppManifacOrder::ShowDocument(std::int64_t id) {
+  FocusControl(&eIdNumber);
+  eIdNumber.CancelEditor();
+  shown_.Show(id);
+}
+
 void TfSuppManifacOrder::OnLanguageChanged() {
   dmSuppManifacOrder->SetLanguage();
   if (viewOnly) ShowOwnLanguage();

@@ -57,11 +57,14 @@ class TfSuppManifacOrder : public TVosDBForm {
   TVosDataInspector di, di2;
   TVosDBGrid gSuppManOrderDet, gSuppManOrderAdmin, gPurchaseOrder;
   TPageControl pcTables;
+  /// The user's turn to decide on the shown document has come.
+  bool MayDecide() const;
 
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { SetReadWrite(false); }
   void OnLanguageChanged() override;
+  void ShowDocument(std::int64_t id) override;
   std::span<const LiveRow> LiveRows() const override;
   void AfterRefreshActions() override;
   bool HasUnsavedTyping() const override;
@@ -105,7 +108,6 @@ class TfSuppManifacOrder : public TVosDBForm {
   void MoveHead(const Move& move);
   void Annul(const Move& move);
   void DecideApproval(Decision decision);
-  bool MayDecide() const;
   bool MayRemoveApproval() const;
   bool MayRemoveRejection() const;
 

@@ -41,7 +41,7 @@ TdmCapExPlan::TdmCapExPlan(TVosDBForm& form)
 }
 
 LoadCode TdmCapExPlan::GetRecord(Nav mode, int offset, const std::string& code) {
-  const VariantArray answer = sqlcCapExPlan.Call(
+  const VariantArray answer = sqlcCapExPlan.Ask(
       get_record::kName, {Variant(static_cast<int>(mode)), Variant(offset), Variant(code)});
   sqlcCapExPlan.Close();
   const DataPacket* data =

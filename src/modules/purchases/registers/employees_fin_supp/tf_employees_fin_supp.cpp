@@ -22,7 +22,7 @@ constexpr LiveRow kLive[] = {
     {"acSearchByCode", "cbEmployees"},
     {"acSearchByName", "cbEmployees"},
     {"acSearchByPartName", "cbEmployees"},
-    {"acNomenclature", "cbEmployees"},
+    {"acNomenclature", "cbEmployees", InState::Any, {}, &AtComboOfRegister},
     {"acExit", kAnywhere},
 };
 

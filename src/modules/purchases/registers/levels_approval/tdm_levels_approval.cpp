@@ -63,7 +63,7 @@ void TdmLevelsApproval::Fetch() {
   kindRegisters.SetParam("NomIn", core::kKindsOfRegister);
   approvals.SetParam("NomIn", core::kKindsOfApprover);
   for (TLookupTable* list : {&kindRegisters, &approvals})
-    list->SetParam("NomInLanguage", form_.App().GetLanguageNumber());
+    list->SetParam("NomInLanguage", form_.GetLanguageNumber());
   cdsLevelsApproval.SetParam(FirstLanguage.name, form_.FirstLanguage());
   kindSupplies.SetTemplate(KindSuppliesSql(false));
   kindSupplies.SetParam(FirstLanguage.name, form_.FirstLanguage());
@@ -107,7 +107,7 @@ void TdmLevelsApproval::cdsLevelsApprovalBeforePost() {
 
 std::int64_t TdmLevelsApproval::GetCurremtEmployee(std::string_view userName) {
   const VariantArray answer =
-      sqlcLevelsApproval.Call(system::kGetCurrentEmployee, {Variant(userName)});
+      sqlcLevelsApproval.Ask(system::kGetCurrentEmployee, {Variant(userName)});
   sqlcLevelsApproval.Close();
   return answer.empty() ? 0 : answer.front().AsInt().value_or(0);
 }

@@ -35,7 +35,7 @@ const LiveRow TfLevelsApproval::kLive[] = {
     {"acSearch", "cbKindSupplies"},
     {"acSearchByName", "cbKindSupplies"},
     {"acSearchByPartName", "cbKindSupplies"},
-    {"acNomenclature", "cbKindSupplies"},
+    {"acNomenclature", "cbKindSupplies", InState::Any, {}, &AtComboOfRegister},
     {"acExit", kAnywhere},
 };
 
