@@ -2,6 +2,7 @@
 
 #include <QtGui/QFontMetrics>
 #include <algorithm>
+#include <cstdlib>
 #include <numeric>
 
 #include "desktop/qt_text.h"
@@ -112,11 +113,35 @@ void GridColumns::MeasureHead(const TVosDBGrid& grid) {
 
 void GridColumns::FitTo(int width) {
   widths_ = natural_;
-  int left = width - Total();
   std::vector<std::size_t> sharing;
   for (std::size_t i = 0; i < widths_.size(); ++i) {
     if (stretches_[i]) sharing.push_back(i);
   }
+  ShareRoom(sharing, width - Total());
+  LendRoom(sharing);
+}
+
+/// A text that does not fit takes room from texts that leave some.
+void GridColumns::LendRoom(const std::vector<std::size_t>& sharing) {
+  const auto spare = [this](std::size_t i) {
+    return widths_[i] - std::max(needs_[i], contents_[i]);
+  };
+  int missing = 0;
+  int offered = 0;
+  for (const std::size_t i : sharing)
+    (spare(i) < 0 ? missing : offered) += std::abs(spare(i));
+  const qint64 lent = std::min(missing, offered);
+  if (lent == 0) return;
+  for (const std::size_t i : sharing) {
+    // Rounded so that all together never become wider.
+    if (spare(i) < 0)
+      widths_[i] += static_cast<int>(lent * -spare(i) / missing);
+    else
+      widths_[i] -= static_cast<int>((lent * spare(i) + offered - 1) / offered);
+  }
+}
+
+void GridColumns::ShareRoom(const std::vector<std::size_t>& sharing, int left) {
   if (sharing.empty() || left == 0) return;
   if (left > 0) {
     int weight = 0;

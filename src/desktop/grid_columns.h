@@ -53,6 +53,8 @@ class GridColumns {
  private:
   void MeasureGroups(const TVosDBGrid& grid);
   void MeasureHead(const TVosDBGrid& grid);
+  void ShareRoom(const std::vector<std::size_t>& sharing, int left);
+  void LendRoom(const std::vector<std::size_t>& sharing);
 
   int fixed_ = 0;
   int headHeight_ = 0;

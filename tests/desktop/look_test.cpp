@@ -154,6 +154,23 @@ TEST(DesktopLook, ColumnsAndLabelsHoldTheirTitles) {
   }
 }
 
+TEST(DesktopLook, ATextThatDoesNotFitTakesRoomFromThoseThatLeaveSome) {
+  const std::string remarks = "Сертификат 3.1, доставка на две части до склада на цех 4";
+  Screen screen;
+  TVosClientDataSet& rows = screen.form->cdsRows_;
+  screen.form->RunInGate([&] {
+    rows.Edit();
+    rows.FieldByName("Remarks").Set(remarks);
+    rows.Post();
+  });
+  GridColumns columns;
+  columns.Measure(screen.form->gRows, [](int) { return 0; });
+  constexpr int kRoom = 1340;
+  columns.FitTo(kRoom);
+  EXPECT_GE(columns.Width(9), ScreenMetrics().horizontalAdvance(Qs(remarks)));
+  EXPECT_LE(columns.Total(), kRoom);
+}
+
 TEST(DesktopLook, ADocumentStandsWholeOnTheSmallestScreen) {
   Screen screen;
   const FormView& view = screen.View();
