@@ -64,47 +64,28 @@ Failure Unreadable(std::string_view text, std::string_view sentence) {
   return {FailureKind::Refused, "„" + std::string(text) + "“ " + std::string(sentence)};
 }
 
-/// A digit or two: nothing else that could be meant as a number has neither sign nor digit.
-bool LooksLikeNumber(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, [](char c) {
-    return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == ',' || c == '.' || c == ' ';
-  });
-}
-
 Answer<Variant> ParseWhole(std::string_view text, const ValueKindRow& kind) {
-  const auto number = Decimal::Parse(text);
-  if (!number) {
-    return Unreadable(text, LooksLikeNumber(text)
-                                ? "е извън допустимите граници. Въведете по-малко число."
-                                : "не е число. Въведете само цифри.");
-  }
-  const auto whole = number->AtScale(0);
-  if (!whole) return Unreadable(text, "не е цяло число. Въведете го без десетични знаци.");
-  if (whole->Mantissa() < kind.lowest || whole->Mantissa() > kind.highest) {
+  const Answer<Decimal> number = ReadNumber(text, {.decimals = 0});
+  if (!number) return number.GetFailure();
+  if (number->Mantissa() < kind.lowest || number->Mantissa() > kind.highest) {
     return Unreadable(text, "е извън допустимите граници: от " + std::to_string(kind.lowest) +
                                 " до " + std::to_string(kind.highest) + ".");
   }
-  return Variant(whole->Mantissa());
+  return Variant(number->Mantissa());
 }
 
 Answer<Variant> ParseScaled(std::string_view text, const TextFormat& format) {
   const int scale = RowOf(format.kind).scale;
-  const auto number = Decimal::Parse(text);
-  if (!number) return Unreadable(text, "не е число. Въведете цифри и десетична запетая.");
-  const int decimals = format.decimals < 0 ? scale : std::min(format.decimals, scale);
-  if (!number->AtScale(std::min(decimals, number->Scale()))) {
-    return Unreadable(text, decimals == 0 ? "има десетични знаци, а се въвежда цяло число."
-                                          : "има повече от " + std::to_string(decimals) +
-                                                " знака след запетаята.");
-  }
+  const Answer<Decimal> number = ReadNumber(text, WantedBy(format));
+  if (!number) return number.GetFailure();
   const auto scaled = number->AtScale(scale);
   if (!scaled) return Unreadable(text, "е твърде голямо число.");
   return Variant(*scaled);
 }
 
-Answer<Variant> ParseReal(std::string_view text) {
-  const auto number = Decimal::Parse(text);
-  if (!number) return Unreadable(text, "не е число. Въведете цифри и десетична запетая.");
+Answer<Variant> ParseReal(std::string_view text, const TextFormat& format) {
+  const Answer<Decimal> number = ReadNumber(text, WantedBy(format));
+  if (!number) return number.GetFailure();
   return Variant(number->ToDouble());
 }
 
@@ -186,6 +167,18 @@ Answer<Variant> ParseText(std::string_view text, const TextFormat& format) {
 
 }  // namespace
 
+bool IsNumber(ValueKind kind) {
+  return kind >= ValueKind::Byte && kind <= ValueKind::Double;
+}
+
+WantedNumber WantedBy(const TextFormat& format) {
+  const bool money = format.kind == ValueKind::Amount;
+  if (format.kind == ValueKind::Double) return {.decimals = Decimal::kMaxScale};
+  const int scale = RowOf(format.kind).scale;
+  return {.decimals = format.decimals < 0 ? scale : std::min(format.decimals, scale),
+          .money = money};
+}
+
 std::string FormatValue(const Variant& value, const TextFormat& format) {
   if (value.IsNull()) return {};
   if (const std::string* text = value.AsString()) return *text;
@@ -195,6 +188,7 @@ std::string FormatValue(const Variant& value, const TextFormat& format) {
   }
   if (const auto date = value.AsDate()) return date->ToText();
   if (const auto stamp = value.AsStamp()) {
+    if (format.dayOnly) return format.zone.DayOf(*stamp).ToText();
     return format.withSeconds ? format.zone.ToTextWithSeconds(*stamp) : format.zone.ToText(*stamp);
   }
   std::string number;
@@ -202,6 +196,7 @@ std::string FormatValue(const Variant& value, const TextFormat& format) {
     number = RealText(*real, format.decimals);
   } else if (const auto decimal = value.AsDecimal()) {
     number = DecimalText(*decimal, format.decimals);
+    if (format.trimmed) number = WithoutTrailingZeros(std::move(number));
   } else {
     number = value.ToText();
   }
@@ -222,7 +217,7 @@ Answer<Variant> ParseValue(std::string_view text, const TextFormat& format) {
     case ValueKind::Rate:
       return ParseScaled(Trim(text), format);
     case ValueKind::Double:
-      return ParseReal(Trim(text));
+      return ParseReal(Trim(text), format);
     case ValueKind::Date:
       return ParseDate(Trim(text));
     case ValueKind::Stamp:

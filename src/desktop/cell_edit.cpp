@@ -119,10 +119,12 @@ void CellEdit::Typed() {
   const CellEditor* editor = active == nullptr ? nullptr : active->Editor();
   if (editor == nullptr) return;
   const QString typed = Text();
-  const auto grown = static_cast<int>(typed.size() - Qs(editor->Text()).size());
+  const QString before = Qs(editor->Text());
+  const auto grown = static_cast<int>(typed.size() - before.size());
   const int caret = line_->cursorPosition() - std::max(0, grown);
   form_.Dispatch(EditorTextChanged{Utf8(typed)});
-  if (current_ == line_ && line_->text() != typed) line_->setCursorPosition(caret);
+  const bool refused = current_ == line_ && typed != before && line_->text() == before;
+  if (refused) line_->setCursorPosition(caret);
 }
 
 bool CellEdit::IsForEditor(const QKeyEvent& event) const {

@@ -10,6 +10,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "host/small_controls.h"
+#include "packet/typed_number.h"
 
 namespace orvane {
 namespace {
@@ -24,16 +25,13 @@ struct SignRow {
   std::string_view written;
   std::string_view meant;
 };
-constexpr std::array<SignRow, 9> kSigns = {{
+constexpr std::array<SignRow, 6> kSigns = {{
     {"×", "*"},
     {"x", "*"},
     {"х", "*"},  // the Cyrillic letter
     {"÷", "/"},
     {":", "/"},
     {"−", "-"},
-    {"\u2009", ""},
-    {"\u00A0", ""},
-    {" ", ""},
 }};
 
 std::string Plain(std::string_view text) {
@@ -58,6 +56,7 @@ class Reader {
 
   Answer<Decimal> Whole() {
     Answer<Decimal> value = Sum();
+    SkipBlanks();
     if (value && !rest_.empty()) return Unread();
     return value;
   }
@@ -73,7 +72,12 @@ class Reader {
     if (value) return *value;
     return Told("Резултатът е извън обхвата на калкулатора.");
   }
+  void SkipBlanks() {
+    while (const std::size_t blank = BlankLength(rest_))
+      rest_.remove_prefix(blank);
+  }
   bool Take(char sign) {
+    SkipBlanks();
     if (rest_.empty() || rest_.front() != sign) return false;
     rest_.remove_prefix(1);
     return true;
@@ -121,12 +125,22 @@ class Reader {
     if (!value) return value;
     return Fitting(Decimal().Minus(*value));
   }
+  /// The digits from here on, with the marks and blanks that part them.
   Answer<Decimal> Number() {
-    const std::size_t length = std::min(rest_.find_first_not_of("0123456789.,"), rest_.size());
-    const Kept value = Decimal::Parse(rest_.substr(0, length));
-    if (length == 0 || !value) return Unread();
-    rest_.remove_prefix(length);
-    return *value;
+    SkipBlanks();
+    std::size_t length = 0;
+    for (std::size_t at = 0; at < rest_.size();) {
+      const std::size_t blank = BlankLength(rest_.substr(at));
+      const bool part = std::string_view("0123456789.,").find(rest_[at]) != std::string_view::npos;
+      if (blank == 0 && !part) break;
+      at += blank == 0 ? 1 : blank;
+      if (blank == 0) length = at;
+    }
+    if (length == 0) return Unread();
+    const Answer<Decimal> value =
+        ReadNumber(rest_.substr(0, length), {.decimals = Decimal::kMaxScale});
+    if (value) rest_.remove_prefix(length);
+    return value;
   }
 
   std::string written_;

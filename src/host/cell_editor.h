@@ -34,18 +34,23 @@ class CellEditor {
   void KeepText() { fresh_ = false; }
   /// Starts with nothing, for what is never shown (passwords); this is no change yet.
   void StartEmpty() { text_.clear(); }
-  /// Replaces the whole text. False (and nothing changes) when the mask cannot lead to a match from
-  /// it or the field's size is exceeded. The combo's list follows.
+  /// Replaces the whole text. One character more is refused (false, and nothing changes) when the
+  /// mask cannot lead to a match from it or the field's size is exceeded; what is pasted or taken
+  /// away stays and is judged when the place is left. Numbers take everything. The combo's list
+  /// follows.
   bool SetText(std::string_view text);
   /// Appends typed text; the first typing after opening replaces what was there.
   bool Type(std::string_view text);
   /// Takes the last character away; false when there is none.
   bool Backspace();
-  /// The text may be left: complete under the mask (or empty). Otherwise a sentence for the user.
+  /// The text may be left: complete under the mask (or empty), a number when written plainly.
+  /// Otherwise a sentence for the user.
   Answer<Done> CheckComplete() const;
   bool IsChanged() const { return changed_; }
 
  private:
+  bool IsOfNumber() const;
+  Answer<Done> CheckNumber() const;
   bool Fits(std::string_view text) const;
   void Accept(std::string text);
 

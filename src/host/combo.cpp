@@ -178,17 +178,12 @@ Failure TVosMTCombo::NotListed(std::string_view text) const {
           "Няма „" + std::string(text) + "“ в списъка „" + ListTitle() + "“."};
 }
 
-/// The search's title names the list; where there is no search, the place being edited does.
+/// The place that is edited names the list: a search may be captioned for another list than the one
+/// it searches.
 std::string TVosMTCombo::ListTitle() const {
-  constexpr std::string_view kSearch = "Търсене";
-  std::string_view title = dlgCaption;
-  if (title.starts_with(kSearch)) {
-    title.remove_prefix(kSearch.size());
-    title.remove_prefix(std::min(title.find_first_not_of(" -"), title.size()));
-  }
-  if (!title.empty()) return std::string(title);
   const Control* host = Host();
-  return host == nullptr ? name_ : host->PlaceLabel();
+  const std::string place = host == nullptr ? std::string() : host->PlaceLabel();
+  return place.empty() ? name_ : std::string(Trim(place));
 }
 
 // --- dialogs

@@ -99,7 +99,8 @@ std::string TVosDBGrid::TitleOf(std::string_view field) const {
 
 std::string TVosDBGrid::PlaceLabel() const {
   if (columns.empty()) return {};
-  return TitleOf(columns[static_cast<std::size_t>(CurrentColumn())].field);
+  const GridColumn& column = columns[static_cast<std::size_t>(CurrentColumn())];
+  return column.group.empty() ? TitleOf(column.field) : column.group;
 }
 
 /// Rows that are there begin behind the fixed columns; a new one is typed from its code on.

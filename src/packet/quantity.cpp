@@ -7,6 +7,7 @@
 
 #include "packet/decimal.h"
 #include "packet/fold.h"
+#include "packet/typed_number.h"
 
 namespace orvane {
 namespace {
@@ -40,16 +41,49 @@ std::string Grouped(std::string text) {
   return text;
 }
 
-/// At most `decimals` places, trailing zeros left out.
-std::string DecimalText(double value, int decimals) {
-  const std::optional<Decimal> exact = Decimal::FromDouble(value, decimals);
+/// At most six places, trailing zeros left out.
+std::string ExactText(double value) {
+  const std::optional<Decimal> exact = Decimal::FromDouble(value, kQuantityDecimals);
   if (!exact) return {};
   std::string text = exact->ToText(',');
-  if (decimals == 0) return Grouped(std::move(text));
   while (text.back() == '0')
     text.pop_back();
   if (text.back() == ',') text.pop_back();
-  return Grouped(std::move(text));
+  return text;
+}
+
+/// Every kind of blank as a plain one, those around left out.
+std::string WithPlainBlanks(std::string_view text) {
+  std::string plain;
+  while (!text.empty()) {
+    const std::size_t blank = BlankLength(text);
+    plain += blank == 0 ? text.front() : ' ';
+    text.remove_prefix(blank == 0 ? 1 : blank);
+  }
+  return std::string(Trim(plain));
+}
+
+Failure TooManyDecimals(int decimals) {
+  if (decimals == 0) return {FailureKind::Refused, "Количеството на тази стока е цяло число."};
+  return {FailureKind::Refused, "Количеството на тази стока е с най-много " +
+                                    std::to_string(decimals) + " знака след запетаята."};
+}
+
+bool IsInOwnUnit(const QuantityUnit& unit) {
+  return unit.ownNumerator < 1 || unit.ownNumerator == unit.rowNumerator;
+}
+
+/// The quantity in smallest units for a number of row units. A unit that is not the entry's own
+/// takes the decimals that show its whole quantities: 1,5 hundreds are 150 pieces.
+std::optional<double> InSmallest(Decimal number, const QuantityUnit& unit) {
+  const double typed = RoundedQuantity(number.ToDouble() * unit.rowNumerator);
+  if (number.AtScale(unit.decimals)) return typed;
+  if (IsInOwnUnit(unit)) return std::nullopt;
+  const auto counted = Decimal::FromDouble(typed / unit.ownNumerator, unit.decimals);
+  if (!counted) return std::nullopt;
+  const double nearest = RoundedQuantity(counted->ToDouble() * unit.ownNumerator);
+  const auto shown = Decimal::FromDouble(nearest / unit.rowNumerator, kQuantityDecimals);
+  return shown && *shown == number ? std::optional(nearest) : std::nullopt;
 }
 
 /// "3 5/12", "5/12" or "3" in units of `denominator` smallest units.
@@ -89,35 +123,36 @@ int CompareQuantities(double left, double right) {
 }
 
 std::string QuantityToStr(double quantity, const QuantityUnit& unit) {
-  const bool fraction = unit.ordinaryFraction && unit.rowNumerator > 1;
-  if (!fraction) {
-    const int decimals = unit.ordinaryFraction ? 0 : unit.decimals;
-    return DecimalText(quantity / unit.rowNumerator, decimals);
-  }
+  if (!unit.ordinaryFraction || unit.rowNumerator <= 1)
+    return Grouped(ExactText(quantity / unit.rowNumerator));
   const double whole = std::floor(std::abs(quantity) / unit.rowNumerator);
   const double rest = RoundedQuantity(std::abs(quantity) - whole * unit.rowNumerator);
   const std::string sign = quantity < 0 ? "-" : "";
-  const std::string restText = DecimalText(rest, kQuantityDecimals);
-  if (restText == "0") return sign + DecimalText(whole, 0);
+  const std::string wholeText = Grouped(ExactText(whole));
+  const std::string restText = ExactText(rest);
+  if (restText == "0") return sign + wholeText;
   const std::string part = restText + "/" + std::to_string(unit.rowNumerator);
-  return whole == 0 ? sign + part : sign + DecimalText(whole, 0) + " " + part;
+  return whole == 0 ? sign + part : sign + wholeText + " " + part;
 }
 
 Answer<double> StrToQuantity1(std::string_view text, const QuantityUnit& unit) {
-  const std::string_view typed = Trim(text);
+  const std::string typed = WithPlainBlanks(text);
   if (unit.ordinaryFraction) return ReadOrdinary(typed, unit.rowNumerator);
-  const std::optional<Decimal> value = Decimal::Parse(typed);
-  if (!value || value->IsNegative()) return NotAQuantity(typed);
-  if (!value->AtScale(unit.decimals)) {
-    return Failure{FailureKind::Refused, unit.decimals == 0
-                                             ? "Количеството на тази стока е цяло число."
-                                             : "Количеството на тази стока е с най-много " +
-                                                   std::to_string(unit.decimals) +
-                                                   " знака след запетаята."};
+  const Answer<Decimal> number = ReadNumber(typed, {.decimals = kQuantityDecimals});
+  if (!number) return number.GetFailure();
+  if (number->IsNegative()) {
+    return Failure{FailureKind::Refused,
+                   "„" + typed + "“ е отрицателно, а количеството се въвежда положително."};
   }
-  const double quantity = value->ToDouble() * unit.rowNumerator;
-  if (quantity > kHighestQuantity) return NotAQuantity(typed);
-  return RoundedQuantity(quantity);
+  if (number->ToDouble() * unit.rowNumerator > kHighestQuantity)
+    return Failure{FailureKind::Refused, "„" + typed + "“ е твърде голямо количество."};
+  if (IsInOwnUnit(unit) && number->AtScale(unit.decimals)) {  // with these decimals, in one way only
+    const Answer<Decimal> read = ReadNumber(typed, {.decimals = unit.decimals});
+    if (!read) return read.GetFailure();
+  }
+  const auto quantity = InSmallest(*number, unit);
+  if (!quantity) return TooManyDecimals(unit.decimals);
+  return *quantity;
 }
 
 }  // namespace orvane

@@ -39,6 +39,11 @@ TEST(TextFormat, ShowsValuesAsTheUserReadsThem) {
       {*Date::FromYmd(2026,                         3,                                              5),Of(ValueKind::Date), "05.03.2026"},
       {"текст ",                            Of(ValueKind::String),                                                                                        "текст "                                                                                                                                                                  },
   };
+  TextFormat shortRate = Of(ValueKind::Rate, 6);
+  shortRate.trimmed = true;
+  EXPECT_EQ(FormatValue(Decimal(19558300, 7), shortRate), "1,95583");
+  EXPECT_EQ(FormatValue(Decimal(19558306, 7), shortRate), "1,955831");
+  EXPECT_EQ(FormatValue(Decimal(10000000, 7), shortRate), "1");
   for (const FormatRow& row : kRows)
     EXPECT_EQ(FormatValue(row.value, row.format), row.text);
 }
@@ -49,6 +54,8 @@ TEST(TextFormat, MomentsAreShownAndReadInTheCompanysZone) {
   EXPECT_EQ(FormatValue(summer, format), "01.07.2026 09:05");
   format.withSeconds = true;
   EXPECT_EQ(FormatValue(summer, format), "01.07.2026 09:05:30");
+  format.dayOnly = true;
+  EXPECT_EQ(FormatValue(summer, format), "01.07.2026");
   EXPECT_EQ(*ParseValue("1.7.2026 9:05:30", format), Variant(summer));
   EXPECT_EQ(*ParseValue("01.07.2026", format),
             Variant(format.zone.At(*Date::FromYmd(2026, 7, 1), 0, 0)));
@@ -110,10 +117,10 @@ TEST(TextFormat, SaysWhatCannotBeReadAndWhatCan) {
       {"2,5",                                                                                                Of(ValueKind::Int32),  "„2,5“ не е цяло число. Въведете го без десетични знаци."},
       {"256",                                                                                                Of(ValueKind::Byte),   "„256“ е извън допустимите граници: от 0 до 255."                   },
       {"9223372036854775808",                                                                                Of(ValueKind::Code),
-       "„9223372036854775808“ е извън допустимите граници. Въведете по-малко число."                                                                                                    },
+       "„9223372036854775808“ е твърде голямо число."                                                                                                    },
       {"1,23456",                                                                                            Of(ValueKind::Amount), "„1,23456“ има повече от 4 знака след запетаята."                  },
       {"1,234",                                                                                              Of(ValueKind::Amount,  2),                                                                                                   "„1,234“ има повече от 2 знака след запетаята."},
-      {"1,5",                                                                                                    Of(ValueKind::Amount,                                                                                                                     0),                                                                                                  "„1,5“ има десетични знаци, а се въвежда цяло число."},
+      {"1,5",                                                                                                    Of(ValueKind::Amount,                                                                                                                     0),                                                                                                  "„1,5“ не е цяло число. Въведете го без десетични знаци."},
       {"1,2,3",       Of(ValueKind::Double),                            "„1,2,3“ не е число. Въведете цифри и десетична запетая."                        },
       {"може би", Of(ValueKind::Bool),"„може би“ не е отговор. Въведете Да или Не."                                                        },
       {"дълъг",                    shortText,                                               "Текстът е по-дълъг от 3 знака."                                                                               },

@@ -223,7 +223,7 @@ TEST(DesktopWalk, GoesOnInsideQuestionsAndMessages) {
                  "expect dialog \"Желаете ли да изтриете текущия запис?\"\nanswer Не\n"
                  "expect rows gRows 5\npress F5\nanswer Да\nexpect rows gRows 4\n"
                  "type Quantity 7,25\nexpect Quantity 7,25\n"
-                 "type Measure 999\nexpect dialog \"Няма „999“ в списъка „Код“.\"\npress Escape\n"
+                 "type Measure 999\nexpect dialog \"Няма „999“ в списъка „Мярка“.\"\npress Escape\n"
                  "row new gDates\ntype RowNumber 1\nexpect rows gDates 1\n"
                  "choose acRows\nexpect focus gRows\nclose\n"),
             "");

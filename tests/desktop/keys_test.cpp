@@ -125,18 +125,19 @@ TEST(DesktopKeys, AnOpenEditorKeepsItsOwnKeys) {
   EXPECT_EQ(screen.form->cdsRows_.RecNo(), 1U);
 }
 
-TEST(DesktopKeys, WhatTheMaskRefusesLeavesTextAndCaret) {
+TEST(DesktopKeys, ANumberKeepsWhatIsTypedAtTheCaret) {
   Screen screen;
   screen.PointAt(screen.form->gRows, 0, 1);
   screen.Press(KeyCode::F2);
   screen.Press(KeyCode::Home);
   screen.Press(KeyCode::Right);
   screen.Type("щ");
-  EXPECT_EQ(screen.EditorText(), "20045");
-  EXPECT_EQ(screen.Line()->cursorPosition(), 1);
-  screen.Type("7");
-  EXPECT_EQ(screen.EditorText(), "270045");
+  EXPECT_EQ(screen.EditorText(), "2щ0045");
   EXPECT_EQ(screen.Line()->cursorPosition(), 2);
+  QApplication::clipboard()->setText(Qs("1\u00A0250,50\r\n"));
+  screen.Press(Ctrl(KeyCode::A));
+  screen.Press(Ctrl(KeyCode::V));
+  EXPECT_EQ(screen.EditorText(), "1\u00A0250,50") << "what is pasted stays, its line end goes";
 }
 
 TEST(DesktopKeys, SeveralLinesAreTypedWithCtrlEnter) {

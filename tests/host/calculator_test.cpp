@@ -17,6 +17,8 @@ TEST(Calculator, WorksOutSumsAsTheyAreWritten) {
       {"100 / 8 / 5", "2.5"},
       {"0,1 + 0,2", "0.3"},
       {"1 234,50 x 2", "2469"},
+      {"1.250,50 * 2", "2501"},
+      {"1\u2009234 + 1\u00A0000", "2234"},
       {"12,5 × 4 ÷ 10", "5"},
       {"3 х 4", "12"},
       {"-(2 - 5) * -2", "-6"},
@@ -33,11 +35,15 @@ TEST(Calculator, WorksOutSumsAsTheyAreWritten) {
 }
 
 TEST(Calculator, SaysWhatCannotBeWorkedOut) {
-  for (const std::string_view text : {"", "2 +", "(2", "2)", "2 3 +", "две", "1,2,3", "2 ** 3"}) {
+  for (const std::string_view text : {"", "2 +", "(2", "2)", "две", "2 ** 3"}) {
     const auto value = Calculate(text);
     ASSERT_FALSE(value) << text;
     EXPECT_NE(value.GetFailure().message.find("не може да се пресметне"), std::string::npos);
   }
+  for (const std::string_view text : {"2 3 + 1", "1,2,3"})
+    EXPECT_NE(Calculate(text).GetFailure().message.find("не е число"), std::string::npos);
+  EXPECT_NE(Calculate("1.250 * 2").GetFailure().message.find("1250 и като 1,25"),
+            std::string::npos);
   EXPECT_EQ(Calculate("5 / (2 - 2)").GetFailure().message, "Не може да се дели на нула.");
   EXPECT_EQ(Calculate("9999999999 * 9999999999").GetFailure().message,
             "Резултатът е извън обхвата на калкулатора.");

@@ -80,7 +80,7 @@ struct Meaning {
 };
 
 TEST(ComboTest, WhatWasTypedBecomesACode) {
-  const char* const missing = "1/3 Unit browse [99] !Стоки: Няма „99“ в списъка „Мерки“.";
+  const char* const missing = "1/3 Unit browse [99] !Стоки: Няма „99“ в списъка „Мярка“.";
   const char* const tooMany =
       "1/3 Unit browse [кил] !Стоки: „кил“ отговаря на няколко записа в "
       "списъка „Мерки“. Изберете един от тях.";

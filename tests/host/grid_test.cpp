@@ -71,24 +71,35 @@ TEST(GridTest, TypingGoesIntoTheEditorAndEnterTakesItOver) {
   });
 }
 
-TEST(GridTest, TypingThatCannotFitTheMaskOrTheSizeIsRefusedAtItsFirstCharacter) {
+TEST(GridTest, TextsAreRefusedAtTheFirstCharacterThatDoesNotFitAndNumbersWhenTheyAreLeft) {
   CheckKeys({
-      {"Left '0'", "1/3 Code browse"},
-      {"Left '1' '2' 'а' '3'", "1/3 Code browse [123]"},
-      {"Left '1234' '5'", "1/3 Code browse [1234]"},
+      {"Left ' '", "1/3 Code browse"},
+      {"Left '0' Enter",
+       "1/3 Code browse [0] !Стоки: Поле „Код на стока“: „0“ не се въвежда тук. Въведете число от "
+       "1 нагоре."},
+      {"Left '12а3' Enter",
+       "1/3 Code browse [12а3] !Стоки: Поле „Код“: „12а3“ не е число. Въведете само цифри."},
+      {"Left '12345' Enter",
+       "1/3 Code browse [12345] !Стоки: Поле „Код на стока“: „12345“ е твърде голямо число."},
+      {"Left '12.5' Enter",
+       "1/3 Code browse [12.5] !Стоки: Поле „Код“: „12.5“ не е цяло число. Въведете го без "
+       "десетични знаци."},
+      {"End Left '1.250,50' Enter Left F2", "1/3 Sum edit [1250,50]"},
+      {"End Left '12,345' Enter",
+       "1/3 Sum browse [12,345] !Стоки: Поле „Сума“: „12,345“ има повече от 2 знака след "
+       "запетаята."},
       {"'0123456789' 'a'", "1/3 Name browse [0123456789]"},
       {"End Left '12,34'", "1/3 Sum browse [12,34]"},
       {"End Left '12.34'", "1/3 Sum browse [12.34]"},
-      {"End Left '12.34' '5'", "1/3 Sum browse [12.34]"},
       {"End Left '12.34' Enter", "1/3 Done edit"},
       {"Down End Left F2", "2/3 Sum browse [1234,56]"},
       {"Down End Left F2 Enter", "2/3 Done browse"},
       {"End Left '-' Enter",
-       "1/3 Sum browse [-] !Стоки: Стойността „-“ в поле „Сума“ не е "
-       "въведена докрай."},
+       "1/3 Sum browse [-] !Стоки: Поле „Сума“: „-“ не е число. Въведете цифри и десетична "
+       "запетая."},
       {"End Left '-' Down",
-       "1/3 Sum browse [-] !Стоки: Стойността „-“ в поле „Сума“ не е "
-       "въведена докрай."},
+       "1/3 Sum browse [-] !Стоки: Поле „Сума“: „-“ не е число. Въведете цифри и десетична "
+       "запетая."},
   });
 }
 

@@ -59,7 +59,7 @@ TEST(InspectorTest, TypedTextsAreTakenWhenTheItemIsLeft) {
       {"'седем' Enter",
        "Code browse [седем] !Стоки: Поле „Код“: „седем“ не е число. Въведете само "
        "цифри."                                                                                                           },
-      {"Down Down '77' Up",               "Unit browse [77] !Стоки: Няма „77“ в списъка „Мерки“."},
+      {"Down Down '77' Up",               "Unit browse [77] !Стоки: Няма „77“ в списъка „Мярка“."},
       {"Down Down 'метър' Enter",    "Done edit"                                                                          },
       {"Ctrl+End Up Space",               "Done edit"                                                                          },
   });

@@ -92,7 +92,7 @@ TEST(PurchaseRequestRules, AContractBelongsToSupplierAndKind) {
   world.Type("ContractId", "40");
   EXPECT_EQ(world.Head()[head::ContractId].AsInt(), 40);
   world.Type("ContractId", "38");  // of another supplier: not offered
-  EXPECT_EQ(world.Messages(), "Няма „38“ в списъка „Договори“.");
+  EXPECT_EQ(world.Messages(), "Няма „38“ в списъка „Идентификатор на договор“.");
   world.Press(KeyCode::Escape);
   world.Type("KindSupply", "");
   EXPECT_TRUE(world.Head()[head::ContractId].IsNull());
@@ -143,7 +143,7 @@ TEST(PurchaseRequestRules, TheRequesterChoosesTheCostCentresButKeepsTheChosenOne
   EXPECT_EQ(world.Head()[head::CostCenter].AsInt(), 1001);
   world.FocusOn(world.Screen().diMainInfo);
   world.Type("CostCenter", "1002");
-  EXPECT_EQ(world.Messages(), "Няма „1002“ в списъка „Центрове за разходи“.");
+  EXPECT_EQ(world.Messages(), "Няма „1002“ в списъка „Център за разход“.");
 }
 
 TEST(PurchaseRequestRules, TheSupplyListFollowsContractSupplierAndParameters) {

@@ -7,7 +7,9 @@ namespace {
 
 constexpr QuantityUnit kPieces{1, 0, false};
 constexpr QuantityUnit kKilograms{1, 3, false};
-constexpr QuantityUnit kTons{1000, 3, false};
+constexpr QuantityUnit kTons{1000, 3, false, 1};
+constexpr QuantityUnit kHundreds{100, 0, false, 1};  // of pieces
+constexpr QuantityUnit kGrossOf12{12, 0, false, 1};
 constexpr QuantityUnit kDozens{12, 0, true};
 
 TEST(Quantity, ReadsAsTheRowsUnitAndBack) {
@@ -21,7 +23,7 @@ TEST(Quantity, ReadsAsTheRowsUnitAndBack) {
       {2000, kPieces, "2 000"},
       {1250.5, kKilograms, "1 250,5"},
       {0.001, kKilograms, "0,001"},
-      {1250.5, kTons, "1,251"},
+      {1250.5, kTons, "1,2505"},
       {1250, kTons, "1,25"},
       {500, kDozens, "41 8/12"},
       {20000, kDozens, "1 666 8/12"},
@@ -31,11 +33,18 @@ TEST(Quantity, ReadsAsTheRowsUnitAndBack) {
       {492, kDozens, "41"},
       {0, kDozens, "0"},
       {7, {1, 0, true}, "7"},
+      {150, kHundreds, "1,5"},
+      {40, kHundreds, "0,4"},
+      {1, kGrossOf12, "0,083333"},
+      {12.5, kPieces, "12,5"},
+      {3000, {2000, 0, true}, "1 1000/2000"},
   };
   for (const Case& row : cases) {
     EXPECT_EQ(QuantityToStr(row.quantity, row.unit), row.text);
+    if (row.unit.decimals == 0 && row.quantity == 12.5) continue;  // not of a whole kind: not typed
     const Answer<double> back = StrToQuantity1(row.text, row.unit);
     ASSERT_TRUE(back) << row.text;
+    EXPECT_EQ(*back, row.quantity) << row.text;
     EXPECT_EQ(QuantityToStr(*back, row.unit), row.text);
   }
 }
@@ -53,6 +62,10 @@ TEST(Quantity, TakesCommaOrPointAndRefusesTheRest) {
       {"3 12/12", kDozens, -1},    {"3 5/10", kDozens, -1},      {"3,5", kDozens, -1},
       {"5/", kDozens, -1},         {"/12", kDozens, -1},         {"", kDozens, -1},
       {"", kPieces, -1},           {"три", kPieces, -1},         {"1e3", kKilograms, -1},
+      {"3\u00A05/12", kDozens, 41},  {"1,5", kHundreds, 150},
+      {"1,505", kHundreds, -1},    {"0,083333", kGrossOf12, 1},  {"1.000.000", kPieces, 1e6},
+      {"1,000", kPieces, -1},      {"1,250", kKilograms, 1.25},
+      {"1.250", kKilograms, -1},   {"7,", kKilograms, 7},
       {"2,5", kTons, 2500},        {"1000000000000", kTons, -1},
   };
   for (const Case& row : cases) {

@@ -27,7 +27,8 @@ QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
   };
   return {.rowNumerator = std::max(1, number("RowNumerator")),
           .decimals = number(fields.roundQuantity),
-          .ordinaryFraction = number(kOrdinaryFraction) != 0};
+          .ordinaryFraction = number(kOrdinaryFraction) != 0,
+          .ownNumerator = number("Numerator")};
 }
 
 void ShowQuantities(TVosClientDataSet& rows, const SupplyRowFields& fields) {

@@ -95,9 +95,11 @@ Variant TdmOrvaneParameters::StoredText(const ModuleParameter& parameter) const 
 }
 
 Variant TdmOrvaneParameters::ValueOf(const ModuleParameter& parameter, const Variant& text) {
-  const Answer<Variant> read = ParseValue(text.ToText(), FieldOf(parameter).Format);
-  const Answer<Variant> fitting =
-      read ? read->As(parameter.field.kind, parameter.field.size) : read;
+  if (text.IsEmpty()) return Variant();
+  // The store's texts have comma or point before their decimals and no parted thousands.
+  const std::optional<Decimal> number = Decimal::Parse(text.ToText());
+  const Variant read = number && IsNumber(parameter.field.kind) ? Variant(*number) : text;
+  const Answer<Variant> fitting = read.As(parameter.field.kind, parameter.field.size);
   return fitting ? *fitting : Variant();
 }
 
