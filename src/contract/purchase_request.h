@@ -144,7 +144,7 @@ inline constexpr auto PurchaseOrderVer = Byte("PurchaseOrderVer", Key | Required
 inline constexpr auto ConfirmationLevel =
     Byte("ConfirmationLevel", Key | Required, "Ниво на одобрение");
 inline constexpr auto ConfirmedFrom = Code19("ConfirmedFrom", Plain, "Одобрен от");
-inline constexpr auto EmpName = String("EmpName", 30, Joined, "Име");
+inline constexpr auto EmpName = String("EmpName", 70, Joined, "Име");
 inline constexpr auto ConfermedOn = Moment("ConfermedOn", Stamped, "Одобрен на");
 inline constexpr auto UnConfirmedFrom = Code19("UnConfirmedFrom");
 inline constexpr auto UnConfirmedOn = Moment("UnConfirmedOn", Stamped);

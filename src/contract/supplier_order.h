@@ -111,7 +111,7 @@ inline constexpr auto UnConfirmedOn = Moment("UnConfirmedOn", Stamped);
 inline constexpr auto Status = Byte("Status", Required, "Статус");
 /// Number of the sending that made the row; a decision on a former sending is a conflict.
 inline constexpr auto SendingNumber = Int32("SendingNumber", Key | Required);
-inline constexpr auto ConfirmedFromName = String("ConfirmedFromName", 40, Joined, "Име");
+inline constexpr auto ConfirmedFromName = String("ConfirmedFromName", 70, Joined, "Име");
 inline constexpr auto StatusName = String("StatusName", 30, Joined, "Статус");
 inline constexpr auto ApprovalName = String("ApprovalName", 30, Joined, "Одобряващ");
 

@@ -8,6 +8,12 @@ const Variant kRateOne = Variant(Decimal(10'000'000, kRateDecimals));
 
 }  // namespace
 
+void ShowOrderRate(TField& rate) {
+  constexpr int kShown = 6;
+  rate.Format.decimals = kShown;
+  rate.Format.trimmed = true;
+}
+
 void SetRateOfExchange(const RateRule& rule) {
   if (!rule.head.Editing()) return;
   TField& rate = rule.head.FieldByName(rule.rateField);

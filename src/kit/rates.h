@@ -17,6 +17,9 @@ struct RateRule {
   std::int64_t nationalCurrency = 0;
 };
 
+/// The rate of a supplier order is shown and typed with six decimals at most.
+void ShowOrderRate(TField& rate);
+
 /// Only while the head is in edit or insert: 1 for the national currency; otherwise the central
 /// bank's rate, asked for with one call, or 1 when there is none or currency or day is missing yet.
 void SetRateOfExchange(const RateRule& rule);

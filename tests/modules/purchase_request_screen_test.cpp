@@ -423,9 +423,12 @@ TEST(PurchaseRequestScreen, PrintsWhatTheServerHoldsInWords) {
   EXPECT_EQ(facts["Доставчик"], "20117  Стил Трейд ООД");
   EXPECT_EQ(facts["Вид валута"], "Щатски долар");
   EXPECT_EQ(facts["Валутен курс"], "0,9234000");
-  EXPECT_EQ(facts["Сума на искането"], "1\u2009234,50");
+  EXPECT_EQ(facts["Левова сума на искането"], "1\u2009234,50");
+  EXPECT_EQ(facts.count("Сума на искането (Щатски долар)"), 1u);
   EXPECT_EQ(facts.count("Анулиран"), 0u);
+  EXPECT_EQ(report.title, "Искане за покупка");
   ASSERT_EQ(report.tables.size(), 2u);
+  EXPECT_EQ(report.tables[0].columns[5].title, "Сума без ДДС (Щатски долар)");
   const auto rows = fakes::TextsOf(printed);
   EXPECT_EQ(rows[0][4], "12,5");
   EXPECT_EQ(rows[1][4], "41 8/12");

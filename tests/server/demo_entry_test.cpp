@@ -201,7 +201,7 @@ class Clerk : public DemoClerk {
 
   void Finish(const NamedValues& head) {
     if (NumberAt(head, "Status") == Completed) {
-      Come(At(head, "AmendFrom").ToText(), *At(head, "AmendOn").AsStamp());
+      Come(logins_.at(NumberAt(head, "Notifier")), clock_.Now());  // which is no amendment
       Move(Approved, Completed);
     }
     if (At(head, "AnnulOn").IsNull()) return;

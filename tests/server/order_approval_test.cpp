@@ -104,8 +104,9 @@ TEST_P(OrderApproval, ADecisionOnAFormerSendingIsAConflict) {
   EXPECT_EQ(world.DecideOrder("kolev", id, 1, kWaiting, kGiven),
             "Поръчка за производство 1 не приема решения: статусът вече е „Въведен“.");
   ASSERT_EQ(world.MoveOrder("author", id, Entered, ForApproval), "ok");
-  EXPECT_NE(world.DecideOrder("kolev", id, 1, kWaiting, kGiven, 1).find("изпратено отново"),
-            std::string::npos);
+  const std::string outdated = world.DecideOrder("kolev", id, 1, kWaiting, kGiven, 1);
+  EXPECT_NE(outdated.find("е изпратена отново за одобрение"), std::string::npos) << outdated;
+  EXPECT_TRUE(outdated.ends_with("Прегледайте я отново.")) << outdated;
   EXPECT_EQ(world.DecideOrder("kolev", id, 1, kWaiting, kGiven, 2), "ok");
   EXPECT_EQ(world.WhereOrder("deputy", Nav::ByKey, id), "2:1") << "he had a turn";
 }

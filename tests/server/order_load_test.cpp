@@ -232,6 +232,8 @@ TEST_P(OrderLoads, RequestsAgainstAnOrderAreShownToThoseWhoSeeThem) {
         text);
     return text;
   };
+  EXPECT_EQ(seen("author"), "") << "what is only entered does not count against the order";
+  world.RunSql("update PurchaseOrder set Status = 3");
   const std::string both = std::to_string(first) + ", " + std::to_string(other);
   EXPECT_EQ(seen("author"), both);
   EXPECT_EQ(seen("boss"), both);

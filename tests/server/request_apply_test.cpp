@@ -209,6 +209,16 @@ TEST_P(RequestHeads, AnnulmentIsStampedByTheServerAndIsNoAmendment) {
   EXPECT_EQ(At("Status", ValueKind::Byte), "2");
 }
 
+TEST_P(RequestHeads, AKindWithoutOrdersTakesTheLinksOffTheRows) {
+  const std::int64_t order = world.AddOrder(20, 10000);
+  const std::int64_t id = world.NewRequest(3);
+  ASSERT_EQ(world.AddRow(id, 1, 20, 1, "0", order), "ok");
+  ASSERT_EQ(ChangeHead("author", id, "Supplier", 7, Variant()), "ok");
+  EXPECT_EQ(world.Count("PurchaseOrderDet where SuppManifacOrderId is not null"), 1);
+  EXPECT_EQ(ChangeHead("author", id, "KindSupply", 3, 5), "ok");
+  EXPECT_EQ(world.Count("PurchaseOrderDet where SuppManifacOrderId is not null"), 0);
+}
+
 TEST_P(RequestHeads, OnlyAnEmptyFirstVersionIsDeleted) {
   const std::int64_t id = world.NewRequest();
   const auto remove = [&](int version = 1) {

@@ -22,6 +22,13 @@ ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
   return report;
 }
 
+std::string TitleOf(std::string_view title, const TField& annulledOn, std::string_view annulled,
+                    bool oldVersion) {
+  std::string whole(title);
+  if (!annulledOn.IsEmpty()) return whole.append(" – ").append(annulled);
+  return oldVersion ? whole + " – СТАРА ВЕРСИЯ" : whole;
+}
+
 std::string CodeAndName(const TField& code, std::string_view name) {
   std::string text = code.Text();
   if (!text.empty() && !name.empty()) text += "  " + std::string(name);

@@ -28,6 +28,11 @@ struct PrintedColumn {
 ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
                           std::string_view title, std::string number);
 
+/// The title of a document that was annulled says so ("annulled" in the document's gender), and
+/// one that a later version replaced.
+std::string TitleOf(std::string_view title, const TField& annulledOn, std::string_view annulled,
+                    bool oldVersion = false);
+
 /// "20117  Стил Трейд ООД"; the code alone when there is no name, nothing without a code.
 std::string CodeAndName(const TField& code, std::string_view name);
 /// "ivanova  Мария Иванова, 05.03.2026 09:00"; empty when nobody did it.

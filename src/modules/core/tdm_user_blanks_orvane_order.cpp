@@ -10,6 +10,7 @@
 #include "kit/current_employee.h"
 #include "kit/document_load.h"
 #include "kit/parameters.h"
+#include "kit/rates.h"
 #include "modules/core/document_blank.h"
 #include "modules/core/supply_rows.h"
 #include "modules/core/tdm_user_blanks_orvane.h"
@@ -31,7 +32,7 @@ constexpr PrintedColumn kRows[] = {
 };
 constexpr PrintedColumn kApprovals[] = {
     {so::adm::ConfirmationLevel.name, "Ниво", 6}, {so::adm::ApprovalName.name, "Одобряващ", 24},
-    {so::adm::ConfirmedFromName.name, "Име", 30}, {so::adm::ConfermedOn.name, "На", 20},
+    {so::adm::ConfirmedFromName.name, "Име", 40}, {so::adm::ConfermedOn.name, "На", 20},
     {so::adm::StatusName.name, "Статус", 18},
 };
 constexpr PrintedColumn kRequests[] = {
@@ -79,6 +80,7 @@ ManifactureOrderBlank::ManifactureOrderBlank(TVosBaseForm& owner)
   adm_[so::adm::ConfermedOn].Format.withSeconds = true;
   const int decimals =
       static_cast<int>(ParamNumber(owner, system::kHostGroup, parameters::kAmountDecimals));
+  ShowOrderRate(head_[so::head::RateOfExchange]);
   for (const FieldDef& amount : {so::head::SumManifacOrder, so::head::CurrSumManifacOrder})
     head_[amount].Format.decimals = decimals;
 }
@@ -117,7 +119,8 @@ std::vector<ReportFact> ManifactureOrderBlank::Facts() {
   const bool foreign = head_[KindCurrency].AsInt().value_or(national) != national;
   return WithoutEmpty({
       {"Дата на документ", head_[DocumentDate].Text()},
-      {"Статус", head_.FieldByName(StatusName.name).Text()},
+      {"Статус",
+       head_[AnnulOn].IsEmpty() ? head_.FieldByName(StatusName.name).Text() : "Анулирана"},
       {"Период", head_[FromDate].Text() + " – " + head_[ToDate].Text()},
       {"Заявител", CodeAndName(head_[Notifier], head_[NotifierName].Text())},
       {"Център за разход", CodeAndName(head_[CostCenter], head_[CostCenterName].Text())},
@@ -127,8 +130,10 @@ std::vector<ReportFact> ManifactureOrderBlank::Facts() {
       {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
       {"Вид валута", head_[KindCurrencyName].Text()},
       {"Валутен курс", foreign ? head_[RateOfExchange].Text() : ""},
-      {"Валутна сума на поръчката", foreign ? head_[CurrSumManifacOrder].Text() : ""},
-      {"Сума на поръчката", head_[SumManifacOrder].Text()},
+      {"Сума на поръчката (" + head_[KindCurrencyName].Text() + ")",
+       foreign ? head_[CurrSumManifacOrder].Text() : ""},
+      {foreign ? "Сума на поръчката в националната валута" : "Сума на поръчката",
+       head_[SumManifacOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
       {"Създаден", StampOf(head_[CreatedFrom], head_[CreatedFromName], head_[CreatedOn])},
@@ -145,8 +150,10 @@ std::vector<PrintedColumn> ManifactureOrderBlank::RowColumns() const {
 }
 
 ReportDocument ManifactureOrderBlank::Document(int variant) {
-  ReportDocument report = BeginBlank(owner_, kManifactureOrderBlank, variant,
-                                     "Поръчка за производство", head_[so::head::IdNumber].Text());
+  const std::string title =
+      TitleOf("Поръчка за производство", head_[so::head::AnnulOn], "АНУЛИРАНА");
+  ReportDocument report =
+      BeginBlank(owner_, kManifactureOrderBlank, variant, title, head_[so::head::IdNumber].Text());
   report.facts = Facts();
   report.tables.push_back(PrintedTable("Материали и услуги", det_, RowColumns()));
   if (!adm_.IsEmpty()) report.tables.push_back(PrintedTable("Одобрения", adm_, kApprovals));

@@ -1,5 +1,6 @@
 // Print form 25: a purchase request.
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "host/form.h"
 #include "host/report.h"
 #include "kit/document_load.h"
+#include "kit/national_currency.h"
 #include "kit/parameters.h"
 #include "modules/core/document_blank.h"
 #include "modules/core/lookups.h"
@@ -29,13 +31,9 @@ constexpr auto TransportName = String("TransportName", 30, Joined, "Включе
 constexpr auto ApprovalName = String("ApprovalName", 30, Joined, "Одобряващ");
 
 constexpr PrintedColumn kRows[] = {
-    {pr::det::RowNumber.name, "№", 5},
-    {pr::det::SerialNumber.name, "Пореден~номер", 10},
-    {pr::det::bslName.name, "Име", 36},
-    {pr::det::MsrName.name, "Мярка", 10},
+    {pr::det::RowNumber.name, "№", 5},          {pr::det::SerialNumber.name, "Пореден~номер", 10},
+    {pr::det::bslName.name, "Име", 36},         {pr::det::MsrName.name, "Мярка", 10},
     {pr::det::Quantity.name, "Количество", 12},
-    {pr::det::CurrSumWithoutVAT.name, "Сума без ДДС", 14, true},
-    {pr::det::Remarks.name, "Бележки", 24},
 };
 constexpr PrintedColumn kSchedule[] = {
     {pr::del::DeliveryDate.name, "Дата на доставка", 16},
@@ -53,7 +51,7 @@ constexpr PrintedColumn kPlan[] = {
 constexpr PrintedColumn kApprovals[] = {
     {pr::adm::ConfirmationLevel.name, "Ниво", 6},
     {ApprovalName.name, "Одобряващ", 24},
-    {pr::adm::EmpName.name, "Име", 30},
+    {pr::adm::EmpName.name, "Име", 40},
     {pr::adm::ConfermedOn.name, "На", 20},
     {StatusName.name, "Статус", 18},
 };
@@ -70,7 +68,10 @@ class PurchaseOrderBlank {
  private:
   void AddNames();
   bool InNationalCurrency();
+  std::string InCurrency(std::string_view words);
+  std::string NationalSumLabel();
   std::vector<ReportFact> Facts();
+  std::vector<PrintedColumn> RowColumns(const std::string& sumTitle) const;
 
   TVosBaseForm& owner_;
   bool second_;
@@ -79,6 +80,7 @@ class PurchaseOrderBlank {
   TVosClientDataSet head_, det_, del_, pay_, adm_;
   TVosClientDataSet kinds_, currencies_, noYes_, statuses_, approvalStatuses_, approvers_;
   DataPacket costCenter_, partner_, contract_;
+  std::string nationalName_;
 };
 
 PurchaseOrderBlank::PurchaseOrderBlank(TVosBaseForm& owner)
@@ -134,6 +136,11 @@ bool PurchaseOrderBlank::Load(std::int64_t id, int version) {
   noYes.SetParam("Nom", core::kNoYes);
   FetchTogether({&kinds, &currencies, &noYes}, {&statuses_, &approvalStatuses_, &approvers_});
   LoadPackets(answer, pr::get_rec::kFirstPacket, {&head_, &det_, &del_, &pay_, &adm_});
+  nationalName_ =
+      currencies
+          .ValueOf(ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency),
+                   second_ ? "Name2" : "Name")
+          .ToText();
   costCenter_ = PacketAt(answer, pr::get_rec::kCostCenterRow);
   partner_ = PacketAt(answer, pr::get_rec::kPartnerRow);
   contract_ = PacketAt(answer, pr::get_rec::kContractRow);
@@ -146,12 +153,34 @@ bool PurchaseOrderBlank::InNationalCurrency() {
          *currency == ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency);
 }
 
+/// "Сума без ДДС (Евро)" where the request is in a foreign currency.
+std::string PurchaseOrderBlank::InCurrency(std::string_view words) {
+  const std::string currency = head_.FieldByName(CurrencyName.name).Text();
+  return InNationalCurrency() || currency.empty() ? std::string(words)
+                                                  : std::string(words) + " (" + currency + ")";
+}
+
+std::string PurchaseOrderBlank::NationalSumLabel() {
+  const std::string_view plain = "Сума на искането";
+  if (InNationalCurrency()) return std::string(plain);
+  return NationalCaption("Левова сума на искането", plain, nationalName_);
+}
+
+/// Remarks are printed in the language of the reader.
+std::vector<PrintedColumn> PurchaseOrderBlank::RowColumns(const std::string& sumTitle) const {
+  std::vector<PrintedColumn> columns(std::begin(kRows), std::end(kRows));
+  columns.push_back({pr::det::CurrSumWithoutVAT.name, sumTitle, 14, true});
+  columns.push_back({second_ ? pr::det::Remarks2.name : pr::det::Remarks.name, "Бележки", 24});
+  return columns;
+}
+
 std::vector<ReportFact> PurchaseOrderBlank::Facts() {
   using namespace pr::head;
   std::vector<ReportFact> facts = {
       {"Версия", head_[POVersion].Text()},
       {"Дата на документ", head_[DocumentDate].Text()},
-      {"Статус", head_.FieldByName(StatusName.name).Text()},
+      {"Статус",
+       head_[AnnulOn].IsEmpty() ? head_.FieldByName(StatusName.name).Text() : "Анулирано"},
       {"Заявител", CodeAndName(head_[Notifier], head_[NtfName].Text())},
       {"Център за разход", CodeAndName(head_[CostCenter], NameIn(costCenter_, second_))},
       {"Вид покупка", head_.FieldByName(KindName.name).Text()},
@@ -161,8 +190,9 @@ std::vector<ReportFact> PurchaseOrderBlank::Facts() {
       {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
       {"Вид валута", head_.FieldByName(CurrencyName.name).Text()},
       {"Валутен курс", InNationalCurrency() ? "" : head_[RateOfExchange].Text()},
-      {"Валутна сума на искането", InNationalCurrency() ? "" : head_[CurrSumPurchaseOrder].Text()},
-      {"Сума на искането", head_[SumPurchaseOrder].Text()},
+      {InCurrency("Сума на искането"),
+       InNationalCurrency() ? "" : head_[CurrSumPurchaseOrder].Text()},
+      {NationalSumLabel(), head_[SumPurchaseOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
       {"Създаден", StampOf(head_[CreatedFrom], head_[CrtFrmName], head_[CreatedOn])},
@@ -174,16 +204,22 @@ std::vector<ReportFact> PurchaseOrderBlank::Facts() {
 }
 
 ReportDocument PurchaseOrderBlank::Document(int variant) {
-  ReportDocument report = BeginBlank(owner_, kPurchaseOrderBlank, variant, "Искане за покупка",
-                                     head_[pr::head::POIdNumber].Text());
+  const std::string title = TitleOf("Искане за покупка", head_[pr::head::AnnulOn], "АНУЛИРАНО",
+                                    head_[pr::head::OldVersion].AsBool());
+  ReportDocument report =
+      BeginBlank(owner_, kPurchaseOrderBlank, variant, title, head_[pr::head::POIdNumber].Text());
   report.facts = WithoutEmpty(Facts());
-  report.tables.push_back(PrintedTable("Материали и услуги", det_, kRows));
+  report.tables.push_back(
+      PrintedTable("Материали и услуги", det_, RowColumns(InCurrency("Сума без ДДС"))));
   const auto add = [&](std::string_view caption, TVosClientDataSet& rows,
                        std::span<const PrintedColumn> columns) {
     if (!rows.IsEmpty()) report.tables.push_back(PrintedTable(caption, rows, columns));
   };
   add("Дати на доставка", del_, kSchedule);
-  add("План за плащане", pay_, kPlan);
+  const std::string planSum = InCurrency("Сума с ДДС");
+  std::vector<PrintedColumn> plan(std::begin(kPlan), std::end(kPlan));
+  std::ranges::find(plan, pr::pay::SumWithVAT.name, &PrintedColumn::field)->title = planSum;
+  add("План за плащане", pay_, plan);
   add("Одобрения", adm_, kApprovals);
   return report;
 }

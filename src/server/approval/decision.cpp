@@ -27,8 +27,9 @@ std::string_view WordFor(int approvalStatus) {
 /// The document is not what the asker saw: sent anew, corrected, or past decisions.
 std::optional<Failure> WhyOutdated(const DecisionFacts& facts, const DecisionAsked& asked) {
   if (facts.sending != asked.sending && !facts.rows.empty()) {
-    return WentOn(facts.document + " междувременно е изпратено отново за одобрение от " +
-                  facts.sentFrom + " на " + facts.sentOn + ". Прегледайте го отново.");
+    return WentOn(facts.document + " междувременно е " + std::string(facts.sent) +
+                  " отново за одобрение от " + facts.sentFrom + " на " + facts.sentOn +
+                  ". Прегледайте " + std::string(facts.it) + " отново.");
   }
   if (!facts.decidable.Has(facts.status) || facts.rows.empty()) {
     return WentOn(facts.document + " не приема решения: статусът вече е „" +

@@ -27,6 +27,9 @@ struct DecisionFacts {
   std::optional<std::int64_t> employee;
   /// It is the asker's own document, and the configuration forbids deciding on such.
   bool forbiddenOwn = false;
+  // Of the document's gender.
+  std::string_view sent = "изпратено";
+  std::string_view it = "го";
 };
 
 struct DecisionAsked {

@@ -244,14 +244,6 @@ void DemoRequests::Amend(DemoRequest& request) const {
   if (request.sendings == 0) return;
   request.amender = request.creator;
   request.amended = request.sent;
-  if (request.status != Completed) return;
-  constexpr std::int64_t kAfterDecision = 45 * 60'000'000LL;
-  request.amender = logins_.at(request.center->chief);
-  request.amended = request.decisions.empty() ? request.sent : request.decisions.back().when;
-  request.amended.micros += kAfterDecision;
-  if (request.delivered) {
-    request.amended = std::max(request.amended, TimeZone{}.At(request.deliveries.front(), 16, 30));
-  }
 }
 
 std::vector<DemoRequest> DemoRequests::Make(std::int64_t number) const {

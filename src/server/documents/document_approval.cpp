@@ -67,7 +67,7 @@ Answer<Judged, Setback> Judge(const StoredDocument& document, WriteContext& cont
   const auto decided = JudgeDecision(
       {NameOf(document, key), StatusName(head->status), head->status, kDecidableStatuses,
        head->sending, head->sentFrom, sentOn, rows, approvers, context.work.Who().Employee(),
-       IsForbiddenOwn(context.work, head->createdFrom, head->notifier)},
+       IsForbiddenOwn(context.work, head->createdFrom, head->notifier), document.sent, document.it},
       asked);
   if (!decided) return Refusal(decided.GetFailure());
   Judged judged{*head, {}, ValuesOf(*decided, context.work.Now())};

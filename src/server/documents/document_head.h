@@ -47,6 +47,7 @@ inline constexpr std::string_view kSerialNumber = "SerialNumber";
 inline constexpr std::string_view kMeasure = "Measure";
 inline constexpr std::string_view kQuantity = "Quantity";
 inline constexpr std::string_view kRowAmount = "CurrSumWithoutVAT";
+inline constexpr std::string_view kRowOrder = "SuppManifacOrderId";
 
 // Which only the server writes.
 inline constexpr auto kSendingNumber = Int32("SendingNumber");
@@ -69,6 +70,8 @@ struct StoredDocument {
   std::string_view itself;    ///< "искането"
   std::string_view one;       ///< "едно искане"
   std::string_view annulled;  ///< "анулирано"
+  std::string_view sent;      ///< "изпратено"
+  std::string_view it;        ///< "го"
   std::span<const WayOut> waysOut;
   const SeenTable& seen;
   ProviderDef head;  ///< stored columns, with those that only the server writes

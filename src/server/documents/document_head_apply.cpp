@@ -20,8 +20,8 @@ struct HeadApply {
   ChangeKind kind = ChangeKind::Update;
   DocumentKey key;
   const Move* move = nullptr;
-  /// Rows whose amounts changed with the head, as they are and their new amounts.
-  std::vector<std::pair<NamedValues, Decimal>> amounts;
+  /// Rows that change with the head, as they are and what they are to say.
+  std::vector<std::pair<NamedValues, NamedValues>> rows;
 };
 
 /// Amounts that follow from prices change with these, and sums in national currency.
@@ -184,15 +184,19 @@ Answer<Done, Setback> Reprice(const StoredDocument& document, WriteContext& cont
   std::vector<DocumentRow> rows = ReadDocumentRows((*packets)[2]);
   const Decimal rate = value(stored::kRateOfExchange).AsDecimal().value_or(Decimal(1, 0));
   const std::int64_t kind = value(stored::kKindSupply).AsInt().value_or(0);
+  // Rows of other kinds name no order: the column is not shown, nobody would see the link.
+  const bool unlinks = !settings.IsContracted(kind);
   for (DocumentRow& row : rows) {
     const auto entry = entries.find(row.serial);
     const auto amount = entry == entries.end()
                             ? std::optional(row.amount)
                             : RowAmount(kind, rate, row, entry->second, settings);
     if (!amount) return Refusal(TooGreat(NameOf(document, head.key) + ": сумата"));
-    if (*amount == row.amount) continue;
+    NamedValues after;
+    if (*amount != row.amount) after.push_back({std::string(stored::kRowAmount), *amount});
+    if (row.order && unlinks) after.push_back({std::string(stored::kRowOrder), Variant()});
     row.amount = *amount;
-    apply.amounts.emplace_back(row.values, *amount);
+    if (!after.empty()) apply.rows.emplace_back(row.values, std::move(after));
   }
   const auto sums = SumsOf(rows, rate, settings);
   if (!sums) return Refusal(TooGreat(NameOf(document, head.key) + ": сумата"));
@@ -224,9 +228,19 @@ void ImposeMove(const HeadSteps& steps, const Work& work, const DocumentHead& he
   Impose(prepared, head.row, stored::kAnnulFrom, work.Who().login);
   Impose(prepared, head.row, stored::kAnnulOn, work.Now());
   if (steps.annulledStatus) Impose(prepared, head.row, stored::kStatus, *steps.annulledStatus);
-  for (const std::string_view column : {stored::kAmendFrom, stored::kAmendOn}) {  // no amendment
+}
+
+/// Annulling and completing, or taking the completion off, amend nothing of what the document says.
+bool IsAmendment(const Move& move, const Change& asked) {
+  return !IsAnnulment(asked) && move.to != Completed && !move.from.Has(Completed);
+}
+
+/// The client may have stamped an amendment that is none: it is told what stands.
+void KeepAmendment(const DocumentHead& head, PreparedChange& prepared) {
+  for (const std::string_view column : {stored::kAmendFrom, stored::kAmendOn}) {
     Drop(prepared.change.after, column);
-    Drop(prepared.filled, column);
+    const Variant* present = FindValue(head.row, column);
+    SetValue(prepared.filled, column, present ? *present : Variant());
   }
 }
 
@@ -280,7 +294,11 @@ Answer<HeadApply, Setback> BeforeUpdate(const HeadSteps& steps, WriteContext& co
       return Refusal(*std::move(refusal));
     }
   }
-  if (apply.move) ImposeMove(steps, context.work, *head, Change(change), prepared);
+  if (apply.move) {
+    const Change asked = change;
+    ImposeMove(steps, context.work, *head, asked, prepared);
+    if (!IsAmendment(*apply.move, asked)) KeepAmendment(*head, prepared);
+  }
   CompleteOldValues(change, head->row);
   if (!ownColumns) return apply;
 
@@ -319,12 +337,12 @@ DocumentKey KeyBefore(const StoredDocument& document, const Change& change) {
   return {number(document.seen.id), number(document.seen.version)};
 }
 
-Answer<Done, Setback> WriteAmounts(const StoredDocument& document, WriteContext& context,
-                                   const HeadApply& apply) {
+Answer<Done, Setback> WriteRows(const StoredDocument& document, WriteContext& context,
+                                const HeadApply& apply) {
   ServerWrites writes(context.work);
-  for (const auto& [row, amount] : apply.amounts)
-    writes.Update(document.rows, row, {{std::string(stored::kRowAmount), amount}});
-  return writes.CarryOut(context.transaction, "pricing a document's rows");
+  for (const auto& [row, after] : apply.rows)
+    writes.Update(document.rows, row, after);
+  return writes.CarryOut(context.transaction, "changing rows with their head");
 }
 
 }  // namespace
@@ -350,7 +368,7 @@ Answer<Done, Setback> AfterDocumentHead(const HeadSteps& steps, WriteContext& co
     if (steps.identifierIsOwnerData) {
       context.ownerAnswer = apply.kind == ChangeKind::Delete ? Variant() : Variant(apply.key.id);
     }
-    const auto priced = WriteAmounts(steps.document, context, apply);
+    const auto priced = WriteRows(steps.document, context, apply);
     if (!priced) return priced.GetFailure();
     if (!apply.move) continue;
     const auto moved = steps.moved(context, apply.key, *apply.move);

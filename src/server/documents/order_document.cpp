@@ -46,7 +46,7 @@ constexpr std::string_view kSelectApprovals =
     "select a.SuppManOrderId, a.ConfirmationLevel, a.ConfirmedFrom, a.ConfermedOn,"
     " a.UnConfirmedFrom, a.UnConfirmedOn, a.Status, a.SendingNumber,"
     " case when a.OnBehalfOf is null then {e.Name}"
-    " else substr({e.Name} || ' (за ' || {h.Name} || ')', 1, 40) end, <status>, <approver>"
+    " else {e.Name} || ' (за ' || {h.Name} || ')' end, <status>, <approver>"
     " from SuppManOrderAdmin a left join Employees e on e.Employee = a.ConfirmedFrom"
     " left join Employees h on h.Employee = a.OnBehalfOf"
     " left join NomIn w on w.Nomenclature = <statuses> and w.Element = a.Status"
@@ -60,13 +60,14 @@ constexpr std::string_view kNameByNumber =
 constexpr std::string_view kApprovalStatuses = "251";
 constexpr std::string_view kApprovers = "245";
 
-/// They are found by the rows that name the order, however many requests there are.
+/// What counts against the order: requests from the sending on. They are found by the rows that
+/// name the order, however many requests there are.
 constexpr std::string_view kSelectRequests =
     "select p.DocumentDate, p.POIdNumber, p.POVersion, substr({p.Description}, 1, 30)"
     " from PurchaseOrder p join (select distinct d.PurchaseOrderId, d.PurchaseOrderVer"
     " from PurchaseOrderDet d where d.SuppManifacOrderId = {id}) r"
     " on r.PurchaseOrderId = p.POIdNumber and r.PurchaseOrderVer = p.POVersion"
-    " where p.OldVersion = 0 and p.AnnulOn is null and <seen>"
+    " where p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7 and <seen>"
     " order by p.DocumentDate, p.POIdNumber, p.POVersion";
 
 constexpr std::string_view kSelectCostCenter =

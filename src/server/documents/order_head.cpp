@@ -67,6 +67,8 @@ constexpr StoredDocument kStored{
     .itself = "поръчката",
     .one = "една поръчка за производство",
     .annulled = "анулирана",
+    .sent = "изпратена",
+    .it = "я",
     .waysOut = kWaysOut,
     .seen = kSeenOrders,
     .head = {"", field::dspSuppManifacOrder.table, kHeadFields},

@@ -47,7 +47,7 @@ constexpr std::string_view kSelectPlan =
 constexpr std::string_view kSelectApprovals =
     "select a.PurchaseOrderId, a.PurchaseOrderVer, a.ConfirmationLevel, a.ConfirmedFrom,"
     " case when a.OnBehalfOf is null then {e.Name}"
-    " else substr({e.Name} || ' (за ' || {h.Name} || ')', 1, 30) end,"
+    " else {e.Name} || ' (за ' || {h.Name} || ')' end,"
     " a.ConfermedOn, a.UnConfirmedFrom, a.UnConfirmedOn, a.Status, a.SendingNumber,"
     " a.ConfirmationLevel, a.Approval"
     " from PurchaseOrderAdm a left join Employees e on e.Employee = a.ConfirmedFrom"

@@ -42,6 +42,8 @@ constexpr StoredDocument kStored{
     .itself = "искането",
     .one = "едно искане",
     .annulled = "анулирано",
+    .sent = "изпратено",
+    .it = "го",
     .waysOut = kWaysOut,
     .seen = kSeenRequests,
     .head = {"", "PurchaseOrder", kHeadFields},

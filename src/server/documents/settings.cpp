@@ -44,6 +44,7 @@ DocumentSettings ReadSettings(const DataPacket& rows) {
   }
   settings.centralBank = host(parameters::kCentralBank);
   settings.nationalCurrency = host(parameters::kNationalCurrency);
+  settings.carKind = own(parameters::cpCar);
   settings.bulkKind = own(parameters::cpBRM);
   settings.waresKind = own(parameters::cpWares);
   settings.pricedServiceKind = own(parameters::cpSuppServ);

@@ -15,6 +15,7 @@ struct DocumentSettings {
   int amountDecimals = 2;  ///< also while the parameter is empty
   std::optional<std::int64_t> centralBank;
   std::optional<std::int64_t> nationalCurrency;
+  std::optional<std::int64_t> carKind;    ///< production
   std::optional<std::int64_t> bulkKind;   ///< ОСМ
   std::optional<std::int64_t> waresKind;  ///< goods
   std::optional<std::int64_t> pricedServiceKind;
@@ -26,6 +27,10 @@ struct DocumentSettings {
   /// ОСМ, goods and priced services take their amounts from prices.
   bool IsPriced(std::int64_t kindSupply) const {
     return kindSupply == bulkKind || kindSupply == waresKind || kindSupply == pricedServiceKind;
+  }
+  /// Kinds that are bought under a contract, and whose rows may name a supplier order.
+  bool IsContracted(std::int64_t kindSupply) const {
+    return kindSupply == carKind || kindSupply == bulkKind || kindSupply == waresKind;
   }
   /// ОСМ and goods show no amounts on their rows.
   bool HasAmountColumn(std::int64_t kindSupply) const {

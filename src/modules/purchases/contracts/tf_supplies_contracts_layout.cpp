@@ -137,6 +137,8 @@ void TfSuppliesContracts::SetUpItems() {
       ItemOf(AmendFrom).ReadOnly(),
       ItemOf(AmendOn).ReadOnly(),
   };
+  for (const FieldDef& moment : {CreatedOn, AmendOn})
+    dmSuppliesContracts->cdsSuppliesContracts[moment].Format.dayOnly = true;
   ChooseLanguageItems(
       *this, diLeft,
       {ShortDescription.name, Description.name, DeliveryTimes.name, MinOrderDelivery.name});

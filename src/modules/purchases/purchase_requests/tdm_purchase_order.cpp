@@ -303,6 +303,8 @@ void TdmPurchaseOrder::cdsPurchaseOrderNewRecord() {
   cdsPurchaseOrder[CurrSumPurchaseOrder].Set(kNoAmount);
   cdsPurchaseOrder[SumPurchaseOrder].Set(kNoAmount);
   cdsPurchaseOrder[Notifier].Set(employee);
+  for (const std::string_view param : {"Supplier", "KindSupp"})
+    suppliesContracts.SetParam(param, Variant());  // of the request shown before
   cdsCheckAdmNotifiers.SetParam("Notifier", employee);
   cdsCheckAdmNotifiers.Open();
   sqlcPurchaseOrder.Close();

@@ -55,6 +55,8 @@ class TdmPurchaseOrder : public TVosDataModule {
   void RefreshMeasure();
   /// The search of the supply list, as contract, supplier or parameters choose it.
   void SetUpKPL();
+  /// A row names a supplier order.
+  bool NamesOrders() const;
   /// Supplier and item whose orders are offered; the rows are fetched when they are needed.
   void SetOrderParams();
   /// Search by groups of goods among the supplier's entries; the one chosen goes into the row.

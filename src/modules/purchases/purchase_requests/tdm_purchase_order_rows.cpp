@@ -116,16 +116,26 @@ void TdmPurchaseOrder::cdsPurchaseOrderDetBeforePost() {
   CopyKey(cdsPurchaseOrderDet);
 }
 
-/// No more may be requested than the supplier order still leaves; all of it may.
+/// No more may be requested than the supplier order still leaves; all of it may. Others request
+/// meanwhile: what is left is asked anew.
 void TdmPurchaseOrder::CheckOrderRest() {
   const Variant order = cdsPurchaseOrderDet[det::SuppManifacOrderId].Value();
   if (order.IsNull()) return;
   SetOrderParams();
+  suppManOrd.Forget();
   if (!suppManOrd.LocateKey(order)) return;
   const auto rest = suppManOrd.ValueOf(order, "RestOrdQNT").AsDouble();
   const auto asked = cdsPurchaseOrderDet[det::Quantity].AsDouble();
   if (rest && asked && CompareQuantities(*asked, *rest) > 0)
     RefuseAt(form_, form_.gPurchaseOrderDet, "Quantity", _rExceedsOrder);
+}
+
+bool TdmPurchaseOrder::NamesOrders() const {
+  const TField& order = cdsPurchaseOrderDet.FieldByName(det::SuppManifacOrderId.name);
+  for (std::size_t row = 0; row < cdsPurchaseOrderDet.RecordCount(); ++row) {
+    if (!cdsPurchaseOrderDet.ValueAt(row, order).IsNull()) return true;
+  }
+  return false;
 }
 
 void TdmPurchaseOrder::dsPurchaseOrderDetStateChange() {

@@ -22,6 +22,10 @@ using namespace purchase_request;
 
 namespace {
 
+constexpr int kInformation = 1;
+constexpr std::string_view _rOrdersUnlinked =
+    "Искания от този вид покупка не ползват поръчки за производство. Връзките на редовете към "
+    "поръчки са премахнати.";
 constexpr std::string_view _rRateNotPositive =
     "Валутният курс трябва да бъде по-голям от нула. Въведете друг.";
 constexpr std::string_view _rNoEmployee =
@@ -318,11 +322,14 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
                 {"IncTranspInPrice", "KindCurrency", "RateOfExchange"});
   if (head[head::RateOfExchange].AsDecimal().value_or(Decimal()) <= Decimal())
     RefuseAt(*this, diMainInfo, "RateOfExchange", _rRateNotPositive);
+  const bool unlinks =
+      !values.IsContracted(dmPurchaseOrder->KindSupply()) && dmPurchaseOrder->NamesOrders();
   if (!head.Editing()) head.Edit();
   if (!dmPurchaseOrder->documentHead.Post()) {
     if (head.Editing()) FocusControl(&diMainInfo);
     throw Abort{};
   }
+  if (unlinks) VosMessageDlg(*this, kInformation, caption, _rOrdersUnlinked);
   if (by == SavedBy::Action) FocusControl(&eVer);
 }
 

@@ -135,7 +135,7 @@ void TfPurchaseOrder::SetUpColumns() {
       Column("ConfirmationLevel", 10, "Ниво на~одобрение"),
       Column("lupApprovalName", 24, "Одобряващ"),
       Column("ConfirmedFrom", 10, "От").Under(kApprovedGroup),
-      Column("EmpName", 30, "Име").Under(kApprovedGroup),
+      Column("EmpName", 44, "Име").Under(kApprovedGroup),
       Column("ConfermedOn", 19, "На").Under(kApprovedGroup),
       Column("lupAppStatusName", 18, "Статус"),
   };

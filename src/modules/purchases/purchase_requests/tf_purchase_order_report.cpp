@@ -111,10 +111,13 @@ void TfPurchaseOrderReport::SetUpLookups() {
   dmPurchaseOrderReport->nomIn249.SetParam("Nom", core::kRequestStatuses);
   const auto choice =
       static_cast<int>(ParamNumber(*this, system::kModuleGroup, parameters::cpKindSupplyChoice));
-  const bool chosen = choice >= 1 && choice <= 3;
-  const int byList = static_cast<int>(SupplyChoice::ByList);
+  // A report has no day: what a list holds on one day alone is searched among all its days.
+  const SupplyChoice kind = choice == static_cast<int>(SupplyChoice::ByListOnDate) ||
+                                    choice == static_cast<int>(SupplyChoice::ByListUpToDate)
+                                ? SupplyChoice::ByListUpToDate
+                                : SupplyChoice::ByList;
   dmPurchaseOrderReport->bsl.SetTemplate(
-      SetSuppListsSQL(chosen ? choice : byList, {}, cbBSL, std::nullopt));
+      SetSuppListsSQL(static_cast<int>(kind), {}, cbBSL, std::nullopt));
   cbBSL.dlgCaption = "Търсене - Списък за доставка";
 }
 

@@ -23,7 +23,9 @@ constexpr Move kOfferedCompletion = OfferedFrom(
 /// Keeps the stamp of amendment off while it lives: an annulment is no amendment.
 class WithoutAmendStamp {
  public:
-  explicit WithoutAmendStamp(bool& fillAmend) : fillAmend_(fillAmend) { fillAmend_ = false; }
+  explicit WithoutAmendStamp(bool& fillAmend, bool without = true) : fillAmend_(fillAmend) {
+    fillAmend_ = !without;
+  }
   ~WithoutAmendStamp() { fillAmend_ = true; }
   WithoutAmendStamp(const WithoutAmendStamp&) = delete;
   WithoutAmendStamp& operator=(const WithoutAmendStamp&) = delete;
@@ -103,6 +105,8 @@ void TfPurchaseOrder::PostMove() {
 
 void TfPurchaseOrder::MoveHead(const Move& move) {
   TVosClientDataSet& head = dmPurchaseOrder->cdsPurchaseOrder;
+  const bool completes = move.to == Completed || move.from.Has(Completed);
+  const WithoutAmendStamp completing(values.FillAmend, completes);
   if (!head.Editing()) head.Edit();
   head[head::Status].Set(static_cast<int>(move.to));
   PostMove();

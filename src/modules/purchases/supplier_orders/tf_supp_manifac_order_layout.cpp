@@ -4,6 +4,7 @@
 #include "kit/columns.h"
 #include "kit/lookup_setup.h"
 #include "kit/parameters.h"
+#include "kit/rates.h"
 #include "kit/register_screen.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
@@ -82,7 +83,7 @@ void TfSuppManifacOrder::SetUpItems() {
   for (const FieldDef& amount : {SumManifacOrder, CurrSumManifacOrder})
     dmSuppManifacOrder->cdsSuppManifacOrder[amount].Format.decimals =
         dmSuppManifacOrder->parameters.amountDecimals;
-  dmSuppManifacOrder->cdsSuppManifacOrder[RateOfExchange].Format.decimals = -1;
+  ShowOrderRate(dmSuppManifacOrder->cdsSuppManifacOrder[RateOfExchange]);
   ChooseLanguageItems(*this, di, {Description.name, Rationale.name}, LanguageMark::Angles);
 }
 
@@ -105,7 +106,7 @@ void TfSuppManifacOrder::SetUpColumns() {
       Column("ConfirmationLevel", 10, "Ниво на~одобрение"),
       Column("ApprovalName", 24, "Одобряващ"),
       Column("ConfirmedFrom", 10, "От").Under(kApprovedGroup),
-      Column("ConfirmedFromName", 30, "Име").Under(kApprovedGroup),
+      Column("ConfirmedFromName", 44, "Име").Under(kApprovedGroup),
       Column("ConfermedOn", 19, "На").Under(kApprovedGroup),
       Column("StatusName", 18, "Статус"),
   };
