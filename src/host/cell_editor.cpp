@@ -144,7 +144,7 @@ bool CellEditor::Fits(std::string_view text) const {
   if (!multiLine && HasControlCharacter(text)) return false;
   if (combo_ != nullptr && combo_->TakesNames() && !IsDigits(text))
     return Utf8Length(text) <= kLongestName;
-  if (IsOfNumber()) return !IsBlank(text);
+  if (IsOfNumber()) return mask_.IsEmpty() || !IsBlank(text);
   const std::size_t size = field_ == nullptr ? 0 : field_->Def().size;
   if (size != 0 && Utf8Length(text) > size) return false;
   return mask_.Match(text) != MaskMatch::Impossible;

@@ -146,7 +146,8 @@ Answer<double> StrToQuantity1(std::string_view text, const QuantityUnit& unit) {
   }
   if (number->ToDouble() * unit.rowNumerator > kHighestQuantity)
     return Failure{FailureKind::Refused, "„" + typed + "“ е твърде голямо количество."};
-  if (IsInOwnUnit(unit) && number->AtScale(unit.decimals)) {  // with these decimals, in one way only
+  if (IsInOwnUnit(unit) && number->AtScale(unit.decimals)) {
+    // "1,000" of goods without decimals may be a thousand.
     const Answer<Decimal> read = ReadNumber(typed, {.decimals = unit.decimals});
     if (!read) return read.GetFailure();
   }

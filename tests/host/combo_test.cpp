@@ -83,7 +83,7 @@ TEST(ComboTest, WhatWasTypedBecomesACode) {
   const char* const missing = "1/3 Unit browse [99] !Стоки: Няма „99“ в списъка „Мярка“.";
   const char* const tooMany =
       "1/3 Unit browse [кил] !Стоки: „кил“ отговаря на няколко записа в "
-      "списъка „Мерки“. Изберете един от тях.";
+      "списъка „Мярка“. Изберете един от тях.";
   for (const Meaning& row : {
            Meaning{"'12' Enter", "12", "1/3 Sum edit"},
            Meaning{"'1' Enter", "1", "1/3 Sum browse"},

@@ -215,7 +215,7 @@ TEST_P(RequestHeads, AKindWithoutOrdersTakesTheLinksOffTheRows) {
   ASSERT_EQ(world.AddRow(id, 1, 20, 1, "0", order), "ok");
   ASSERT_EQ(ChangeHead("author", id, "Supplier", 7, Variant()), "ok");
   EXPECT_EQ(world.Count("PurchaseOrderDet where SuppManifacOrderId is not null"), 1);
-  EXPECT_EQ(ChangeHead("author", id, "KindSupply", 3, 5), "ok");
+  EXPECT_EQ(ChangeHead("author", id, "KindSupply", 3, 4), "ok");
   EXPECT_EQ(world.Count("PurchaseOrderDet where SuppManifacOrderId is not null"), 0);
 }
 
