@@ -61,13 +61,13 @@ constexpr std::string_view kApprovalStatuses = "251";
 constexpr std::string_view kApprovers = "245";
 
 /// What counts against the order: requests from the sending on. They are found by the rows that
-/// name the order, however many requests there are.
+/// name the order, however many requests there are: "+ 0" keeps the index of statuses out of it.
 constexpr std::string_view kSelectRequests =
     "select p.DocumentDate, p.POIdNumber, p.POVersion, substr({p.Description}, 1, 30)"
     " from PurchaseOrder p join (select distinct d.PurchaseOrderId, d.PurchaseOrderVer"
     " from PurchaseOrderDet d where d.SuppManifacOrderId = {id}) r"
     " on r.PurchaseOrderId = p.POIdNumber and r.PurchaseOrderVer = p.POVersion"
-    " where p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7 and <seen>"
+    " where p.OldVersion = 0 and p.AnnulOn is null and p.Status + 0 between 3 and 7 and <seen>"
     " order by p.DocumentDate, p.POIdNumber, p.POVersion";
 
 constexpr std::string_view kSelectCostCenter =
