@@ -31,6 +31,9 @@ namespace orvane {
 
 class TVosClientDataSet;
 
+/// The values of one row by their fields' names.
+using RowReader = std::function<Variant(std::string_view field)>;
+
 enum class DataSetState : std::uint8_t { Inactive, Browse, Edit, Insert };
 
 /// What to do with a change that the server did not apply.
@@ -41,6 +44,12 @@ enum class ReconcileAction : std::uint8_t {
   Correct,  ///< take the change out of the log and put the row back into edit with what was typed
   Cancel,   ///< drop the change; the row is as it was loaded
   Refresh,  ///< drop the change; the row is as the server holds it now
+};
+
+/// A place in a dataset that survives changes of other rows; not a reload (Generation tells).
+struct Bookmark {
+  std::uint64_t generation = 0;
+  std::uint64_t row = 0;
 };
 
 /// A change that was not applied, as OnReconcileError sees it.
@@ -55,6 +64,7 @@ struct ReconcileError {
   /// Who changed the row meanwhile and when; empty when it is not known.
   std::string changedBy = {};
   Stamp changedOn = {};
+  Bookmark row = {};
 };
 
 /// A field of a dataset: a view onto the current row. Named by a FieldDef of the contract.
@@ -93,6 +103,8 @@ class TField {
   /// As shown: OnGetRowText or OnGetText when bound, otherwise by format.
   std::string Text() const;
   std::string TextOf(const Variant& value) const;
+  /// The field as it would be shown in a row of these values; of a lookup the name of its key.
+  std::string TextIn(const RowReader& row) const;
   /// What the user typed, through OnSetText when bound. A text that cannot be read is a Refused
   /// failure with a whole sentence naming the field; nothing changes then.
   Answer<Done> SetText(std::string_view text);
@@ -102,8 +114,8 @@ class TField {
   bool ReadOnly = false;
   std::function<void()> OnChange;
   std::function<std::string(const Variant&)> OnGetText;
-  /// In place of OnGetText where the text depends on other fields of the row: gets its position.
-  std::function<std::string(std::size_t position)> OnGetRowText;
+  /// In place of OnGetText where the text depends on other fields of the row.
+  std::function<std::string(const RowReader& row)> OnGetRowText;
   std::function<Answer<Variant>(std::string_view)> OnSetText;
 
  private:
@@ -121,12 +133,6 @@ class TField {
   FieldDef def_;
   std::optional<Lookup> lookup_;
   std::size_t column_ = 0;
-};
-
-/// A place in a dataset that survives changes of other rows; not a reload (Generation tells).
-struct Bookmark {
-  std::uint64_t generation = 0;
-  std::uint64_t row = 0;
 };
 
 /// Watches one dataset for those who show it.
@@ -224,8 +230,8 @@ class TVosClientDataSet {
   /// Open and without rows; the log is emptied.
   void EmptyDataSet();
   /// A dataset of the same fields, lookups and texts, without rows and without events: for those
-  /// who read portions that the screen does not show. Texts made from a row's position
-  /// (OnGetRowText) belong to this dataset and are not taken over.
+  /// who read portions that the screen does not show. Texts made from a whole row (OnGetRowText)
+  /// belong to this dataset and are not taken over.
   std::unique_ptr<TVosClientDataSet> EmptyTwin() const;
 
   // --- rows -------------------------------------------------------------------------------------
@@ -246,6 +252,9 @@ class TVosClientDataSet {
   /// Values of any row without moving: for those who paint. Position as in RecNo.
   Variant ValueAt(std::size_t position, const TField& field) const;
   std::string TextAt(std::size_t position, const TField& field) const;
+  RowReader RowAt(std::size_t position) const;
+  /// The same of a row as it was last posted, deleted ones too; Null everywhere after a reload.
+  RowReader RowAt(const Bookmark& row) const;
   /// Moves to the first row whose field equals the value (texts byte for byte); false leaves the
   /// cursor. Hash-indexed on first use. Posts nothing: an untouched edit ends, a changed row in
   /// edit is not left, and the answer is false then.
@@ -288,6 +297,10 @@ class TVosClientDataSet {
   /// OnChange, nothing to send. What was typed into the row stays on top. Without a row nothing
   /// happens.
   void TakeLoaded(const NamedValues& values);
+  /// Sets what a row shows beside its codes (joined fields), in the row as it was posted and in the
+  /// one it came from, each by its own codes; what was typed into it stays on top. Nothing happens
+  /// when the row is gone or is only being inserted.
+  void NameCodes(const Bookmark& row, const std::function<NamedValues(const RowReader&)>& names);
   /// Drops the log: every row is as it was loaded.
   void CancelUpdates();
 
@@ -297,6 +310,9 @@ class TVosClientDataSet {
   /// Gets the server's owner data.
   std::function<void(const Variant&)> AfterApplyUpdates;
   std::function<ReconcileAction(const ReconcileError&)> OnReconcileError;
+  /// What people call a row, by the values of its key, for sentences about it: "Искане за покупка
+  /// 17, ред 3". Unset: labels and values of its key.
+  std::function<std::string(const RowReader& row)> OnNameRow;
 
   /// Grows when the content is replaced (Open, LoadPacket, EmptyDataSet).
   std::uint64_t Generation() const;

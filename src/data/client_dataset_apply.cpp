@@ -24,6 +24,15 @@ bool IsVerdict(FailureKind kind) {
          kind == FailureKind::NoRight || kind == FailureKind::BadRequest;
 }
 
+/// `base` with the columns in which `mine` was changed against `original`.
+std::vector<Variant> OnTopOf(std::vector<Variant> base, const std::vector<Variant>& mine,
+                             const std::vector<Variant>& original) {
+  for (std::size_t i = 0; i < base.size(); ++i) {
+    if (mine[i] != original[i]) base[i] = mine[i];
+  }
+  return base;
+}
+
 }  // namespace
 
 std::size_t TVosClientDataSet::ApplyUpdates(std::int32_t maxErrors) {
@@ -51,6 +60,26 @@ void TVosClientDataSet::TakeLoaded(const NamedValues& values) {
   if (!row) return;
   impl_->TakeServerValues(*row, values);
   impl_->Touch();
+}
+
+void TVosClientDataSet::NameCodes(const Bookmark& row,
+                                  const std::function<NamedValues(const RowReader&)>& names) {
+  const auto id = static_cast<RowId>(row.row);
+  Impl& impl = *impl_;
+  const bool inserting = State() == DataSetState::Insert && impl.editRow == id;
+  if (row.generation != impl.generation || inserting || !impl.PositionOf(id)) return;
+  const auto named = [&](const std::vector<Variant>& values) {
+    return impl.With(
+        values, names([&](std::string_view field) { return values[FieldByName(field).column_]; }));
+  };
+  const std::vector<Variant> posted = impl.store.Values(id);
+  impl.PutRow(id, named(posted));
+  for (LogEntry& entry : impl.log) {
+    if (entry.row == id && entry.kind != ChangeKind::Insert) entry.original = named(entry.original);
+  }
+  if (Editing() && impl.editRow == id)
+    impl.buffer = OnTopOf(impl.store.Values(id), impl.buffer, posted);
+  impl.Touch();
 }
 
 ApplyAnswer TVosClientDataSet::Impl::SendLog(std::int32_t maxErrors) {
@@ -167,8 +196,8 @@ std::vector<TVosClientDataSet::Impl::Decision> TVosClientDataSet::Impl::Reconcil
 ReconcileError TVosClientDataSet::Impl::DescribeError(const LogEntry& entry,
                                                       const ChangeOutcome& outcome) const {
   const Change change = MakeChange(entry);
-  return {entry.kind, *outcome.failure,  change.before,    change.after, outcome.present,
-          {},         outcome.changedBy, outcome.changedOn};
+  return {entry.kind, *outcome.failure,  change.before,     change.after,           outcome.present,
+          {},         outcome.changedBy, outcome.changedOn, {generation, entry.row}};
 }
 
 void TVosClientDataSet::Impl::Act(const Outcomes& outcomes,
@@ -247,19 +276,6 @@ std::vector<Variant> TVosClientDataSet::Impl::With(std::vector<Variant> values,
   }
   return values;
 }
-
-namespace {
-
-/// `base` with the columns in which `mine` was changed against `original`.
-std::vector<Variant> OnTopOf(std::vector<Variant> base, const std::vector<Variant>& mine,
-                             const std::vector<Variant>& original) {
-  for (std::size_t i = 0; i < base.size(); ++i) {
-    if (mine[i] != original[i]) base[i] = mine[i];
-  }
-  return base;
-}
-
-}  // namespace
 
 /// Values of the server under whatever was typed on the row meanwhile.
 void TVosClientDataSet::Impl::TakeServerValues(RowId row, const NamedValues& values) {

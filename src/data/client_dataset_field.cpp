@@ -88,6 +88,12 @@ std::string TField::TextOf(const Variant& value) const {
   return kept(value);
 }
 
+std::string TField::TextIn(const RowReader& row) const {
+  if (lookup_) return TextOf(dataSet_->impl_->LookUp(*this, row(lookup_->keyField)));
+  const auto kept = OnGetRowText;
+  return kept ? kept(row) : TextOf(row(Name()));
+}
+
 Answer<Done> TField::SetText(std::string_view text) {
   if (lookup_ || ReadOnly) return Unreadable(*this, "стойността не се въвежда.");
   if (text == Text()) return Done{};  // shown with fewer decimals than it has, it keeps them

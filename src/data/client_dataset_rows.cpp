@@ -121,7 +121,18 @@ Variant TVosClientDataSet::ValueAt(std::size_t position, const TField& field) co
 std::string TVosClientDataSet::TextAt(std::size_t position, const TField& field) const {
   if (!field.OnGetRowText) return field.TextOf(ValueAt(position, field));
   const auto kept = field.OnGetRowText;
-  return kept(position);
+  return kept(RowAt(position));
+}
+
+RowReader TVosClientDataSet::RowAt(std::size_t position) const {
+  return [this, position](std::string_view field) { return ValueAt(position, FieldByName(field)); };
+}
+
+RowReader TVosClientDataSet::RowAt(const Bookmark& row) const {
+  if (row.generation != impl_->generation) return [](std::string_view) { return Variant(); };
+  return [this, row](std::string_view field) {
+    return impl_->store.Value(static_cast<RowId>(row.row), FieldByName(field).column_);
+  };
 }
 
 // --- finding

@@ -3,6 +3,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "host/grid.h"
+#include "host/inspector.h"
 #include "host/small_controls.h"
 
 namespace orvane {
@@ -25,38 +26,91 @@ struct Difference {
   std::string was;
 };
 
-Variant ValueOf(const NamedValues& values, std::string_view name) {
-  const Variant* value = FindValue(values, name);
-  return value == nullptr ? Variant() : *value;
+/// What both changed, and not to the same.
+struct Differing {
+  std::vector<Difference> shown;
+  /// Fields that no user knows: they follow from others and are the server's to fill.
+  std::vector<std::string> hidden;
+};
+
+/// The row with these values in it; what they do not name is as the user left it.
+RowReader Row(TVosClientDataSet& dataSet, const ReconcileError& error, const NamedValues& values) {
+  return [&values, local = dataSet.RowAt(error.row)](std::string_view field) {
+    const Variant* value = FindValue(values, field);
+    return value == nullptr ? local(field) : *value;
+  };
 }
 
-std::string LabelOf(const TField& field) {
-  return field.DisplayLabel.empty() ? std::string(field.Name()) : field.DisplayLabel;
+/// The field in which the user sees the value of `field`: a name looked up for it, or itself.
+const TField& ShownFor(TVosClientDataSet& dataSet, const TField& field) {
+  for (TField* other : dataSet.Fields()) {
+    if (other->IsLookup() && &other->Written() == &field) return *other;
+  }
+  return field;
 }
 
-/// Fields that the user changed and that now hold something else than he typed. What the server
-/// stamps is nobody's typing.
-std::vector<Difference> Differences(TVosClientDataSet& dataSet, const ReconcileError& error) {
-  std::vector<Difference> differences;
+/// Title of the field's column or item on the form; empty when it has none.
+std::string TitleOn(const TVosBaseForm& form, TVosClientDataSet& dataSet, const TField& field) {
+  const auto shows = [&](const std::string& name) {
+    TField* shown = dataSet.FindField(name);
+    return shown != nullptr && &shown->Written() == &field;
+  };
+  for (Control* control : form.Controls()) {
+    if (control->Kind() == ControlKind::Grid) {
+      const auto& grid = static_cast<const TVosDBGrid&>(*control);
+      for (const GridColumn& column : grid.columns) {
+        if (&grid.DataSet() == &dataSet && shows(column.field)) return grid.TitleOf(column.field);
+      }
+    } else if (control->Kind() == ControlKind::Inspector) {
+      const auto& inspector = static_cast<const TVosDataInspector&>(*control);
+      for (const InspectorItem& item : inspector.items) {
+        if (&inspector.DataSet() == &dataSet && shows(item.field)) return item.label;
+      }
+    }
+  }
+  return {};
+}
+
+std::string LabelOf(const TVosBaseForm& form, TVosClientDataSet& dataSet, const TField& field) {
+  return field.DisplayLabel.empty() ? TitleOn(form, dataSet, field) : field.DisplayLabel;
+}
+
+/// What the server stamps is nobody's typing.
+Differing Differences(const TVosBaseForm& form, TVosClientDataSet& dataSet,
+                      const ReconcileError& error) {
+  Differing differing;
   for (const NamedValue& mine : error.mine) {
     const TField* field = dataSet.FindField(mine.name);
-    if (field == nullptr || field->Def().Is(Stamped)) continue;
-    const Variant theirs = ValueOf(error.present, mine.name);
-    if (theirs == mine.value) continue;
-    const Variant was = ValueOf(error.before, mine.name);
-    differences.push_back({std::string(field->Name()), LabelOf(*field), field->TextOf(mine.value),
-                           field->TextOf(theirs), field->TextOf(was)});
+    const Variant* theirs = FindValue(error.present, mine.name);
+    if (field == nullptr || field->Def().Is(Stamped) || theirs == nullptr) continue;
+    const Variant* was = FindValue(error.before, mine.name);
+    if (*theirs == mine.value || (was != nullptr && *theirs == *was)) continue;
+    const std::string label = LabelOf(form, dataSet, *field);
+    if (label.empty()) {
+      differing.hidden.emplace_back(field->Name());
+      continue;
+    }
+    const TField& shown = ShownFor(dataSet, *field);
+    const auto text = [&](const NamedValues& values) {
+      return shown.TextIn(Row(dataSet, error, values));
+    };
+    differing.shown.push_back({std::string(field->Name()), label, text(error.mine),
+                               text(error.present), text(error.before)});
   }
-  return differences;
+  return differing;
 }
 
-/// "Код 7, Име Цех" of the key fields that the change names.
-std::string RowName(TVosClientDataSet& dataSet, const ReconcileError& error) {
+/// "Записът „Код 7“", "Записът „Искане за покупка 17, версия 1, ред 3“".
+std::string RowName(const TVosBaseForm& form, TVosClientDataSet& dataSet,
+                    const ReconcileError& error) {
+  const RowReader row = Row(dataSet, error, error.before);
+  if (dataSet.OnNameRow) return "Записът „" + dataSet.OnNameRow(row) + "“";
   std::string text;
   for (const TField* field : dataSet.Fields()) {
-    const Variant* key = FindValue(error.before, field->Name());
-    if (key == nullptr || !field->Def().Is(Key)) continue;
-    text += (text.empty() ? "" : ", ") + LabelOf(*field) + " " + field->TextOf(*key);
+    if (!field->Def().Is(Key) || FindValue(error.before, field->Name()) == nullptr) continue;
+    const std::string label = LabelOf(form, dataSet, *field);
+    if (label.empty()) continue;
+    text += (text.empty() ? "" : ", ") + label + " " + ShownFor(dataSet, *field).TextIn(row);
   }
   return text.empty() ? "Записът" : "Записът „" + text + "“";
 }
@@ -132,7 +186,7 @@ class TfVosConflict : public TVosBaseForm {
       cdsDifferences_[Mine].Set(row.mine);
       cdsDifferences_[Theirs].Set(row.theirs);
       cdsDifferences_[Was].Set(row.was);
-      cdsDifferences_[Overwrite].Set(true);
+      cdsDifferences_[Overwrite].Set(false);  // theirs stays until the user says otherwise
       cdsDifferences_.Post();
     }
     cdsDifferences_.First();
@@ -164,7 +218,7 @@ class TfVosConflict : public TVosBaseForm {
 
 ReconcileAction RunConflictForm(TVosBaseForm& form, TVosClientDataSet& dataSet,
                                 const ReconcileError& error) {
-  const std::string row = RowName(dataSet, error);
+  const std::string row = RowName(form, dataSet, error);
   const std::string who = Who(form, error);
   if (error.present.empty()) {
     VosMessageDlg(form, 0, form.caption,
@@ -178,12 +232,17 @@ ReconcileAction RunConflictForm(TVosBaseForm& form, TVosClientDataSet& dataSet,
                       "повторете изтриването, ако още е нужно.");
     return ReconcileAction::Refresh;
   }
-  const std::vector<Difference> differences = Differences(dataSet, error);
-  if (differences.empty()) return ReconcileAction::Merge;  // both typed the same
-  TfVosConflict dialog(form, row, who, differences);
-  dialog.ShowModal();
-  if (dialog.Chosen() == ReconcileAction::Merge) error.givenUp = dialog.GivenUp();
-  return dialog.Chosen();
+  Differing differing = Differences(form, dataSet, error);
+  ReconcileAction chosen = ReconcileAction::Merge;  // when both typed the same
+  if (!differing.shown.empty()) {
+    TfVosConflict dialog(form, row, who, differing.shown);
+    dialog.ShowModal();
+    chosen = dialog.Chosen();
+    if (chosen == ReconcileAction::Merge) error.givenUp = dialog.GivenUp();
+  }
+  if (chosen == ReconcileAction::Merge)
+    error.givenUp.insert(error.givenUp.end(), differing.hidden.begin(), differing.hidden.end());
+  return chosen;
 }
 
 }  // namespace orvane

@@ -1,7 +1,7 @@
 #pragma once
 
-// When somebody else changed the row that a user changed too: the fields that differ, as mine, as
-// they are now and as they were, and the choice between them.
+// When somebody else changed the row that a user changed too: the fields that both changed, as
+// mine, as they are now and as they were, in the words of the screen, and the choice between them.
 
 #include "data/client_dataset.h"
 

@@ -18,33 +18,36 @@ Variant NameIn(TVosClientDataSet& list, bool second) {
 }
 
 /// The name that belongs to the row's code; empty when the list does not know the code.
-std::optional<Variant> NameOfCode(const TVosBaseForm& form, TVosClientDataSet& rows,
+std::optional<Variant> NameOfCode(const TVosBaseForm& form, const Variant& code,
                                   const NameFill& fill, FillLanguage language) {
-  const Variant code = rows.FieldByName(fill.code).Value();
   if (code.IsNull()) return Variant();
   if (!fill.table.LocateKey(code)) return std::nullopt;
   const bool second = language == FillLanguage::Working && NamesLanguage(form) == 2;
   return NameIn(fill.table.DataSet(), second);
 }
 
-/// The server tells the row's own columns of a conflict, not the names beside them.
+/// The server tells the own columns of a row that it did not take, not the names beside them.
 void FollowConflicts(TVosBaseForm& form, TVosClientDataSet& rows,
                      const std::vector<NameFill>& fills, FillLanguage language) {
   assert(rows.OnReconcileError && rows.AfterApplyUpdates);
-  const auto conflicted = std::make_shared<bool>(false);
-  rows.OnReconcileError = [conflicted,
-                           before = rows.OnReconcileError](const ReconcileError& error) {
-    *conflicted = true;
+  const auto failed = std::make_shared<std::vector<Bookmark>>();
+  rows.OnReconcileError = [failed, before = rows.OnReconcileError](const ReconcileError& error) {
+    failed->push_back(error.row);
     return before(error);
   };
-  rows.AfterApplyUpdates = [&form, &rows, fills, language, conflicted,
+  const auto names = [&form, fills, language](const RowReader& row) {
+    NamedValues found;
+    for (const NameFill& fill : fills) {
+      if (const auto name = NameOfCode(form, row(fill.code), fill, language))
+        found.push_back({std::string(fill.name), *name});
+    }
+    return found;
+  };
+  rows.AfterApplyUpdates = [&rows, failed, names,
                             before = rows.AfterApplyUpdates](const Variant& answer) {
     before(answer);
-    if (!std::exchange(*conflicted, false) || rows.Editing() || rows.IsEmpty()) return;
-    for (const NameFill& fill : fills) {
-      if (const auto name = NameOfCode(form, rows, fill, language))
-        rows.TakeLoaded({{std::string(fill.name), *name}});
-    }
+    for (const Bookmark& row : std::exchange(*failed, {}))
+      rows.NameCodes(row, names);
   };
 }
 
@@ -54,7 +57,8 @@ void FillNames(TVosBaseForm& form, TVosClientDataSet& rows, const std::vector<Na
                FillLanguage language) {
   for (const NameFill& fill : fills) {
     rows.FieldByName(fill.code).OnChange = [&form, &rows, fill, language] {
-      if (const auto name = NameOfCode(form, rows, fill, language))
+      const Variant code = rows.FieldByName(fill.code).Value();
+      if (const auto name = NameOfCode(form, code, fill, language))
         rows.FieldByName(fill.name).Set(*name);
     };
   }

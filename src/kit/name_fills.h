@@ -29,8 +29,8 @@ struct NameFill {
 enum class FillLanguage : std::uint8_t { Working, First };
 
 /// Binds OnChange of every code. A code that has not arrived with its list is asked for (one call).
-/// After a conflict the names follow the codes that another user left in the row. Called after
-/// ApplyAtOnce, whose handlers go first.
+/// After a change that was not taken the names follow the codes that its row holds then, whether or
+/// not it is the current one. Called after ApplyAtOnce, whose handlers go first.
 void FillNames(TVosBaseForm& form, TVosClientDataSet& rows, const std::vector<NameFill>& fills,
                FillLanguage language = FillLanguage::Working);
 

@@ -102,12 +102,6 @@ TVosDBGrid& RegisterScreen::GridInUse() const {
   return focused == grids_.end() ? *grids_.front() : **focused;
 }
 
-bool RegisterScreen::HoldsTyping() const {
-  return std::ranges::any_of(grids_, [](const TVosDBGrid* grid) {
-    return grid->DataSet().Editing() || grid->DataSet().ChangeCount() > 0;
-  });
-}
-
 void RegisterScreen::StateChange() {
   bool anyInserting = false;
   for (TVosDBGrid* grid : grids_) {

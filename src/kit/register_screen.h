@@ -104,8 +104,6 @@ class RegisterScreen {
 
   /// The grid that has the focus, else the main one.
   TVosDBGrid& GridInUse() const;
-  /// A row of a grid is being typed, or was and still waits for the server: fetching would lose it.
-  bool HoldsTyping() const;
   /// Run on every change of a grid's dataset's state: form status and what the grids allow.
   void StateChange();
   /// Run when the host sets the screen's rights.

@@ -47,10 +47,7 @@ void ShownDocument::Reload() {
 void ShownDocument::KeyEditEnter() {
   const bool dropped = head_.Editing();
   if (dropped) head_.Cancel();
-  if (dropped || rules_.alwaysFresh)
-    Reload();
-  else
-    rules_.sendPending();
+  Reload();
   if (dropped) rules_.typingDropped();
 }
 
@@ -61,7 +58,8 @@ void ShownDocument::PostMove(DocumentHead& head) {
 }
 
 bool ShownDocument::Show(std::int64_t id) {
-  if (id == rules_.id() || rules_.load(id) != LoadCode::None) return true;
+  const bool there = id == rules_.id() && !rules_.numberLoadsAgain;
+  if (there || rules_.load(id) != LoadCode::None) return true;
   VosMessageDlg(form_, kWarningMessage, form_.caption,
                 Filled(rules_.notFound, {std::to_string(id)}));
   return false;

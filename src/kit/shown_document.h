@@ -37,9 +37,8 @@ struct ShownDocumentRules {
   std::function<LoadCode(std::int64_t id)> load;
   /// What was typed into the head was given up.
   std::function<void()> typingDropped;
-  /// Coming to the edit loads anew what others may have moved meanwhile; without it only typing
-  /// that is given up is a reason to load.
-  bool alwaysFresh = true;
+  /// The number of the shown document, typed again, loads it anew; without it nothing happens then.
+  bool numberLoadsAgain = false;
 };
 
 /// Shows one given document over another screen and returns when it is closed. `load` loads it;

@@ -124,18 +124,19 @@ TEST_F(DialogsTest, AConflictShowsMineTheirsAndWasAndTheUserChooses) {
       Names texts;
       for (const GridColumn& column : grid.columns)
         texts.push_back(shown.TextAt(0, shown.FieldByName(column.field)));
-      EXPECT_EQ(texts, (Names{"Име", "Механичен цех", "Цех 1", "Механичен", "Да"}));
+      EXPECT_EQ(texts, (Names{"Име", "Механичен цех", "Цех 1", "Механичен", "Не"}));
       Press(dialog, row.key);
       EXPECT_TRUE(dialog.IsClosed());
     });
     const ReconcileError error = NameConflict();
     EXPECT_EQ(HandleReconcileError(*form, cds, error), row.action);
-    EXPECT_TRUE(error.givenUp.empty());
+    EXPECT_EQ(error.givenUp, row.action == Merge ? (Names{"Name", "Chief"}) : Names{})
+        << "theirs stays until it is ticked";
   }
   EXPECT_TRUE(host.toolkit.messages.empty());
 }
 
-TEST_F(DialogsTest, AFieldThatIsUntickedIsGivenUp) {
+TEST_F(DialogsTest, AFieldThatIsTickedIsKept) {
   host.toolkit.modals.push_back([](TVosBaseForm& dialog) {
     Press(dialog, KeyCode::Down);
     Press(dialog, KeyCode::Space);
@@ -143,7 +144,76 @@ TEST_F(DialogsTest, AFieldThatIsUntickedIsGivenUp) {
   });
   const ReconcileError error = NameConflict();
   EXPECT_EQ(HandleReconcileError(*form, cds, error), ReconcileAction::Merge);
-  EXPECT_EQ(error.givenUp, Names{"Chief"});
+  EXPECT_EQ(error.givenUp, Names{"Name"});
+}
+
+TEST_F(DialogsTest, AConflictSpeaksAsTheScreenDoes) {
+  constexpr auto DocumentId = Int32("DocumentId", Key);
+  constexpr auto Status = Byte("Status", Plain, "Статус");
+  constexpr auto Quantity = Real("Quantity", Plain, "Количество");
+  constexpr auto Size = Int32("Size");
+  constexpr auto Remarks = String("Remarks", 40, Plain, "Бележки");
+  constexpr auto Untitled = Int32("Untitled");
+  TVosClientDataSet statuses{"statuses", {Code, Name}};
+  const std::pair<int, const char*> names[] = {{2, "Въведен"}, {3, "За одобрение"}, {5, "Одобрен"}};
+  for (const auto& [code, name] : names) {
+    statuses.Append();
+    statuses[Code].Set(code);
+    statuses[Name].Set(name);
+    statuses.Post();
+  }
+  TVosClientDataSet rows{"rows", {DocumentId, Status, Quantity, Size, Remarks, Untitled}};
+  rows.AddLookup(String("lupStatus", 40, Joined), statuses, "Status", "Code", "Name");
+  rows[Quantity].OnGetRowText = [](const RowReader& row) {
+    const double boxes = *row("Quantity").AsDouble() / *row("Size").AsDouble();
+    return std::to_string(static_cast<int>(boxes)) + " кутии";
+  };
+  TDataSource source{rows};
+  TVosDBGrid grid{*form, "gRows", source};
+  grid.columns = {{.field = "Untitled", .title = "Брой~листа"}};
+  const ReconcileError error{
+      ChangeKind::Update,
+      {FailureKind::Conflict, "x"},
+      {{"DocumentId", 17},
+       {"Status", 2},
+       {"Quantity", 24.0},
+       {"Size", 12},
+       {"Remarks", "а"},
+       {"Untitled", 1}},
+      {{"Status", 3}, {"Quantity", 36.0}, {"Size", 6}, {"Remarks", "б"}, {"Untitled", 2}},
+      {{"DocumentId", 17},
+       {"Status", 5},
+       {"Quantity", 48.0},
+       {"Size", 24},
+       {"Remarks", "а"},
+       {"Untitled", 3}},
+      {}};
+  std::vector<Names> shown;
+  const auto read = [&](TVosBaseForm& dialog) {
+    const auto& differences = static_cast<TVosDBGrid&>(*dialog.FindControl("gDifferences"));
+    for (std::size_t row = 0; row < differences.DataSet().RecordCount(); ++row) {
+      shown.emplace_back();
+      for (std::string_view column : {"Label", "Mine", "Theirs", "Was"})
+        shown.back().push_back(
+            differences.DataSet().TextAt(row, differences.DataSet().FieldByName(column)));
+    }
+    Press(dialog, KeyCode::F9);
+  };
+  host.toolkit.modals.push_back(read);
+  EXPECT_EQ(HandleReconcileError(*form, rows, error), ReconcileAction::Merge);
+  EXPECT_EQ(shown, (std::vector<Names>{{"Статус", "За одобрение", "Одобрен", "Въведен"},
+                                       {"Количество", "6 кутии", "2 кутии", "2 кутии"},
+                                       {"Брой листа", "2", "3", "1"}}))
+      << "what only one of them changed is no question";
+  EXPECT_EQ(error.givenUp, (Names{"Status", "Quantity", "Untitled", "Size"}))
+      << "what nobody sees follows the rest";
+  ReconcileError gone = error;
+  gone.present = {};
+  EXPECT_EQ(HandleReconcileError(*form, rows, gone), ReconcileAction::Refresh);
+  EXPECT_TRUE(host.toolkit.TakeMessage().starts_with("Записът вече е изтрит"));
+  rows.OnNameRow = [](const RowReader& row) { return "Искане " + row("DocumentId").ToText(); };
+  EXPECT_EQ(HandleReconcileError(*form, rows, gone), ReconcileAction::Refresh);
+  EXPECT_TRUE(host.toolkit.TakeMessage().starts_with("Записът „Искане 17“ вече е изтрит"));
 }
 
 TEST_F(DialogsTest, AConflictWithNothingToChooseIsToldInASentence) {

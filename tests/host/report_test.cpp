@@ -101,8 +101,8 @@ TEST_F(ReportTest, TextsMadeOfAPlaceAndOrdersOfTheScreensOwnTakeAllRowsToIt) {
     rows->SetIndexFieldNames(ordered ? "Code" : "");
     rows->Open();
     if (!ordered) {
-      (*rows)[Name].OnGetRowText = [this](std::size_t row) {
-        return "ред " + rows->ValueAt(row, (*rows)[Code]).ToText();
+      (*rows)[Name].OnGetRowText = [](const RowReader& row) {
+        return "ред " + row(Code.name).ToText();
       };
     }
     EXPECT_EQ(TextsOf(Print()).back(), (ordered ? std::vector<std::string>{"Цех 6", "6"}

@@ -14,16 +14,11 @@ constexpr std::string_view kQuantity = "Quantity";
 constexpr std::string_view kMeasure = "Measure";
 constexpr std::string_view kOrdinaryFraction = "OrdinaryFraction";
 
-Variant At(const TVosClientDataSet& rows, std::size_t position, std::string_view field) {
-  return rows.ValueAt(position, rows.FieldByName(field));
-}
-
 }  // namespace
 
-QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
-                    const SupplyRowFields& fields) {
+QuantityUnit UnitOf(const RowReader& row, const SupplyRowFields& fields) {
   const auto number = [&](std::string_view field) {
-    return static_cast<std::int32_t>(At(rows, position, field).AsInt().value_or(0));
+    return static_cast<std::int32_t>(row(field).AsInt().value_or(0));
   };
   return {.rowNumerator = std::max(1, number("RowNumerator")),
           .decimals = number(fields.roundQuantity),
@@ -32,9 +27,9 @@ QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
 }
 
 void ShowQuantities(TVosClientDataSet& rows, const SupplyRowFields& fields) {
-  rows.FieldByName(kQuantity).OnGetRowText = [&rows, fields](std::size_t row) {
-    const auto quantity = At(rows, row, kQuantity).AsDouble();
-    return quantity ? QuantityToStr(*quantity, UnitOf(rows, row, fields))
+  rows.FieldByName(kQuantity).OnGetRowText = [fields](const RowReader& row) {
+    const auto quantity = row(kQuantity).AsDouble();
+    return quantity ? QuantityToStr(*quantity, UnitOf(row, fields))
                     : std::string(fields.noQuantity);
   };
 }

@@ -34,9 +34,8 @@ struct SupplyRowFields {
   std::string_view noQuantity = {};  ///< text of a quantity that is not there
 };
 
-/// The unit in which the row at a position counts.
-QuantityUnit UnitOf(const TVosClientDataSet& rows, std::size_t position,
-                    const SupplyRowFields& fields);
+/// The unit in which a row counts.
+QuantityUnit UnitOf(const RowReader& row, const SupplyRowFields& fields);
 /// Quantities of the rows read in their units, wherever they are shown or printed. `fields` names
 /// texts that outlive the rows.
 void ShowQuantities(TVosClientDataSet& rows, const SupplyRowFields& fields);
@@ -65,7 +64,7 @@ class SupplyRows {
   /// Narrows the units to those that make sense for the current row.
   void RefreshMeasure(bool ownUnitsOnly);
 
-  QuantityUnit UnitAt(std::size_t position) const { return UnitOf(rows_, position, fields_); }
+  QuantityUnit UnitAt(std::size_t position) const { return UnitOf(rows_.RowAt(position), fields_); }
 
   /// The grid stands on the quantity of a row that counts in ordinary fractions.
   bool IsAtFraction(const TVosDBGrid& grid) const;

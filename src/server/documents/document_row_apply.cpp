@@ -73,6 +73,13 @@ Answer<Read, Setback> ReadFacts(const RowSteps& steps, WriteContext& context, Do
   return read;
 }
 
+/// The columns of a head that its rows move.
+NamedValues HeadSums(const StoredDocument& document, const Decimal& currency,
+                     const Decimal& national) {
+  return {{std::string(document.currencySum), currency},
+          {std::string(document.nationalSum), national}};
+}
+
 const NamedValues* PresentRowOf(const RowFacts& facts, const Change& change) {
   const Variant* number = FindValue(change.before, stored::kRowNumber);
   for (const DocumentRow& row : facts.rows) {
@@ -177,6 +184,7 @@ Answer<Done, Setback> BeforeDocumentRows(const RowSteps& steps, WriteContext& co
   const auto read = ReadFacts(steps, context, *key, changes);
   if (!read) return read.GetFailure();
   const RowFacts& facts = read->facts;
+  context.headFound = HeadSums(document, facts.head.currSum, facts.head.sum);
   const auto rows = RowsAfter(document, facts, changes);
   if (!rows) return rows.GetFailure();
   if (auto refusal = steps.refuses(facts, *rows, changes)) return Refusal(*std::move(refusal));
@@ -188,8 +196,7 @@ Answer<Done, Setback> BeforeDocumentRows(const RowSteps& steps, WriteContext& co
 
 Answer<Done, Setback> AfterDocumentRows(const RowSteps& steps, WriteContext& context) {
   const RowsApply& apply = *std::any_cast<RowsApply>(&context.kept);
-  context.headMoved = {{std::string(steps.document.currencySum), apply.sums.currency},
-                       {std::string(steps.document.nationalSum), apply.sums.national}};
+  context.headMoved = HeadSums(steps.document, apply.sums.currency, apply.sums.national);
   ServerWrites writes(context.work);
   writes.Update(steps.document.head, apply.head.row, context.headMoved);
   return writes.CarryOut(context.transaction, "writing a document's sums");

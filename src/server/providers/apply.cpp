@@ -83,7 +83,8 @@ void Applying::Prepare() {
     PreparedChange prepared;
     prepared.requestHash = RequestHash(provider_.def.name, change);
     const ChangeRight own = provider_.rules.right;
-    const auto allowed = CheckRight(work_, serverClass_, own ? own(work_, change) : RightFor(change.kind));
+    const auto allowed =
+        CheckRight(work_, serverClass_, own ? own(work_, change) : RightFor(change.kind));
     auto checked = CheckChange(provider_.def, change);
     if (!allowed) {
       prepared.failure = allowed.GetFailure();
@@ -175,17 +176,22 @@ Answer<Done> Applying::OneByOne() {
   return work_.Write({&keys, 1},
                      [&](Transaction& transaction, const Packets& first) -> Answer<Done, Setback> {
                        StartAnswer(first);
+                       bool wrote = false;
                        for (std::size_t i = 0; i < changes_.size(); ++i) {
                          if (answer_.outcomes[i].applied) continue;
                          const auto tried = TryOne(transaction, i);
                          if (!tried) return tried.GetFailure();
                          const bool failed = answer_.outcomes[i].failure.has_value();
+                         wrote = wrote || !failed;
                          if (!failed || request_.maxErrors != 0) continue;
-                         // All or nothing: what was written in this transaction is undone with it.
+                         // All or nothing: what was written in this transaction is undone with it,
+                         // and so is what that made of the head.
                          const Failure failure = *answer_.outcomes[i].failure;
                          ChangeOutcome stopper = std::move(answer_.outcomes[i]);
+                         NamedValues head = std::move(answer_.headMoved);
                          StartAnswer(first);
                          answer_.outcomes[i] = std::move(stopper);
+                         if (!wrote) answer_.headMoved = std::move(head);
                          stopped_ = true;
                          return Setback{failure, false};
                        }
@@ -218,6 +224,7 @@ Answer<Done, Setback> Applying::TryOne(Transaction& transaction, std::size_t pos
   if (why.setback.retry) return why.setback;
   const auto undone = transaction.RollbackToSavepoint();
   if (!undone) return ToSetback(undone.GetFailure(), "going back to a savepoint");
+  if (why.conflict) answer_.headMoved = std::move(context.headFound);
   Explain(transaction, position, why);
   return Done{};
 }

@@ -65,6 +65,9 @@ struct WriteContext {
   const Variant& ownerData;
   Variant ownerAnswer;
   NamedValues headMoved;
+  /// The same columns as they stood before the batch: whoever meets a conflict in a row is shown
+  /// an outdated head too.
+  NamedValues headFound = {};
   /// What a document's first hook read and its second one needs.
   std::any kept = {};
 };

@@ -2,6 +2,7 @@
 
 #include "contract/system.h"
 #include "kit/document_load.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 
@@ -59,6 +60,7 @@ TdmSuppliesContracts::TdmSuppliesContracts(TfSuppliesContracts& form)
       dsSuppliesContracts(cdsSuppliesContracts),
       documentHead(form, cdsSuppliesContracts, MakeHeadRules()),
       form_(form) {
+  NameRows(cdsSuppliesContracts, {{"Договор", IdNumber.name}});
   cdsSuppliesContracts.BeforePost = [this] { documentHead.Stamp(IdNumber); };
   cdsSuppliesContracts.OnNewRecord = [this] { cdsSuppliesContractsNewRecord(); };
   cdsSuppliesContracts[Supplier].OnChange = [this] { SupplierChange(); };

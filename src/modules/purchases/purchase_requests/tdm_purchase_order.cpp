@@ -7,6 +7,7 @@
 #include "kit/current_employee.h"
 #include "kit/document_load.h"
 #include "kit/rates.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/frame/orvane_com.h"
 #include "modules/purchases/frame/orvane_msgs.h"
@@ -114,6 +115,7 @@ TdmPurchaseOrder::TdmPurchaseOrder(TfPurchaseOrder& form)
 
 void TdmPurchaseOrder::BindHead() {
   using namespace purchase_request::head;
+  NameRows(cdsPurchaseOrder, {{kDocumentName, POIdNumber.name}, {"версия", POVersion.name}});
   cdsPurchaseOrder.AddLookup(lupStatusName, cdsNomIn249, "Status", "Element", "Name");
   cdsPurchaseOrder.BeforePost = [this] { cdsPurchaseOrderBeforePost(); };
   cdsPurchaseOrder.OnNewRecord = [this] { cdsPurchaseOrderNewRecord(); };
@@ -160,6 +162,7 @@ LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver
   PurchaseOrderValues& values = form_.values;
   SendPending();
   VosApplication& app = form_.App();
+  const std::int64_t shownBefore = values.LastGetID;
   VariantArray data(get_rec::kAskSize);
   data[get_rec::kOperation] = get_rec::kName;
   data[get_rec::kLanguage] = values.LNG_;
@@ -180,6 +183,8 @@ LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver
     values.LastGetRecVer = LoadCode::Last;
   } else {
     values.LastGetRecVer = code;
+    // Where among all requests it stands is not told with one of its versions.
+    if (values.LastGetID != shownBefore) values.LastGetRecID = LoadCode::Between;
   }
   return code;
 }

@@ -116,6 +116,7 @@ class TdmPurchaseOrder : public TVosDataModule {
 
  private:
   void BindHead();
+  void NameParts();
   void BindParts();
   void TakeRecord(const VariantArray& answer);
   void TakeRoles();

@@ -4,6 +4,7 @@
 #include "host/search_dialog.h"
 #include "kit/columns.h"
 #include "kit/required_fields.h"
+#include "kit/row_names.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "packet/quantity.h"
@@ -52,7 +53,20 @@ constexpr FieldDef kGroupColumns[] = {
 
 }  // namespace
 
+void TdmPurchaseOrder::NameParts() {
+  const auto name = [](TVosClientDataSet& rows, RowWord row) {
+    NameRows(
+        rows,
+        {{kDocumentName, det::PurchaseOrderId.name}, {"версия", det::PurchaseOrderVer.name}, row});
+  };
+  name(cdsPurchaseOrderDet, {"ред", det::RowNumber.name});
+  name(cdsPurchaseOrderDel, {"доставка на", del::DeliveryDate.name});
+  name(cdsPurchaseOrderPayPl, {"плащане", pay::RowNumber.name});
+  name(cdsPurchaseOrderAdm, {"ниво", adm::ConfirmationLevel.name});
+}
+
 void TdmPurchaseOrder::BindParts() {
+  NameParts();
   cdsPurchaseOrderDet.OnNewRecord = [this] { cdsPurchaseOrderDetNewRecord(); };
   cdsPurchaseOrderDet.BeforePost = [this] { cdsPurchaseOrderDetBeforePost(); };
   cdsPurchaseOrderDet.AfterScroll = [this] {

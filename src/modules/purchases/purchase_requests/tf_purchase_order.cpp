@@ -110,6 +110,7 @@ void TfPurchaseOrder::AfterRefreshActions() {
   identifiers_.Refresh(values.LastGetRecID, still);
   versions_.Refresh(values.LastGetRecVer, still);
   SettleKey(*this, kF9);
+  language_.Settle();
   shown_.EventEnds();
 }
 
@@ -145,7 +146,7 @@ bool TfPurchaseOrder::MayEnterQuantity() const {
 // --- creation and showing -----------------------------------------------------------------------
 
 TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
-    : TVosDBForm(identity, "TfPurchaseOrder", "Искане за покупка"),
+    : TVosDBForm(identity, "TfPurchaseOrder", kDocumentName),
       dmPurchaseOrder(std::make_unique<TdmPurchaseOrder>(*this)),
       cbCostCenters(*this, "cbCostCenters", dmPurchaseOrder->costCenters),
       cbKindSupplies(*this, "cbKindSupplies", dmPurchaseOrder->kindSupplies),
@@ -172,9 +173,17 @@ TfPurchaseOrder::TfPurchaseOrder(const FormIdentity& identity)
                    [this](Nav nav, int step) {
                      dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, 0);
                    }),
-      versions_(*this, eVer, "", [this](Nav nav, int step) {
-        dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, values.LastGetVer);
-      }) {
+      versions_(*this, eVer, "",
+                [this](Nav nav, int step) {
+                  dmPurchaseOrder->GetRecord(nav, step, values.LastGetID, values.LastGetVer);
+                }),
+      language_(*this,
+                {&dmPurchaseOrder->cdsPurchaseOrder, &dmPurchaseOrder->cdsPurchaseOrderDet,
+                 &dmPurchaseOrder->cdsPurchaseOrderDel, &dmPurchaseOrder->cdsPurchaseOrderPayPl,
+                 &dmPurchaseOrder->cdsPurchaseOrderAdm},
+                [this] {
+                  if (IsLoaded()) ReloadShown();
+                }) {
   RequireEmployee(*this, _rNoEmployee);
   values.LNG_ = GetLanguageNumber();
   dmPurchaseOrder->SetLanguage();
@@ -243,8 +252,6 @@ void TfPurchaseOrder::ShowDocument(std::int64_t id) {
 void TfPurchaseOrder::OnLanguageChanged() {
   values.LNG_ = GetLanguageNumber();
   dmPurchaseOrder->SetLanguage();
-  // What is being typed stays; names that came with the load follow with the next one.
-  if (!dmPurchaseOrder->HasPending() && IsLoaded()) ReloadShown();
 }
 
 bool TfPurchaseOrder::HasUnsavedTyping() const {
@@ -395,9 +402,7 @@ void TfPurchaseOrder::OpenReport(int kind) {
   report.pKind = kind;
   report.ShowModal();
   if (!report.Success) return;
-  const LoadCode code =
-      dmPurchaseOrder->GetRecord(Nav::ByKey, 0, report.pIdNumber, report.pVersion);
-  if (edit == &eIdNum) values.LastGetRecID = code;
+  dmPurchaseOrder->GetRecord(Nav::ByKey, 0, report.pIdNumber, report.pVersion);
   shown_.WasLoaded();
   FocusControl(edit);
 }

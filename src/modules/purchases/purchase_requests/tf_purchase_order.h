@@ -17,6 +17,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 #include "kit/key_navigation.h"
+#include "kit/language_switch.h"
 #include "kit/shown_document.h"
 #include "kit/workflow_faces.h"
 #include "modules/purchases/purchase_requests/purchase_order_values.h"
@@ -24,6 +25,7 @@
 
 namespace orvane {
 
+inline constexpr std::string_view kDocumentName = "Искане за покупка";
 inline constexpr std::string_view _rFieldNotFilled = "Поле \"%s\" не е попълнено!";
 
 class TfPurchaseOrder : public TVosDBForm {
@@ -150,6 +152,7 @@ class TfPurchaseOrder : public TVosDBForm {
   ShownDocument shown_;
   KeyNavigation identifiers_;
   KeyNavigation versions_;
+  LanguageSwitch language_;
   std::vector<GridColumn> MSGridCols;
 };
 

@@ -4,6 +4,7 @@
 #include "contract/system.h"
 #include "kit/current_employee.h"
 #include "kit/document_load.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
@@ -63,6 +64,11 @@ TdmSuppManifacOrder::TdmSuppManifacOrder(TfSuppManifacOrder& form)
       form_(form) {
   cdsSuppManOrderAdmin.SetIndexFieldNames("ConfirmationLevel");
   cdsPurchaseOrder.SetIndexFieldNames("DocumentDate;POIdNumber;POVersion");
+  constexpr std::string_view kName = "Поръчка за производство";
+  NameRows(cdsSuppManifacOrder, {{kName, head::IdNumber.name}});
+  NameRows(cdsSuppManOrderDet, {{kName, det::SuppManOrderId.name}, {"ред", det::RowNumber.name}});
+  NameRows(cdsSuppManOrderAdmin,
+           {{kName, adm::SuppManOrderId.name}, {"ниво", adm::ConfirmationLevel.name}});
   BindHead();
   BindRows();
   ApplyRowsAtOnce(form_, cdsSuppManOrderDet, cdsSuppManifacOrder, kAtOnce);

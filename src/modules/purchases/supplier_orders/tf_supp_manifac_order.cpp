@@ -83,6 +83,7 @@ void TfSuppManifacOrder::AfterRefreshActions() {
   RefreshWorkflow();
   identifiers_.Refresh(position, viewOnly || !IsLoaded());
   SettleKey(*this, kF9);
+  language_.Settle();
   shown_.EventEnds();
 }
 
@@ -140,9 +141,17 @@ TfSuppManifacOrder::TfSuppManifacOrder(const FormIdentity& identity)
       gPurchaseOrder(*this, "gPurchaseOrder", dmSuppManifacOrder->dsPurchaseOrder),
       pcTables(*this, "pcTables"),
       shown_(*this, eIdNumber, dmSuppManifacOrder->cdsSuppManifacOrder, MakeShownRules()),
-      identifiers_(*this, eIdNumber, "", [this](Nav nav, int step) {
-        dmSuppManifacOrder->GetRecord(nav, step, eIdNumber.Text());
-      }) {
+      identifiers_(*this, eIdNumber, "",
+                   [this](Nav nav, int step) {
+                     dmSuppManifacOrder->GetRecord(nav, step, eIdNumber.Text());
+                   }),
+      language_(*this,
+                {&dmSuppManifacOrder->cdsSuppManifacOrder, &dmSuppManifacOrder->cdsSuppManOrderDet,
+                 &dmSuppManifacOrder->cdsSuppManOrderAdmin, &dmSuppManifacOrder->cdsPurchaseOrder},
+                [this] {
+                  dmSuppManifacOrder->GetParams();
+                  if (IsLoaded()) ReloadShown();
+                }) {
   RequireEmployee(*this, _rCannotWork);
   ReadParameters();
   SetUpLookups();
@@ -214,10 +223,6 @@ void TfSuppManifacOrder::ShowDocument(std::int64_t id) {
 void TfSuppManifacOrder::OnLanguageChanged() {
   dmSuppManifacOrder->SetLanguage();
   if (viewOnly) ShowOwnLanguage();
-  // What is being typed stays; names that came with the load follow with the next one.
-  if (dmSuppManifacOrder->HasPending()) return;
-  dmSuppManifacOrder->GetParams();
-  if (IsLoaded()) ReloadShown();
 }
 
 ShownDocumentRules TfSuppManifacOrder::MakeShownRules() {
@@ -236,7 +241,7 @@ ShownDocumentRules TfSuppManifacOrder::MakeShownRules() {
     VisibleItemsDependOnCurrency();
     SetReadWrite(false);
   };
-  rules.alwaysFresh = false;
+  rules.numberLoadsAgain = true;
   return rules;
 }
 
@@ -387,8 +392,8 @@ void TfSuppManifacOrder::acReportExecute() {
   report.ShowModal();
   if (report.pIdNumber <= 0) return;
   if (IsTyping() && !Confirmed(*this, caption, _rTypingIsLost)) return;
-  FocusControl(&eIdNumber);
   shown_.Show(report.pIdNumber);
+  FocusControl(&eIdNumber);
 }
 
 }  // namespace orvane

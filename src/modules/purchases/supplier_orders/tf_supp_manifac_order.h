@@ -16,6 +16,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 #include "kit/key_navigation.h"
+#include "kit/language_switch.h"
 #include "kit/shown_document.h"
 #include "kit/workflow_faces.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order.h"
@@ -127,6 +128,7 @@ class TfSuppManifacOrder : public TVosDBForm {
   std::vector<std::string> searches_;  ///< actions on the lookup in use
   ShownDocument shown_;
   KeyNavigation identifiers_;
+  LanguageSwitch language_;
 };
 
 }  // namespace orvane

@@ -53,8 +53,4 @@ std::span<const LiveRow> TfEmployeesFinSupp::LiveRows() const {
   return kLive;
 }
 
-void TfEmployeesFinSupp::OnLanguageChanged() {
-  if (!register_.HoldsTyping()) dmEmployeesFinSupp->Fetch();
-}
-
 }  // namespace orvane

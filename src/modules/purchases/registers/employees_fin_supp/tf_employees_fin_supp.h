@@ -8,6 +8,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 #include "host/grid.h"
+#include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/employees_fin_supp/tdm_employees_fin_supp.h"
 
@@ -30,13 +31,15 @@ class TfEmployeesFinSupp : public TVosDBForm {
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
-  void OnLanguageChanged() override;
+  void AfterRefreshActions() override { language_.Settle(); }
   std::span<const LiveRow> LiveRows() const override;
 
  private:
   void VosBaseFormShow() { dmEmployeesFinSupp->Fetch(); }
 
   RegisterScreen register_;
+  LanguageSwitch language_{
+      *this, {&dmEmployeesFinSupp->cdsEmployeesFinSupp}, [this] { dmEmployeesFinSupp->Fetch(); }};
 };
 
 }  // namespace orvane

@@ -52,6 +52,7 @@ TdmLevelsApproval::TdmLevelsApproval(TVosDBForm& form)
   cdsLevelsApproval[KindRegister].OnChange = [this] { cdsLevelsApprovalKindRegisterChange(); };
   cdsLevelsApproval[FromSum].OnChange = [this] { KeepWithoutSum(FromSum.name); };
   cdsLevelsApproval[ToSum].OnChange = [this] { KeepWithoutSum(ToSum.name); };
+  cdsLevelsApproval.AfterScroll = [this] { FilterKindSupplies(); };
   cdsLevelsApproval.BeforePost = [this] { cdsLevelsApprovalBeforePost(); };
   ApplyAtOnce(form_, cdsLevelsApproval,
               {.maxErrors = 0, .form = ApplyForm::Once, .tellsWarnings = true});

@@ -53,7 +53,10 @@ TfLevelsApproval::TfLevelsApproval(const FormIdentity& identity)
       register_(*this, gLevelsApproval, kReport, kActions) {
   SetUpLookups();
   SetUpColumns();
-  dmLevelsApproval->dsLevelsApproval.OnStateChange = [this] { register_.StateChange(); };
+  dmLevelsApproval->dsLevelsApproval.OnStateChange = [this] {
+    register_.StateChange();
+    dmLevelsApproval->FilterKindSupplies();  // a cancelled edit may have been of the kind
+  };
   register_.AddTo();
 }
 
@@ -65,7 +68,6 @@ void TfLevelsApproval::SetUpLookups() {
   cbKindSupplies.dlgCaption = "Търсене - Служители";
   cbKindSupplies.mask = kMaskCode4;
   cbKindSupplies.nomenclatureClass = "TfKindSupplies";
-  cbKindSupplies.OnEnter = [this] { dmLevelsApproval->FilterKindSupplies(); };
   dmLevelsApproval->kindSupplies.dlgSearchFields = {SearchBy("Code", "Код"),
                                                     SearchBy("Name", "Име").ByPart()};
 }
@@ -108,11 +110,6 @@ void TfLevelsApproval::VosBaseFormShow() {
 Variant TfLevelsApproval::GetCurremtEmployee() {
   const std::int64_t employee = dmLevelsApproval->GetCurremtEmployee(App().UserName());
   return employee == 0 ? Variant() : Variant(employee);
-}
-
-/// What is being typed stays; the lists speak the other language with the next fetch.
-void TfLevelsApproval::OnLanguageChanged() {
-  if (!register_.HoldsTyping()) dmLevelsApproval->Fetch();
 }
 
 }  // namespace orvane

@@ -8,6 +8,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 #include "host/grid.h"
+#include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/levels_approval/tdm_levels_approval.h"
 
@@ -26,7 +27,7 @@ class TfLevelsApproval : public TVosDBForm {
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
-  void OnLanguageChanged() override;
+  void AfterRefreshActions() override { language_.Settle(); }
   std::span<const LiveRow> LiveRows() const override;
 
  private:
@@ -44,6 +45,8 @@ class TfLevelsApproval : public TVosDBForm {
   TVosMTCombo cbApproval;
   TVosDBGrid gLevelsApproval;
   RegisterScreen register_;
+  LanguageSwitch language_{
+      *this, {&dmLevelsApproval->cdsLevelsApproval}, [this] { dmLevelsApproval->Fetch(); }};
 };
 
 }  // namespace orvane

@@ -89,9 +89,4 @@ bool TfStructure::MayPrint() const {
   return IsBesideCostCenter() && !dmStructure->cdsStructure.IsEmpty();
 }
 
-/// What is being typed stays; its names follow when it is entered.
-void TfStructure::OnLanguageChanged() {
-  if (!register_.HoldsTyping()) dmStructure->Fetch();
-}
-
 }  // namespace orvane

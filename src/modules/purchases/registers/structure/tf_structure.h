@@ -8,6 +8,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 #include "host/grid.h"
+#include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/structure/tdm_structure.h"
 
@@ -26,7 +27,7 @@ class TfStructure : public TVosDBForm {
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
-  void OnLanguageChanged() override;
+  void AfterRefreshActions() override { language_.Settle(); }
   std::span<const LiveRow> LiveRows() const override;
 
  private:
@@ -38,6 +39,7 @@ class TfStructure : public TVosDBForm {
   TVosMTCombo cbSections;
   TVosDBGrid gStructure;
   RegisterScreen register_;
+  LanguageSwitch language_{*this, {&dmStructure->cdsStructure}, [this] { dmStructure->Fetch(); }};
 };
 
 }  // namespace orvane

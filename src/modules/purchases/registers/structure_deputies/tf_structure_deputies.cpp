@@ -90,10 +90,6 @@ TAction TfStructureDeputies::OtherGridAction() {
   return action;
 }
 
-void TfStructureDeputies::OnLanguageChanged() {
-  if (!register_.HoldsTyping()) dmStructureDeputies->Fetch();
-}
-
 void TfStructureDeputies::ActiveColsDependOnUnitType(std::int64_t type) {
   for (const UnitType& row : kUnitTypes) {
     GridColumn& column = *gStructDeputies.FindColumn(row.code.name);

@@ -9,6 +9,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 #include "host/grid.h"
+#include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/structure_deputies/tdm_structure_deputies.h"
 
@@ -37,7 +38,7 @@ class TfStructureDeputies : public TVosDBForm {
  protected:
   void OnShow() override { VosBaseFormShow(); }
   void OnChangeAccess() override { register_.ChangeAccess(); }
-  void OnLanguageChanged() override;
+  void AfterRefreshActions() override { language_.Settle(); }
   std::span<const LiveRow> LiveRows() const override;
 
  private:
@@ -46,6 +47,10 @@ class TfStructureDeputies : public TVosDBForm {
   std::string_view ColumnOfType() const;
   void RefuseUnitWithPeriods();
   TAction OtherGridAction();
+  LanguageSwitch language_{
+      *this,
+      {&dmStructureDeputies->cdsStructureDeputies, &dmStructureDeputies->cdsStructDepDates},
+      [this] { dmStructureDeputies->Fetch(); }};
 };
 
 }  // namespace orvane

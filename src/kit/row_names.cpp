@@ -1,0 +1,19 @@
+#include "kit/row_names.h"
+
+#include <string>
+#include <utility>
+
+namespace orvane {
+
+void NameRows(TVosClientDataSet& rows, std::vector<RowWord> words) {
+  rows.OnNameRow = [&rows, words = std::move(words)](const RowReader& row) {
+    std::string name;
+    for (const RowWord& word : words) {
+      name += (name.empty() ? "" : ", ") + std::string(word.word) + " " +
+              rows.FieldByName(word.field).TextIn(row);
+    }
+    return name;
+  };
+}
+
+}  // namespace orvane
