@@ -289,6 +289,9 @@ class TVosClientDataSet {
   /// typed after bytes that still wait goes behind them as further changes, and one
   /// AfterApplyUpdates follows both.
   std::size_t ApplyUpdates(std::int32_t maxErrors);
+  /// The last apply met a conflict over which the user laid his own: what he laid over it waits in
+  /// the log as a new attempt.
+  bool HasMerged() const;
   /// Owner data for the next apply; set by BeforeApplyUpdates.
   Variant OwnerData;
   /// Columns of the document's head that the last apply moved.

@@ -40,6 +40,7 @@ std::size_t TVosClientDataSet::ApplyUpdates(std::int32_t maxErrors) {
   if (impl.log.empty() || impl.taking) return 0;
   Impl::Fire(BeforeApplyUpdates);
   if (impl.log.empty()) return 0;
+  impl.merged = false;
   const bool resends = impl.inFlight.has_value();
   Impl::Applied applied = impl.SendAndTake(maxErrors);
   if (resends && applied.failed == 0 && !applied.replaced && !impl.log.empty()) {
@@ -49,6 +50,10 @@ std::size_t TVosClientDataSet::ApplyUpdates(std::int32_t maxErrors) {
   if (const auto handler = AfterApplyUpdates) handler(applied.ownerData);
   if (applied.thrown) std::rethrow_exception(applied.thrown);
   return applied.failed;
+}
+
+bool TVosClientDataSet::HasMerged() const {
+  return impl_->merged;
 }
 
 const NamedValues& TVosClientDataSet::HeadMoved() const {
@@ -251,7 +256,10 @@ bool TVosClientDataSet::Impl::Carry(LogEntry& entry, const ChangeOutcome& outcom
       return false;
     case ReconcileAction::Merge:
       MergePresent(entry, outcome.present, decision.givenUp);
-      return entry.kind == ChangeKind::Update && !Differs(entry.original, store.Values(entry.row));
+      if (entry.kind == ChangeKind::Update && !Differs(entry.original, store.Values(entry.row)))
+        return true;
+      merged = true;
+      return false;
     case ReconcileAction::Correct:
       if (Editing()) return false;
       BackToEdit(entry, outcome.present);

@@ -175,6 +175,7 @@ struct TVosClientDataSet::Impl {
   std::optional<ApplyRequest> inFlight;
   std::size_t inFlightCount = 0;
   bool taking = false;        // an answer is being worked in
+  bool merged = false;        // the last answer left changes laid over another's
   Variant answeredOwnerData;  // owed to AfterApplyUpdates since the link broke again
   NamedValues headMoved;
 

@@ -58,8 +58,9 @@ MessageView::MessageView(const MessageDialog& dialog)
   setAccessibleName(Qs(dialog.caption));
   setAccessibleDescription(Qs(dialog.text));
   if (dialog.yesNo) {
-    buttons_ = {{kAnswerYes, "Да", "Д"}, {kAnswerNo, "Не", "Н, Esc"}};
-    focused_ = 1;
+    buttons_ = {{kAnswerYes, "Да", "Д"}, {kAnswerNo, "Не", dialog.mayGoBack ? "Н" : "Н, Esc"}};
+    if (dialog.mayGoBack) buttons_.push_back({kAnswerBack, "Назад", "Esc"});
+    focused_ = static_cast<int>(buttons_.size()) - 1;
   } else {
     buttons_ = {{kAnswerOk, "Добре", "Enter"}};
   }

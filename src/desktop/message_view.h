@@ -19,7 +19,7 @@ class MessageView final : public QWidget {
   /// Ends the dialog; later answers are ignored.
   void Finish(int answer);
   /// What closing without an answer means.
-  int HarmlessAnswer() const { return dialog_.yesNo ? kAnswerNo : kAnswerOk; }
+  int HarmlessAnswer() const { return orvane::HarmlessAnswer(dialog_); }
   QSize sizeHint() const override;
 
  protected:

@@ -179,7 +179,7 @@ MessageView* QtToolkit::OpenMessage() const {
 
 int QtToolkit::ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) {
   if (onMessage) onMessage(dialog);
-  if (abandoned_) return dialog.yesNo ? kAnswerNo : kAnswerOk;
+  if (abandoned_) return HarmlessAnswer(dialog);
   messages_.push_back(std::make_unique<MessageView>(dialog));
   MessageView& message = *messages_.back();
   const QWidget* over = owner == nullptr ? nullptr : ViewOf(*owner);

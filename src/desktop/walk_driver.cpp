@@ -212,8 +212,11 @@ const MessageDialog* QtWalkDriver::Question() const {
   return message == nullptr || !message->Dialog().yesNo ? nullptr : &message->Dialog();
 }
 
-void QtWalkDriver::AnswerQuestion(bool yes) {
-  if (MessageView* message = toolkit_.OpenMessage()) TypeKeys(*message, yes ? "д" : "н");
+void QtWalkDriver::AnswerQuestion(int answer) {
+  MessageView* message = toolkit_.OpenMessage();
+  if (message == nullptr) return;
+  if (answer == kAnswerBack) return PressKey(*message, KeyCode::Escape);
+  TypeKeys(*message, answer == kAnswerYes ? "д" : "н");
 }
 
 std::vector<MessageDialog> QtWalkDriver::TakeMessages() {

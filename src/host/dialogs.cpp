@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "data/abort.h"
 #include "host/conflict_form.h"
 #include "host/form.h"
 
@@ -68,11 +69,19 @@ int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::s
   return form.App().Toolkit().ShowMessage(&form, {.kind = kind,
                                                   .caption = std::string(caption),
                                                   .text = WithoutMark(std::string(text)),
-                                                  .yesNo = buttons == DialogButtons::YesNo});
+                                                  .yesNo = buttons != DialogButtons::Ok,
+                                                  .mayGoBack =
+                                                      buttons == DialogButtons::YesNoBack});
 }
 
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text) {
   return VosMessageDlg(form, 1, caption, text, DialogButtons::YesNo) == kAnswerYes;
+}
+
+bool SavesBeforeLeaving(TVosBaseForm& form, std::string_view question) {
+  const int answer = VosMessageDlg(form, 1, form.caption, question, DialogButtons::YesNoBack);
+  if (answer == kAnswerBack) throw Abort{};
+  return answer == kAnswerYes;
 }
 
 std::string FailureText(const Failure& failure, Typing typing) {

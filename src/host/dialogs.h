@@ -16,14 +16,18 @@ class VosApplication;
 /// Whether something that the user typed is there and stays.
 enum class Typing : unsigned char { None, Kept };
 
-enum class DialogButtons : unsigned char { Ok, YesNo };
+enum class DialogButtons : unsigned char { Ok, YesNo, YesNoBack };
 
-/// Shows a message over `form` and returns the answer (12 is Yes). The refusal mark of the server
-/// is dropped from the text.
+/// Shows a message over `form` and returns the answer (12 is Yes; see toolkit.h). The refusal mark
+/// of the server is dropped from the text.
 int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::string_view text,
                   DialogButtons buttons = DialogButtons::Ok);
 /// True when a question was answered with Yes.
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text);
+
+/// What was typed is about to be left without having been saved: asks whether to save it. True:
+/// save, false: give it up. Going back is an Abort.
+bool SavesBeforeLeaving(TVosBaseForm& form, std::string_view question);
 
 /// A failure of the server as the user reads it: what happened, what became of his typing where
 /// there is any, and what to do. The refusal mark is dropped.

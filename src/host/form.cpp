@@ -174,7 +174,16 @@ void TVosBaseForm::ShowFailure(const Failure& failure) {
 
 void TVosBaseForm::ShowFailure(const Failure& failure, Typing typing) {
   VosMessageDlg(*this, 0, caption, FailureText(failure, typing));
-  if (failure.kind == FailureKind::SessionEnded) RunLoginAgain(*this);
+  if (failure.kind == FailureKind::SessionEnded) LogInAgain();
+}
+
+/// What the ended session kept back goes out under the new one, of every screen that is open.
+bool TVosBaseForm::LogInAgain() {
+  if (!RunLoginAgain(*this)) return false;
+  const std::vector<TVosBaseForm*> forms = App().livingForms_;
+  for (TVosBaseForm* form : forms)
+    form->RunGuarded([form] { form->SendWaiting(); });
+  return true;
 }
 
 void TVosBaseForm::Refuse(std::string_view text) {
@@ -214,10 +223,32 @@ void TVosBaseForm::Read() {
 bool TVosBaseForm::MayReadAgain(const Failure& failure) {
   if (failure.kind != FailureKind::SessionEnded) return OfferAgain(App(), this, caption, failure);
   VosMessageDlg(*this, 0, caption, FailureText(failure, Typing::None));
-  return RunLoginAgain(*this);
+  return LogInAgain();
+}
+
+void TVosBaseForm::Keeps(TVosClientDataSet& dataSet, std::function<void()> send) {
+  std::erase_if(kept_, [&](const Kept& kept) { return kept.dataSet == &dataSet; });
+  kept_.push_back({&dataSet, std::move(send)});
+}
+
+bool TVosBaseForm::HasWaiting() const {
+  return std::ranges::any_of(kept_,
+                             [](const Kept& kept) { return kept.dataSet->ChangeCount() > 0; });
+}
+
+void TVosBaseForm::SendWaiting() {
+  for (std::size_t i = 0; i < kept_.size(); ++i) {
+    if (kept_[i].dataSet->ChangeCount() > 0) kept_[i].send();
+  }
+}
+
+bool TVosBaseForm::HoldsTyping() const {
+  return HasWaiting() ||
+         std::ranges::any_of(kept_, [](const Kept& kept) { return IsTyped(kept.dataSet); });
 }
 
 bool TVosBaseForm::HasUnsavedTyping() const {
+  if (HoldsTyping()) return true;
   if (IsTyped(MainDataSet()) || IsTyped(KeptDataSet(activeControl_))) return true;
   if (KeptDataSet(activeControl_) == nullptr) return false;
   const CellEditor* editor = activeControl_->Editor();
@@ -232,6 +263,10 @@ void TVosBaseForm::DropTyping() {
 
 void TVosBaseForm::Close() {
   if (closed_) return;
+  try {
+    SendWaiting();
+  } catch (const Abort&) {  // it could not be sent: the user decides what becomes of it
+  }
   if (HasUnsavedTyping()) {
     if (!Confirmed(*this, caption, kUnsaved)) throw Abort();
     DropTyping();
@@ -345,6 +380,7 @@ void TVosBaseForm::FocusControl(Control* control) {
   if (leaving_ || control == activeControl_) return;
   if (activeControl_ != nullptr) LeaveActiveControl();
   if (focusTarget_ == activeControl_) return;
+  cameFrom_ = activeControl_;
   activeControl_ = focusTarget_;
   if (activeControl_ == nullptr) return;
   Control& entered = *activeControl_;
@@ -384,6 +420,13 @@ void TVosBaseForm::FocusNext(bool backwards) {
   const auto active = std::ranges::find(order, activeControl_);
   const bool last = active == order.end() || active + 1 == order.end();
   FocusControl(last ? order.front() : *(active + 1));
+}
+
+bool TVosBaseForm::UndoInEditor() {
+  CellEditor* editor = activeControl_ == nullptr ? nullptr : activeControl_->Editor();
+  if (editor == nullptr || !editor->IsChanged()) return false;
+  activeControl_->CancelEditor();
+  return true;
 }
 
 std::string TVosBaseForm::FocusName() const {

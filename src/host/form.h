@@ -156,8 +156,25 @@ class TVosBaseForm {
   void FocusControl(Control* control);
   /// To the next (or previous) control of the layout's order that can take the focus.
   void FocusNext(bool backwards = false);
+  /// The control that had the focus before the active one; null when there was none.
+  Control* CameFrom() const { return cameFrom_; }
+  /// Gives up what was typed into the open editor; false when nothing was.
+  bool UndoInEditor();
   /// Name of the combo in use, else of the active control.
   std::string FocusName() const;
+
+  // --- what was typed ---------------------------------------------------------------------------
+  /// Whoever saves a dataset's changes on the server tells the form how what waits in its log is
+  /// sent. In the order of these calls: a document's head before its rows.
+  void Keeps(TVosClientDataSet& dataSet, std::function<void()> send);
+  /// Changes that did not reach the server wait in a log.
+  bool HasWaiting() const;
+  /// Sends them. Whatever makes what is shown give way to something else (another document, another
+  /// unit, a move) calls it first: an Abort when the user gives up, and he stays.
+  void SendWaiting();
+  /// Something typed into a kept dataset has not reached the server: a changed row in edit, or what
+  /// waits.
+  bool HoldsTyping() const;
 
   // --- language ---------------------------------------------------------------------------------
   /// Number of the language that the screen works in, from 1; the screens it opens begin in it.
@@ -198,8 +215,8 @@ class TVosBaseForm {
   virtual void ShowDocument(std::int64_t) {}
   /// Before the form closes; may throw Abort.
   virtual void OnClose() {}
-  /// Whether closing would lose something the user typed. By default: a row in edit of the main
-  /// dataset, or of the focused control's when that is kept on the server.
+  /// Whether closing would lose something the user typed. By default: what HoldsTyping tells, a row
+  /// in edit of the main dataset or of the focused control's, or an open editor.
   virtual bool HasUnsavedTyping() const;
   /// Drops what HasUnsavedTyping told of.
   virtual void DropTyping();
@@ -218,6 +235,13 @@ class TVosBaseForm {
   std::vector<TAction*> LiveActions() const;
   std::vector<Control*> FocusOrder() const;
   void RunGuarded(const std::function<void()>& work) noexcept;
+  /// The same user, after his session ended; false when he gave up.
+  bool LogInAgain();
+
+  struct Kept {
+    TVosClientDataSet* dataSet;
+    std::function<void()> send;
+  };
 
   FormIdentity identity_;
   std::string className_;
@@ -226,12 +250,14 @@ class TVosBaseForm {
   std::vector<std::unique_ptr<TAction>> actions_;
   std::vector<Control*> controls_;
   Control* activeControl_ = nullptr;
+  Control* cameFrom_ = nullptr;
   Control* focusTarget_ = nullptr;
   bool leaving_ = false;
   int gateDepth_ = 0;
   int language_ = 1;
   bool shown_ = false;
   bool closed_ = false;
+  std::vector<Kept> kept_;
 };
 
 /// A part of the status bar. Where there is no room for all, those of the least weight give way

@@ -23,6 +23,8 @@ CellKind KindOf(ColumnKind kind) {
   return CellKind::Text;
 }
 
+constexpr std::string_view kUnsavedRow = "Редът не е записан. Да се запише ли?";
+
 /// Where the row that was at `position` is after the row at `from` was moved to `to`.
 std::size_t AfterMove(std::size_t position, std::size_t from, std::size_t to) {
   const std::size_t without = position > from ? position - 1 : position;
@@ -116,9 +118,21 @@ bool TVosDBGrid::IsUntouchedInsert() const {
   return DataSet().State() == DataSetState::Insert && !DataSet().Modified();
 }
 
-/// Posts the row in edit. A rule that reloads the rows leaves the cursor at the place it had,
+bool TVosDBGrid::HasTypedRow() {
+  const CellEditor* editor = Editor();
+  return (editor != nullptr && editor->IsChanged()) || DataSet().Modified();
+}
+
+void TVosDBGrid::GiveUpRow() {
+  if (HasTypedRow() && SavesBeforeLeaving(Form(), kUnsavedRow)) return PostRow();
+  CloseEditor();
+  if (DataSet().Editing()) DataSet().Cancel();
+}
+
+/// A rule that reloads the rows leaves the cursor at the place it had,
 /// unless it put it somewhere itself.
 void TVosDBGrid::PostRow() {
+  CommitEditor();
   TVosClientDataSet& rows = DataSet();
   if (!rows.Editing()) return;
   const std::size_t position = rows.RecNo();
@@ -194,8 +208,7 @@ void TVosDBGrid::BeforeLeave() {
       PostRow();
     return;
   }
-  CloseEditor();
-  if (DataSet().Editing()) DataSet().Cancel();
+  GiveUpRow();
 }
 
 void TVosDBGrid::PointAt(int row, int column, bool openEditor) {
@@ -385,18 +398,16 @@ bool TVosDBGrid::InsertKey() {
 
 bool TVosDBGrid::DeleteRowKey() {
   TVosClientDataSet& rows = DataSet();
-  if (rows.State() == DataSetState::Insert) {
-    rows.Cancel();
-    return true;
-  }
-  if (readOnly || !Form().May(paDelete) || rows.IsEmpty()) return true;
-  if (Confirmed(Form(), _rDeleteCaption, _rDeleteText)) rows.Delete();
+  if (rows.State() == DataSetState::Insert)
+    GiveUpRow();
+  else
+    Form().Execute(deleteAction);
   return true;
 }
 
 bool TVosDBGrid::EscapeKey() {
   if (!DataSet().Editing()) return false;
-  DataSet().Cancel();
+  GiveUpRow();
   SettleCombo();
   return true;
 }

@@ -2,7 +2,7 @@
 
 // The editable grid on a dataset. Enter goes to the next cell, past the last one to the next row
 // and, where rows may be inserted, to a new one; leaving a row posts it; leaving the grid cancels a
-// row that was not posted.
+// row that was not posted, and asks first when the user typed something into it.
 
 #include <functional>
 #include <string>
@@ -39,6 +39,8 @@ class TVosDBGrid : public FieldControl {
   /// register whose user may insert but not edit.
   bool insertWhenReadOnly = false;
   bool cancelOnExit = true;
+  /// The screen's action that deletes a row: Ctrl+Delete runs it, with all its conditions.
+  std::string deleteAction = "acDelete";
   int pageRows = 20;      ///< rows a page of the view holds; set by the view
   std::string emptyText;  ///< what would be here and which key makes it, while there are no rows
   /// Another column became the current one.
@@ -68,6 +70,11 @@ class TVosDBGrid : public FieldControl {
   /// What stands in place of the rows while there are none. Rows that could not be read are not
   /// rows that are not there: nobody is invited to enter the first one.
   std::string_view EmptyText() const;
+  /// The row in edit is left without being posted: an untouched one is cancelled, of one with typing
+  /// the user decides; an Abort when he goes back to it, or when its post is refused.
+  void GiveUpRow();
+  /// What a screen's "Запис" does in a grid: commits the open editor and posts the row in edit.
+  void PostRow();
   /// Whether the current cell may be typed into.
   bool CanEditCell() const { return CanEditCurrent(); }
   /// The title of a field's column without line breaks, for messages; the field's label when the
@@ -109,12 +116,12 @@ class TVosDBGrid : public FieldControl {
   /// False when there was no next cell to go to.
   bool GoToNextCell();
   bool GoToNextRow();
-  void PostRow();
   void StartRow(int columnBefore);
   void FetchAtEnd();
   int FirstColumn() const;
   int LastColumn() const { return static_cast<int>(columns.size()) - 1; }
   bool IsUntouchedInsert() const;
+  bool HasTypedRow();
 
   int currentColumn_ = 0;
 };

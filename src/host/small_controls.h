@@ -26,6 +26,8 @@ class TKeyEdit : public Control {
   std::function<void(const std::string& text)> OnEditClosed;
 
   const std::string& Text() const { return text_; }
+  /// The text as the user sees it: what is being typed, else the text.
+  const std::string& TypedText() const { return editor_.IsOpen() ? editor_.Text() : text_; }
   /// Shows a text; an in-place edit ends without OnEditClosed.
   void SetText(std::string_view text);
 

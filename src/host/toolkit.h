@@ -13,6 +13,7 @@ struct ReportDocument;
 
 /// Answers of message dialogs.
 inline constexpr int kAnswerOk = 1;
+inline constexpr int kAnswerBack = 2;  ///< neither: back to where the question came from
 inline constexpr int kAnswerYes = 12;
 inline constexpr int kAnswerNo = 13;
 
@@ -21,7 +22,15 @@ struct MessageDialog {
   std::string caption;
   std::string text;
   bool yesNo = false;  ///< Да and Не, the harmless one being the default; otherwise one button
+  /// A yesNo may also be left without an answer (Escape): the user goes on where he was.
+  bool mayGoBack = false;
 };
+
+/// What closing a dialog means.
+inline int HarmlessAnswer(const MessageDialog& dialog) {
+  if (!dialog.yesNo) return kAnswerOk;
+  return dialog.mayGoBack ? kAnswerBack : kAnswerNo;
+}
 
 class IToolkit {
  public:

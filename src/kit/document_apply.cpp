@@ -23,6 +23,7 @@ DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadAppl
     }
   };
   head_.OnReconcileError = [this](const orvane::ReconcileError& error) { return Reconcile(error); };
+  form_.Keeps(head_, [this] { Apply(); });
 }
 
 bool DocumentHead::Stamp(const FieldDef& id, bool amends) {
@@ -48,20 +49,13 @@ bool DocumentHead::Post() {
   return !ReconcileError;
 }
 
-bool DocumentHead::HasPending() const {
-  return head_.ChangeCount() > 0 || (head_.Editing() && head_.Modified());
-}
-
 void DocumentHead::ApplyPending() {
   if (head_.ChangeCount() > 0) Apply();
 }
 
 void DocumentHead::Apply() {
   dropped_ = false;
-  do {
-    again_ = false;
-    ApplyChanges(form_, head_, {.maxErrors = 0, .form = ApplyForm::Once});
-  } while (again_ && head_.ChangeCount() > 0);
+  ApplyChanges(form_, head_, {.maxErrors = 0, .form = ApplyForm::Once});
   if (dropped_) rules_.reloadDropped();
 }
 
@@ -72,22 +66,8 @@ ReconcileAction DocumentHead::Reconcile(const orvane::ReconcileError& error) {
       form_, head_, error, entered ? AfterRefusal::Correct : rules_.afterRefusal);
   ReconcileError = true;
   dropped_ = action == ReconcileAction::Cancel || action == ReconcileAction::Refresh;
-  // What the user laid over the other's change is a new attempt of his.
-  again_ = action == ReconcileAction::Merge && rules_.form == ApplyForm::Repeated;
   head_.Connection()->Close();
   return action;
-}
-
-bool HasPending(const DocumentHead& head, std::initializer_list<const TVosClientDataSet*> rows) {
-  const auto waits = [](const TVosClientDataSet* part) { return part->ChangeCount() > 0; };
-  return head.HasPending() || std::ranges::any_of(rows, waits);
-}
-
-void SendPending(TVosBaseForm& form, DocumentHead& head,
-                 std::initializer_list<TVosClientDataSet*> rows, ImmediateApply how) {
-  head.ApplyPending();
-  for (TVosClientDataSet* part : rows)
-    ApplyChanges(form, *part, how);
 }
 
 void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,

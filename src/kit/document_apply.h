@@ -19,7 +19,6 @@ class TVosBaseForm;
 
 /// What differs between the heads of documents.
 struct HeadApplyRules {
-  ApplyForm form = ApplyForm::Repeated;
   AfterRefusal afterRefusal = AfterRefusal::Cancel;  ///< of a changed head; a new one stays typed
   /// The field of the head in which the server returns the identifier, sent empty for a new one;
   /// without it the identifier comes as owner data.
@@ -51,9 +50,6 @@ class DocumentHead {
   bool Stamp(const FieldDef& id, bool amends = true);
   /// Posts the head, which applies it and loads the document again; false when it was not applied.
   bool Post();
-  /// Something typed has not reached the server: a changed head in edit, or a change that the link
-  /// kept back.
-  bool HasPending() const;
   /// Sends what a broken link left behind; nothing happens when there is nothing.
   void ApplyPending();
 
@@ -65,16 +61,7 @@ class DocumentHead {
   TVosClientDataSet& head_;
   HeadApplyRules rules_;
   bool dropped_ = false;
-  bool again_ = false;
 };
-
-/// Something typed into the head or the rows has not reached the server: a changed head in edit, or
-/// a change that the link kept back.
-bool HasPending(const DocumentHead& head, std::initializer_list<const TVosClientDataSet*> rows);
-/// Sends what a broken link left behind, head first; nothing happens when there is nothing.
-void SendPending(TVosBaseForm& form, DocumentHead& head,
-                 std::initializer_list<TVosClientDataSet*> rows,
-                 ImmediateApply how = {.maxErrors = -1, .form = ApplyForm::Repeated});
 
 /// Binds a dataset of rows (or approval rows): applied at once, every change by itself, repeatedly
 /// while passes apply something. The head's columns that an apply moved are shown at once.

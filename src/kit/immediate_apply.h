@@ -21,15 +21,20 @@ struct ImmediateApply {
   /// The server answers an apply with a sentence where what was written deserves a second look: it
   /// is shown, and nothing of what was typed is undone.
   bool tellsWarnings = false;
+  /// A change that cannot be sent is dropped instead of waiting in the log: decisions are made when
+  /// they are made, not when a link comes back.
+  bool dropsUnsent = false;
 };
 
 /// Binds the dataset's AfterPost, AfterDelete, OnReconcileError and AfterApplyUpdates so that
-/// changes are applied at once and the connection is closed afterwards.
+/// changes are applied at once and the connection is closed afterwards. What cannot be sent waits
+/// in the log, and the form knows of it (TVosBaseForm::Keeps).
 void ApplyAtOnce(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply how);
 
 /// Sends what the log holds. When the link fails the user may try again as often as he likes; on No
 /// the changes stay in the log, to be sent with the next ones, and the event ends. The repeated
-/// form stops when a pass applies nothing.
+/// form stops when a pass applies nothing. What the user laid over somebody else's change in a
+/// conflict is a new attempt of his and goes at once, whatever the form.
 void ApplyChanges(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply how);
 
 }  // namespace orvane

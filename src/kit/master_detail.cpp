@@ -9,6 +9,9 @@ namespace orvane {
 MasterDetail::MasterDetail(TVosBaseForm& form, TVosClientDataSet& master, TVosClientDataSet& detail,
                            const MasterDetailFields& fields)
     : form_(form), master_(master), detail_(detail), fields_(fields) {
+  master_.BeforeScroll = [this] {
+    if (detail_.ChangeCount() > 0) form_.SendWaiting();
+  };
   master_.AfterScroll = [this] { Scrolled(); };
   detail_.BeforeInsert = [this] { form_.RefuseIf(!HasMaster(), fields_.noMaster); };
 }

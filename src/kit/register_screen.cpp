@@ -8,6 +8,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 #include "host/inspector.h"
+#include "kit/grid_rows.h"
 
 namespace orvane {
 
@@ -124,11 +125,12 @@ void RegisterScreen::Delete() {
   TVosClientDataSet& dataSet = GridInUse().DataSet();
   if (dataSet.IsEmpty()) return;
   if (BeforeDelete) BeforeDelete();
-  if (!Confirmed(form_, _rDeleteCaption, _rDeleteText)) return;
-  dataSet.Delete();
+  DeleteAsked(form_, GridInUse());
 }
 
+/// First what is typed in the open editor, then the row.
 void RegisterScreen::Cancel() {
+  if (form_.UndoInEditor()) return;
   TVosDBGrid& grid = GridInUse();
   grid.CloseEditor();
   grid.DataSet().Cancel();
@@ -144,8 +146,7 @@ void RegisterScreen::Print() {
 void RegisterScreen::Choose() {
   TVosDBGrid& grid = *grids_.front();
   TVosClientDataSet& dataSet = grid.DataSet();
-  if (grid.Editor() != nullptr) grid.CommitEditor();
-  if (dataSet.Editing()) dataSet.Post();
+  grid.PostRow();
   if (dataSet.Editing() || dataSet.IsEmpty()) throw Abort{};
   form_.chosenCode = dataSet.FieldByName(form_.choiceField).Value();
   form_.Close();

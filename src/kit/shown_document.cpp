@@ -14,6 +14,7 @@
 namespace orvane {
 namespace {
 
+constexpr std::string_view kUnsavedHead = "Документът не е записан. Да се запише ли?";
 constexpr std::string_view _rWrongIdentifier =
     "Въведете коректна стойност за поле \"Идентификатор\"!";
 
@@ -39,20 +40,46 @@ ShownDocument::ShownDocument(TVosBaseForm& form, TKeyEdit& edit, TVosClientDataS
     : form_(form), edit_(edit), head_(head), rules_(std::move(rules)) {}
 
 void ShownDocument::Reload() {
-  rules_.sendPending();
+  form_.SendWaiting();
   if (rules_.id() == 0 || fresh_) return;
   rules_.reload();
 }
 
+/// A head that cannot be saved, or that the user wants to go on with, has the focus again.
+bool ShownDocument::SavesHead() {
+  Control* head = form_.CameFrom();
+  try {
+    if (!SavesBeforeLeaving(form_, kUnsavedHead)) return false;
+    rules_.save();
+    return true;
+  } catch (...) {
+    if (head_.Editing() && form_.ActiveControl()->Kind() == ControlKind::KeyEdit)
+      form_.FocusControl(head);
+    throw;
+  }
+}
+
+bool ShownDocument::GiveUpHead() {
+  if (!head_.Editing()) return false;
+  if (head_.Modified() && !givesUp_ && SavesHead()) return false;
+  head_.Cancel();
+  return true;
+}
+
+void ShownDocument::GiveUp() {
+  givesUp_ = true;
+  form_.FocusControl(&edit_);
+}
+
 void ShownDocument::KeyEditEnter() {
-  const bool dropped = head_.Editing();
-  if (dropped) head_.Cancel();
+  const bool dropped = GiveUpHead();
   Reload();
   if (dropped) rules_.typingDropped();
 }
 
 void ShownDocument::PostMove(DocumentHead& head) {
   if (head.Post()) return;
+  givesUp_ = true;
   KeyEditEnter();
   throw Abort{};
 }
@@ -73,8 +100,7 @@ void ShownDocument::IdentifierTyped(std::string_view text) {
 }
 
 std::int32_t ShownDocument::TypedIdentifier() const {
-  const CellEditor* editor = edit_.Editor();
-  const std::optional<std::int32_t> id = ReadKey(editor == nullptr ? edit_.Text() : editor->Text());
+  const std::optional<std::int32_t> id = ReadKey(edit_.TypedText());
   form_.RefuseIf(!id, _rWrongIdentifier);
   return *id;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-// The document that a screen shows, by its identifier edit: coming to the edit gives up what was
-// typed into the head and shows what the server holds; a typed identifier leads to its document.
+// The document that a screen shows, by its identifier edit: whoever comes to the edit from a head
+// with typing in it is asked whether to save it; then it shows what the server holds. A typed
+// identifier leads to its document.
 //
 //   shown_.KeyEditEnter();          // OnEnter of the key edits
 //   shown_.IdentifierTyped(text);   // OnEditClosed of the identifier edit
@@ -29,8 +30,8 @@ std::optional<std::int32_t> ReadKey(std::string_view text);
 struct ShownDocumentRules {
   std::string_view notFound;         ///< message; %s is the identifier
   std::function<std::int64_t()> id;  ///< last loaded; 0: none
-  /// Sends what a broken link left behind.
-  std::function<void()> sendPending;
+  /// Saves the head being typed with all its checks; a refusal is an Abort.
+  std::function<void()> save;
   /// Loads the shown document anew by its key.
   std::function<void()> reload;
   /// Loads another document by its identifier.
@@ -56,12 +57,17 @@ class ShownDocument {
   void WasLoaded() { fresh_ = true; }
   /// What is shown is no longer what was loaded.
   void IsOutdated() { fresh_ = false; }
-  void EventEnds() { fresh_ = false; }
+  void EventEnds() {
+    fresh_ = false;
+    givesUp_ = false;
+  }
 
   /// Loads the shown document again, unless that was just done in this event. What a broken link
   /// left behind goes first: it may be the shown document itself, still without an identifier.
   void Reload();
   void KeyEditEnter();
+  /// The user's command to give up what he typed into the head: back to the edit without a question.
+  void GiveUp();
   /// Posts a move of the head: a refused one leaves nothing of it in edit and ends the event.
   void PostMove(DocumentHead& head);
   /// Shows another document; false, after telling the user, when there is none for him.
@@ -73,11 +79,16 @@ class ShownDocument {
   std::int32_t TypedIdentifier() const;
 
  private:
+  /// Ends the head's edit: saved or given up. True when it was given up.
+  bool GiveUpHead();
+  bool SavesHead();
+
   TVosBaseForm& form_;
   TKeyEdit& edit_;
   TVosClientDataSet& head_;
   ShownDocumentRules rules_;
-  bool fresh_ = false;  ///< loaded during the event that is being handled
+  bool fresh_ = false;    ///< loaded during the event that is being handled
+  bool givesUp_ = false;  ///< the event gives the head's typing up
 };
 
 }  // namespace orvane

@@ -67,7 +67,7 @@ TEST(GridTest, TypingGoesIntoTheEditorAndEnterTakesItOver) {
       {"'винт' Down", "2/3 Name browse"},
       {"'винт' Left", "1/3 Name browse [винт]"},
       {"'винт' Escape", "1/3 Name browse"},
-      {"'винт' Enter Escape", "1/3 Unit browse"},
+      {"'винт' Enter Escape", "1/3 Unit browse !Стоки: Редът не е записан. Да се запише ли?"},
   });
 }
 
@@ -129,7 +129,8 @@ TEST(GridTest, NewRowsAreAppendedPastTheLastOne) {
       {"Ctrl+End Down '7' Enter 'а' Down", "5/5 Code insert"},
       {"Ctrl+End Down '7' Escape", "4/4 Code insert"},
       {"Ctrl+End Down '7' Escape Escape", "3/3 Code browse"},
-      {"Ctrl+End Down '7' Enter Escape", "3/3 Name browse"},
+      {"Ctrl+End Down '7' Enter Escape",
+       "3/3 Name browse !Стоки: Редът не е записан. Да се запише ли?"},
       {"Down Insert", "2/4 Code insert"},
       {"Down Insert Up", "1/3 Code browse"},
       {"Down Insert '2' Enter Down", "3/4 Name browse"},
@@ -273,19 +274,36 @@ TEST(GridTest, AGridThatKeepsRowsPostsThemWhenItIsLeft) {
   EXPECT_EQ(screen.cdsGoods.RecordCount(), 3U) << "an untouched row is not posted";
 }
 
-TEST(GridTest, ARowIsDeletedOnlyAfterTheQuestionAndWithTheRight) {
-  const auto deleted = [](TPointAccess access, int answer) {
+TEST(GridTest, ARowIsDeletedByTheScreensActionWhileThatIsLive) {
+  const auto deleted = [](bool live) {
     Host host;
     host.LogIn();
-    EditingScreen screen(host, access);
-    host.toolkit.answers = {answer};
+    EditingScreen screen(host);
+    TAction action;
+    action.name = "acDelete";
+    action.always = live;
+    action.OnExecute = [&screen] { screen.cdsGoods.Delete(); };
+    screen.AddAction(std::move(action));
+    screen.RefreshActions();
     return screen.See("Ctrl+Delete");
   };
-  EXPECT_EQ(deleted({paOpen, paDelete}, kAnswerYes),
-            "1/2 Code browse !Изтриване: Желаете ли да изтриете текущия запис?");
-  EXPECT_EQ(deleted({paOpen, paDelete}, kAnswerNo),
-            "1/3 Code browse !Изтриване: Желаете ли да изтриете текущия запис?");
-  EXPECT_EQ(deleted({paOpen, paEdit}, kAnswerYes), "1/3 Code browse");
+  EXPECT_EQ(deleted(true), "1/2 Code browse");
+  EXPECT_EQ(deleted(false), "1/3 Code browse");
+}
+
+TEST(GridTest, ALeftRowIsSavedGivenUpOrGoneBackTo) {
+  const auto left = [](int answer) {
+    Host host;
+    host.LogIn();
+    EditingScreen screen(host);
+    host.toolkit.answers = {answer};
+    screen.See("Right 'нов' Enter Enter '5'");
+    screen.Dispatch(Pointed{&screen.eKey});
+    return screen.Rows() + " at " + screen.FocusName();
+  };
+  EXPECT_EQ(left(kAnswerYes), "1 нов 1; 3 гайка 1; 5 пирон 10 at eKey");
+  EXPECT_EQ(left(kAnswerNo), "1 болт 1; 3 гайка 1; 5 пирон 10 at eKey");
+  EXPECT_EQ(left(kAnswerBack), "1 нов 1; 3 гайка 1; 5 пирон 10 at grid");
 }
 
 TEST(GridTest, AnEditorWhoseRowIsGoneIsClosed) {

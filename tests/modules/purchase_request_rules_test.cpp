@@ -444,10 +444,10 @@ TEST(PurchaseRequestRules, ABrokenLinkLosesNothingTyped) {
   world.Press(KeyCode::F9);  // "try again?" is answered No
   EXPECT_NE(world.Messages(), "");
   EXPECT_EQ(world.Head()[head::CostCenter].AsInt(), 1002);
-  EXPECT_TRUE(world.Rules().HasPending());
+  EXPECT_TRUE(world.Screen().HasWaiting());
   world.FocusOn(world.Screen().eIdNum);  // sent before anything is loaded
   EXPECT_EQ(world.Messages(), "");
-  EXPECT_FALSE(world.Rules().HasPending());
+  EXPECT_FALSE(world.Screen().HasWaiting());
   ASSERT_EQ(world.server.applies.size(), 2u);
   EXPECT_EQ(world.server.applies[0].delta, world.server.applies[1].delta);
   EXPECT_EQ(*FindValue(world.server.documents[0].head, "CostCenter"), Variant(1002));

@@ -38,7 +38,7 @@ int ScriptedToolkit::ShowMessage(TVosBaseForm*, const MessageDialog& dialog) {
   questions_.push_back({dialog, 0});
   const std::size_t mine = questions_.size() - 1;
   runner_->RunUntil([this, mine] { return questions_[mine].answer != 0; });
-  const int answer = questions_[mine].answer == 0 ? kAnswerNo : questions_[mine].answer;
+  const int answer = questions_[mine].answer == 0 ? HarmlessAnswer(dialog) : questions_[mine].answer;
   questions_.pop_back();
   return answer;
 }
@@ -87,8 +87,8 @@ const MessageDialog* ScriptedToolkit::Question() const {
   return &questions_.back().dialog;
 }
 
-void ScriptedToolkit::AnswerQuestion(bool yes) {
-  if (Question() != nullptr) questions_.back().answer = yes ? kAnswerYes : kAnswerNo;
+void ScriptedToolkit::AnswerQuestion(int answer) {
+  if (Question() != nullptr) questions_.back().answer = answer;
 }
 
 std::vector<MessageDialog> ScriptedToolkit::TakeMessages() {

@@ -36,7 +36,7 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   void PointAt(TVosBaseForm& form, Control& control, int row, int column) override;
   void Choose(TVosBaseForm& form, std::string_view action) override;
   const MessageDialog* Question() const override;
-  void AnswerQuestion(bool yes) override;
+  void AnswerQuestion(int answer) override;
   std::vector<MessageDialog> TakeMessages() override;
   std::vector<TakenReport> TakeReports() override;
   void Picture(std::string_view) override {}

@@ -309,9 +309,15 @@ void WalkRunner::DoChoose(const Words& words) {
 
 void WalkRunner::DoAnswer(const Words& words) {
   if (driver_.Question() == nullptr) Problem("няма въпрос за отговор");
-  const std::string& word = WordAt(words, 1);
-  if (word != "Да" && word != "Не") Problem("отговорът е Да или Не");
-  driver_.AnswerQuestion(word == "Да");
+  struct AnswerRow {
+    std::string_view word;
+    int answer;
+  };
+  constexpr AnswerRow kAnswers[] = {{"Да", kAnswerYes}, {"Не", kAnswerNo}, {"Назад", kAnswerBack}};
+  const auto row = std::ranges::find(kAnswers, WordAt(words, 1), &AnswerRow::word);
+  if (row == std::end(kAnswers)) Problem("отговорът е Да, Не или Назад");
+  if (row->answer == kAnswerBack && !driver_.Question()->mayGoBack) Problem("няма връщане назад");
+  driver_.AnswerQuestion(row->answer);
 }
 
 void WalkRunner::DoServer(const Words& words) {

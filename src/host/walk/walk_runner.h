@@ -42,8 +42,8 @@ class IWalkDriver {
   }
   /// The question that is up; null when none is.
   virtual const MessageDialog* Question() const = 0;
-  /// Answers the question that is up.
-  virtual void AnswerQuestion(bool yes) = 0;
+  /// Answers the question that is up (toolkit.h).
+  virtual void AnswerQuestion(int answer) = 0;
   /// Takes the messages shown since the last call, in order.
   virtual std::vector<MessageDialog> TakeMessages() = 0;
   /// Takes the reports previewed since the last call.

@@ -70,10 +70,6 @@ bool TfSuppliesContracts::IsLoaded() const {
   return !contract.IsEmpty() && contract.State() != DataSetState::Insert;
 }
 
-bool TfSuppliesContracts::HasUnsavedTyping() const {
-  return TVosDBForm::HasUnsavedTyping() || dmSuppliesContracts->documentHead.HasPending();
-}
-
 // --- creation and showing -----------------------------------------------------------------------
 
 TfSuppliesContracts::TfSuppliesContracts(const FormIdentity& identity)
@@ -136,7 +132,9 @@ ShownDocumentRules TfSuppliesContracts::MakeShownRules() {
   ShownDocumentRules rules;
   rules.notFound = _rNoSuchContract;
   rules.id = [this] { return LastGetRec; };
-  rules.sendPending = [this] { dmSuppliesContracts->documentHead.ApplyPending(); };
+  rules.save = [this] {
+    if (!SaveContract()) throw Abort{};
+  };
   rules.reload = [this] {
     // Its deletion waited for the server, and went through.
     if (dmSuppliesContracts->cdsSuppliesContracts.IsEmpty()) return ShowNeighbour(LastGetRec);
@@ -192,8 +190,12 @@ void TfSuppliesContracts::acNewExecute() {
 }
 
 void TfSuppliesContracts::acSaveExecute() {
-  TVosClientDataSet& contract = dmSuppliesContracts->cdsSuppliesContracts;
   ActiveControl()->CommitEditor();
+  if (SaveContract()) FocusControl(&eIdNumber);
+}
+
+bool TfSuppliesContracts::SaveContract() {
+  TVosClientDataSet& contract = dmSuppliesContracts->cdsSuppliesContracts;
   RequireFields(*this, diLeft, _rFieldIsEmpty,
                 {Supplier.name, ContractNumber.name, ShortDescription.name, ContractDate.name,
                  KindContract.name});
@@ -201,12 +203,11 @@ void TfSuppliesContracts::acSaveExecute() {
     RequireFields(*this, diRight, _rFieldIsEmpty, {KindSupplyList.name});
   RequireFields(*this, diRight, _rFieldIsEmpty, {KindSupplyChoice.name});
   if (!contract.Editing()) contract.Edit();
-  if (dmSuppliesContracts->documentHead.Post()) FocusControl(&eIdNumber);
+  return dmSuppliesContracts->documentHead.Post();
 }
 
 void TfSuppliesContracts::acCancelExecute() {
-  ActiveControl()->CancelEditor();
-  FocusControl(&eIdNumber);
+  if (!UndoInEditor()) shown_.GiveUp();
 }
 
 void TfSuppliesContracts::acDeleteExecute() {

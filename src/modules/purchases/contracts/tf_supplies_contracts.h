@@ -51,7 +51,6 @@ class TfSuppliesContracts : public TVosDBForm {
   void OnChangeAccess() override { dsSuppliesContractsStateChange(); }
   std::span<const LiveRow> LiveRows() const override;
   void AfterRefreshActions() override;
-  bool HasUnsavedTyping() const override;
 
  private:
   static const LiveRow kLive[];
@@ -69,6 +68,8 @@ class TfSuppliesContracts : public TVosDBForm {
   void acCancelExecute();
   void acDeleteExecute();
   /// The contract of that identifier was deleted: shows the next one, near the end the one before.
+  /// False when the server did not take it.
+  bool SaveContract();
   void ShowNeighbour(std::int64_t id);
 
   bool IsLoaded() const;

@@ -160,7 +160,7 @@ void TdmPurchaseOrder::Operations(VariantArray& data) {
 
 LoadCode TdmPurchaseOrder::GetRecord(Nav nav, int step, std::int64_t id, int ver) {
   PurchaseOrderValues& values = form_.values;
-  SendPending();
+  form_.SendWaiting();
   VosApplication& app = form_.App();
   const std::int64_t shownBefore = values.LastGetID;
   VariantArray data(get_rec::kAskSize);
@@ -275,17 +275,6 @@ HeadApplyRules TdmPurchaseOrder::MakeHeadRules() {
     form_.FocusControl(&form_.eIdNum);
   };
   return rules;
-}
-
-bool TdmPurchaseOrder::HasPending() const {
-  return orvane::HasPending(documentHead, {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel,
-                                           &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm});
-}
-
-void TdmPurchaseOrder::SendPending() {
-  orvane::SendPending(
-      form_, documentHead,
-      {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl, &cdsPurchaseOrderAdm});
 }
 
 // --- rules of the head --------------------------------------------------------------------------

@@ -45,7 +45,6 @@ class TdmPurchaseOrder : public TVosDataModule {
   void SetLanguage();
   /// Something typed has not reached the server: a row in edit, or a change that the link kept
   /// back.
-  bool HasPending() const;
 
   // --- recomputations
   // -----------------------------------------------------------------------------
@@ -112,7 +111,6 @@ class TdmPurchaseOrder : public TVosDataModule {
   DocumentHead documentHead;
   SupplyRows supplyRows;
   /// Sends what a broken link left behind, head first; nothing happens when there is nothing.
-  void SendPending();
 
  private:
   void BindHead();

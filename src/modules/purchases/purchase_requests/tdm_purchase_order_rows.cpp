@@ -102,7 +102,10 @@ void TdmPurchaseOrder::BindParts() {
     ApplyRowsAtOnce(form_, *rows, cdsPurchaseOrder);
   ApplyRowsAtOnce(
       form_, cdsPurchaseOrderAdm, cdsPurchaseOrder,
-      {.maxErrors = -1, .form = ApplyForm::Repeated, .afterRefusal = AfterRefusal::Cancel});
+      {.maxErrors = -1,
+       .form = ApplyForm::Repeated,
+       .afterRefusal = AfterRefusal::Cancel,
+       .dropsUnsent = true});
   cdsPurchaseOrderAdm.AfterDelete = {};
   cdsPurchaseOrderAdm.BeforeApplyUpdates = [this] {
     cdsPurchaseOrderAdm.OwnerData = Variant(form_.App().ConnectionInfo());

@@ -74,6 +74,7 @@ const LiveRow TfPurchaseOrder::kLive[] = {
     {"acRows", kAtKeyEdit, InState::Any, {}, &When<&TfPurchaseOrder::IsLoaded>},
 
     {"acSave", "diMainInfo", InState::Any, {}, &When<&TfPurchaseOrder::MaySave>},
+    {"acSave", kAnywhere, InState::Any, {}, &When<&TfPurchaseOrder::IsTypingRow>},
     {"acCancel", "diMainInfo"},
     {"acRows", "diMainInfo"},
 
@@ -126,6 +127,11 @@ bool TfPurchaseOrder::MayMakeVersion() const {
 
 bool TfPurchaseOrder::MaySave() const {
   return !diMainInfo.readOnly && (May(paEdit) || May(paInsert));
+}
+
+bool TfPurchaseOrder::IsTypingRow() const {
+  const TVosDBGrid* grid = FocusedRows();
+  return grid != nullptr && grid->DataSet().Editing();
 }
 
 bool TfPurchaseOrder::MayDeleteRow() const {
@@ -254,10 +260,6 @@ void TfPurchaseOrder::OnLanguageChanged() {
   dmPurchaseOrder->SetLanguage();
 }
 
-bool TfPurchaseOrder::HasUnsavedTyping() const {
-  return TVosDBForm::HasUnsavedTyping() || dmPurchaseOrder->HasPending();
-}
-
 // --- focus --------------------------------------------------------------------------------------
 
 void TfPurchaseOrder::BindFocus() {
@@ -316,6 +318,7 @@ TVosDBGrid* TfPurchaseOrder::FocusedRows() const {
 // --- what the actions do ------------------------------------------------------------------------
 
 void TfPurchaseOrder::acSaveExecute() {
+  if (TVosDBGrid* grid = FocusedRows()) return grid->PostRow();
   if (ActiveControl() == &diMainInfo) diMainInfo.FlushChanges();
   SaveHead(SavedBy::Action);
 }
@@ -341,10 +344,8 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
 }
 
 void TfPurchaseOrder::acCancelExecute() {
-  if (ActiveControl() == &diMainInfo) {
-    diMainInfo.CloseEditor();
-    return FocusControl(&eIdNum);
-  }
+  if (UndoInEditor()) return;
+  if (ActiveControl() == &diMainInfo) return shown_.GiveUp();
   FocusControl(&diMainInfo);
   diMainInfo.SetCurrentItem(0);
 }

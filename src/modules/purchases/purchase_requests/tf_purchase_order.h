@@ -73,7 +73,6 @@ class TfPurchaseOrder : public TVosDBForm {
   void ShowDocument(std::int64_t id) override;
   std::span<const LiveRow> LiveRows() const override;
   void AfterRefreshActions() override;
-  bool HasUnsavedTyping() const override;
 
  private:
   static const LiveRow kLive[];
@@ -108,7 +107,7 @@ class TfPurchaseOrder : public TVosDBForm {
   void acSearchGroupExecute() { dmPurchaseOrder->SearchGroup(); }
 
   /// Whoever asks to save the head: the action goes on to the version, a grid is entered.
-  enum class SavedBy { Action, EnteringGrid };
+  enum class SavedBy { Action, EnteringGrid, Leaving };
   void SaveHead(SavedBy by);
   void GridEnter();
   void QuantityColumnEnter();
@@ -143,6 +142,7 @@ class TfPurchaseOrder : public TVosDBForm {
   bool MayCopy() const { return values.vCanAppend && IsLoaded(); }
   bool MayMakeVersion() const;
   bool MaySave() const;
+  bool IsTypingRow() const;
   bool MayDeleteRow() const;
   bool MayEnterQuantity() const;
   bool MayGoToNom() const;

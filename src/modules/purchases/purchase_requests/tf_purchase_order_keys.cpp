@@ -36,7 +36,7 @@ ShownDocumentRules TfPurchaseOrder::MakeShownRules() {
   ShownDocumentRules rules;
   rules.notFound = _rDocNotFound;
   rules.id = [this] { return values.LastGetID; };
-  rules.sendPending = [this] { dmPurchaseOrder->SendPending(); };
+  rules.save = [this] { SaveHead(SavedBy::Leaving); };
   rules.reload = [this] {
     dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
   };

@@ -78,7 +78,10 @@ TdmSuppManifacOrder::TdmSuppManifacOrder(TfSuppManifacOrder& form)
         ++lastRowNumber_;
       };
   ApplyRowsAtOnce(form_, cdsSuppManOrderAdmin, cdsSuppManifacOrder,
-                  {.maxErrors = 0, .form = ApplyForm::Once, .afterRefusal = AfterRefusal::Cancel});
+                  {.maxErrors = 0,
+                   .form = ApplyForm::Once,
+                   .afterRefusal = AfterRefusal::Cancel,
+                   .dropsUnsent = true});
   cdsSuppManOrderAdmin.AfterDelete = {};
   cdsSuppManOrderAdmin.BeforeApplyUpdates = [this] {
     cdsSuppManOrderAdmin.OwnerData = Variant(form_.App().ConnectionInfo());
@@ -113,7 +116,7 @@ void TdmSuppManifacOrder::FetchCostCenters() {
 }
 
 LoadCode TdmSuppManifacOrder::GetRecord(Nav mode, int step, const std::string& idText) {
-  SendPending();
+  form_.SendWaiting();
   const VosApplication& app = form_.App();
   VariantArray data(get_record::kAskSize);
   data[get_record::kMode] = static_cast<int>(mode);
@@ -173,7 +176,6 @@ void TdmSuppManifacOrder::SetLanguage() {
 
 HeadApplyRules TdmSuppManifacOrder::MakeHeadRules() {
   HeadApplyRules rules;
-  rules.form = kAtOnce.form;
   rules.afterRefusal = AfterRefusal::Correct;
   rules.savedIdentifier = head::IdNumber.name;
   rules.ownerData = [this](bool) { return Variant(form_.App().ConnectionInfo()); };
@@ -186,14 +188,6 @@ HeadApplyRules TdmSuppManifacOrder::MakeHeadRules() {
     form_.FocusControl(&form_.eIdNumber);
   };
   return rules;
-}
-
-bool TdmSuppManifacOrder::HasPending() const {
-  return orvane::HasPending(documentHead, {&cdsSuppManOrderDet, &cdsSuppManOrderAdmin});
-}
-
-void TdmSuppManifacOrder::SendPending() {
-  orvane::SendPending(form_, documentHead, {&cdsSuppManOrderDet, &cdsSuppManOrderAdmin}, kAtOnce);
 }
 
 }  // namespace orvane

@@ -64,8 +64,6 @@ class TdmSuppManifacOrder : public TVosDataModule {
   void EmptyParts();
   /// Names of codes in the language of the screen.
   void SetLanguage();
-  bool HasPending() const;
-  void SendPending();
 
   // --- rules
   /// The order may be changed by this user.

@@ -97,7 +97,7 @@ bool TfSuppManifacOrder::IsTyping() const {
   const CellEditor* editor = active == nullptr ? nullptr : active->Editor();
   const TdmSuppManifacOrder& rules = *dmSuppManifacOrder;
   return (editor != nullptr && editor->IsChanged()) || rules.cdsSuppManifacOrder.Editing() ||
-         rules.cdsSuppManOrderDet.Editing() || rules.HasPending();
+         rules.cdsSuppManOrderDet.Editing() || HasWaiting();
 }
 
 bool TfSuppManifacOrder::MayDeleteRow() const {
@@ -113,10 +113,6 @@ bool TfSuppManifacOrder::MaySearch() const {
 
 bool TfSuppManifacOrder::MayGoToNom() const {
   return MaySearch() && AtComboOfRegister(*this);
-}
-
-bool TfSuppManifacOrder::HasUnsavedTyping() const {
-  return TVosDBForm::HasUnsavedTyping() || dmSuppManifacOrder->HasPending();
 }
 
 // --- creation and showing -----------------------------------------------------------------------
@@ -229,7 +225,7 @@ ShownDocumentRules TfSuppManifacOrder::MakeShownRules() {
   ShownDocumentRules rules;
   rules.notFound = _rDocNotFound;
   rules.id = [this] { return shownId_; };
-  rules.sendPending = [this] { dmSuppManifacOrder->SendPending(); };
+  rules.save = [this] { SaveHead(); };
   rules.reload = [this] {
     const bool any = !eIdNumber.Text().empty();
     dmSuppManifacOrder->GetRecord(any ? Nav::ByKey : Nav::Last, 0, eIdNumber.Text());
@@ -342,8 +338,7 @@ void TfSuppManifacOrder::acNewDocExecute() {
 
 void TfSuppManifacOrder::acSaveExecute() {
   if (ActiveControl() == &gSuppManOrderDet) {
-    gSuppManOrderDet.CommitEditor();
-    return dmSuppManifacOrder->cdsSuppManOrderDet.Post();
+    return gSuppManOrderDet.PostRow();
   }
   di.FlushChanges();
   SaveHead();
@@ -362,13 +357,13 @@ void TfSuppManifacOrder::SaveHead() {
 }
 
 void TfSuppManifacOrder::acCancelExecute() {
+  if (UndoInEditor()) return;
   if (ActiveControl() == &gSuppManOrderDet) {
     gSuppManOrderDet.CloseEditor();
     dmSuppManifacOrder->cdsSuppManOrderDet.Cancel();
     return FocusControl(&di);
   }
-  if (ActiveControl() != nullptr) ActiveControl()->CancelEditor();
-  FocusControl(&eIdNumber);
+  shown_.GiveUp();
 }
 
 void TfSuppManifacOrder::acDeleteExecute() {

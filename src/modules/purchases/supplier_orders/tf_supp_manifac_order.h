@@ -68,7 +68,6 @@ class TfSuppManifacOrder : public TVosDBForm {
   void ShowDocument(std::int64_t id) override;
   std::span<const LiveRow> LiveRows() const override;
   void AfterRefreshActions() override;
-  bool HasUnsavedTyping() const override;
   bool HandleFormKey(KeyStroke key) override;
 
  private:

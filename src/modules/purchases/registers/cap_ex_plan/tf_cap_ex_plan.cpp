@@ -136,6 +136,11 @@ void TfCapExPlan::SettleAccess() {
   di.readOnly = !inserting && !May(paEdit);
 }
 
+bool TfCapExPlan::HasPosition() const {
+  return dmCapExPlan->HasPosition() &&
+         eCode.TypedText() == dmCapExPlan->cdsCapExPlan[Code].AsString();
+}
+
 bool TfCapExPlan::IsTyping() const {
   return ActiveControl() != nullptr && ActiveControl()->Editor() != nullptr;
 }
@@ -149,6 +154,7 @@ bool TfCapExPlan::HandleFormKey(KeyStroke key) {
 }
 
 void TfCapExPlan::Load(Nav mode, int offset) {
+  SendWaiting();
   state_ = dmCapExPlan->GetRecord(mode, offset, eCode.Text());
 }
 
@@ -192,7 +198,7 @@ void TfCapExPlan::acSaveExecute() {
 }
 
 void TfCapExPlan::acCancelExecute() {
-  di.CloseEditor();
+  if (UndoInEditor()) return;
   dmCapExPlan->cdsCapExPlan.Cancel();
 }
 
@@ -216,6 +222,7 @@ void TfCapExPlan::Search(std::string_view field, bool partial) {
   spec.partial = partial;
   const auto chosen = RunSearchDialog(*this, spec);
   if (!chosen) return;
+  SendWaiting();
   state_ = dmCapExPlan->GetRecord(Nav::ByKey, 0, FindValue(*chosen, Code.name)->ToText());
 }
 

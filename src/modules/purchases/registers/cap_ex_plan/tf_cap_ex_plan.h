@@ -51,7 +51,8 @@ class TfCapExPlan : public TVosDBForm {
   void acSearchByPartNameExecute() { Search(NameField(), true); }
   std::string_view NameField() const { return FirstLanguage() ? "Name" : "Name2"; }
 
-  bool HasPosition() const { return dmCapExPlan->HasPosition(); }
+  /// A position is loaded, and the code box shows no other's number.
+  bool HasPosition() const;
   bool IsTyping() const;
 
   std::unique_ptr<TdmCapExPlan> dmCapExPlan;

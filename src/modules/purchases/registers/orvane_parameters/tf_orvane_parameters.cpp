@@ -143,8 +143,7 @@ void TfOrvaneParameters::acSaveExecute() {
 }
 
 void TfOrvaneParameters::acCancelExecute() {
-  di.CloseEditor();
-  dmOrvaneParameters->Cancel();
+  if (!UndoInEditor()) dmOrvaneParameters->Cancel();
 }
 
 }  // namespace orvane
