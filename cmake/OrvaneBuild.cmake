@@ -42,7 +42,7 @@ if(ORVANE_CCACHE AND (NOT CMAKE_CXX_COMPILER_LAUNCHER OR CMAKE_CXX_COMPILER_LAUN
   # The sloppiness lets units with a precompiled header hit the cache; without the directory in the hash, and with paths
   # counted from the tree's root, all build directories of all checkouts share one cache.
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      env "CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime" CCACHE_NOHASHDIR=1
+      env "CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime" CCACHE_NOHASHDIR=1 CCACHE_PCH_EXTSUM=1
       "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" "${ORVANE_CCACHE}")
 endif()
 

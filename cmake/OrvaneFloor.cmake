@@ -1,9 +1,9 @@
-# orvane_floor(<name> [USES floor...] [LIBRARIES target...])
+# orvane_floor(<name> [USES floor...] [LIBRARIES target...] [OWN_PRECOMPILED])
 #
 # One static library per folder of src/, linked only to the floors below it. A folder that has no .cpp yet is a header
 # library; it turns into a static one by itself when the first .cpp appears.
 function(orvane_floor name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "USES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "OWN_PRECOMPILED" "" "USES;LIBRARIES")
   set(folder "${PROJECT_SOURCE_DIR}/src/${name}")
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${folder}/*.cpp")
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${folder}/*.h")
@@ -18,6 +18,9 @@ function(orvane_floor name)
     add_library(${target} STATIC ${sources} ${headers})
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}/src")
     target_link_libraries(${target} PRIVATE orvane_warnings PUBLIC ${floors} ${arg_LIBRARIES})
+    if(NOT arg_OWN_PRECOMPILED)
+      orvane_precompile(${target} ${ORVANE_STANDARD_HEADERS})
+    endif()
   else()
     add_library(${target} INTERFACE ${headers})
     target_include_directories(${target} INTERFACE "${PROJECT_SOURCE_DIR}/src")
@@ -55,7 +58,7 @@ function(orvane_qt_floor name)
   file(GLOB_RECURSE resources CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/${name}/*.qrc")
   target_sources(orvane_${name} PRIVATE ${resources})
   set_target_properties(orvane_${name} PROPERTIES AUTOMOC ON AUTORCC ON)
-  target_precompile_headers(orvane_${name} PRIVATE
+  orvane_precompile(orvane_${name}
     <map> <memory> <string> <vector>
     <QtCore/QEvent> <QtCore/QObject> <QtCore/QPointer> <QtCore/QString> <QtCore/QTimer>
     <QtGui/QAction> <QtGui/QKeyEvent> <QtGui/QMouseEvent> <QtGui/QPainter>
