@@ -213,6 +213,16 @@ TEST(ApprovalRules, NothingIsApprovedBecauseARangeHasAHole) {
       "регистър 2 и вид покупка 4. Допълнете обхватите в регистъра.");
   EXPECT_EQ(plan(DocumentKind::PurchaseRequest, Register("1 0 100 3"), "10"),
             "!!Err_Искане 1 няма кой да одобри на ниво 1. Няма началник.");
+  const std::vector<LevelRow> levels = Register("1 0 100 1 2 0 100 2");
+  const auto planned = [&](const DocumentOwners& owners) {
+    return PlanApproval(
+        {"Искане 1", DocumentKind::PurchaseRequest, 4, Sum("10"), levels, approvers, &owners});
+  };
+  EXPECT_TRUE(planned({"author", 101})) << "a deputy is left at level 1";
+  const auto alone = planned({"author", 102});
+  ASSERT_FALSE(alone);
+  EXPECT_TRUE(alone.GetFailure().message.starts_with(
+      "!!Err_Искане 1 няма кой да одобри на ниво 2: на него решават само"));
 }
 
 // --- decisions -----------------------------------------------------------------------------------
@@ -231,10 +241,11 @@ TEST(ApprovalRules, DecisionsAreJudgedInEverySmallWorld) {
                             {level, 1, wanted});
           const ApprovalRow* turn = TurnOf(rows);
           const bool approver = level == 1 ? employee == 101 || employee == 104 : employee == 102;
-          const bool may = row.status == wanted ? false
-                           : row.status == ApprovalWaiting
-                               ? turn && turn->level == level && approver
-                               : MayTakeBack(rows, row, employee);
+          const bool may =
+              row.status == wanted ? false
+              : row.status == ApprovalWaiting
+                  ? turn && turn->level == level && approver
+                  : MayTakeBack(rows, row, employee) && (approver || wanted == ApprovalWaiting);
           EXPECT_EQ(judged.Ok(), may)
               << Show(rows) << " level " << level << " by " << employee << " to " << wanted;
           if (!judged) continue;
@@ -246,6 +257,22 @@ TEST(ApprovalRules, DecisionsAreJudgedInEverySmallWorld) {
       }
     }
   });
+}
+
+TEST(ApprovalRules, WhoeverHeadsNothingAnyMoreTakesBackButDoesNotExchange) {
+  const ApproversOfCostCenter approvers = SomeApprovers();
+  const ApprovalRow rows[] = {{1, ApproverKind::CostCenterHead, ApprovalGiven, 103}};
+  const auto judged = [&](int wanted) {
+    return JudgeDecision({"Искане 1", "Одобрен", Approved, kDecidableStatuses, 1, "author", "днес",
+                          rows, approvers, 103},
+                         {1, 1, wanted});
+  };
+  EXPECT_TRUE(judged(ApprovalWaiting));
+  const auto exchanged = judged(ApprovalRejected);
+  ASSERT_FALSE(exchanged);
+  EXPECT_EQ(exchanged.GetFailure().message,
+            "!!Err_Искане 1, ниво 1: вече не сте одобряващ на това ниво и можете само да оттеглите "
+            "решението си. Решава: Колев, Заместник.");
 }
 
 }  // namespace

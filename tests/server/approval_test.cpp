@@ -5,6 +5,7 @@
 #include <sstream>
 #include <thread>
 
+#include "server/check/check.h"
 #include "server/request_world.h"
 
 namespace orvane {
@@ -342,7 +343,80 @@ TEST_P(Approval, OnesOwnDocumentIsDecidedUnlessTheConfigurationForbidsIt) {
                           {"GetRec", 1, 0, 0, id, Variant(), "author", Variant(), true, false}});
   ASSERT_TRUE(told);
   EXPECT_EQ((*told)[8].AsPacket()->rowCount, 1u) << "the chief's role alone";
-  EXPECT_EQ(world.Decide("author", id, 1, kWaiting, kGiven), "ok");
+  ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
+  const Change send =
+      UpdateOf({{"POIdNumber", id}, {"POVersion", 1}, {"Status", 2}}, {{"Status", 3}});
+  const auto sending = [&] {
+    const auto sent = other.Apply(author, {"TsmPurchaseOrder", "dspPurchaseOrder", 0, {}, {send}});
+    if (!sent) return sent.GetFailure().message;
+    const auto& failure = sent->outcomes[0].failure;
+    return failure ? failure->message : std::string("ok");
+  };
+  EXPECT_EQ(sending(), "ok") << "his deputy decides";
+  ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
+  world.RunSql("delete from StructDepDates");
+  EXPECT_NE(sending().find("а собствен документ не се одобрява"), std::string::npos);
+  ASSERT_EQ(world.Move("author", id, Entered, ForApproval), "ok");
+  const auto stuck =
+      CheckDatabase(world.Server().Base(), world.Server().Time().Now(), strict.documents);
+  ASSERT_TRUE(stuck);
+  EXPECT_EQ(*stuck, std::vector<std::string>{
+                        "Искане за покупка 1 чака решение, което никой не може да вземе. Решават "
+                        "само създателят и заявителят, а собствен документ не се одобрява."});
+  EXPECT_EQ(world.Decide("author", id, 1, kWaiting, kGiven, 3), "ok");
+}
+
+/// Registers that changed between entering and sending; each as it was before the next.
+TEST_P(Approval, SendingJudgesAgainWhatEnteringJudged) {
+  world.AddLevel(3, 1, 0, 100000, ApproverKind::CostCenterHead);
+  world.AddLevel(4, 1, 0, 100000, ApproverKind::CostCenterHead);
+  world.RunSql(
+      "insert into SuppliesContracts (IdNumber, ContractNumber, ContractDate, ShortDescription,"
+      " FoldShortDescription, Supplier, KindContract, KindSupplyChoice, CreatedFrom, CreatedOn)"
+      " values (40, 'Д', ?1, 'д', 'д', 7, 3, 1, 'boss', ?2)",
+      {*Date::FromYmd(2026, 1, 1), Stamp{1}});
+  const std::int64_t id = world.NewRequest(3);
+  ASSERT_EQ(world.AddRow(id, 1, 20, 3000), "ok");
+  ASSERT_EQ(world.AddDate(id), "ok");
+  world.RunSql("update PurchaseOrder set ContractId = 40");
+  const std::string name = "!!Err_Искане за покупка 1, версия 1";
+  const struct {
+    const char* breaks;
+    const char* mends;
+    const char* says;
+  } cases[] = {
+      {"update SuppliesContracts set FreezeDate = ContractDate",
+       "update SuppliesContracts set FreezeDate = null",
+       ": договор 40 не е действащ днес. Изберете друг договор."},
+      {"delete from AdmissibleNotifiers where CostCenter = 1001",
+       "insert into AdmissibleNotifiers (CostCenter, Notifier) values (1001, 100)",
+       ": заявител с код 100 вече не е допустим за център за разход 1001 (виж „Допустими "
+       "заявители“). Изберете друг център за разход."},
+      {"update MaterialStocks set SuppForbiddenFrom = (select DocumentDate from PurchaseOrder)",
+       "update MaterialStocks set SuppForbiddenFrom = null",
+       ", ред 1: „20 Ламарина 2 мм“ не се купува към датата на документа. Изберете друг материал "
+       "или изтрийте реда."},
+      {"update BaseSupplyList set Price = null where SerialNumber = 20",
+       "update BaseSupplyList set Price = (select max(Price) from BaseSupplyList)",
+       ", ред 1: пореден номер 20 няма цена към датата на документа. Въведете цена в списъка за "
+       "доставка и запишете реда отново."},
+      {"update PurchaseOrderDet set Quantity = 0", "update PurchaseOrderDet set Quantity = 3000",
+       ", ред 1: количеството е нула. Въведете количество или изтрийте реда."},
+  };
+  for (const auto& row : cases) {
+    world.RunSql(row.breaks);
+    EXPECT_EQ(world.Move("author", id, Entered, ForApproval), name + row.says);
+    world.RunSql(row.mends);
+  }
+  EXPECT_EQ(world.Move("author", id, Entered, ForApproval), "ok");
+  const std::int64_t typed = world.NewRequest(4);
+  ASSERT_EQ(world.AddRow(typed, 1, 22, 0, "0"), "ok");
+  ASSERT_EQ(world.AddDate(typed), "ok");
+  EXPECT_EQ(world.Move("author", typed, Entered, ForApproval),
+            "!!Err_Искане за покупка 2, версия 1, ред 1: няма нито количество, нито сума. Въведете "
+            "ги или изтрийте реда.");
+  world.RunSql("update PurchaseOrderDet set CurrSumWithoutVAT = 10000 where PurchaseOrderId = 2");
+  EXPECT_EQ(world.Move("author", typed, Entered, ForApproval), "ok") << "a sum for the whole";
 }
 
 TEST_P(Approval, EditOnTheQueuesPointIsEnoughToDecide) {

@@ -315,7 +315,7 @@ TEST(DemoCompanies, EachPassesTheServersCheckAndTheEmptyOneHoldsNoDocuments) {
     options->documents = std::min<std::int64_t>(options->documents, 40);
     const auto database = FreshDatabase(Engine::Sqlite);
     ASSERT_TRUE(MakeDemoCompany(*database, SystemClock{}, *options)) << name;
-    const auto findings = CheckDatabase(*database);
+    const auto findings = CheckDatabase(*database, SystemClock().Now());
     ASSERT_TRUE(findings) << findings.GetFailure().message;
     EXPECT_EQ(*findings, std::vector<std::string>{}) << name;
     if (options->documents > 0) continue;
@@ -399,7 +399,7 @@ TEST_P(DemoCompany, OneUserConcernsOneRequestInAThousand) {
 }
 
 TEST_P(DemoCompany, TheServersOwnCheckFindsNothing) {
-  const auto findings = CheckDatabase(Base());
+  const auto findings = CheckDatabase(Base(), SystemClock().Now());
   ASSERT_TRUE(findings) << findings.GetFailure().message;
   EXPECT_EQ(*findings, std::vector<std::string>{});
 }

@@ -78,7 +78,7 @@ TEST_P(Durability, CheckFindsWhatTheRegistersWouldRefuse) {
   TestServer server(GetParam());
   server.AddUser("ivanova");
   const auto findings = [&] {
-    const auto found = CheckDatabase(server.Base());
+    const auto found = CheckDatabase(server.Base(), server.Time().Now());
     return found ? *found : std::vector<std::string>{found.GetFailure().message};
   };
   EXPECT_EQ(findings(), std::vector<std::string>{});

@@ -40,7 +40,22 @@ TEST_P(OrderApproval, SendingNeedsARowAndLevels) {
   EXPECT_EQ(world.MoveOrder("author", id, Entered, ForApproval),
             "!!Err_Поръчка за производство 1 няма редове. Въведете поне един ред с материал или "
             "услуга.");
-  ASSERT_EQ(world.AddOrderRow(id, 1, 23, 8000), "ok") << "levels do not ask for a price";
+  ASSERT_EQ(world.AddOrderRow(id, 1, 23, 8000), "ok");
+  EXPECT_EQ(world.MoveOrder("author", id, Entered, ForApproval),
+            "!!Err_Поръчка за производство 1, ред 1: пореден номер 23 няма цена към датата на "
+            "документа. Въведете цена в списъка за доставка и запишете реда отново.");
+  world.RunSql("update BaseSupplyList set Price = (select max(Price) from BaseSupplyList)");
+  world.RunSql("update SuppliesContracts set ManifacOrder = 0 where IdNumber = 30");
+  EXPECT_NE(world.MoveOrder("author", id, Entered, ForApproval).find("вече не се прави поръчка"),
+            std::string::npos);
+  world.RunSql("update SuppliesContracts set ManifacOrder = 1, FreezeDate = ContractDate");
+  EXPECT_NE(world.MoveOrder("author", id, Entered, ForApproval).find("не е действащ днес"),
+            std::string::npos);
+  world.RunSql("update SuppliesContracts set FreezeDate = null");
+  world.RunSql("update Partners set PartnerTypeSupplier = 0");
+  EXPECT_NE(world.MoveOrder("author", id, Entered, ForApproval).find("вече не е доставчик"),
+            std::string::npos);
+  world.RunSql("update Partners set PartnerTypeSupplier = 1");
   EXPECT_NE(world.MoveOrder("author", id, Entered, ForApproval).find("не може да бъде изпратена"),
             std::string::npos)
       << "nothing is approved because nobody may decide";
@@ -87,6 +102,10 @@ TEST_P(OrderApproval, LevelsAreDecidedInOrderAndTheLoadTellsEachHisPart) {
     EXPECT_EQ(world.PartIn("kolev", id), step.kolev) << answer;
     EXPECT_EQ(world.PartIn("petrova", id), step.petrova) << answer;
   }
+  EXPECT_EQ(world.Column("select ConfirmedFrom + UnConfirmedFrom from SuppManOrderAdmin"
+                         " where ConfirmationLevel = 3 and ConfermedOn is not null"),
+            "202")
+      << "a withdrawn decision keeps who had decided";
 }
 
 TEST_P(OrderApproval, WhoeverHasATurnMayNotWithdrawMeanwhile) {
@@ -248,7 +267,7 @@ TEST_P(OrderApproval, TheCheckFindsStatusesAndSumsThatAreNotTheirRows) {
   const std::int64_t request = Against(order, 3000);
   ASSERT_EQ(world.Move("author", request, Entered, ForApproval), "ok");
   const auto findings = [&] {
-    const auto found = CheckDatabase(world.Server().Base());
+    const auto found = CheckDatabase(world.Server().Base(), world.Server().Time().Now());
     std::string text;
     if (!found) return found.GetFailure().message;
     for (const std::string& finding : *found)
@@ -261,6 +280,10 @@ TEST_P(OrderApproval, TheCheckFindsStatusesAndSumsThatAreNotTheirRows) {
     const char* mends;
     const char* names;
   } cases[] = {
+      {"update WSysUsers set Blocked = 1 where ShortName in ('kolev', 'deputy')",
+       "update WSysUsers set Blocked = 0",
+       "Искане за покупка 1 чака решение, което никой не може да вземе. Началникът на център за "
+       "разход 1001"},
       {"update SuppManifacOrder set Status = 5", "update SuppManifacOrder set Status = 6",
        "Статусът на поръчка за производство 1 "},
       {"update SuppManOrderAdmin set Status = 2", "update SuppManOrderAdmin set Status = 3",

@@ -124,6 +124,36 @@ TEST_P(OrderLoads, MovesAnswerTheirEndsAndWalkOverWhatMayBeSeen) {
   }
 }
 
+TEST_P(OrderLoads, WhoMayRequestForACostCenterFindsItsApprovedOrdersAndChangesNothing) {
+  for (int i = 1; i <= 8; ++i)
+    world.NewOrder({{"CostCenter", i % 2 == 1 ? 1001 : 1002}});
+  world.RunSql("update SuppManifacOrder set Status = IdNumber where IdNumber < 8");
+  world.RunSql("insert into AdmissibleNotifiers (CostCenter, Notifier) values (1001, 105)");
+  EXPECT_EQ(world.WhereOrder("stranger", Nav::First, 0), "1:5");
+  EXPECT_EQ(world.WhereOrder("stranger", Nav::Next, 5), "2:7");
+  EXPECT_EQ(world.WhereOrder("stranger", Nav::Previous, 7), "1:5");
+  for (const int id : {1, 2, 3, 4, 6, 8})
+    EXPECT_EQ(world.WhereOrder("stranger", Nav::ByKey, id), "3") << id;
+  EXPECT_EQ(world.PartIn("stranger", 5), "-- 00@0");
+  const std::string refusals[] = {
+      world.MoveOrder("stranger", 5, Approved, Completed),
+      world.MoveOrder("stranger", 5, Approved, Entered),
+      world.MoveOrder("stranger", 7, Completed, Fulfilling),
+      world.AnnulOrder("stranger", 5),
+      world.DecideOrder("stranger", 5, 1, ApprovalWaiting, ApprovalGiven),
+      world.ApplyOrder("stranger", "dspSuppManOrderDet", InsertOf(world.OrderRow(5, 1, 20, 1))),
+      world.ApplyOrder(
+          "stranger", "dspSuppManifacOrder",
+          UpdateOf({{"IdNumber", 5}, {"Description", Variant()}}, {{"Description", "мое"}})),
+      world.ApplyOrder("stranger", "dspSuppManifacOrder", DeleteOf({{"IdNumber", 5}})),
+  };
+  for (const std::string& refusal : refusals)
+    EXPECT_NE(refusal, "ok");
+  EXPECT_EQ(world.OrderStatus(5), Approved);
+  world.RunSql("update SuppManifacOrder set CostCenter = 1002");
+  EXPECT_EQ(world.WhereOrder("stranger", Nav::First, 0), "3");
+}
+
 TEST_P(OrderLoads, ClaimsAreComparedWithTheSession) {
   const std::int64_t id = world.NewOrder();
   const auto load = [&](const std::string& login, VariantArray changed) {

@@ -89,7 +89,7 @@ class RandomOrders : public OrderCase {
 
   /// What is stored and is not what its parts say.
   std::string Findings() {
-    const auto found = CheckDatabase(world.Server().Base());
+    const auto found = CheckDatabase(world.Server().Base(), world.Server().Time().Now());
     if (!found) return found.GetFailure().message;
     std::string text;
     for (const std::string& finding : *found)

@@ -105,10 +105,17 @@ TEST_F(Program, SettingsComeFromFileEnvironmentAndFlagsInThisOrder) {
   Put("other.toml", "# more\n\nlisten = '127.0.0.1:0'\ndatabse = 'x'\n");
   EXPECT_EQ(Run(server + "check --config other.toml"),
             "failed: orvane-server: other.toml:4: непозната настройка „databse“.\n");
+  Put("other.toml", "database = 'other.db'\nmay-approve-own = false\n");
+  EXPECT_EQ(Run(server + "check --config other.toml"), missing("other.db"));
+  EXPECT_EQ(
+      Run(server + "check --may-approve-own maybe"),
+      "failed: orvane-server: Грешна стойност „maybe“ на настройка „may-approve-own“ от флага "
+      "--may-approve-own.\n");
   Put("other.toml", "pool-size = 1.5\n");
-  EXPECT_EQ(Run(server + "check --config other.toml"),
-            "failed: orvane-server: other.toml:1: настройка „pool-size“ трябва да е текст или цяло "
-            "число.\n");
+  EXPECT_EQ(
+      Run(server + "check --config other.toml"),
+      "failed: orvane-server: other.toml:1: настройка „pool-size“ трябва да е текст, цяло число, "
+      "true или false.\n");
   EXPECT_EQ(Run(server + "check --config none.toml"),
             "failed: orvane-server: Файлът с настройки „none.toml“ не може да се прочете.\n");
   EXPECT_EQ(Run("ORVANE_LISTEN=abc " + server + "check"),

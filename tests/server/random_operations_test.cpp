@@ -347,7 +347,7 @@ TEST_P(Random, ThingsComeOutAsTheRulesSay) {
                   .ToText(),
               value);
   }
-  const auto findings = CheckDatabase(server.Base());
+  const auto findings = CheckDatabase(server.Base(), server.Time().Now());
   ASSERT_TRUE(findings);
   std::cout << "seed " << seed << ": " << succeeded << " of " << kOperations << " succeeded";
   for (const auto& [kind, count] : counts) {

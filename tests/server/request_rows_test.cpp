@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "server/documents/server_writes.h"
 #include "server/documents/values.h"
 #include "server/request_world.h"
 
@@ -210,6 +211,10 @@ TEST_P(RequestRows, RefusalsNameTheRowAndTheWayOut) {
   };
   EXPECT_EQ(add(99, 1), row + "в списъка за доставка няма пореден номер 99. Изберете друг.");
   EXPECT_EQ(add(20, -1), row + "количеството не може да бъде отрицателно. Въведете друго.");
+  NamedValues pieces = RequestWorld::RowValues(id, 1, 20, 1);
+  SetValue(pieces, "Measure", 100);
+  EXPECT_EQ(world.Apply("author", "dspPurchaseOrderDet", InsertOf(pieces)),
+            row + "„20 Ламарина 2 мм“ не се поръчва в мярка 100. Изберете друга мярка.");
   EXPECT_EQ(add(20, 1, 77), row +
                                 "поръчка за производство 77 не съществува. Изберете друга "
                                 "поръчка.");
@@ -228,7 +233,8 @@ TEST_P(RequestRows, RefusalsNameTheRowAndTheWayOut) {
   EXPECT_NE(add(20, 1, order).find("е анулирана"), std::string::npos);
   world.RunSql("update SuppManifacOrder set AnnulOn = null");
   EXPECT_EQ(add(20, 10000, order), "ok") << "all that is left";
-  EXPECT_EQ(add(20, 1), "!!Err_Искане за покупка 1, версия 1 вече има ред 1. Изберете друг номер на ред.");
+  EXPECT_EQ(add(20, 1),
+            "!!Err_Искане за покупка 1, версия 1 вече има ред 1. Изберете друг номер на ред.");
 }
 
 TEST_P(RequestRows, WhatAnOrderLeavesIsDerivedFromRequestsOnTheirWay) {

@@ -323,7 +323,20 @@ TEST_P(SuppliesContracts, ThatDocumentsUseAreNotDeleted) {
             std::string("Договор 2 не се изтрива: по него е поръчка за производство ")
                 .append(std::to_string(order))
                 .append(kInstead));
+  world.RunSql("update SuppliesContracts set AutomaticRenewal = 1 where IdNumber = ?1", {asked});
+  EXPECT_EQ(Refusal(DeleteOf({{"IdNumber", asked}})),
+            std::string("Договор 1 не се изтрива: по него е искане за покупка ")
+                .append(std::to_string(request))
+                .append(". Вместо това въведете дата на блокиране."));
+  const auto keeps = [&](const char* column, int from, int to) {
+    return Refusal(UpdateOf({{"IdNumber", asked}, {column, from}}, {{column, to}}));
+  };
+  const std::string kept = "Договор 1 запазва доставчика и вида си: по него е искане за покупка " +
+                           std::to_string(request) + ". Въведете нов договор.";
+  EXPECT_EQ(keeps("Supplier", 7, 8), kept);
+  EXPECT_EQ(keeps("KindContract", 4, 1), kept);
   world.RunSql("update PurchaseOrder set ContractId = null");
+  EXPECT_EQ(keeps("Supplier", 7, 8), "");
   EXPECT_EQ(Refusal(DeleteOf({{"IdNumber", asked}})), "");
 }
 

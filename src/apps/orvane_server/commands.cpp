@@ -146,6 +146,7 @@ Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {
   const SystemClock clock;
   ServerOptions options;
   options.sessions.idleMinutes = settings.idleMinutes;
+  options.documents.mayApproveOwn = settings.mayApproveOwn;
   OrvaneServer server(**database, clock, options);
 
   const ListenAddress listen = *ParseListen(settings.listen);
@@ -238,7 +239,8 @@ Answer<Done> SetRights(const Settings& settings, const UserArguments& user) {
 Answer<Done> Check(const Settings& settings) {
   auto database = OpenCurrent(settings);
   if (!database) return database.GetFailure();
-  const auto findings = CheckDatabase(**database);
+  const auto findings =
+      CheckDatabase(**database, SystemClock().Now(), {.mayApproveOwn = settings.mayApproveOwn});
   if (!findings) return findings.GetFailure();
   for (const std::string& finding : *findings)
     Say(finding);

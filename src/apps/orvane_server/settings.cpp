@@ -16,6 +16,8 @@ constexpr SettingRow kSettings[] = {
     {"log-level", "Подробност на дневника: trace, debug, info, warn, error", "НИВО"},
     {"pool-size", "Връзки към PostgreSQL", "БРОЙ"},
     {"idle-minutes", "След колко минути бездействие приключва сесия", "МИНУТИ"},
+    {"may-approve-own", "Одобряват ли създателят и заявителят собствения си документ",
+     "true|false"},
 };
 constexpr std::string_view kLogLevels[] = {"trace", "debug", "info", "warn", "error"};
 
@@ -50,6 +52,10 @@ bool Put(Settings& settings, std::string_view name, const std::string& text) {
     const auto number = WholeBetween(text, 1, pool ? 100 : 7 * 24 * 60);
     if (number) (pool ? settings.poolSize : settings.idleMinutes) = *number;
     return number.has_value();
+  }
+  if (name == "may-approve-own") {
+    settings.mayApproveOwn = text == "true";
+    return text == "true" || text == "false";
   }
   return !text.empty();
 }
@@ -90,9 +96,11 @@ Answer<SettingTexts> ReadSettingsFile(const std::string& path) {
         texts[name] = *text;
       } else if (const auto number = node.value_exact<std::int64_t>()) {
         texts[name] = std::to_string(*number);
+      } else if (const auto flag = node.value_exact<bool>()) {
+        texts[name] = *flag ? "true" : "false";
       } else {
         return Bad(Place(path, node.source()) + "настройка „" + name +
-                   "“ трябва да е текст или цяло число.");
+                   "“ трябва да е текст, цяло число, true или false.");
       }
     }
   } catch (const toml::parse_error& error) {

@@ -22,6 +22,7 @@ struct Settings {
   std::string logLevel = "info";
   std::int32_t poolSize = 8;
   std::int32_t idleMinutes = 12 * 60;
+  bool mayApproveOwn = true;  ///< deciding on documents that one created or requested
 };
 
 /// A setting: its name in the file and as a flag ("tls-cert"; ORVANE_TLS_CERT in the environment).

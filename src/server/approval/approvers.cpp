@@ -16,7 +16,8 @@ constexpr std::string_view kPlaces =
 
 /// A person can decide when one employee record, and no other, has a login that is not blocked.
 constexpr std::string_view kPerson =
-    "e.Employee, e.Name, case when u.ShortName is not null and u.Blocked = 0 and not exists"
+    "e.Employee, e.Name, e.Login, case when u.ShortName is not null and u.Blocked = 0 and not "
+    "exists"
     " (select 1 from Employees o where o.Login = e.Login and o.Employee <> e.Employee)"
     " then 1 else 0 end";
 constexpr std::string_view kLogins = " left join WSysUsers u on u.ShortName = e.Login";
@@ -92,6 +93,11 @@ bool FoundApprovers::Has(std::int64_t employee) const {
                      [&](const Approver& approver) { return approver.employee == employee; });
 }
 
+bool FoundApprovers::HasOther(const DocumentOwners& owners) const {
+  return std::any_of(approvers.begin(), approvers.end(),
+                     [&](const Approver& approver) { return !owners.Has(approver); });
+}
+
 std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedValues& params,
                                        Date today) {
   NamedValues values = params;
@@ -112,6 +118,7 @@ std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedV
                  {"Deputy", ValueKind::Bool, 0},
                  {"Employee", ValueKind::Code, 0},
                  {"Name", ValueKind::String, 0},
+                 {"Login", ValueKind::String, 0},
                  {"Usable", ValueKind::Bool, 0}})};
 }
 
@@ -126,7 +133,8 @@ ApproversOfCostCenter ReadApprovers(const DataPacket& places, const DataPacket& 
     if (!deputy) found.head = employee;
     known.at(kind) = known.at(kind) || !deputy;
     if (!people.At(row, "Usable").AsBool().value_or(false) || found.Has(employee)) continue;
-    found.approvers.push_back({employee, people.At(row, "Name").ToText(), deputy});
+    found.approvers.push_back(
+        {employee, people.At(row, "Name").ToText(), deputy, people.At(row, "Login").ToText()});
   }
   for (std::size_t i = 0; i < all.kinds.size(); ++i) {
     if (!all.kinds[i].approvers.empty()) continue;

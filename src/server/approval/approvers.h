@@ -19,6 +19,17 @@ struct Approver {
   std::int64_t employee = 0;
   std::string name;
   bool deputy = false;
+  std::string login = {};
+};
+
+/// Whose the document is: by login its creator's, by employee its requester's.
+struct DocumentOwners {
+  std::string createdFrom;
+  std::int64_t notifier = 0;
+
+  bool Has(const Approver& approver) const {
+    return approver.employee == notifier || approver.login == createdFrom;
+  }
 };
 
 /// The approvers of one kind for one cost centre, or what is missing.
@@ -30,6 +41,8 @@ struct FoundApprovers {
   std::string gap;
 
   bool Has(std::int64_t employee) const;
+  /// Somebody else than these is among them.
+  bool HasOther(const DocumentOwners& owners) const;
 };
 
 /// Of the three kinds of approvers.

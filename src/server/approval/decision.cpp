@@ -45,8 +45,8 @@ std::string Names(const FoundApprovers& found) {
   return names.empty() ? found.gap : "Решава: " + names + ".";
 }
 
-/// Taking back, or exchanging, one's own decision.
-std::optional<Failure> WhyNotTakenBack(const DecisionFacts& facts, const ApprovalRow& row) {
+/// Taking back, or exchanging, one's own decision; the latter needs present authority.
+std::optional<Failure> WhyNotTakenBack(const DecisionFacts& facts, const ApprovalRow& row, int to) {
   if (row.decidedBy != facts.employee) {
     return Refused(LevelName(facts, row.level) + " е " + std::string(WordFor(row.status)) +
                    " от друг служител. Само той може да оттегли решението си.");
@@ -54,6 +54,13 @@ std::optional<Failure> WhyNotTakenBack(const DecisionFacts& facts, const Approva
   if (!MayTakeBack(facts.rows, row, *facts.employee)) {
     return Refused(LevelName(facts, row.level) +
                    ": по-високо ниво вече е решило. Първо то трябва да оттегли решението си.");
+  }
+  const FoundApprovers& found = facts.approvers.Of(row.approver);
+  if (to != ApprovalWaiting && !found.Has(*facts.employee)) {
+    return Refused(
+        LevelName(facts, row.level) +
+        ": вече не сте одобряващ на това ниво и можете само да оттеглите решението си. " +
+        Names(found));
   }
   return std::nullopt;
 }
@@ -100,7 +107,8 @@ Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked
                   ".");
   }
   const bool waiting = row->status == ApprovalWaiting;
-  const auto refusal = waiting ? WhyNotTheTurn(facts, *row) : WhyNotTakenBack(facts, *row);
+  const auto refusal =
+      waiting ? WhyNotTheTurn(facts, *row) : WhyNotTakenBack(facts, *row, asked.status);
   if (refusal) return *refusal;
 
   DecidedRow decided;

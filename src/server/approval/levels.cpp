@@ -84,6 +84,11 @@ Answer<std::vector<ApprovalRow>> PlanApproval(const SendingFacts& facts) {
       return Refused(facts.document + " няма кой да одобри на ниво " + std::to_string(level.level) +
                      ". " + found.gap);
     }
+    if (facts.mayNotDecide && !found.HasOther(*facts.mayNotDecide)) {
+      return Refused(facts.document + " няма кой да одобри на ниво " + std::to_string(level.level) +
+                     ": на него решават само създателят и заявителят, а собствен документ не се "
+                     "одобрява. Въведете заместник в „Заместници“.");
+    }
     rows.push_back({level.level, level.approver, ApprovalWaiting, std::nullopt});
   }
   return rows;

@@ -47,6 +47,8 @@ struct SendingFacts {
   Decimal sum;
   std::span<const LevelRow> levels;
   const ApproversOfCostCenter& approvers;
+  /// Told where the configuration forbids deciding on one's own.
+  const DocumentOwners* mayNotDecide = nullptr;
 };
 
 /// The approval rows of a sending; none when the document is approved by service because its kind

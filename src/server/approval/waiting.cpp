@@ -11,23 +11,29 @@ namespace {
 /// Few documents are on their way at a time, however many there are: they are found by status. The
 /// sum keeps planners from walking all that a cost centre ever had instead.
 constexpr std::string_view kWaiting =
-    "select {kind}, count(*), min(p.{id}) from {heads} p join {rows} a on {ofHead a}"
-    " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0"
+    "{heads} p join {rows} a on {ofHead a}{join}"
     " where {current} and p.AnnulOn is null and p.Status in (3, 4) and a.Status = 2"
     " and not exists (select 1 from {rows} l where {ofHead l}"
     " and l.ConfirmationLevel < a.ConfirmationLevel and l.Status in (1, 2))";
 
+constexpr std::string_view kHeadedByAsker =
+    " join headed h on h.Kind = a.Approval and h.CostCenter = p.CostCenter + 0";
+
 std::string WaitingOf(const StoredDocument& document) {
-  std::string text = Replaced(kWaiting, "{kind}", std::to_string(static_cast<int>(document.kind)));
-  text = Replaced(text, "{id}", document.seen.id);
-  text = Replaced(text, "{heads}", document.head.table);
+  return "select " + std::to_string(static_cast<int>(document.kind)) + ", count(*), min(p." +
+         std::string(document.seen.id) + ") from " + WaitingRows(document, kHeadedByAsker);
+}
+
+}  // namespace
+
+std::string WaitingRows(const StoredDocument& document, std::string_view join) {
+  std::string text = Replaced(kWaiting, "{heads}", document.head.table);
+  text = Replaced(text, "{join}", join);
   text = Replaced(text, "{rows}", document.approvals.table);
   text = Replaced(text, "{ofHead a}", OfHead(document, "a"));
   text = Replaced(text, "{ofHead l}", OfHead(document, "l"));
   return Replaced(text, "{current}", Replaced(document.seen.current, "{t}", "p"));
 }
-
-}  // namespace
 
 Answer<VariantArray> CountWaiting(Work& work, const VariantArray&) {
   const auto employee = work.Who().Employee();

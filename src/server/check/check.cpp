@@ -5,8 +5,10 @@
 
 #include "packet/fold.h"
 #include "server/check/check_documents.h"
+#include "server/check/check_waiting.h"
 #include "server/classes/server_classes.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/sessions.h"
 #include "server/sessions/statements.h"
 
 namespace orvane {
@@ -111,13 +113,19 @@ constexpr UnsafeSetting kUnsafe[] = {
 
 }  // namespace
 
-Answer<std::vector<std::string>> CheckDatabase(Database& database) {
+Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
+                                               DocumentOptions options) {
   Findings findings;
   if (const auto checked = CheckFolds(database, findings); !checked) return checked.GetFailure();
   if (const auto checked = CheckRows(database, findings); !checked) return checked.GetFailure();
   auto documents = CheckDocuments(database);
   if (!documents) return documents.GetFailure();
   findings.insert(findings.end(), documents->begin(), documents->end());
+  const auto company = ReadCompany(database);
+  if (!company) return company.GetFailure();
+  const auto stuck = CheckWaiting(database, company->zone.DayOf(now), options);
+  if (!stuck) return stuck.GetFailure();
+  findings.insert(findings.end(), stuck->begin(), stuck->end());
   return findings;
 }
 

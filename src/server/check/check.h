@@ -6,13 +6,16 @@
 #include <string>
 #include <vector>
 
+#include "packet/date.h"
 #include "packet/failure.h"
 #include "server/engine/database.h"
+#include "server/providers/work.h"
 
 namespace orvane {
 
-/// One Bulgarian sentence per thing that is not as it should be.
-Answer<std::vector<std::string>> CheckDatabase(Database& database);
+/// One Bulgarian sentence per thing that is not as it should be now, under these options.
+Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
+                                               DocumentOptions options = {});
 
 /// Refused when the engine's settings let something be lost that was acknowledged.
 Answer<Done> CheckDurability(Database& database);

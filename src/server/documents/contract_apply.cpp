@@ -41,16 +41,12 @@ constexpr ReferenceRule kReferences[] = {
      "Няма вид списък за доставка {KindSupplyList}. Изберете друг вид."},
 };
 
-constexpr UsedByRule kUsedBy[] = {
-    {"IdNumber", "PurchaseOrder", "ContractId",
-     "Договор {IdNumber} не се изтрива: по него е искане за покупка {used}. Вместо това въведете "
-     "дата на прекратяване.",
-     "POIdNumber"},
-    {"IdNumber", "SuppManifacOrder", "ContractId",
-     "Договор {IdNumber} не се изтрива: по него е поръчка за производство {used}. Вместо това "
-     "въведете дата на прекратяване.",
-     "IdNumber"},
-};
+/// Documents that name the contract, the first of each kind, and what it says of itself.
+constexpr std::string_view kPresent =
+    "select c.Supplier, c.KindContract, c.KindSupplyList, c.AutomaticRenewal,"
+    " (select min(p.POIdNumber) from PurchaseOrder p where p.ContractId = c.IdNumber),"
+    " (select min(o.IdNumber) from SuppManifacOrder o where o.ContractId = c.IdNumber)"
+    " from SuppliesContracts c where c.IdNumber = :Id";
 
 /// What is not told is no.
 constexpr FieldDef kFlags[] = {AutomaticRenewal, ManifacOrder, InclTransportInPrice,
@@ -70,7 +66,7 @@ constexpr ElementRule kElements[] = {
      "Няма начин на плащане %. Изберете друг начин."},
 };
 
-std::int64_t IdOf(const Change& change) {
+Variant IdOf(const Change& change) {
   const Variant* id = FindValue(change.before, IdNumber.name);
   return id ? id->AsInt().value_or(0) : 0;
 }
@@ -113,24 +109,72 @@ Answer<Done, Setback> BeforeInsert(WriteContext& context, PreparedChange& prepar
   return Done{};
 }
 
+/// The contract as it stands, behind its lock; without rows when it is gone, which the write tells.
+Answer<DataPacket, Setback> LockPresent(WriteContext& context, const Variant& id) {
+  const auto locked = LockRow(context, dspSuppliesContracts.table, IdNumber.name, id);
+  if (!locked) return locked.GetFailure();
+  auto row =
+      context.transaction.Query(Named(kPresent, {{"Id", id}},
+                                      {{std::string(Supplier.name), Supplier.kind, 0},
+                                       {std::string(KindContract.name), KindContract.kind, 0},
+                                       {std::string(KindSupplyList.name), KindSupplyList.kind, 0},
+                                       {"Renewed", ValueKind::Bool, 0},
+                                       {"Request", ValueKind::Int32, 0},
+                                       {"Order", ValueKind::Int32, 0}}));
+  if (!row) return ToSetback(row.GetFailure(), "reading a contract");
+  return *std::move(row);
+}
+
+/// "по него е искане за покупка 17"; empty while no document names the contract.
+std::string NamedBy(const DataPacket& present) {
+  const auto named = [&](std::string_view column, std::string_view kind) {
+    const Variant id = present.At(0, column);
+    return id.IsNull() ? std::string() : "по него е " + std::string(kind) + " " + id.ToText();
+  };
+  const std::string request = named("Request", "искане за покупка");
+  return request.empty() ? named("Order", "поръчка за производство") : request;
+}
+
+/// What documents were made by its terms stays true: it keeps supplier and kind.
+std::optional<Failure> WhyTermsKept(const Change& change, const DataPacket& present) {
+  const std::string namedBy = NamedBy(present);
+  if (namedBy.empty()) return std::nullopt;
+  for (const FieldDef& field : {Supplier, KindContract}) {
+    const Variant* value = FindValue(change.after, field.name);
+    if (!value || *value == present.At(0, field.name)) continue;
+    return Refused("Договор " + IdOf(change).ToText() +
+                   " запазва доставчика и вида си: " + namedBy + ". Въведете нов договор.");
+  }
+  return std::nullopt;
+}
+
+Answer<Done, Setback> BeforeDelete(WriteContext& context, const Change& change) {
+  context.ownerAnswer = {};
+  const Variant id = IdOf(change);
+  const auto present = LockPresent(context, id);
+  if (!present) return present.GetFailure();
+  const std::string namedBy = present->rowCount == 0 ? std::string() : NamedBy(*present);
+  if (namedBy.empty()) return Done{};
+  // One that is renewed by itself outlives its end.
+  const bool renewed = present->At(0, "Renewed").AsBool().value_or(false);
+  return Refusal(Refused("Договор " + id.ToText() + " не се изтрива: " + namedBy +
+                         ". Вместо това въведете дата на " +
+                         (renewed ? "блокиране" : "прекратяване") + "."));
+}
+
 /// Kind and list are judged together, so nobody may change the other one meanwhile.
 Answer<Done, Setback> BeforeUpdate(WriteContext& context, const Change& change) {
   if (FindValue(change.after, IdNumber.name))
     return BadRequest("Идентификаторът на договор не се променя.");
   const Variant id = IdOf(change);
   context.ownerAnswer = id;
-  const auto locked = LockRow(context, dspSuppliesContracts.table, IdNumber.name, id);
-  if (!locked) return locked;
-  const auto row = context.transaction.Query(
-      Named("select KindContract, KindSupplyList from SuppliesContracts where IdNumber = :Id",
-            {{"Id", id}},
-            {{std::string(KindContract.name), KindContract.kind, 0},
-             {std::string(KindSupplyList.name), KindSupplyList.kind, 0}}));
-  if (!row) return ToSetback(row.GetFailure(), "reading a contract");
-  if (row->rowCount == 0) return Done{};  // the write tells that it is gone
+  const auto present = LockPresent(context, id);
+  if (!present) return present.GetFailure();
+  if (present->rowCount == 0) return Done{};
+  if (auto kept = WhyTermsKept(change, *present)) return Refusal(*std::move(kept));
   return CheckTerms(context, change,
-                    {{std::string(KindContract.name), row->At(0, KindContract.name)},
-                     {std::string(KindSupplyList.name), row->At(0, KindSupplyList.name)}});
+                    {{std::string(KindContract.name), present->At(0, KindContract.name)},
+                     {std::string(KindSupplyList.name), present->At(0, KindSupplyList.name)}});
 }
 
 Answer<Done, Setback> BeforeContracts(WriteContext& context, std::span<PreparedChange> changes) {
@@ -140,12 +184,9 @@ Answer<Done, Setback> BeforeContracts(WriteContext& context, std::span<PreparedC
       const Variant* sent = FindValue(change.after, flag.name);
       if (sent && sent->IsNull()) SetValue(change.after, flag.name, false);
     }
-    if (change.kind == ChangeKind::Delete) {
-      context.ownerAnswer = {};
-      continue;
-    }
-    const auto ready = change.kind == ChangeKind::Insert ? BeforeInsert(context, prepared)
-                                                         : BeforeUpdate(context, change);
+    const auto ready = change.kind == ChangeKind::Insert   ? BeforeInsert(context, prepared)
+                       : change.kind == ChangeKind::Delete ? BeforeDelete(context, change)
+                                                           : BeforeUpdate(context, change);
     if (!ready) return ready;
   }
   return Done{};
@@ -154,7 +195,7 @@ Answer<Done, Setback> BeforeContracts(WriteContext& context, std::span<PreparedC
 }  // namespace
 
 WriteRules ContractRules() {
-  return {.references = kReferences, .usedBy = kUsedBy, .beforeWrite = &BeforeContracts};
+  return {.references = kReferences, .beforeWrite = &BeforeContracts};
 }
 
 }  // namespace orvane

@@ -37,17 +37,19 @@ struct Judged {
   NamedValues values;
 };
 
-NamedValues ValuesOf(const DecidedRow& decided, Stamp moment) {
+NamedValues ValuesOf(const StoredDocument& document, const DecidedRow& decided, Stamp moment) {
   const auto code = [](const std::optional<std::int64_t>& value) {
     return value ? Variant(*value) : Variant();
   };
   const Variant now(moment);
-  return {{std::string(kStatus), decided.status},
-          {"ConfirmedFrom", code(decided.decidedBy)},
-          {"ConfermedOn", decided.decidedBy ? now : Variant()},
-          {"UnConfirmedFrom", code(decided.withdrawnBy)},
-          {"UnConfirmedOn", decided.withdrawnBy ? now : Variant()},
-          {std::string(stored::kOnBehalfOf.name), code(decided.onBehalfOf)}};
+  NamedValues values = {{std::string(kStatus), decided.status},
+                        {"UnConfirmedFrom", code(decided.withdrawnBy)},
+                        {"UnConfirmedOn", decided.withdrawnBy ? now : Variant()}};
+  if (decided.withdrawnBy && document.keepsDecider) return values;
+  values.push_back({"ConfirmedFrom", code(decided.decidedBy)});
+  values.push_back({"ConfermedOn", decided.decidedBy ? now : Variant()});
+  values.push_back({std::string(stored::kOnBehalfOf.name), code(decided.onBehalfOf)});
+  return values;
 }
 
 Answer<Judged, Setback> Judge(const StoredDocument& document, WriteContext& context,
@@ -70,7 +72,7 @@ Answer<Judged, Setback> Judge(const StoredDocument& document, WriteContext& cont
        IsForbiddenOwn(context.work, head->createdFrom, head->notifier), document.sent, document.it},
       asked);
   if (!decided) return Refusal(decided.GetFailure());
-  Judged judged{*head, {}, ValuesOf(*decided, context.work.Now())};
+  Judged judged{*head, {}, ValuesOf(document, *decided, context.work.Now())};
   for (std::size_t row = 0; row < rows.size(); ++row) {
     if (rows[row].level == asked.level) judged.row = RowValues((*packets)[1], row);
   }

@@ -83,7 +83,8 @@ struct StoredDocument {
   std::string_view partId;
   std::string_view partVersion = {};  ///< empty for documents without versions
   std::span<const Move> moves;
-  bool ownersOnly = false;  ///< its creator alone changes it, and users of level below 3
+  bool ownersOnly = false;    ///< its creator alone changes it, and users of level below 3
+  bool keepsDecider = false;  ///< a withdrawn decision keeps who had decided, and when
 };
 
 struct DocumentHead {

@@ -4,7 +4,6 @@
 #include <any>
 
 #include "server/approval/approvers.h"
-#include "server/documents/active_contract.h"
 #include "server/documents/document_pricing.h"
 #include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
@@ -34,44 +33,6 @@ bool IsAnnulment(const Change& change) {
   return on && !on->IsNull();
 }
 
-// --- what the head says of other registers -------------------------------------------------------
-
-std::vector<Statement> SelectHeadFacts(const Work& work, const Change& change,
-                                       const NamedValues& present) {
-  const NamedValues params = {{"CostCenter", ValueAfter(change, present, stored::kCostCenter)},
-                              {"Notifier", ValueAfter(change, present, stored::kNotifier)},
-                              {"Supplier", ValueAfter(change, present, stored::kSupplier)},
-                              {"Contract", ValueAfter(change, present, stored::kContractId)},
-                              {"Today", work.Today()}};
-  return {SelectSettings(),
-          Named("select count(*), coalesce((select p.PartnerTypeSupplier from Partners p"
-                " where p.Partner = :Supplier), 0) from AdmissibleNotifiers"
-                " where CostCenter = :CostCenter and Notifier = :Notifier",
-                params, {{"Found", ValueKind::Code, 0}, {"Supplier", ValueKind::Bool, 0}}),
-          Named("select c.Supplier, c.KindContract, " + ActiveContract("c", ":Today") +
-                    ", c.ManifacOrder from SuppliesContracts c where c.IdNumber = :Contract",
-                params,
-                {{"Supplier", ValueKind::Code, 0},
-                 {"Kind", ValueKind::Int16, 0},
-                 {"Active", ValueKind::Bool, 0},
-                 {"Orders", ValueKind::Bool, 0}})};
-}
-
-HeadFacts ReadHeadFacts(std::span<const DataPacket> packets) {
-  HeadFacts facts;
-  facts.settings = ReadSettings(packets[0]);
-  facts.admissible = packets[1].At(0, "Found").AsInt().value_or(0) > 0;
-  facts.isSupplier = packets[1].At(0, "Supplier").AsBool().value_or(false);
-  const DataPacket& contract = packets[2];
-  facts.hasContract = contract.rowCount == 1;
-  if (!facts.hasContract) return facts;
-  facts.contractSupplier = contract.At(0, "Supplier").AsInt().value_or(0);
-  facts.contractKind = contract.At(0, "Kind").AsInt().value_or(0);
-  facts.contractActive = contract.At(0, "Active").AsBool().value_or(false);
-  facts.contractThroughOrders = contract.At(0, "Orders").AsBool().value_or(false);
-  return facts;
-}
-
 std::optional<Failure> WhyHeadRefused(const HeadSteps& steps, const HeadFacts& facts,
                                       const Change& change, const NamedValues& present) {
   const auto value = [&](std::string_view column) { return ValueAfter(change, present, column); };
@@ -80,19 +41,11 @@ std::optional<Failure> WhyHeadRefused(const HeadSteps& steps, const HeadFacts& f
                    " не е допустим за център за разход " + value(stored::kCostCenter).ToText() +
                    " (виж „Допустими заявители“). Изберете друг център за разход.");
   }
-  const Variant contract = value(stored::kContractId);
-  const bool chosen =
-      Changes(change, {stored::kContractId, stored::kSupplier, stored::kKindSupply});
-  if (chosen && !contract.IsNull() && facts.hasContract) {
-    const std::string name = "Договор " + contract.ToText();
-    if (value(stored::kSupplier).AsInt() != facts.contractSupplier ||
-        value(stored::kKindSupply).AsInt() != facts.contractKind) {
-      return Refused(name + " не е за доставчика и вида покупка на " +
-                     std::string(steps.document.itself) + ". Изберете друг договор.");
-    }
-    if (!facts.contractActive) {
-      return Refused(name + " не е действащ днес. Изберете друг договор.");
-    }
+  if (Changes(change, {stored::kContractId, stored::kSupplier, stored::kKindSupply})) {
+    const auto refused =
+        WhyContractRefused(steps.document, facts, value(stored::kContractId),
+                           value(stored::kSupplier).AsInt(), value(stored::kKindSupply).AsInt());
+    if (refused) return Refused("Договор " + *refused);
   }
   if (value(stored::kRateOfExchange).AsDecimal().value_or(Decimal()) <= Decimal()) {
     return Refused("Валутният курс трябва да бъде по-голям от нула. Въведете друг.");

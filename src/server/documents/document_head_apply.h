@@ -10,22 +10,10 @@
 #include <vector>
 
 #include "server/documents/document_head.h"
-#include "server/documents/settings.h"
+#include "server/documents/head_facts.h"
 #include "server/providers/write_rules.h"
 
 namespace orvane {
-
-/// What the registers say of what a head says.
-struct HeadFacts {
-  DocumentSettings settings;
-  bool admissible = false;  ///< the requester, for the cost centre
-  bool isSupplier = false;  ///< the partner is one
-  bool hasContract = false;
-  std::int64_t contractSupplier = 0;
-  std::int64_t contractKind = 0;
-  bool contractActive = false;
-  bool contractThroughOrders = false;
-};
 
 /// Registers that every head names.
 inline constexpr ReferenceRule kHeadReferences[] = {

@@ -41,13 +41,17 @@ Answer<Read, Setback> ReadFacts(const RowSteps& steps, WriteContext& context, Do
   WantedValues wanted(document, key, changes);
   const std::string entries = wanted.Of(stored::kSerialNumber, "{serial}");
   const std::string units = wanted.Of(stored::kMeasure, "Code");
-  std::vector<Statement> more = steps.more(context.work, key, wanted);
+  const std::string terms = wanted.Of(stored::kSerialNumber, "b.SerialNumber");
+  std::vector<Statement> more;
+  if (steps.more) more = steps.more(context.work, key, wanted);
   std::vector<Statement> statements = {LockHead(context.work, document, key), SelectSettings(),
                                        SelectPart(document, document.rows, key)};
   statements.push_back(Named("select Code, Numerator from Measures where " + units, wanted.Params(),
                              {{"Code", ValueKind::Int16, 0}, {"Numerator", ValueKind::Int32, 0}}));
   for (Statement& statement : SelectEntries(EntriesOf(document, entries, wanted.Params())))
     statements.push_back(std::move(statement));
+  statements.push_back(
+      SelectEntryTerms(terms, HeadColumn(document, stored::kDocumentDate), wanted.Params()));
   const std::size_t behind = statements.size();
   for (Statement& statement : more)
     statements.push_back(std::move(statement));
@@ -69,6 +73,7 @@ Answer<Read, Setback> ReadFacts(const RowSteps& steps, WriteContext& context, Do
         measures.At(row, "Numerator").AsInt().value_or(1);
   }
   facts.entries = ReadEntries(read.packets[4], read.packets[5]);
+  facts.terms = ReadEntryTerms(read.packets[6]);
   facts.more = std::span<const DataPacket>(read.packets).subspan(behind);
   return read;
 }
@@ -125,6 +130,19 @@ std::optional<Failure> FillRow(const StoredDocument& document, const RowFacts& f
   if (!amount) return TooGreat(where + "сумата");
   Impose(prepared, present, stored::kRowAmount, *amount);
   return std::nullopt;
+}
+
+/// Units of another block would count something else.
+std::optional<Failure> WhyUnitRefused(const StoredDocument& document, const RowFacts& facts,
+                                      const DocumentRow& row) {
+  const auto terms = facts.terms.find(row.serial);
+  if (terms == facts.terms.end() ||
+      terms->second.MayBeCountedIn(row.measure, facts.settings.ownUnitsOnly)) {
+    return std::nullopt;
+  }
+  return Refused(RowName(document, facts.head.key, row) + EntryName(row.serial, facts.entries) +
+                 " не се поръчва в мярка " + std::to_string(row.measure) +
+                 ". Изберете друга мярка.");
 }
 
 /// Fills the changes one after the other; the rows as they leave them.
@@ -187,6 +205,9 @@ Answer<Done, Setback> BeforeDocumentRows(const RowSteps& steps, WriteContext& co
   context.headFound = HeadSums(document, facts.head.currSum, facts.head.sum);
   const auto rows = RowsAfter(document, facts, changes);
   if (!rows) return rows.GetFailure();
+  for (const DocumentRow* row : ChangedRows(*rows, changes)) {
+    if (auto refusal = WhyUnitRefused(document, facts, *row)) return Refusal(*std::move(refusal));
+  }
   if (auto refusal = steps.refuses(facts, *rows, changes)) return Refusal(*std::move(refusal));
   const auto sums = SumsOf(*rows, facts.head.rate, facts.settings);
   if (!sums) return Refusal(TooGreat(NameOf(document, *key) + ": сумата"));

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "server/documents/document_pricing.h"
+#include "server/documents/entry_terms.h"
 #include "server/providers/write_rules.h"
 
 namespace orvane {
@@ -35,6 +36,7 @@ struct RowFacts {
   DocumentSettings settings;
   std::vector<DocumentRow> rows;  ///< as they are
   std::map<std::int64_t, EntryFacts> entries;
+  std::map<std::int64_t, EntryTerms> terms;         ///< of the entries
   std::map<std::int64_t, std::int64_t> numerators;  ///< of units, by code
   std::span<const DataPacket> more;                 ///< of RowSteps::more
 };
@@ -42,7 +44,7 @@ struct RowFacts {
 /// How the rows of a document differ from those of another.
 struct RowSteps {
   const StoredDocument& document;
-  /// Further statements of the same trip.
+  /// Further statements of the same trip; null pointer when there are none.
   std::vector<Statement> (*more)(const Work& work, DocumentKey key, WantedValues& wanted);
   /// Why the rows as the changes leave them may not stand.
   std::optional<Failure> (*refuses)(const RowFacts& facts, const std::vector<DocumentRow>& rows,

@@ -1,6 +1,7 @@
 #include "contract/supplier_order.h"
 #include "server/approval/levels.h"
 #include "server/documents/document_approval.h"
+#include "server/documents/document_sending.h"
 #include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/order_apply.h"
@@ -21,6 +22,19 @@ Statement SelectRequestAgainst(DocumentKey key) {
       KeyParams(key), {{"POIdNumber", ValueKind::Int32, 0}});
 }
 
+/// What an order is asked beside what all documents are.
+std::optional<Failure> WhyOrderNotSent(const SentDocument& sent) {
+  const std::string name = NameOf(sent.document, sent.head.key) + ": ";
+  if (!sent.facts.isSupplier) {
+    return Refused(name + "контрагентът вече не е доставчик. Изберете друг доставчик.");
+  }
+  if (sent.facts.hasContract && !sent.facts.contractThroughOrders) {
+    return Refused(name +
+                   "по договора вече не се прави поръчка за производство. Изберете друг договор.");
+  }
+  return std::nullopt;
+}
+
 /// Sends an order whose head has status 3. Its levels have no sums: every kind of supply has its
 /// own, and an order of a kind without levels is not sent at all.
 Answer<Done, Setback> SendOrder(WriteContext& context, DocumentKey key) {
@@ -29,23 +43,21 @@ Answer<Done, Setback> SendOrder(WriteContext& context, DocumentKey key) {
   if (!locked) return ToSetback(locked.GetFailure(), "reading an order that is sent");
   const auto head = ReadHead(document, *locked);
   if (!head) return Refusal(*WhyClosed(document, head, key));
-  const NamedValues params = KeyParams(key);
-  std::vector<Statement> statements = {
-      SelectLevels(document.kind, head->kindSupply),
-      Named("select count(*) from SuppManOrderDet where SuppManOrderId = :Id", params,
-            {{"Found", ValueKind::Code, 0}})};
-  for (Statement& statement : SelectApproversOf(document, params, context.work.Today()))
+  std::vector<Statement> statements = SelectSent(context.work, document, *head);
+  statements.push_back(SelectLevels(document.kind, head->kindSupply));
+  for (Statement& statement : SelectApproversOf(document, KeyParams(key), context.work.Today()))
     statements.push_back(std::move(statement));
   const auto packets = context.transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "reading what a sending needs");
-  if ((*packets)[1].At(0, "Found").AsInt().value_or(0) == 0) {
-    return Refusal(Refused(NameOf(document, key) +
-                           " няма редове. Въведете поне един ред с материал или услуга."));
-  }
-  const std::vector<LevelRow> levels = ReadLevels((*packets)[0]);
-  const ApproversOfCostCenter approvers = ReadApprovers((*packets)[2], (*packets)[3]);
-  const auto plan = PlanApproval(
-      {NameOf(document, key), document.kind, head->kindSupply, Decimal(), levels, approvers});
+  const SentDocument sent = ReadSent(document, *head, *packets);
+  if (auto refusal = WhyNotSent(sent)) return Refusal(*std::move(refusal));
+  if (auto refusal = WhyOrderNotSent(sent)) return Refusal(*std::move(refusal));
+  const auto behind = std::span(*packets).subspan(kSentStatements);
+  const std::vector<LevelRow> levels = ReadLevels(behind[0]);
+  const ApproversOfCostCenter approvers = ReadApprovers(behind[1], behind[2]);
+  const DocumentOwners owners{head->createdFrom, head->notifier};
+  const auto plan = PlanApproval({NameOf(document, key), document.kind, head->kindSupply, Decimal(),
+                                  levels, approvers, WhoMayNotDecide(context.work, owners)});
   if (!plan) return Refusal(plan.GetFailure());
   ServerWrites writes(context.work);
   AddSending(writes, context.work, document, *head, *plan, approvers);

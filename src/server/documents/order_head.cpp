@@ -80,6 +80,7 @@ constexpr StoredDocument kStored{
     .partId = det::SuppManOrderId.name,
     .moves = order::kMoves,
     .ownersOnly = true,
+    .keepsDecider = true,
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "server/approval/levels.h"
 #include "server/documents/document_approval.h"
+#include "server/documents/document_sending.h"
 #include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/rates.h"
@@ -20,9 +21,7 @@ constexpr std::string_view kOrdersNamed =
 /// Everything that a sending looks at.
 struct SendingRead {
   DocumentHead head;
-  DocumentSettings settings;
-  std::vector<DocumentRow> rows;
-  std::map<std::int64_t, EntryFacts> entries;
+  std::optional<SentDocument> sent;
   std::map<std::int64_t, OrderFacts> orders;
   std::int64_t plannedDates = 0;
   std::optional<Decimal> bankRate;
@@ -30,94 +29,85 @@ struct SendingRead {
   ApproversOfCostCenter approvers;
 };
 
-Answer<SendingRead, Setback> ReadSending(WriteContext& context, DocumentKey key) {
+/// Fills `read`, into whose head the rest looks.
+Answer<Done, Setback> ReadSending(WriteContext& context, DocumentKey key, SendingRead& read) {
+  const StoredDocument& document = StoredRequest();
   const NamedValues params = KeyParams(key);
-  const Statement locking[] = {LockHead(context.work, StoredRequest(), key), SelectSettings()};
+  const Statement locking[] = {LockHead(context.work, document, key), SelectSettings()};
   const auto first = context.transaction.QueryAll(locking);
   if (!first) return ToSetback(first.GetFailure(), "reading a request that is sent");
-  const auto head = ReadHead(StoredRequest(), (*first)[0]);
-  if (!head) return Refusal(*WhyClosed(StoredRequest(), head, key));
-  SendingRead read;
+  const auto head = ReadHead(document, (*first)[0]);
+  if (!head) return Refusal(*WhyClosed(document, head, key));
   read.head = *head;
-  read.settings = ReadSettings((*first)[1]);
 
-  std::vector<Statement> statements = {
-      SelectPart(StoredRequest(), StoredRequest().rows, key),
+  std::vector<Statement> statements = SelectSent(context.work, document, *head);
+  statements.push_back(
       Named("select count(*) from PurchaseOrderDel where PurchaseOrderId = :Id"
             " and PurchaseOrderVer = :Version",
-            params, {{"Dates", ValueKind::Code, 0}}),
-      SelectRate(read.settings, head->kindCurrency, head->documentDate),
-      SelectLevels(DocumentKind::PurchaseRequest, head->kindSupply)};
-  for (auto& part :
-       {SelectEntries(EntriesOf(StoredRequest(), EntriesNamed(StoredRequest()), params)),
-        SelectOrders(context.work, std::string(kOrdersNamed), key, params),
-        SelectApproversOf(StoredRequest(), params, context.work.Today())})
+            params, {{"Dates", ValueKind::Code, 0}}));
+  statements.push_back(
+      SelectRate(ReadSettings((*first)[1]), head->kindCurrency, head->documentDate));
+  statements.push_back(SelectLevels(DocumentKind::PurchaseRequest, head->kindSupply));
+  for (auto& part : {SelectOrders(context.work, std::string(kOrdersNamed), key, params),
+                     SelectApproversOf(document, params, context.work.Today())})
     statements.insert(statements.end(), part.begin(), part.end());
   const auto packets = context.transaction.QueryAll(statements);
   if (!packets) return ToSetback(packets.GetFailure(), "reading what a sending needs");
-  read.rows = ReadDocumentRows((*packets)[0]);
-  read.plannedDates = (*packets)[1].At(0, "Dates").AsInt().value_or(0);
-  if ((*packets)[2].rowCount > 0) read.bankRate = (*packets)[2].At(0, 0).AsDecimal();
-  read.levels = ReadLevels((*packets)[3]);
-  read.entries = ReadEntries((*packets)[4], (*packets)[5]);
-  read.orders = ReadOrders((*packets)[6], (*packets)[7]);
-  read.approvers = ReadApprovers((*packets)[8], (*packets)[9]);
-  return read;
+  read.sent.emplace(ReadSent(document, read.head, *packets));
+  const auto behind = std::span(*packets).subspan(kSentStatements);
+  read.plannedDates = behind[0].At(0, "Dates").AsInt().value_or(0);
+  if (behind[1].rowCount > 0) read.bankRate = behind[1].At(0, 0).AsDecimal();
+  read.levels = ReadLevels(behind[2]);
+  read.orders = ReadOrders(behind[3], behind[4]);
+  read.approvers = ReadApprovers(behind[5], behind[6]);
+  return Done{};
 }
 
 std::optional<Failure> WhyNotWhole(const SendingRead& read) {
-  const std::string name = NameOf(read.head.key);
-  if (read.rows.empty()) {
-    return Refused(name + " няма редове. Въведете поне един ред с материал или услуга.");
+  if (!read.sent->rows.empty() && read.plannedDates == 0) {
+    return Refused(NameOf(read.head.key) + " няма планирана дата на доставка. Въведете поне една.");
   }
-  if (read.plannedDates == 0) {
-    return Refused(name + " няма планирана дата на доставка. Въведете поне една.");
-  }
-  for (const DocumentRow& row : read.rows) {
-    if (!read.settings.IsPriced(read.head.kindSupply)) break;
-    const auto entry = read.entries.find(row.serial);
-    if (entry != read.entries.end() && entry->second.Price(read.settings)) continue;
-    return Refused(name + ", ред " + std::to_string(row.number) + ": пореден номер " +
-                   std::to_string(row.serial) +
-                   " няма цена към датата на документа. Въведете цена "
-                   "в списъка за доставка и запишете реда отново.");
-  }
-  return WhyOrdersRefuse(read.head, read.rows, read.orders, read.entries);
+  if (auto refusal = WhyNotSent(*read.sent)) return refusal;
+  return WhyOrdersRefuse(read.head, read.sent->rows, read.orders, read.sent->entries);
 }
 
 /// The sum by which levels are matched: in national currency at the bank's rate on the request's
 /// day, at its own only when the bank has none.
 std::optional<Decimal> SumForLevels(const SendingRead& read) {
-  if (read.head.kindCurrency == read.settings.nationalCurrency) return read.head.currSum;
+  const DocumentSettings& settings = read.sent->facts.settings;
+  if (read.head.kindCurrency == settings.nationalCurrency) return read.head.currSum;
   return InNational(read.head.currSum, read.bankRate.value_or(read.head.rate),
-                    read.settings.amountDecimals);
+                    settings.amountDecimals);
 }
 
 }  // namespace
 
 Answer<Done, Setback> SendRequest(WriteContext& context, DocumentKey key) {
-  auto read = ReadSending(context, key);
-  if (!read) return read.GetFailure();
-  if (auto refusal = WhyNotWhole(*read)) return Refusal(*std::move(refusal));
-  const auto sum = SumForLevels(*read);
+  SendingRead read;
+  const auto found = ReadSending(context, key, read);
+  if (!found) return found;
+  if (auto refusal = WhyNotWhole(read)) return Refusal(*std::move(refusal));
+  const auto sum = SumForLevels(read);
   if (!sum) return Refusal(TooGreat(NameOf(key) + ": сумата"));
-  const auto plan = PlanApproval({NameOf(key), DocumentKind::PurchaseRequest, read->head.kindSupply,
-                                  *sum, read->levels, read->approvers});
+  const DocumentOwners owners{read.head.createdFrom, read.head.notifier};
+  const auto plan =
+      PlanApproval({NameOf(key), DocumentKind::PurchaseRequest, read.head.kindSupply, *sum,
+                    read.levels, read.approvers, WhoMayNotDecide(context.work, owners)});
   if (!plan) return Refusal(plan.GetFailure());
 
   const bool byService = plan->empty();
   NamedValues more;
   if (byService) {
-    const auto& service = read->settings.serviceEmployee;
+    const auto& service = read.sent->facts.settings.serviceEmployee;
     more.push_back(
         {std::string(kRequestServiceEmployee.name), service ? Variant(*service) : Variant()});
   }
   ServerWrites writes(context.work);
-  AddSending(writes, context.work, StoredRequest(), read->head, *plan, read->approvers,
+  AddSending(writes, context.work, StoredRequest(), read.head, *plan, read.approvers,
              std::move(more));
   const auto written = writes.CarryOut(context.transaction, "sending a request");
   if (!written) return written;
-  if (byService) return WriteRequestStatus(context, read->head, Approved);
+  if (byService) return WriteRequestStatus(context, read.head, Approved);
   return SettleOrders(context, key);
 }
 

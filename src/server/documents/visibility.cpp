@@ -7,6 +7,10 @@
 namespace orvane {
 namespace {
 
+/// Cost centres for which the asker is an admissible requester.
+constexpr std::string_view kAdmissibleCenters =
+    "select n.CostCenter from AdmissibleNotifiers n where n.Notifier = :Employee";
+
 std::string ColumnOf(std::string_view alias, std::string_view column) {
   return std::string(alias) + "." + std::string(column);
 }
@@ -28,7 +32,8 @@ Sight SightOf(const Work& work) {
 Visibility::Visibility(const SeenTable& table, const Sight& sight)
     : table_(table),
       everything_(table.everyone || sight.level < kFirstBoundLevel),
-      employed_(sight.employee.has_value()) {
+      employed_(sight.employee.has_value()),
+      requests_(employed_ && !table.admissible.empty()) {
   if (everything_) {
     condition_ = "1 = 1";
     return;
@@ -46,6 +51,9 @@ Visibility::Visibility(const SeenTable& table, const Sight& sight)
   for (const std::string& reason : plainReasons_)
     condition_ += (condition_.empty() ? "(" : " or ") + reason;
   condition_ += " or " + Replaced(table.headed, "{headed}", Headed());
+  if (requests_) {
+    condition_ += " or (" + Replaced(table.admissible, "{centers}", kAdmissibleCenters) + ")";
+  }
   if (employed_) {
     const std::string version = table.version.empty() ? "0" : ColumnOf("{t}", table.version);
     condition_ += " or exists (select 1 from ApprovalTurn t where " + Turns() +
@@ -107,10 +115,17 @@ std::string Visibility::Nearest(const Direction& direction, std::string_view pos
     add("select " + id + " as Id" + from + Replaced(reason, "{t}", "p") + " and " + current +
         " and " + first(ordered));
   }
-  const std::string ofUnit =
-      Replaced(Replaced(table_.headed, "{t}", "p"), "in ({headed})", "= h.CostCenter");
-  add("select " + nearest + "(Id) " + plain + " as Id from (select (select " + id + from + ofUnit +
-      " and " + current + " and " + first(ordered) + ") as Id from headed h) units");
+  // One seek for each cost centre.
+  const auto addCenters = [&](const std::string& ofCenter, const std::string& centers) {
+    add("select " + nearest + "(Id) " + plain + " as Id from (select (select " + id + from +
+        Replaced(ofCenter, "{t}", "p") + " and " + current + " and " + first(ordered) +
+        ") as Id from " + centers + " h) units");
+  };
+  addCenters(Replaced(table_.headed, "in ({headed})", "= h.CostCenter"), "headed");
+  if (requests_) {
+    addCenters(Replaced(table_.admissible, "in ({centers})", "= h.CostCenter"),
+               "(" + std::string(kAdmissibleCenters) + ")");
+  }
   if (employed_) {
     // A scalar subselect is tried turn by turn; a join would be worked out for all of them.
     const std::string version =

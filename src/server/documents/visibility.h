@@ -44,6 +44,9 @@ struct SeenTable {
   std::string_view requested;
   /// Its cost centre is among those of the asker, a subselect in the place of {headed}.
   std::string_view headed;
+  /// The asker is an admissible requester of its cost centre, and others raise documents against it
+  /// by its status; {centers} is a subselect of his cost centres.
+  std::string_view admissible;
   /// Statuses in which whoever holds open on deliveries or invoices sees the document too.
   std::span<const int> receivedStatuses;
   /// Whoever may open the point sees every row.
@@ -84,6 +87,7 @@ class Visibility {
   SeenTable table_;
   bool everything_ = false;
   bool employed_ = false;
+  bool requests_ = false;                  ///< sees what is there to be requested against
   std::vector<std::string> plainReasons_;  ///< conditions on {t}, each with an index of its own
   std::string condition_;
   NamedValues params_;
@@ -98,6 +102,7 @@ inline constexpr SeenTable kSeenRequests{DocumentKind::PurchaseRequest,
                                          "{t}.POIdNumber + 0",
                                          "{t}.Notifier = :Employee",
                                          "{t}.CostCenter in ({headed})",
+                                         {},
                                          kReceivedStatuses};
 inline constexpr SeenTable kSeenOrders{DocumentKind::SupplierOrder,
                                        "SuppManifacOrder",
@@ -107,6 +112,7 @@ inline constexpr SeenTable kSeenOrders{DocumentKind::SupplierOrder,
                                        "{t}.IdNumber + 0",
                                        "{t}.Notifier = :Employee",
                                        "{t}.CostCenter in ({headed})",
+                                       "{t}.Status in (5, 6, 7) and {t}.CostCenter in ({centers})",
                                        {}};
 /// A delivery belongs to the requester and the cost centre of its request.
 inline constexpr SeenTable kSeenDeliveries{
@@ -120,11 +126,12 @@ inline constexpr SeenTable kSeenDeliveries{
     " and o.POVersion = {t}.PurchaseOrderVer and o.Notifier = :Employee)",
     "exists (select 1 from PurchaseOrder o where o.POIdNumber = {t}.PurchaseOrderId"
     " and o.POVersion = {t}.PurchaseOrderVer and o.CostCenter in ({headed}))",
+    {},
     {}};
 
 /// Contracts have no cost centre and no requester.
 inline constexpr SeenTable kSeenContracts{
-    {}, "SuppliesContracts", "IdNumber", "", "1 = 1", "{t}.IdNumber", {}, {}, {}, true};
+    {}, "SuppliesContracts", "IdNumber", "", "1 = 1", "{t}.IdNumber", {}, {}, {}, {}, true};
 
 /// The condition on an alias for the select of a provider that is read by itself: its parameters
 /// are those of the session.
