@@ -12,12 +12,6 @@
 namespace orvane {
 namespace {
 
-/// The request may still be carried out, or was never looked at: it goes again as it was.
-bool KeepsItsBytes(FailureKind kind) {
-  return kind == FailureKind::LinkDown || kind == FailureKind::OutcomeUnknown ||
-         kind == FailureKind::SessionEnded;
-}
-
 /// The server looked at the request and would not have it.
 bool IsVerdict(FailureKind kind) {
   return kind == FailureKind::Refused || kind == FailureKind::Conflict ||

@@ -9,8 +9,7 @@
 namespace orvane {
 
 std::string TVosClientDataSet::Impl::NextClientKey() const {
-  ClientSession& session = connection->Session();
-  return session.info.sessionName + "-" + std::to_string(session.nextClientKey++);
+  return connection->Session().NextClientKey();
 }
 
 LogEntry* TVosClientDataSet::Impl::FindPending(RowId row) {

@@ -18,6 +18,11 @@ T OrThrow(Answer<T> answer) {
 
 }  // namespace
 
+bool KeepsItsBytes(FailureKind kind) {
+  return kind == FailureKind::LinkDown || kind == FailureKind::OutcomeUnknown ||
+         kind == FailureKind::SessionEnded;
+}
+
 Caller TVosSQLConnection::MakeCaller() const {
   return {session_->info.ticket, point_.moduleNo, point_.pointNo};
 }
@@ -40,21 +45,29 @@ Answer<ApplyAnswer> TVosSQLConnection::Apply(const ApplyRequest& request) {
   return session_->server->Apply(MakeCaller(), request);
 }
 
-Answer<VariantArray> TVosSQLConnection::CallMethod(std::string_view method,
-                                                   VariantArray arguments) {
+Answer<VariantArray> TVosSQLConnection::Send(const MethodCall& call) {
   assert(session_->server != nullptr);
   Open();
   ++session_->calls;
-  const MethodCall call{serverClassName_, std::string(method), std::move(arguments)};
   return session_->server->Call(MakeCaller(), call);
 }
 
 VariantArray TVosSQLConnection::Call(std::string_view method, VariantArray arguments) {
-  return OrThrow(CallMethod(method, std::move(arguments)));
+  MethodCall call{serverClassName_, std::string(method), std::move(arguments)};
+  std::optional<MethodCall>& unsettled = session_->unsettledCall;
+  const bool again = unsettled && unsettled->serverClass == call.serverClass &&
+                     unsettled->method == call.method && unsettled->arguments == call.arguments;
+  if (!again) {
+    call.clientKey = session_->NextClientKey();
+    unsettled = std::move(call);
+  }
+  auto answer = Send(*unsettled);
+  if (answer || !KeepsItsBytes(answer.GetFailure().kind)) unsettled.reset();
+  return OrThrow(std::move(answer));
 }
 
 VariantArray TVosSQLConnection::Ask(std::string_view method, VariantArray arguments) {
-  Answer<VariantArray> answer = CallMethod(method, std::move(arguments));
+  Answer<VariantArray> answer = Send({serverClassName_, std::string(method), std::move(arguments)});
   const bool lost = !answer && answer.GetFailure().kind == FailureKind::OutcomeUnknown;
   return OrThrow(lost ? Answer<VariantArray>(AnswerIsLost()) : std::move(answer));
 }

@@ -4,6 +4,7 @@
 // it costs nothing, the link beneath is the session's.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,8 +19,17 @@ struct ClientSession {
   IApplicationServer* server = nullptr;
   SessionInfo info;
   std::int64_t calls = 0;          ///< calls made to the server so far
-  std::int64_t nextClientKey = 1;  ///< the next change's key is the session's name and this number
+  std::int64_t nextClientKey = 1;  ///< part of the next key
+  /// A writing call whose answer was lost: asked again, it goes under the same key.
+  std::optional<MethodCall> unsettledCall = {};
+
+  /// A key that nobody had before: the session's name and a number.
+  std::string NextClientKey() { return info.sessionName + "-" + std::to_string(nextClientKey++); }
 };
+
+/// Whether a write that failed so may still be carried out, or was never looked at: it goes again
+/// as it was, under its keys.
+bool KeepsItsBytes(FailureKind kind);
 
 /// Where a screen stands: every request of its data module claims this point.
 struct ScreenPoint {
@@ -43,7 +53,8 @@ class TVosSQLConnection {
   std::vector<DataPacket> Fetch(const std::vector<FetchRequest>& requests);
   /// A failure of the whole apply is returned, because the dataset must keep what it sent.
   Answer<ApplyAnswer> Apply(const ApplyRequest& request);
-  /// Calls a method of this server class.
+  /// Calls a method that writes. After a lost answer the same call, from whatever screen, repeats
+  /// the same bytes, and the server answers what it answered before.
   VariantArray Call(std::string_view method, VariantArray arguments);
   /// Calls a method that only reads: one whose answer was lost may simply be asked again, so that
   /// nothing of it is uncertain.
@@ -51,7 +62,7 @@ class TVosSQLConnection {
 
  private:
   Caller MakeCaller() const;
-  Answer<VariantArray> CallMethod(std::string_view method, VariantArray arguments);
+  Answer<VariantArray> Send(const MethodCall& call);
 
   ClientSession* session_;
   ScreenPoint point_;

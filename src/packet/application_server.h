@@ -102,6 +102,8 @@ struct MethodCall {
   std::string serverClass;
   std::string method;
   VariantArray arguments;
+  /// Of a method that writes: it is carried out once under the key. Empty when it only reads.
+  std::string clientKey = {};
 };
 
 /// Few verbs. Every answer is a value or a Failure; no call throws.

@@ -147,7 +147,7 @@ Answer<std::vector<DataPacket>> OrvaneServer::FetchOnce(Work& work,
     if (provider->select.empty() && !provider->search) {
       return Failure{FailureKind::BadRequest, "Тези данни се зареждат с документа си."};
     }
-    const auto allowed = CheckRight(work, *serverClass, Right::Open);
+    const auto allowed = CheckRight(work, *serverClass, Use::Read, Right::Open);
     if (!allowed) return allowed.GetFailure();
   }
   return RunFetches(work, requests);
@@ -186,8 +186,12 @@ Answer<std::vector<DataPacket>> OrvaneServer::RunFetches(
   }
   if (!sorted.searches.empty()) {
     std::vector<Statement> statements;
-    for (RenderedSearch& search : sorted.searches)
+    for (RenderedSearch& search : sorted.searches) {
       statements.push_back(std::move(search.statement));
+      statements.back().mostRows = search.rowLimit + 1;
+    }
+    const auto turn = turns_.Take(work.Who().login);
+    if (!turn) return turn.GetFailure();
     auto packets = work.Search(statements, options_.searchLimits);
     if (!packets) return packets.GetFailure();
     for (std::size_t i = 0; i < packets->size(); ++i) {
@@ -215,6 +219,7 @@ Answer<VariantArray> OrvaneServer::Call(const Caller& caller, const MethodCall& 
     if (!operation) return UnknownFailure("метод", call.method);
     const auto allowed = CheckRule(work, *serverClass, operation->rule);
     if (!allowed) return allowed.GetFailure();
+    work.Carry(call);
     return operation->function(work, call.arguments);
   });
 }

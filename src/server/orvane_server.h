@@ -17,6 +17,7 @@
 #include "packet/clock.h"
 #include "server/dialect/kept_searches.h"
 #include "server/engine/database.h"
+#include "server/providers/search_turns.h"
 #include "server/providers/server_class.h"
 #include "server/providers/work.h"
 #include "server/sessions/sessions.h"
@@ -65,6 +66,7 @@ class OrvaneServer final : public IApplicationServer {
   const std::vector<ServerClass> classes_;
   Sessions sessions_;
   KeptSearches searches_;
+  SearchTurns turns_{kSearchPlaces};
   std::mutex companyMutex_;
   std::shared_ptr<const Company> company_;
   std::atomic<std::int64_t> claimsRefused_{0};

@@ -453,6 +453,7 @@ bool Decode(v1::ApplyReply& message, ApplyAnswer& answer) {
 void Encode(const MethodCall& call, v1::CallRequest& message) {
   message.set_server_class(call.serverClass);
   message.set_method(call.method);
+  message.set_client_key(call.clientKey);
   for (const Variant& argument : call.arguments)
     Encode(argument, *message.add_arguments());
 }
@@ -460,6 +461,7 @@ void Encode(const MethodCall& call, v1::CallRequest& message) {
 bool Decode(v1::CallRequest& message, MethodCall& call) {
   call.serverClass = std::move(*message.mutable_server_class());
   call.method = std::move(*message.mutable_method());
+  call.clientKey = std::move(*message.mutable_client_key());
   return DecodeValues(*message.mutable_arguments(), call.arguments, 0);
 }
 

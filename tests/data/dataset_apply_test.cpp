@@ -70,39 +70,39 @@ std::string NextSent(Desk& desk) {
 
 TEST(Reconcile, EveryAnswerDoesWhatItSays) {
   constexpr ReconcileRow kRows[] = {
-  // a rule of the server says no
-      {"edit",   Other::Nothing, Skip,    "1 Ана, [2 Борис], 3 Вера",           "Browse",
-       "update 2 Name: Боби → Борис Price:  → 5.0000"                                              },
-      {"edit",   Other::Nothing, Abort,   "1 Ана, [2 Борис], 3 Вера",           "Browse",
-       "update 2 Name: Боби → Борис Price:  → 5.0000"                                              },
-      {"edit",   Other::Nothing, Merge,   "1 Ана, [2 Борис], 3 Вера",           "Browse",
-       "update 2 Name: Боби → Борис Price:  → 5.0000"                                              },
-      {"edit",   Other::Nothing, Correct, "1 Ана, [2 Борис], 3 Вера",           "Edit",   ""        },
-      {"edit",   Other::Nothing, Cancel,  "1 Ана, [2 Боби], 3 Вера",             "Browse", ""        },
-      {"edit",   Other::Nothing, Refresh, "1 Ана, [2 Боби], 3 Вера",             "Browse", ""        },
-      {"insert", Other::Nothing, Skip,    "1 Ана, 2 Боби, 3 Вера, [3 Жана]", "Browse",
-       "insert 3 Жана"                                                                                      },
-      {"insert", Other::Nothing, Correct, "1 Ана, 2 Боби, 3 Вера, [3 Жана]", "Insert", ""        },
-      {"insert", Other::Nothing, Cancel,  "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
-      {"insert", Other::Nothing, Refresh, "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
-      {"delete", Other::Nothing, Skip,    "1 Ана, [3 Вера]",                         "Browse", "delete 2"},
-      {"delete", Other::Nothing, Correct, "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
-      {"delete", Other::Nothing, Cancel,  "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
-      {"delete", Other::Nothing, Refresh, "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
- // somebody else changed the row
-      {"edit",   Other::Renames, Merge,   "1 Ана, [2 Борис], 3 Вера",           "Browse",
-       "update 2 Name: Бойка → Борис Price:  → 5.0000"                                            },
-      {"edit",   Other::Renames, Correct, "1 Ана, [2 Борис], 3 Вера",           "Edit",   ""        },
-      {"edit",   Other::Renames, Cancel,  "1 Ана, [2 Боби], 3 Вера",             "Browse", ""        },
-      {"edit",   Other::Renames, Refresh, "1 Ана, [2 Бойка], 3 Вера",           "Browse", ""        },
-      {"delete", Other::Renames, Merge,   "1 Ана, [3 Вера]",                         "Browse", "delete 2"},
-      {"delete", Other::Renames, Refresh, "1 Ана, 2 Бойка, [3 Вера]",           "Browse", ""        },
- // somebody else removed it
-      {"edit",   Other::Removes, Refresh, "1 Ана, [3 Вера]",                         "Browse", ""        },
-      {"edit",   Other::Removes, Merge,   "1 Ана, [2 Борис], 3 Вера",           "Browse",
-       "update 2 Name: Боби → Борис Price:  → 5.0000"                                              },
-      {"delete", Other::Removes, Refresh, "1 Ана, [3 Вера]",                         "Browse", ""        },
-      {"delete", Other::Removes, Cancel,  "1 Ана, 2 Боби, [3 Вера]",             "Browse", ""        },
+      // a rule of the server says no
+      {"edit", Other::Nothing, Skip, "1 Ана, [2 Борис], 3 Вера", "Browse",
+       "update 2 Name: Боби → Борис Price:  → 5.0000"},
+      {"edit", Other::Nothing, Abort, "1 Ана, [2 Борис], 3 Вера", "Browse",
+       "update 2 Name: Боби → Борис Price:  → 5.0000"},
+      {"edit", Other::Nothing, Merge, "1 Ана, [2 Борис], 3 Вера", "Browse",
+       "update 2 Name: Боби → Борис Price:  → 5.0000"},
+      {"edit", Other::Nothing, Correct, "1 Ана, [2 Борис], 3 Вера", "Edit", ""},
+      {"edit", Other::Nothing, Cancel, "1 Ана, [2 Боби], 3 Вера", "Browse", ""},
+      {"edit", Other::Nothing, Refresh, "1 Ана, [2 Боби], 3 Вера", "Browse", ""},
+      {"insert", Other::Nothing, Skip, "1 Ана, 2 Боби, 3 Вера, [3 Жана]", "Browse",
+       "insert 3 Жана"},
+      {"insert", Other::Nothing, Correct, "1 Ана, 2 Боби, 3 Вера, [3 Жана]", "Insert", ""},
+      {"insert", Other::Nothing, Cancel, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
+      {"insert", Other::Nothing, Refresh, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
+      {"delete", Other::Nothing, Skip, "1 Ана, [3 Вера]", "Browse", "delete 2"},
+      {"delete", Other::Nothing, Correct, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
+      {"delete", Other::Nothing, Cancel, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
+      {"delete", Other::Nothing, Refresh, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
+      // somebody else changed the row
+      {"edit", Other::Renames, Merge, "1 Ана, [2 Борис], 3 Вера", "Browse",
+       "update 2 Name: Бойка → Борис Price:  → 5.0000"},
+      {"edit", Other::Renames, Correct, "1 Ана, [2 Борис], 3 Вера", "Edit", ""},
+      {"edit", Other::Renames, Cancel, "1 Ана, [2 Боби], 3 Вера", "Browse", ""},
+      {"edit", Other::Renames, Refresh, "1 Ана, [2 Бойка], 3 Вера", "Browse", ""},
+      {"delete", Other::Renames, Merge, "1 Ана, [3 Вера]", "Browse", "delete 2"},
+      {"delete", Other::Renames, Refresh, "1 Ана, 2 Бойка, [3 Вера]", "Browse", ""},
+      // somebody else removed it
+      {"edit", Other::Removes, Refresh, "1 Ана, [3 Вера]", "Browse", ""},
+      {"edit", Other::Removes, Merge, "1 Ана, [2 Борис], 3 Вера", "Browse",
+       "update 2 Name: Боби → Борис Price:  → 5.0000"},
+      {"delete", Other::Removes, Refresh, "1 Ана, [3 Вера]", "Browse", ""},
+      {"delete", Other::Removes, Cancel, "1 Ана, 2 Боби, [3 Вера]", "Browse", ""},
   };
   for (const ReconcileRow& row : kRows) {
     SCOPED_TRACE(std::string(row.mine) + " other " + std::to_string(static_cast<int>(row.other)) +
@@ -211,10 +211,7 @@ TEST(Apply, ValuesTheServerMovedGoUnderWhatWasTyped) {
   desk.Fill("Unit=5");
   desk.server.rows[2][1] = "Бойка";
   desk.server.rows[2][2] = Decimal(35000, 4);
-  desk.items.TakeLoaded({
-      {"Name",         "Бойка"},
-      { "Price", Decimal(35000,           4)}
-  });
+  desk.items.TakeLoaded({{"Name", "Бойка"}, {"Price", Decimal(35000, 4)}});
   EXPECT_EQ(desk.items[item::Name].AsString(), "Борис");
   EXPECT_EQ(desk.items[item::Price].Text(), "3,50");
   desk.items.Post();
@@ -254,9 +251,7 @@ TEST(Apply, ARuleThatThrowsWhileReconcilingLeavesTheChangeInTheLog) {
   bool closed = false;
   desk.items.AfterApplyUpdates = [&](const Variant&) { closed = true; };
   desk.items.OnReconcileError = [](const ReconcileError&) -> ReconcileAction {
-    throw ServerError{
-        {FailureKind::LinkDown, "Няма връзка."}
-    };
+    throw ServerError{{FailureKind::LinkDown, "Няма връзка."}};
   };
   EXPECT_THROW(desk.items.ApplyUpdates(0), ServerError);
   EXPECT_TRUE(closed);
@@ -355,6 +350,24 @@ TEST(BrokenLink, ANewRowLearnsItsNumberBeforeWhatWasTypedSinceIsSent) {
     EXPECT_EQ(Shown(desk.items), "1 Ана, 2 Боби, 3 Вера, [100 Жени]");
     EXPECT_EQ(desk.items[item::Price].Text(), "3,00");
   }
+}
+
+TEST(BrokenLink, AWritingCallThatIsAskedAgainRepeatsItsBytes) {
+  Desk desk;
+  desk.server.link = Link::CutAfter;
+  EXPECT_THROW(desk.connection.Call("Copy", {1}), ServerError);
+  // Another screen of the session asks again.
+  TVosSQLConnection other(desk.session, {11, 1}, "TsmItem");
+  EXPECT_THROW(other.Call("Copy", {1}), ServerError);
+  desk.server.link = Link::Whole;
+  other.Call("Copy", {1});
+  other.Call("Copy", {1});
+  other.Call("Copy", {2});
+  other.Ask("Look", {2});
+  std::string keys;
+  for (const MethodCall& call : desk.server.calls)
+    keys += call.clientKey + " ";
+  EXPECT_EQ(keys, "desk-1 desk-1 desk-1 desk-2 desk-3  ");
 }
 
 TEST(BrokenLink, TheSecondBreakDoesNotLoseTheFirstAnswer) {

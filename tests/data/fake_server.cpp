@@ -105,9 +105,7 @@ ChangeOutcome FakeServer::CarryOut(const Change& change) {
   if (change.kind == ChangeKind::Insert) {
     if (id < 0) {
       id = nextId_++;
-      outcome.filled = {
-          {"Id", id}
-      };
+      outcome.filled = {{"Id", id}};
     }
     if (rows.contains(id)) {
       outcome.failure = Refused("Номерът се използва.");
@@ -136,6 +134,7 @@ ChangeOutcome FakeServer::CarryOut(const Change& change) {
 }
 
 Answer<VariantArray> FakeServer::Call(const Caller&, const MethodCall& call) {
+  calls.push_back(call);
   if (link != Link::Whole) return Failure{FailureKind::LinkDown, "Няма връзка."};
   return call.arguments;
 }

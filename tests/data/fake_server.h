@@ -42,6 +42,7 @@ class FakeServer final : public IApplicationServer {
   std::map<std::int64_t, std::vector<Variant>> rows;  ///< values in the order of dspItem
   std::vector<ApplyRequest> applies;
   std::vector<std::vector<FetchRequest>> fetches;
+  std::vector<MethodCall> calls;
   int carriedOut = 0;
 
   void Put(int id, std::string_view name, std::optional<int> unit = {});

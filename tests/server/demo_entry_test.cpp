@@ -128,7 +128,8 @@ class Clerk : public DemoClerk {
     const auto told = server_->Call(
         caller_, {"TsmPurchaseOrderReport",
                   "Operations",
-                  {"NewRec", 2, At(head, "POIdNumber"), NumberAt(head, "POVersion") - 1, login_}});
+                  {"NewRec", 2, At(head, "POIdNumber"), NumberAt(head, "POVersion") - 1, login_},
+                  NewClientKey()});
     ASSERT_TRUE(told) << Where() << ": " << told.GetFailure().message;
     for (const NamedValues& row : documents.heads) {
       if (At(row, "POIdNumber") != At(head, "POIdNumber") || NumberAt(row, "POVersion") != 1)

@@ -22,8 +22,9 @@ class Parameters : public ServerCase {
 
   /// "ok", or the failure's kind and sentence.
   std::string Set(int number, const Variant& value, const Variant& seen = {}) {
-    const auto answer = server->Call(ivanova.At(Point::Parameters),
-                                     {"TsmParameters", "SetParam", {11, number, value, seen}});
+    const auto answer =
+        server->Call(ivanova.At(Point::Parameters),
+                     {"TsmParameters", "SetParam", {11, number, value, seen}, NewClientKey()});
     if (answer) return "ok";
     std::string text = Outcome(answer);
     return text.append(": ").append(answer.GetFailure().message);

@@ -226,8 +226,9 @@ class Random : public ServerCase {
       model.params[number] = value;
     }
     return {"parameter", expected,
-            Outcome(server->Call(sessions[user].At(Point::Parameters),
-                                 {"TsmParameters", "SetParam", {11, number, value, seen}}))};
+            Outcome(server->Call(
+                sessions[user].At(Point::Parameters),
+                {"TsmParameters", "SetParam", {11, number, value, seen}, NewClientKey()}))};
   }
   Step Fetch(const std::string& user) {
     const bool may = (model.rights[user] & 1) != 0;

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "packet/faulty_door.h"
 #include "server/request_world.h"
 
 namespace orvane {
@@ -77,6 +78,31 @@ TEST_P(RequestCopies, ANewVersionTakesEverythingAndMakesTheFormerOld) {
             "версия.");
   EXPECT_NE(world.Move("author", id, Approved, Completed).find("стара версия"), std::string::npos);
   EXPECT_EQ(Version(id, 2), "1:1/3");
+}
+
+TEST_P(RequestCopies, AskedAgainAfterALostAnswerNothingIsMadeTwice) {
+  const std::int64_t id = world.SentRequest();
+  FaultyDoor door(world.Server().Server());
+  const Caller caller = world.As("author").At(Point::PurchaseRequests);
+  for (const int kind : {3, 2}) {  // a copy first: a version makes its source old
+    MethodCall call{
+        "TsmPurchaseOrderReport", "Operations", {"NewRec", kind, id, 1, "author"}, NewClientKey()};
+    const std::int64_t before = world.Count("PurchaseOrder");
+    door.ResetCounts();
+    door.CutAfterNextCommit(CutAt::Call);
+    EXPECT_EQ(Outcome(door.Call(caller, call)), "OutcomeUnknown");
+    const auto told = door.Call(caller, call);
+    ASSERT_TRUE(told) << told.GetFailure().message;
+    EXPECT_EQ((*told)[1].AsInt(), kind == 3 ? id + 1 : id);
+    EXPECT_EQ(door.Call(caller, call), told);
+    EXPECT_EQ(door.Counts().Total(), 3);
+    EXPECT_EQ(world.Count("PurchaseOrder"), before + 1);
+    call.arguments[3] = 2;  // the key belongs to the first
+    EXPECT_EQ(Outcome(door.Call(caller, call)), "BadRequest");
+    call.clientKey.clear();
+    EXPECT_EQ(Outcome(door.Call(caller, call)), "BadRequest");
+    EXPECT_EQ(world.Count("PurchaseOrder"), before + 1);
+  }
 }
 
 TEST_P(RequestCopies, WhatANewVersionMayStartFrom) {

@@ -257,7 +257,8 @@ std::string RequestWorld::Decide(const std::string& login, std::int64_t id, int 
 
 Answer<VariantArray> RequestWorld::Call(const std::string& login, const std::string& serverClass,
                                         VariantArray arguments, Point point) {
-  return server_->Call(As(login).At(point), {serverClass, "Operations", std::move(arguments)});
+  return server_->Call(As(login).At(point),
+                       {serverClass, "Operations", std::move(arguments), NewClientKey()});
 }
 
 VariantArray RequestWorld::Load(const std::string& login, Nav nav, std::int64_t id, Variant version,

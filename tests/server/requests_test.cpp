@@ -11,7 +11,8 @@ class Requests : public ServerCase {
   }
   Answer<VariantArray> Params(const std::string& method, VariantArray arguments,
                               Point point = Point::Parameters) {
-    return server->Call(ivanova.At(point), {"TsmParameters", method, std::move(arguments)});
+    return server->Call(ivanova.At(point),
+                        {"TsmParameters", method, std::move(arguments), NewClientKey()});
   }
   /// "1=5 9=0,5".
   std::string Group(int group) {

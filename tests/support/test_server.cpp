@@ -18,12 +18,12 @@ ServerOptions QuickOptions() {
   return options;
 }
 
-std::string NextClientKey() {
+}  // namespace
+
+std::string NewClientKey() {
   static std::atomic<int> count{0};
   return "test-" + std::to_string(++count);
 }
-
-}  // namespace
 
 TestServer::TestServer(Engine engine)
     : owned_(FreshDatabase(engine)),
@@ -104,15 +104,15 @@ Variant TestServer::Value(const std::string& sql, ValueKind kind, VariantArray p
 }
 
 Change InsertOf(NamedValues after) {
-  return {ChangeKind::Insert, NextClientKey(), {}, std::move(after)};
+  return {ChangeKind::Insert, NewClientKey(), {}, std::move(after)};
 }
 
 Change UpdateOf(NamedValues before, NamedValues after) {
-  return {ChangeKind::Update, NextClientKey(), std::move(before), std::move(after)};
+  return {ChangeKind::Update, NewClientKey(), std::move(before), std::move(after)};
 }
 
 Change DeleteOf(NamedValues before) {
-  return {ChangeKind::Delete, NextClientKey(), std::move(before), {}};
+  return {ChangeKind::Delete, NewClientKey(), std::move(before), {}};
 }
 
 }  // namespace orvane

@@ -73,6 +73,9 @@ class TestServer {
   std::int64_t nextEmployee_ = 100;
 };
 
+/// A key of a change or of a writing method that nobody used yet.
+std::string NewClientKey();
+
 /// A change as a client's dataset makes it, with a client key of its own.
 Change InsertOf(NamedValues after);
 Change UpdateOf(NamedValues before, NamedValues after);

@@ -117,10 +117,11 @@ TEST_F(LinkTest, EveryVerbCarriesItsRequestAndItsAnswer) {
   EXPECT_EQ(applied->headMoved, fake.applyAnswer.headMoved);
 
   fake.results = EveryValue();
-  const auto results = remote->Call(kCaller, {"TsmCore", "GetRec", EveryValue()});
+  const auto results = remote->Call(kCaller, {"TsmCore", "GetRec", EveryValue(), "key-1"});
   ASSERT_TRUE(results);
   EXPECT_EQ(*results, fake.results);
   EXPECT_EQ(fake.callSeen.arguments, fake.results);
+  EXPECT_EQ(fake.callSeen.clientKey, "key-1");
 
   EXPECT_TRUE(remote->LogOut({"друг билет", 0, 0}));
   EXPECT_EQ(fake.callerSeen.ticket, "друг билет");

@@ -1,7 +1,9 @@
 #include "contract/system.h"
 #include "server/classes/parameter_rules.h"
 #include "server/classes/server_classes.h"
+#include "server/providers/arguments.h"
 #include "server/providers/change_writer.h"
+#include "server/providers/client_keys.h"
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
@@ -28,11 +30,21 @@ constexpr auto Number = Int32("Number", Key);
 constexpr auto Value = String("Value", kLongestValue);
 constexpr auto kHistoryFields = Writes("", "Params", ParamGroup, Number, Value);
 
+constexpr Argument kGroupAsked[] = {
+    {"Group", ValueKind::Int32, Need::Needed},
+};
+constexpr Argument kStored[] = {
+    {"Group", ValueKind::Int32, Need::Needed},
+    {"Number", ValueKind::Int32, Need::Needed},
+    {"Value", ValueKind::String, Need::Optional},
+    {"Seen", ValueKind::String, Need::Optional},
+};
+
 Answer<VariantArray> GetParams(Work& work, const VariantArray& arguments) {
-  const auto group = arguments.size() == 1 ? arguments[0].AsInt() : std::nullopt;
-  if (!group) return Failure{FailureKind::BadRequest, "Методът очаква номер на група."};
+  const auto sound = CheckArguments(system::kGetParams, kGroupAsked, arguments);
+  if (!sound) return sound.GetFailure();
   const Statement select =
-      Select(kSelectGroup, {*group},
+      Select(kSelectGroup, {*arguments[0].AsInt()},
              {{"Number", ValueKind::Int32, 0}, {"Value", ValueKind::String, kLongestValue}});
   auto packets = work.Read({&select, 1});
   if (!packets) return packets.GetFailure();
@@ -95,29 +107,32 @@ Answer<Done, Setback> StoreIn(Work& work, Transaction& transaction, const Storin
   return Setback{ChangedMeanwhile(storing.parameter, storing.seen), true};
 }
 
-Answer<Done> Store(Work& work, const Storing& storing) {
-  const Statement present =
+Answer<VariantArray> Store(Work& work, const Storing& storing) {
+  Statement present =
       Select(kSelectOne, {system::kModuleGroup, static_cast<int>(storing.parameter.number)},
              {{"Value", ValueKind::String, kLongestValue}});
-  return work.Write({&present, 1}, [&](Transaction& transaction, const Packets& first) {
-    const Variant now = first.front().rowCount == 1 ? first.front().At(0, "Value") : Variant();
-    return StoreIn(work, transaction, storing, now);
-  });
+  return WriteOnce(
+      work, {std::move(present)},
+      [&](Transaction& transaction, const Packets& first) -> Answer<VariantArray, Setback> {
+        const Variant now = first.front().rowCount == 1 ? first.front().At(0, "Value") : Variant();
+        const auto stored = StoreIn(work, transaction, storing, now);
+        if (!stored) return stored.GetFailure();
+        return VariantArray{};
+      });
 }
 
-bool IsTextOrNull(const Variant& value) {
-  return value.IsNull() || (value.AsString() && value.AsString()->size() <= kLongestValue);
+bool IsTooLong(const Variant& text) {
+  return text.AsString() && text.AsString()->size() > kLongestValue;
 }
 
 Answer<VariantArray> SetParam(Work& work, const VariantArray& arguments) {
-  const bool whole =
-      arguments.size() == 4 && IsTextOrNull(arguments[2]) && IsTextOrNull(arguments[3]);
-  const auto group = whole ? arguments[0].AsInt() : std::nullopt;
-  const auto number = whole ? arguments[1].AsInt() : std::nullopt;
-  if (!group || !number) {
-    return Failure{FailureKind::BadRequest,
-                   "Методът очаква група, номер, стойност и видяната дотогава стойност."};
+  const auto sound = CheckArguments(system::kSetParam, kStored, arguments);
+  if (!sound) return sound.GetFailure();
+  if (IsTooLong(arguments[2]) || IsTooLong(arguments[3])) {
+    return Failure{FailureKind::BadRequest, "Стойността на параметър е твърде дълга."};
   }
+  const auto group = arguments[0].AsInt();
+  const auto number = arguments[1].AsInt();
   const ModuleParameter* parameter =
       *group == system::kModuleGroup ? parameters::FindModuleParameter(*number) : nullptr;
   if (!parameter) {
@@ -127,9 +142,7 @@ Answer<VariantArray> SetParam(Work& work, const VariantArray& arguments) {
   const auto value = ParameterValue(*parameter, arguments[2].ToText());
   if (!value) return value.GetFailure();
   const auto kept = [](const Variant& text) { return text.IsEmpty() ? Variant() : text; };
-  const auto stored = Store(work, {*parameter, *value, kept(arguments[2]), kept(arguments[3])});
-  if (!stored) return stored.GetFailure();
-  return VariantArray{};
+  return Store(work, {*parameter, *value, kept(arguments[2]), kept(arguments[3])});
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 #include "server/documents/request_moves.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
+#include "server/providers/arguments.h"
+#include "server/providers/client_keys.h"
 
 namespace orvane {
 namespace {
@@ -231,30 +233,31 @@ Answer<DocumentKey, Setback> MakeCopy(WriteContext& context, DocumentKey key) {
 }  // namespace
 
 Answer<VariantArray> MakeRequestFrom(Work& work, const VariantArray& ask) {
-  const bool sized = ask.size() == At::kSize;
-  const auto kind = sized ? ask[At::kKind].AsInt() : std::nullopt;
-  const auto id = sized ? ask[At::kId].AsInt() : std::nullopt;
-  const auto version = sized ? ask[At::kVersion].AsInt() : std::nullopt;
-  const bool known = kind == request::new_rec::kNewVersion || kind == request::new_rec::kCopy;
-  if (!known || !id || !version) {
-    return Failure{FailureKind::BadRequest, "Методът „NewRec“ очаква вид, номер и версия."};
+  constexpr Argument kAsked[] = {
+      {"Operation", ValueKind::String, Need::Needed}, {"Kind", ValueKind::Byte, Need::Needed},
+      {"Id", ValueKind::Int32, Need::Needed},         {"Version", ValueKind::Int32, Need::Needed},
+      {"Login", ValueKind::String, Need::Optional},
+  };
+  const auto sound = CheckArguments(request::new_rec::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
+  const auto kind = ask[At::kKind].AsInt();
+  const auto id = ask[At::kId].AsInt();
+  const auto version = ask[At::kVersion].AsInt();
+  if (kind != request::new_rec::kNewVersion && kind != request::new_rec::kCopy) {
+    return Failure{FailureKind::BadRequest, "Методът „NewRec“ не приема аргумента „Kind“."};
   }
   const auto claimed = CheckClaims(work, {ask[At::kLogin], {}, {}});
   if (!claimed) return claimed.GetFailure();
-  DocumentKey made;
-  const auto written =
-      work.Write({}, [&](Transaction& transaction, const Packets&) -> Answer<Done, Setback> {
+  return WriteOnce(
+      work, {}, [&](Transaction& transaction, const Packets&) -> Answer<VariantArray, Setback> {
         const Variant nothing;
         WriteContext context{work, transaction, nothing, {}, {}, {}};
         const DocumentKey from{*id, *version};
         const auto key =
             kind == request::new_rec::kCopy ? MakeCopy(context, from) : MakeVersion(context, from);
         if (!key) return key.GetFailure();
-        made = *key;
-        return Done{};
+        return VariantArray{1, key->id, key->version};
       });
-  if (!written) return written.GetFailure();
-  return VariantArray{1, made.id, made.version};
 }
 
 }  // namespace orvane

@@ -69,9 +69,7 @@ Answer<Done> Applying::CheckKeys() const {
   std::set<std::string_view> keys;
   for (const Change& change : request_.delta) {
     const std::string& key = change.clientKey;
-    const bool good = !key.empty() && key.size() <= kLongestClientKey &&
-                      std::all_of(key.begin(), key.end(), [](char c) { return c > 32 && c < 127; });
-    if (!good || !keys.insert(key).second) {
+    if (!IsClientKey(key) || !keys.insert(key).second) {
       return Failure{FailureKind::BadRequest, "Всяка промяна трябва да има собствен ключ."};
     }
   }
@@ -82,9 +80,7 @@ void Applying::Prepare() {
   for (const Change& change : request_.delta) {
     PreparedChange prepared;
     prepared.requestHash = RequestHash(provider_.def.name, change);
-    const ChangeRight own = provider_.rules.right;
-    const auto allowed =
-        CheckRight(work_, serverClass_, own ? own(work_, change) : RightFor(change.kind));
+    const auto allowed = CheckChangeRight(work_, serverClass_, provider_, change);
     auto checked = CheckChange(provider_.def, change);
     if (!allowed) {
       prepared.failure = allowed.GetFailure();
@@ -301,8 +297,8 @@ Answer<ApplyAnswer> ApplyDelta(Work& work, const ServerClass& serverClass,
   if (!provider.def.Writable()) {
     return Failure{FailureKind::BadRequest, "Тези данни само се четат."};
   }
-  if (!serverClass.UsedFromPoint(work.PointNo())) {
-    return CheckRight(work, serverClass, Right::Open).GetFailure();
+  if (!serverClass.UseFrom(work.PointNo())) {
+    return CheckRight(work, serverClass, Use::Read, Right::Open).GetFailure();
   }
   return Applying(work, serverClass, provider, request).Run();
 }

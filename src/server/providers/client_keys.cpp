@@ -1,7 +1,8 @@
 #include "server/providers/client_keys.h"
 
+#include <algorithm>
+
 #include "server/providers/value_text.h"
-#include "server/providers/work.h"
 #include "server/sessions/passwords.h"
 #include "server/sessions/statements.h"
 
@@ -14,6 +15,29 @@ constexpr char kSelectAnswers[] =
 constexpr char kKeepAnswer[] =
     "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn) "
     "values (?1, ?2, ?3, ?4, ?5)";
+
+const std::vector<ResultColumn> kAnswerColumns = {{"Key", ValueKind::String, kLongestClientKey},
+                                                  {"RequestHash", ValueKind::String, 64},
+                                                  {"Answer", ValueKind::Memo, 0}};
+
+std::string MethodHash(const MethodCall& call) {
+  const VariantArray whole = {Variant(call.serverClass), Variant(call.method),
+                              Variant(call.arguments)};
+  return TicketHash(EncodeValue(Variant(whole)));
+}
+
+/// What was answered under the key of `call`; null when it was not carried out yet.
+Answer<std::optional<VariantArray>, Setback> KeptMethodAnswer(const DataPacket& kept,
+                                                              const std::string& hash) {
+  if (kept.rowCount == 0) return std::optional<VariantArray>();
+  const auto answer = DecodeValue(kept.At(0, "Answer").ToText());
+  const VariantArray* values = answer ? answer->AsArray() : nullptr;
+  if (kept.At(0, "RequestHash").ToText() != hash || !values) {
+    return Setback{{FailureKind::BadRequest, "Ключът на извикването вече е ползван за друго."},
+                   false};
+  }
+  return std::optional<VariantArray>(*values);
+}
 
 /// A name and a value in turn.
 VariantArray Flat(const NamedValues& values) {
@@ -44,10 +68,7 @@ std::string RequestHash(std::string_view provider, const Change& change) {
 }
 
 Statement SelectKeptAnswers(const std::string& login, std::span<const PreparedChange> changes) {
-  Statement statement = Select(kSelectAnswers, {login},
-                               {{"Key", ValueKind::String, kLongestClientKey},
-                                {"RequestHash", ValueKind::String, 64},
-                                {"Answer", ValueKind::Memo, 0}});
+  Statement statement = Select(kSelectAnswers, {login}, kAnswerColumns);
   for (const PreparedChange& change : changes) {
     statement.params.emplace_back(change.change.clientKey);
     statement.text +=
@@ -80,6 +101,46 @@ Statement KeepAnswer(const WriteContext& context, const PreparedChange& change) 
   return Command(kKeepAnswer,
                  {context.work.Who().login, change.change.clientKey, change.requestHash,
                   EncodeValue(Variant(answer)), context.work.Now()});
+}
+
+bool IsClientKey(std::string_view key) {
+  return !key.empty() && key.size() <= kLongestClientKey &&
+         std::all_of(key.begin(), key.end(), [](char c) { return c > 32 && c < 127; });
+}
+
+Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const MethodBody& body) {
+  const MethodCall& call = work.Called();
+  if (!IsClientKey(call.clientKey)) {
+    return Failure{FailureKind::BadRequest,
+                   "Методът „" + call.method + "“ записва и очаква собствен ключ."};
+  }
+  const std::string& login = work.Who().login;
+  const std::string hash = MethodHash(call);
+  first.push_back(
+      Select(std::string(kSelectAnswers) + "?2)", {login, call.clientKey}, kAnswerColumns));
+  VariantArray answer;
+  const auto written = work.Write(
+      first, [&](Transaction& transaction, const Packets& packets) -> Answer<Done, Setback> {
+        auto kept = KeptMethodAnswer(packets.back(), hash);
+        if (!kept) return kept.GetFailure();
+        if (*kept) {
+          answer = **std::move(kept);
+          return Done{};
+        }
+        auto made = body(transaction, packets);
+        if (!made) return made.GetFailure();
+        answer = *std::move(made);
+        const Statement keep = Command(
+            kKeepAnswer, {login, call.clientKey, hash, EncodeValue(Variant(answer)), work.Now()});
+        const auto done = transaction.ExecuteAll({&keep, 1});
+        if (done) return Done{};
+        Setback setback = ToSetback(done.GetFailure(), "keeping a method's answer");
+        // The same call under way twice: the other one's answer is there now.
+        if (done.GetFailure().kind == EngineErrorKind::Unique) setback.retry = true;
+        return setback;
+      });
+  if (!written) return written.GetFailure();
+  return answer;
 }
 
 }  // namespace orvane

@@ -4,12 +4,15 @@
 // answer in the same transaction, and a repetition gets the same answer without touching anything.
 // Keys are kept seven days.
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "packet/application_server.h"
 #include "server/engine/database.h"
+#include "server/providers/work.h"
 #include "server/providers/write_rules.h"
 
 namespace orvane {
@@ -33,5 +36,13 @@ Statement SelectKeptAnswers(const std::string& login, std::span<const PreparedCh
 std::map<std::string, KeptAnswer> KeptAnswers(const DataPacket& packet);
 /// Keeps the answer of a change that is being carried out.
 Statement KeepAnswer(const WriteContext& context, const PreparedChange& change);
+
+/// Whether a client may use the key: printable, without blanks, of bounded length.
+bool IsClientKey(std::string_view key);
+
+/// What a writing method does in its transaction; `first` are the answers to its first statements.
+using MethodBody = std::function<Answer<VariantArray, Setback>(Transaction&, const Packets& first)>;
+/// Carries the called method out under its key, once: a repetition gets the kept answer.
+Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const MethodBody& body);
 
 }  // namespace orvane

@@ -47,6 +47,9 @@ class Work {
 
   const Session& Who() const { return *session_; }
   std::int32_t PointNo() const { return caller_.pointNo; }
+  /// The method that is carried out, with its client key.
+  const MethodCall& Called() const { return called_; }
+  void Carry(const MethodCall& call) { called_ = call; }
   /// The moment of the request, the same for all it writes.
   Stamp Now() const { return now_; }
   /// The company's day.
@@ -78,6 +81,7 @@ class Work {
   std::shared_ptr<const Session> session_;
   const Company& company_;
   const Caller& caller_;
+  MethodCall called_;
   const Stamp now_;
   const DocumentOptions options_;
   bool guarded_ = false;
