@@ -110,7 +110,7 @@ void ScreenFindings::CheckDataSet(TVosClientDataSet& rows, const TDataSource* so
       std::ranges::find(classes_, std::string_view(request.serverClass), &ServerClass::Name);
   if (own == classes_.end())
     return Add("S002", rows.Name(), "there is no server class " + request.serverClass);
-  if (!own->UsedFromPoint(form_.PointNo()))
+  if (!own->UseFrom(form_.PointNo()))
     Add("S011", rows.Name(), request.serverClass + " is not for this point");
   const ProviderRow* provider = own->FindProvider(request.provider);
   if (rows.OnFetchPortion) return;  // the answers of a method

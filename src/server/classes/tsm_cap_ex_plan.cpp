@@ -7,6 +7,7 @@
 #include "server/classes/server_classes.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/navigation.h"
+#include "server/providers/arguments.h"
 #include "server/providers/row_checks.h"
 #include "server/providers/work.h"
 
@@ -101,10 +102,16 @@ bool IsEnd(Nav nav) {
 }
 
 Answer<VariantArray> GetRecord(Work& work, const VariantArray& ask) {
-  const bool whole = ask.size() == kAskSize;
-  const auto nav = whole ? NavOf(ask[kMode]) : std::nullopt;
-  const auto offset = whole ? ask[kOffset].AsInt() : std::nullopt;
-  const auto code = whole ? CodeOf(ask[kCode]) : std::nullopt;
+  constexpr Argument kAsked[] = {
+      {"Mode", ValueKind::Byte, Need::Needed},
+      {"Offset", ValueKind::Int16, Need::Needed},
+      {"Code", ValueKind::Code, Need::OrText},
+  };
+  const auto sound = CheckArguments(get_record::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
+  const auto nav = NavOf(ask[kMode]);
+  const auto offset = ask[kOffset].AsInt();
+  const auto code = CodeOf(ask[kCode]);
   constexpr int kLongestOffset = 127;
   if (!nav || !offset || std::abs(*offset) > kLongestOffset || !code) {
     return Failure{FailureKind::BadRequest, "Методът „GetRecord“ очаква посока, отместване и код."};

@@ -3,6 +3,7 @@
 #include "server/approval/waiting.h"
 #include "server/classes/levels_rules.h"
 #include "server/classes/server_classes.h"
+#include "server/providers/arguments.h"
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
@@ -19,15 +20,14 @@ constexpr char kSelectEmployees[] =
 
 /// The employee behind the session's login: his code, 0 when there is none, -1 when there are more.
 Answer<VariantArray> GetCurrentEmployee(Work& work, const VariantArray& arguments) {
-  const std::string* login = arguments.size() == 1 ? arguments[0].AsString() : nullptr;
-  if (!login) {
-    return Failure{FailureKind::BadRequest, "Методът очаква името на потребителя."};
-  }
+  constexpr Argument kAsked[] = {{"Login", ValueKind::String, Need::Needed}};
+  const auto sound = CheckArguments(system::kGetCurrentEmployee, kAsked, arguments);
+  if (!sound) return sound.GetFailure();
   const Statement select =
       Select(kSelectEmployees, {work.Who().login}, {{"Employee", ValueKind::Code, 0}});
   auto packets = work.Read({&select, 1});
   if (!packets) return packets.GetFailure();
-  if (*login != work.Who().login) {
+  if (arguments[0] != Variant(work.Who().login)) {
     return Failure{FailureKind::NoRight,
                    "Текущият служител се определя само за собственото ви потребителско име."};
   }

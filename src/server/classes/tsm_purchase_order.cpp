@@ -32,7 +32,8 @@ Answer<VariantArray> Operations(Work& work, const VariantArray& arguments) {
 
 ServerClass TsmPurchaseOrder() {
   return ServerClass(request::kServerClass)
-      .UsedFrom({Point::PurchaseRequests, Point::ApprovalQueue})
+      .UsedFrom({Point::PurchaseRequests})
+      .DecidedFrom({Point::ApprovalQueue})
       .Provider(request::head::dspPurchaseOrder, {}, RequestHeadRules())
       .Provider(request::det::dspPurchaseOrderDet, {}, RequestRowRules())
       .Provider(request::del::dspPurchaseOrderDel, {}, RequestScheduleRules())

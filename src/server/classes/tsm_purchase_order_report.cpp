@@ -19,7 +19,8 @@ Answer<VariantArray> Operations(Work& work, const VariantArray& arguments) {
 // The grid's rows are found by the statement that the screen's filter makes.
 ServerClass TsmPurchaseOrderReport() {
   return ServerClass(request::kReportClass)
-      .UsedFrom({Point::PurchaseRequests, Point::PurchaseRequestReport, Point::ApprovalQueue})
+      .UsedFrom({Point::PurchaseRequests})
+      .ReadFrom({Point::PurchaseRequestReport, Point::ApprovalQueue})
       .SearchProvider(request::report::dspResult.name)
       .Operation(request::kOperations, Rule::Insert, &Operations);
 }

@@ -18,7 +18,9 @@ constexpr auto kIdNumber = Int32("IdNumber");
 // The providers travel with the load too; by themselves they are read to refresh a part.
 ServerClass TsmSuppManifacOrder() {
   return ServerClass(order::kServerClass)
-      .UsedFrom({Point::SupplierOrders, Point::ApprovalQueue, Point::PurchaseRequests})
+      .UsedFrom({Point::SupplierOrders})
+      .DecidedFrom({Point::ApprovalQueue})
+      .ReadFrom({Point::PurchaseRequests})
       .Provider(order::head::dspSuppManifacOrder, order_select::Head(), OrderHeadRules(),
                 {kFirstLanguage, kIdNumber})
       .Provider(order::det::dspSuppManOrderDet, order_select::Rows(), OrderRowRules(),

@@ -116,7 +116,8 @@ Answer<Done, Setback> OrderMoved(WriteContext& context, DocumentKey key, const M
 WriteRules OrderApprovalRules() {
   return {.beforeWrite = &BeforeOrderDecisions,
           .afterWrite = &AfterOrderDecisions,
-          .right = &DecisionRight};
+          .right = &DecisionRight,
+          .decisions = true};
 }
 
 }  // namespace orvane

@@ -166,7 +166,9 @@ Answer<Done, Setback> DecideOnRequest(WriteContext& context, DocumentKey key,
 }
 
 WriteRules RequestApprovalRules() {
-  return {.beforeWrite = &BeforeRequestDecisions, .afterWrite = &AfterRequestDecisions};
+  return {.beforeWrite = &BeforeRequestDecisions,
+          .afterWrite = &AfterRequestDecisions,
+          .decisions = true};
 }
 
 }  // namespace orvane

@@ -20,6 +20,17 @@ std::string PlaceOf(std::int32_t point) {
   return "точка " + std::to_string(point);
 }
 
+/// Why the point is not good for what is asked; `allowed` is what it is good for.
+std::string SentenceOf(std::optional<Use> allowed, const std::string& place) {
+  if (!allowed)
+    return "Тези данни не се ползват от " + place + ". Отворете ги от собствения им екран.";
+  if (*allowed == Use::Read) {
+    return "От " + place + " тези данни само се четат. Променете ги от собствения им екран.";
+  }
+  return "От " + place +
+         " документите само се одобряват и отказват. Отворете собствения екран на документа.";
+}
+
 std::string_view WordFor(Right right) {
   switch (right) {
     case Right::Edit:
@@ -35,9 +46,22 @@ std::string_view WordFor(Right right) {
 
 }  // namespace
 
-ServerClass ServerClass::UsedFrom(std::initializer_list<Point> points) && {
-  points_ = points;
+ServerClass ServerClass::From(std::initializer_list<Point> points, Use use) && {
+  for (const Point point : points)
+    points_.push_back({point, use});
   return std::move(*this);
+}
+
+ServerClass ServerClass::UsedFrom(std::initializer_list<Point> points) && {
+  return std::move(*this).From(points, Use::Whole);
+}
+
+ServerClass ServerClass::DecidedFrom(std::initializer_list<Point> points) && {
+  return std::move(*this).From(points, Use::Decide);
+}
+
+ServerClass ServerClass::ReadFrom(std::initializer_list<Point> points) && {
+  return std::move(*this).From(points, Use::Read);
 }
 
 ServerClass ServerClass::UsedFromAnywhere() && {
@@ -94,19 +118,22 @@ const OperationRow* ServerClass::FindOperation(std::string_view name) const {
   return found == operations_.end() ? nullptr : &*found;
 }
 
-bool ServerClass::UsedFromPoint(std::int32_t point) const {
-  return anywhere_ || std::any_of(points_.begin(), points_.end(), [&](Point own) {
-           return static_cast<std::int32_t>(own) == point;
-         });
+std::optional<Use> ServerClass::UseFrom(std::int32_t point) const {
+  if (anywhere_) return Use::Whole;
+  const auto found = std::find_if(points_.begin(), points_.end(), [&](const PointUse& own) {
+    return static_cast<std::int32_t>(own.point) == point;
+  });
+  if (found == points_.end()) return std::nullopt;
+  return found->use;
 }
 
-Answer<Done> CheckRight(const Work& work, const ServerClass& serverClass, Right right) {
+Answer<Done> CheckRight(const Work& work, const ServerClass& serverClass, Use use, Right right) {
   if (serverClass.IsUsedAnywhere()) return Done{};
-  if (!serverClass.UsedFromPoint(work.PointNo())) {
+  const std::optional<Use> allowed = serverClass.UseFrom(work.PointNo());
+  if (!allowed || *allowed < use) {
     spdlog::warn("session {} of {} claims point {} for {}", work.Who().sessionName,
                  work.Who().login, work.PointNo(), serverClass.Name());
-    return Failure{FailureKind::NoRight, "Тези данни не се ползват от " + PlaceOf(work.PointNo()) +
-                                             ". Отворете ги от собствения им екран."};
+    return Failure{FailureKind::NoRight, SentenceOf(allowed, PlaceOf(work.PointNo()))};
   }
   if (work.Who().May(work.PointNo(), right)) return Done{};
   return Failure{FailureKind::NoRight, "Нямате право " + std::string(WordFor(right)) + " в " +
@@ -126,20 +153,28 @@ Right RightFor(ChangeKind kind) {
   return Right::Delete;
 }
 
+Answer<Done> CheckChangeRight(const Work& work, const ServerClass& serverClass,
+                              const ProviderRow& provider, const Change& change) {
+  const WriteRules& rules = provider.rules;
+  const bool decides = rules.decisions && change.kind == ChangeKind::Update;
+  return CheckRight(work, serverClass, decides ? Use::Decide : Use::Whole,
+                    rules.right ? rules.right(work, change) : RightFor(change.kind));
+}
+
 Answer<Done> CheckRule(const Work& work, const ServerClass& serverClass, Rule rule) {
   switch (rule) {
     case Rule::Session:
       return Done{};
     case Rule::Open:
-      return CheckRight(work, serverClass, Right::Open);
+      return CheckRight(work, serverClass, Use::Read, Right::Open);
     case Rule::Edit:
-      return CheckRight(work, serverClass, Right::Edit);
+      return CheckRight(work, serverClass, Use::Whole, Right::Edit);
     case Rule::Insert:
-      return CheckRight(work, serverClass, Right::Insert);
+      return CheckRight(work, serverClass, Use::Whole, Right::Insert);
     case Rule::Delete:
       break;
   }
-  return CheckRight(work, serverClass, Right::Delete);
+  return CheckRight(work, serverClass, Use::Whole, Right::Delete);
 }
 
 }  // namespace orvane

@@ -91,6 +91,8 @@ struct WriteRules {
   WriteHook beforeWrite = nullptr;
   WriteHook afterWrite = nullptr;
   ChangeRight right = nullptr;
+  /// Updates are decisions on a document, which some points are used for and for nothing else.
+  bool decisions = false;
   ValueWord word = nullptr;
 };
 
