@@ -148,6 +148,16 @@ void DataPacket::AppendRow(std::span<const Variant> values) {
   ++rowCount;
 }
 
+std::int64_t DataPacket::Bytes() const {
+  std::size_t bytes = 0;
+  for (const PacketColumn& column : columns) {
+    bytes += sizeof(PacketColumn) + column.nulls.size() * sizeof(std::uint64_t) +
+             column.integers.size() * sizeof(std::int64_t) + column.reals.size() * sizeof(double) +
+             column.heap.size() + column.ends.size() * sizeof(std::uint32_t);
+  }
+  return static_cast<std::int64_t>(bytes);
+}
+
 bool DataPacket::IsSound() const {
   if (columns.empty() && rowCount != 0) return false;
   return std::ranges::all_of(

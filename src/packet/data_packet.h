@@ -53,6 +53,8 @@ class DataPacket {
   Variant At(std::size_t row, std::string_view column) const;
   /// One value per column, each already of the column's kind (asserted).
   void AppendRow(std::span<const Variant> values);
+  /// Bytes of the values, as they are held.
+  std::int64_t Bytes() const;
   /// Arrays have the row count, offsets ascend and end at the heap's end, texts are UTF-8 without
   /// zero bytes and of the column's size (0: no limit), integers lie in their kind's range, reals
   /// are finite, rows without a value hold a zero. What came from outside is checked by this.

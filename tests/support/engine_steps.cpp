@@ -45,6 +45,8 @@ std::string NameOf(EngineErrorKind kind) {
       return "Retry";
     case EngineErrorKind::Limit:
       return "Limit";
+    case EngineErrorKind::TooLarge:
+      return "TooLarge";
     case EngineErrorKind::LinkDown:
       return "LinkDown";
     case EngineErrorKind::Other:

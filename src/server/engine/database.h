@@ -32,7 +32,8 @@ enum class EngineErrorKind : std::uint8_t {
   NotNull,
   Check,     ///< a check constraint or a trigger refused
   Retry,     ///< serialisation failure or deadlock: the same transaction may be tried again
-  Limit,     ///< a row or time limit of a fenced search was reached
+  Limit,     ///< a time limit of a fenced search was reached
+  TooLarge,  ///< the answers of a call's searches take more memory than they may
   LinkDown,  ///< the database is not reachable
   Other,
 };
@@ -69,6 +70,8 @@ struct Statement {
   /// Of a fenced search on PostgreSQL: planned for its values at every use, because what is rare
   /// goes another way than what is common. Otherwise one plan serves all values.
   bool plannedForValues = false;
+  /// Of a fenced search: it answers no more rows than these. 0: it is not told.
+  std::int32_t mostRows = 0;
 };
 
 /// A write transaction. Destroyed without Commit it is rolled back. PostgreSQL: read committed with
@@ -96,10 +99,15 @@ class Transaction {
   virtual EngineAnswer<Done> Commit() = 0;
 };
 
-/// What a fenced search may cost.
+/// What the fenced searches of one call may cost together.
 struct SearchLimits {
   std::int32_t milliseconds = 3000;
+  /// Of the answer in memory. A packet of this size still fits a message.
+  std::int64_t bytes = std::int64_t{32} * 1024 * 1024;
 };
+
+/// So many fenced searches run at once, on either engine.
+inline constexpr int kSearchPlaces = 4;
 
 /// Counted since the database was opened; tests look at differences. Statements are the caller's
 /// own, without begin, commit and the like; round trips are what PostgreSQL waits for, and the

@@ -51,20 +51,19 @@ bool Fits(std::span<const PostgresType> types, std::span<const PostgresValue> va
   return true;
 }
 
-EngineAnswer<DataPacket> PacketOf(const PGresult* result, std::span<const ResultColumn> columns) {
+/// Puts the result's rows behind those of the packet.
+std::optional<EngineError> AppendRows(const PGresult* result, DataPacket& packet) {
   const int count = PQnfields(result);
-  if (static_cast<std::size_t>(count) != columns.size()) {
+  if (static_cast<std::size_t>(count) != packet.columns.size()) {
     return Wrong("the statement answers " + std::to_string(count) + " columns");
   }
-  DataPacket packet = PacketFor(columns);
   const int rows = PQntuples(result);
-  packet.rowCount = static_cast<std::size_t>(rows);
   for (int i = 0; i < count; ++i) {
     PacketColumn& column = packet.columns[static_cast<std::size_t>(i)];
     const PostgresType type = PQftype(result, i);
     for (int row = 0; row < rows; ++row) {
       if (PQgetisnull(result, row, i) != 0) {
-        AppendNull(column, static_cast<std::size_t>(row));
+        AppendNull(column, packet.rowCount + static_cast<std::size_t>(row));
         continue;
       }
       const auto length = static_cast<std::size_t>(PQgetlength(result, row, i));
@@ -72,7 +71,26 @@ EngineAnswer<DataPacket> PacketOf(const PGresult* result, std::span<const Result
       if (const auto error = FillFromPostgres(column, type, bytes)) return Wrong(*error);
     }
   }
-  return packet;
+  packet.rowCount += static_cast<std::size_t>(rows);
+  return std::nullopt;
+}
+
+/// More than this may come of the statement at once: its rows are taken one after the other, so
+/// that they can be counted before all of them are in memory.
+constexpr std::int64_t kHeldWhole = std::int64_t{16} * 1024 * 1024;
+
+bool MayBeHeldWhole(const Statement& statement) {
+  if (statement.mostRows == 0) return true;
+  constexpr std::int64_t kLongestText = 4;  // bytes of a character
+  constexpr std::int64_t kUsualMemo = 80'000;
+  std::int64_t row = 0;
+  for (const ResultColumn& column : statement.columns) {
+    const bool text = RowOf(column.kind).storage == Storage::Text;
+    row += !text              ? std::int64_t{sizeof(std::int64_t)}
+           : column.size == 0 ? kUsualMemo
+                              : kLongestText * column.size;
+  }
+  return row * statement.mostRows <= kHeldWhole;
 }
 
 std::int64_t TouchedBy(PGresult* result) {
@@ -115,7 +133,8 @@ EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
 }
 
 EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
-    std::span<const PostgresCommand> commands, Deadline deadline) {
+    std::span<const PostgresCommand> commands, Deadline deadline, std::int64_t bytes) {
+  bytesLeft_ = bytes;
   std::vector<Sent> sent;
   const bool idle = PQtransactionStatus(handle_.get()) == PQTRANS_IDLE;
   if (idle && (stale_ || kept_.size() > kMostKept)) {
@@ -238,6 +257,11 @@ const std::string* PostgresConnection::NameFor(KeptText& text,
 
 std::optional<EngineError> PostgresConnection::Receive(const Sent& sent, Deadline deadline,
                                                        std::vector<PostgresReply>& replies) {
+  if (sent.statement != nullptr && !MayBeHeldWhole(*sent.statement) &&
+      PQsetSingleRowMode(handle_.get()) != 0) {
+    replies.emplace_back();
+    return ReceiveRows(*sent.statement, deadline, replies.back());
+  }
   const PostgresResult result = Next(deadline);
   if (!result) return std::nullopt;  // broken, which the caller sees
   const ExecStatusType status = PQresultStatus(result.get());
@@ -255,16 +279,41 @@ std::optional<EngineError> PostgresConnection::Receive(const Sent& sent, Deadlin
   if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK) return ErrorOf(result.get());
   PostgresReply reply{DataPacket(), TouchedBy(result.get())};
   if (!sent.statement->columns.empty()) {
-    auto packet = PacketOf(result.get(), sent.statement->columns);
-    if (!packet) {
-      EngineError error = packet.GetFailure();
-      error.text += " in: " + sent.statement->text;
+    reply.packet = PacketFor(sent.statement->columns);
+    auto error = AppendRows(result.get(), reply.packet);
+    if (error) {
+      error->text += " in: " + sent.statement->text;
       return error;
     }
-    reply.packet = *std::move(packet);
+    if (auto spent = Spend(reply.packet)) return spent;
   }
   replies.push_back(std::move(reply));
   return std::nullopt;
+}
+
+std::optional<EngineError> PostgresConnection::ReceiveRows(const Statement& statement,
+                                                           Deadline deadline,
+                                                           PostgresReply& reply) {
+  reply.packet = PacketFor(statement.columns);
+  std::optional<EngineError> error;
+  while (const PostgresResult result = Next(deadline)) {
+    const ExecStatusType status = PQresultStatus(result.get());
+    const bool rows = status == PGRES_SINGLE_TUPLE || status == PGRES_TUPLES_OK;
+    if (error) continue;  // what is still on its way
+    error = rows ? AppendRows(result.get(), reply.packet) : ErrorOf(result.get());
+    constexpr std::size_t kBetweenLooks = 16;
+    if (error || reply.packet.rowCount % kBetweenLooks != 0) continue;
+    if (reply.packet.Bytes() > bytesLeft_) error = Spend(reply.packet);
+  }
+  return error ? error : Spend(reply.packet);
+}
+
+std::optional<EngineError> PostgresConnection::Spend(const DataPacket& packet) {
+  bytesLeft_ -= packet.Bytes();
+  if (bytesLeft_ >= 0) return std::nullopt;
+  if (!cancelled_) Cancel();
+  cancelled_ = true;
+  return EngineError{EngineErrorKind::TooLarge, "", "the answers take too much memory"};
 }
 
 PostgresResult PostgresConnection::Next(Deadline deadline) {

@@ -52,9 +52,11 @@ class PostgresConnection {
   ~PostgresConnection() = default;
 
   /// One reply per command, or the first failure; what stands behind it was not carried out. At the
-  /// deadline the server is told to stop, and a server that does not listen is left.
+  /// deadline the server is told to stop, and a server that does not listen is left; the same when
+  /// the answers grow beyond `bytes`.
   EngineAnswer<std::vector<PostgresReply>> Run(std::span<const PostgresCommand> commands,
-                                               Deadline deadline = std::nullopt);
+                                               Deadline deadline = std::nullopt,
+                                               std::int64_t bytes = kHighest64);
   /// Runs several statements in one transaction.
   EngineAnswer<Done> RunScript(const std::string& script);
   /// Rolls back what is open; costs a round trip only then. True when it was needed.
@@ -84,6 +86,11 @@ class PostgresConnection {
                              std::vector<Sent>& sent);
   std::optional<EngineError> Receive(const Sent& sent, Deadline deadline,
                                      std::vector<PostgresReply>& replies);
+  /// The rows of a result that may be too large to be held whole, one after the other.
+  std::optional<EngineError> ReceiveRows(const Statement& statement, Deadline deadline,
+                                         PostgresReply& reply);
+  /// Takes the packet's bytes off what is left; stops the server when there are none.
+  std::optional<EngineError> Spend(const DataPacket& packet);
   PostgresResult Next(Deadline deadline);
   bool WaitUntil(Deadline deadline);
   void Cancel();
@@ -93,6 +100,7 @@ class PostgresConnection {
   PostgresHandle handle_;
   bool left_ = false;  ///< the server did not answer in time: the connection is of no more use
   bool cancelled_ = false;
+  std::int64_t bytesLeft_ = kHighest64;  ///< of the answers to what is being run
   bool stale_ = false;  ///< the schema moved: a kept plan may no longer fit its tables
   std::int64_t names_ = 0;
   std::unordered_map<std::string, KeptText> kept_;

@@ -15,8 +15,6 @@ using Replies = EngineAnswer<std::vector<PostgresReply>>;
 
 /// How much longer than the server's own limit the outside timer waits.
 constexpr std::chrono::milliseconds kOutsideMargin{500};
-/// Connections behind the fence; trusted statements never run on them, but for the guard.
-constexpr int kSearchers = 4;
 /// Many times what planning a search takes.
 constexpr std::chrono::milliseconds kSlowSearch{20};
 
@@ -179,7 +177,8 @@ class PostgresDatabase final : public Database {
   explicit PostgresDatabase(const PostgresOptions& options)
       : pool_(options.poolSize,
               [info = options.connectionInfo] { return PostgresConnection::Open(info); }),
-        searchers_(kSearchers, [info = options.connectionInfo] {
+        // Trusted statements never run on these, but for the guard.
+        searchers_(kSearchPlaces, [info = options.connectionInfo] {
           return PostgresConnection::Open(info, FenceSettings());
         }) {}
 
@@ -230,10 +229,9 @@ class PostgresDatabase final : public Database {
     commands.push_back({&rollback, true});
     counters_.statements += static_cast<std::int64_t>(statements.size()) + 1;
 
-    const auto allowed = std::chrono::milliseconds(limits.milliseconds) *
-                         static_cast<std::int64_t>(std::max<std::size_t>(statements.size(), 1));
+    const auto allowed = std::chrono::milliseconds(limits.milliseconds);
     const auto start = std::chrono::steady_clock::now();
-    auto replies = RunReading(searchers_, commands, start + allowed + kOutsideMargin);
+    auto replies = RunReading(searchers_, commands, start + allowed + kOutsideMargin, limits.bytes);
     if (std::chrono::steady_clock::now() - start > kSlowSearch) slow_.Add(statements);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
@@ -260,15 +258,16 @@ class PostgresDatabase final : public Database {
   }
 
   Replies RunReading(Pool& pool, std::span<const PostgresCommand> commands,
-                     PostgresConnection::Deadline deadline = std::nullopt) {
+                     PostgresConnection::Deadline deadline = std::nullopt,
+                     std::int64_t bytes = kHighest64) {
     auto connection = pool.Lend();
     if (!connection) return connection.GetFailure();
     ++counters_.roundTrips;
-    Replies replies = (*connection)->Run(commands, deadline);
+    Replies replies = (*connection)->Run(commands, deadline, bytes);
     const bool lost = !replies && replies.GetFailure().kind == EngineErrorKind::LinkDown;
     if (lost && (*connection)->IsBroken() && connection->Renew()) {
       ++counters_.roundTrips;
-      replies = (*connection)->Run(commands, deadline);
+      replies = (*connection)->Run(commands, deadline, bytes);
     }
     if (!replies && (*connection)->RollBack()) ++counters_.roundTrips;
     return replies;

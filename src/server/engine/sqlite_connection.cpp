@@ -21,6 +21,10 @@ constexpr int kBusyMilliseconds = 10000;
 /// Machine steps between two looks at the clock.
 constexpr int kStepsBetweenChecks = 2000;
 
+EngineError TooLarge() {
+  return {EngineErrorKind::TooLarge, "", "the answers take too much memory"};
+}
+
 EngineError Wrong(std::string text) {
   return {EngineErrorKind::Other, "", std::move(text)};
 }
@@ -284,13 +288,14 @@ EngineAnswer<DataPacket> SqliteConnection::Query(const Statement& statement) {
 }
 
 EngineAnswer<DataPacket> SqliteConnection::QueryFenced(
-    const Statement& statement, std::chrono::steady_clock::time_point deadline) {
+    const Statement& statement, std::chrono::steady_clock::time_point deadline,
+    std::int64_t bytesLeft) {
   fence_ = {true, deadline};
   auto answer = [&]() -> EngineAnswer<DataPacket> {
     const auto prepared = Kept(statement.text, keptSearches_);
     if (!prepared) return prepared.GetFailure();
     if (sqlite3_stmt_readonly(*prepared) == 0) return Wrong("a search only reads");
-    return Rows(*prepared, statement);
+    return Rows(*prepared, statement, bytesLeft);
   }();
   fence_.up = false;
   return answer;
@@ -353,8 +358,8 @@ EngineAnswer<sqlite3_stmt*> SqliteConnection::Kept(const std::string& text, Kept
   return raw;
 }
 
-EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared,
-                                                const Statement& statement) const {
+EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared, const Statement& statement,
+                                                std::int64_t bytesLeft) const {
   const Using use(prepared, counters_);
   const auto bound = BindAll(prepared, statement.params);
   if (!bound) return bound.GetFailure();
@@ -371,8 +376,11 @@ EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared,
       if (const auto error = FillFrom(column, packet.rowCount, prepared, i)) return Wrong(*error);
     }
     ++packet.rowCount;
+    // The engine bounds a row itself, so a look every few rows is enough.
+    if (packet.rowCount % 16 == 0 && packet.Bytes() > bytesLeft) return TooLarge();
   }
   if (result != SQLITE_DONE) return LastError();
+  if (packet.Bytes() > bytesLeft) return TooLarge();
   return packet;
 }
 

@@ -50,9 +50,10 @@ class SqliteConnection {
   void CountInto(EngineCounters& counters) { counters_ = &counters; }
   EngineAnswer<DataPacket> Query(const Statement& statement);
   /// Runs a statement that a client had a say in. It is prepared under the authorizer, kept apart
-  /// from the trusted ones and stopped at the deadline.
+  /// from the trusted ones and stopped at the deadline, or when its answer grows beyond the bytes.
   EngineAnswer<DataPacket> QueryFenced(const Statement& statement,
-                                       std::chrono::steady_clock::time_point deadline);
+                                       std::chrono::steady_clock::time_point deadline,
+                                       std::int64_t bytesLeft);
   /// Number of rows touched.
   EngineAnswer<std::int64_t> Execute(const Statement& statement);
   /// Runs several statements without parameters.
@@ -80,7 +81,8 @@ class SqliteConnection {
 
   EngineAnswer<SqlitePrepared> Prepare(const std::string& text) const;
   EngineAnswer<sqlite3_stmt*> Kept(const std::string& text, KeptStatements& kept);
-  EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement) const;
+  EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement,
+                                std::int64_t bytesLeft = kHighest64) const;
   EngineError LastError() const;
 
   KeptNumbers keptNumbers_;

@@ -9,7 +9,6 @@ namespace orvane {
 namespace {
 
 constexpr int kReaders = 8;
-constexpr int kSearchers = 4;
 
 /// Lets one writer through at a time, in the order of arrival. Unlike a mutex it may be left by
 /// another thread than the one that entered.
@@ -150,7 +149,7 @@ class SqliteDatabase final : public Database {
   SqliteDatabase(const std::string& path, std::unique_ptr<SqliteConnection> writer)
       : writer_(std::move(writer)),
         readers_(kReaders, [this, path] { return Counted(path, SqliteUse::Read); }),
-        searchers_(kSearchers, [this, path] { return Counted(path, SqliteUse::Search); }) {
+        searchers_(kSearchPlaces, [this, path] { return Counted(path, SqliteUse::Search); }) {
     writer_->CountInto(counters_);
   }
 
@@ -195,10 +194,12 @@ class SqliteDatabase final : public Database {
       packets.push_back(*std::move(answer));
       const auto deadline =
           std::chrono::steady_clock::now() + std::chrono::milliseconds(limits.milliseconds);
+      std::int64_t bytesLeft = limits.bytes;
       for (const Statement& statement : statements) {
         ++counters_.statements;
-        auto packet = (*searcher)->QueryFenced(statement, deadline);
+        auto packet = (*searcher)->QueryFenced(statement, deadline, bytesLeft);
         if (!packet) return packet.GetFailure();
+        bytesLeft -= packet->Bytes();
         packets.push_back(*std::move(packet));
       }
       return packets;

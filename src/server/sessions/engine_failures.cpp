@@ -5,9 +5,9 @@
 namespace orvane {
 
 Failure ToFailure(const EngineError& error, std::string_view doing) {
-  const bool expected = error.kind == EngineErrorKind::Unique ||
-                        error.kind == EngineErrorKind::ForeignKey ||
-                        error.kind == EngineErrorKind::Limit;
+  const bool expected =
+      error.kind == EngineErrorKind::Unique || error.kind == EngineErrorKind::ForeignKey ||
+      error.kind == EngineErrorKind::Limit || error.kind == EngineErrorKind::TooLarge;
   spdlog::log(expected ? spdlog::level::info : spdlog::level::err, "{}: {} [{}]", doing, error.text,
               error.constraint);
   switch (error.kind) {
@@ -20,6 +20,8 @@ Failure ToFailure(const EngineError& error, std::string_view doing) {
       return {FailureKind::Refused,
               std::string(kRefusalMark) +
                   "Търсенето отнема твърде дълго. Уточнете условията и опитайте отново."};
+    case EngineErrorKind::TooLarge:
+      return Refused("Отговорът е твърде голям. Поискайте по-малко редове или колони.");
     case EngineErrorKind::Unique:
     case EngineErrorKind::ForeignKey:
     case EngineErrorKind::NotNull:

@@ -103,6 +103,27 @@ TEST_P(EngineSearch, TimeIsLimitedAndTheDatabaseGoesOn) {
     EXPECT_EQ(Search({"select Name from NomIn"}), "-");
 }
 
+TEST_P(EngineSearch, TheAnswersOfACallTakeSoMuchMemoryTogether) {
+  for (const std::int32_t told : {0, 1'000'000}) {  // by the latter PostgreSQL sends row after row
+    Statement search =
+        Sql("select a.Name from NomIn a, NomIn b limit 2000", {}, {{"V", ValueKind::Memo, 0}});
+    search.mostRows = told;
+    const auto times = [&](std::size_t number) {
+      return Outcome(database_->Search(guard_, std::vector<Statement>(number, search),
+                                       {.milliseconds = 3000, .bytes = 300'000}));
+    };
+    EXPECT_EQ(times(1), "-");
+    EXPECT_EQ(times(30), "TooLarge");
+    EXPECT_EQ(times(1), "-");
+    search.text = "select a.Name from NomIn a, NomIn b limit 30000";
+    EXPECT_EQ(times(1), "TooLarge");
+  }
+}
+
+TEST_P(ServerSearch, TheSearchesOfACallShareItsTime) {
+  EXPECT_EQ(Search(std::vector<std::string>(6, "select pg_sleep(0.4)::text"), {1000}), "Limit");
+}
+
 TEST_P(ServerSearch, AServerThatDoesNotKeepTheLimitIsStoppedFromOutside) {
   // The guard runs before the server's own limit is set, so only the outside timer can end it.
   guard_ = Sql("select pg_sleep(30)::text", {}, {{"V", ValueKind::Memo, 0}});
