@@ -85,6 +85,9 @@ constexpr FieldDef String(std::string_view name, std::uint16_t size, FieldFlags 
                           std::string_view label = {}) {
   return {name, ValueKind::String, size, flags, label};
 }
+/// Code points that may be typed into a memo: a document with all of its memos fits a message.
+inline constexpr int kLongestMemo = 20'000;
+
 constexpr FieldDef Memo(std::string_view name, FieldFlags flags = Plain,
                         std::string_view label = {}) {
   return {name, ValueKind::Memo, 0, flags, label};

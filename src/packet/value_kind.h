@@ -20,7 +20,7 @@ enum class ValueKind : std::uint8_t {
   Date,    ///< a day
   Stamp,   ///< a moment
   String,  ///< text with a limit of code points
-  Memo,    ///< text without a limit of its own
+  Memo,    ///< text; how long a new one may be is the contract's
 };
 
 /// How values of a kind are kept: as 64-bit integers (for decimals the mantissa), doubles or text.

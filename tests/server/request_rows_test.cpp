@@ -215,6 +215,19 @@ TEST_P(RequestRows, RefusalsNameTheRowAndTheWayOut) {
   SetValue(pieces, "Measure", 100);
   EXPECT_EQ(world.Apply("author", "dspPurchaseOrderDet", InsertOf(pieces)),
             row + "„20 Ламарина 2 мм“ не се поръчва в мярка 100. Изберете друга мярка.");
+  for (const int number : {0, -1}) {
+    EXPECT_EQ(world.AddRow(id, number, 20, 1),
+              "!!Err_Искане за покупка 1, версия 1, ред " + std::to_string(number) +
+                  ": номерът на ред трябва да бъде поне 1. Въведете друг.");
+  }
+  for (const double quantity : {1e308, 1.1e12, 1e-300}) {
+    EXPECT_NE(add(20, quantity).find("Поле „Количество“: Количеството е извън допустимите граници"),
+              std::string::npos);
+  }
+  NamedValues values = RequestWorld::RowValues(id, 1, 20, 1);
+  SetValue(values, "Remarks", std::string(20'001, 'x'));
+  EXPECT_EQ(world.Apply("author", "dspPurchaseOrderDet", InsertOf(values)),
+            "!!Err_Поле „Бележки“: Текстът е по-дълъг от 20000 знака. Съкратете го.");
   EXPECT_EQ(add(20, 1, 77), row +
                                 "поръчка за производство 77 не съществува. Изберете друга "
                                 "поръчка.");

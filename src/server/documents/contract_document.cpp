@@ -2,6 +2,7 @@
 
 #include "contract/supplies_contract.h"
 #include "server/documents/active_contract.h"
+#include "server/providers/arguments.h"
 
 namespace orvane {
 namespace {
@@ -67,9 +68,14 @@ const Document& SuppliesContract() {
 }
 
 Answer<VariantArray> GetSuppliesContract(Work& work, const VariantArray& ask) {
-  if (ask.size() != Ask::kAskSize) {
-    return Failure{FailureKind::BadRequest, "Методът „GetRec“ очаква четири елемента."};
-  }
+  constexpr Argument kAsked[] = {
+      {"Operation", ValueKind::String, Need::Needed},
+      {"Nav", ValueKind::Byte, Need::Needed},
+      {"Step", ValueKind::Int16, Need::Optional},
+      {"Id", ValueKind::Code, Need::Optional},
+  };
+  const auto sound = CheckArguments(contract::get_rec::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
   const auto place = ReadPlace(ask, {.nav = Ask::kNav, .step = Ask::kStep, .id = Ask::kId});
   if (!place) return place.GetFailure();
   auto loaded = LoadDocument(work, SuppliesContract(), *place, Language::First, {});

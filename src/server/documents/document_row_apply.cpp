@@ -29,6 +29,19 @@ std::string ChangedNumbers(std::span<const PreparedChange> changes, NamedValues&
   return list.empty() ? "null" : list;
 }
 
+/// Bytes of the texts of all rows of a document: it is loaded whole, and answers are limited.
+constexpr std::size_t kLongestTexts = 16 * 1024 * 1024;
+
+std::size_t TextsOf(std::span<const DocumentRow> rows) {
+  std::size_t bytes = 0;
+  for (const DocumentRow& row : rows) {
+    for (const NamedValue& value : row.values) {
+      if (const std::string* text = value.value.AsString()) bytes += text->size();
+    }
+  }
+  return bytes;
+}
+
 /// What was read, and the packets that `facts.more` looks into.
 struct Read {
   Packets packets;
@@ -104,6 +117,9 @@ std::optional<Failure> FillRow(const StoredDocument& document, const RowFacts& f
                                const NamedValues& present, PreparedChange& prepared) {
   const DocumentRow asked = DocumentRowOf(After(present, prepared.change));
   const std::string where = RowName(document, facts.head.key, asked);
+  if (asked.number < 1) {
+    return Refused(where + "номерът на ред трябва да бъде поне 1. Въведете друг.");
+  }
   const auto entry = facts.entries.find(asked.serial);
   if (entry == facts.entries.end()) {
     return Refused(where + "в списъка за доставка няма пореден номер " +
@@ -207,6 +223,10 @@ Answer<Done, Setback> BeforeDocumentRows(const RowSteps& steps, WriteContext& co
   if (!rows) return rows.GetFailure();
   for (const DocumentRow* row : ChangedRows(*rows, changes)) {
     if (auto refusal = WhyUnitRefused(document, facts, *row)) return Refusal(*std::move(refusal));
+  }
+  if (TextsOf(*rows) > kLongestTexts) {
+    return Refusal(Refused(NameOf(document, *key) +
+                           ": текстовете на редовете са общо твърде дълги. Съкратете бележките."));
   }
   if (auto refusal = steps.refuses(facts, *rows, changes)) return Refusal(*std::move(refusal));
   const auto sums = SumsOf(*rows, facts.head.rate, facts.settings);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <limits>
 
 #include "server/documents/named_statement.h"
 
@@ -160,8 +161,13 @@ Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
   Place place;
   place.nav = *nav;
   place.step = static_cast<int>(ask[at.step].AsInt().value_or(0));
-  place.id = ask[at.id].AsInt().value_or(0);
-  if (version.AsInt().value_or(0) != 0) place.version = version.AsInt();
+  // No document has a number beyond these, which the engines count with.
+  const auto bounded = [](const Variant& number) {
+    constexpr std::int64_t kFurthest = std::numeric_limits<std::int32_t>::max();
+    return std::clamp(number.AsInt().value_or(0), -kFurthest, kFurthest);
+  };
+  place.id = bounded(ask[at.id]);
+  if (bounded(version) != 0) place.version = bounded(version);
   return place;
 }
 

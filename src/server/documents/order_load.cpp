@@ -8,6 +8,7 @@
 #include "server/documents/document_roles.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/order_document.h"
+#include "server/providers/arguments.h"
 
 namespace orvane {
 namespace {
@@ -115,9 +116,10 @@ void TellPackets(LoadedDocument loaded, VariantArray& tell) {
 Answer<Done> CheckAsker(const Work& work, const VariantArray& ask) {
   const auto employee = NumberIn(ask[At::kEmployee]);
   const auto below = ask[At::kBelowThree].AsBool();
-  const bool readable = employee && (below || ask[At::kBelowThree].IsNull());
-  if (!readable || !IsContextOf(work, ask[At::kContext])) {
-    return Failure{FailureKind::BadRequest, "Методът „GetRecord“ очаква служител и контекст."};
+  if (!employee || !IsContextOf(work, ask[At::kContext])) {
+    return Failure{FailureKind::BadRequest, "Методът „GetRecord“ не приема аргумента „" +
+                                                std::string(employee ? "Context" : "Employee") +
+                                                "“."};
   }
   return CheckClaims(work, {ask[At::kLogin], *employee, below ? Variant(!*below) : Variant()});
 }
@@ -125,11 +127,16 @@ Answer<Done> CheckAsker(const Work& work, const VariantArray& ask) {
 }  // namespace
 
 Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask) {
-  const auto employee =
-      ask.size() == params::kAskSize ? NumberIn(ask[params::kEmployee]) : std::nullopt;
-  const auto first = employee ? ask[params::kFirstLanguage].AsBool() : std::nullopt;
+  constexpr Argument kAsked[] = {
+      {"Employee", ValueKind::Code, Need::OrText},
+      {"FirstLanguage", ValueKind::Bool, Need::Needed},
+  };
+  const auto sound = CheckArguments(params::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
+  const auto employee = NumberIn(ask[params::kEmployee]);
+  const auto first = ask[params::kFirstLanguage].AsBool();
   if (!employee || !first) {
-    return Failure{FailureKind::BadRequest, "Методът „GetParams“ очаква служител и език."};
+    return Failure{FailureKind::BadRequest, "Методът „GetParams“ не приема аргумента „Employee“."};
   }
   const auto claimed = CheckClaims(work, {{}, *employee, {}});
   if (!claimed) return claimed.GetFailure();
@@ -163,9 +170,19 @@ Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask) {
 }
 
 Answer<VariantArray> GetOrder(Work& work, const VariantArray& ask) {
-  if (ask.size() != At::kAskSize) {
-    return Failure{FailureKind::BadRequest, "Методът „GetRecord“ очаква девет елемента."};
-  }
+  constexpr Argument kAsked[] = {
+      {"Mode", ValueKind::Byte, Need::Needed},
+      {"Step", ValueKind::Int16, Need::Optional},
+      {"Id", ValueKind::Code, Need::OrText},
+      {"Employee", ValueKind::Code, Need::OrText},
+      {"BelowThree", ValueKind::Bool, Need::Optional},
+      {"Login", ValueKind::String, Need::Optional},
+      {"Context", ValueKind::String, Need::Optional},
+      {"FirstLanguage", ValueKind::Bool, Need::Optional},
+      {"ViewOnly", ValueKind::Bool, Need::Optional},
+  };
+  const auto sound = CheckArguments(order::get_record::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
   const auto claimed = CheckAsker(work, ask);
   if (!claimed) return claimed.GetFailure();
   VariantArray question = ask;  // a text that is no number names no order

@@ -9,6 +9,8 @@
 #include "server/documents/claims.h"
 #include "server/documents/document.h"
 #include "server/documents/named_statement.h"
+#include "server/providers/arguments.h"
+#include "server/providers/change_check.h"
 
 namespace orvane {
 namespace {
@@ -53,8 +55,13 @@ std::optional<std::int64_t> ReadContinuation(const Variant& continuation) {
 }
 
 /// The filter's one record; a field that did not come does not limit.
-void ReadFilter(const DataPacket& filter, Asked& read) {
+Answer<Done> ReadFilter(const DataPacket& filter, Asked& read) {
   const auto value = [&](const FieldDef& field) { return filter.At(0, field.name); };
+  for (const FieldDef& field : report::kFilter.fields) {
+    const auto kept = value(field).As(field.kind);
+    if (kept) continue;
+    return Failure{FailureKind::BadRequest, AboutField(field, kept.GetFailure().message)};
+  }
   for (const FieldDef& field : {report::CostCenter, report::Supplier, report::Status}) {
     if (value(field).IsNull()) continue;
     const std::string name(field.name);
@@ -64,6 +71,7 @@ void ReadFilter(const DataPacket& filter, Asked& read) {
   if (const auto from = value(report::FromNumber).AsInt())
     read.after = std::max(read.after, *from - 1);
   if (const auto to = value(report::ToNumber).AsInt()) read.last = std::min(read.last, *to);
+  return Done{};
 }
 
 Answer<Asked> ReadAsked(Work& work, const VariantArray& ask) {
@@ -74,7 +82,20 @@ Answer<Asked> ReadAsked(Work& work, const VariantArray& ask) {
   const bool whole =
       context && context->size() == asked::kContextSize && filter && filter->rowCount == 1;
   const VariantArray* options = whole ? (*context)[asked::kOptions].AsArray() : nullptr;
-  if (!options || options->size() != asked::kOptionsSize) return Misasked(asked::kName);
+  if (!options) return Misasked(asked::kName);
+  constexpr Argument kContext[] = {
+      {"Database", ValueKind::String},
+      {"Login", ValueKind::String},
+  };
+  constexpr Argument kOptions[] = {
+      {"FirstLanguage", ValueKind::Bool},
+      {"RowLimit", ValueKind::Int32},
+      {"Continuation", ValueKind::String},
+  };
+  for (const auto& sound : {CheckArguments(asked::kName, kContext, *context, asked::kContextSize),
+                            CheckArguments(asked::kName, kOptions, *options)}) {
+    if (!sound) return sound.GetFailure();
+  }
   const auto claimed = CheckClaims(work, {(*context)[asked::kLogin], {}, {}});
   if (!claimed) return claimed.GetFailure();
   const auto after = ReadContinuation((*options)[asked::kContinuation]);
@@ -86,7 +107,8 @@ Answer<Asked> ReadAsked(Work& work, const VariantArray& ask) {
   read.language = first ? Language::First : Language::Second;
   const std::int64_t rows = (*options)[asked::kRowLimit].AsInt().value_or(0);
   if (rows > 0) read.rows = static_cast<std::int32_t>(std::min<std::int64_t>(rows, kMostRows));
-  ReadFilter(*filter, read);
+  const auto filtered = ReadFilter(*filter, read);
+  if (!filtered) return filtered.GetFailure();
   return read;
 }
 
@@ -145,7 +167,14 @@ Answer<VariantArray> GetOrderReport(Work& work, const VariantArray& ask) {
 Answer<VariantArray> GetOrderReportParams(Work& work, const VariantArray& ask) {
   const VariantArray* input =
       ask.size() == opening::kAskSize ? ask[opening::kInput].AsArray() : nullptr;
-  if (!input || input->size() != opening::kInputSize) return Misasked(opening::kName);
+  if (!input) return Misasked(opening::kName);
+  constexpr Argument kAsked[] = {
+      {"Database", ValueKind::String},
+      {"Employee", ValueKind::Code},
+      {"Language", ValueKind::Int32},
+  };
+  const auto sound = CheckArguments(opening::kName, kAsked, *input);
+  if (!sound) return sound.GetFailure();
   const Variant& employee = (*input)[opening::kEmployee];
   const auto claimed = CheckClaims(work, {{}, employee, {}});
   if (!claimed) return claimed.GetFailure();

@@ -7,6 +7,7 @@
 #include "server/documents/document_roles.h"
 #include "server/documents/named_statement.h"
 #include "server/documents/request_document.h"
+#include "server/providers/arguments.h"
 
 namespace orvane {
 namespace {
@@ -32,6 +33,19 @@ DataPacket RolesPacket(const std::vector<RoleRow>& roles) {
   return packet;
 }
 
+constexpr Argument kAsked[] = {
+    {"Operation", ValueKind::String, Need::Needed},
+    {"Language", ValueKind::Byte, Need::Optional},
+    {"Nav", ValueKind::Byte, Need::Needed},
+    {"Step", ValueKind::Int16, Need::Optional},
+    {"Id", ValueKind::Code, Need::Optional},
+    {"Version", ValueKind::Code, Need::Optional},
+    {"Login", ValueKind::String, Need::Optional},
+    {"Employee", ValueKind::Code, Need::Optional},
+    {"NeedsEmployee", ValueKind::Bool, Need::Optional},
+    {"OneDocument", ValueKind::Bool, Need::Optional},
+};
+
 /// The asker's roles in the request that was loaded.
 std::vector<RoleRow> RolesIn(const Work& work, const LoadedDocument& loaded) {
   const DataPacket& head = loaded.packets.front();
@@ -48,9 +62,8 @@ std::vector<RoleRow> RolesIn(const Work& work, const LoadedDocument& loaded) {
 }  // namespace
 
 Answer<VariantArray> GetPurchaseRequest(Work& work, const VariantArray& ask) {
-  if (ask.size() != Ask::kAskSize) {
-    return Failure{FailureKind::BadRequest, "Методът „GetRec“ очаква десет елемента."};
-  }
+  const auto sound = CheckArguments(request::get_rec::kName, kAsked, ask);
+  if (!sound) return sound.GetFailure();
   const auto claimed =
       CheckClaims(work, {ask[Ask::kLogin], ask[Ask::kEmployee], ask[Ask::kNeedsEmployee]});
   if (!claimed) return claimed.GetFailure();

@@ -5,6 +5,7 @@
 #include "server/documents/navigation.h"
 #include "server/documents/settings.h"
 #include "server/documents/values.h"
+#include "server/providers/arguments.h"
 
 namespace orvane {
 namespace {
@@ -57,11 +58,15 @@ SumCheck SumCheck::WithinTolerance(Decimal tolerance) const {
 }
 
 Answer<VariantArray> CheckRequestSums(Work& work, const VariantArray& ask) {
-  const auto id = ask.size() == At::kSize ? ask[At::kId].AsInt() : std::nullopt;
-  const auto version = ask.size() == At::kSize ? ask[At::kVersion].AsInt() : std::nullopt;
-  if (!id || !version) {
-    return Failure{FailureKind::BadRequest, "Методът „GetSumCheck“ очаква номер и версия."};
-  }
+  constexpr Argument kAsked[] = {
+      {"Operation", ValueKind::String, Need::Needed},
+      {"Id", ValueKind::Int32, Need::Needed},
+      {"Version", ValueKind::Int32, Need::Needed},
+  };
+  const auto sound = CheckArguments(purchase_request::sum_check::kName, kAsked, ask, At::kSize);
+  if (!sound) return sound.GetFailure();
+  const auto id = ask[At::kId].AsInt();
+  const auto version = ask[At::kVersion].AsInt();
   const std::vector<ResultColumn> amount = {{"Amount", ValueKind::Amount, 0}};
   const Statement statements[] = {
       FindDocument(kSeenRequests, Visibility(kSeenRequests, SightOf(work)),

@@ -1,6 +1,9 @@
 #include "server/providers/change_check.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include "packet/fold.h"
 
 namespace orvane {
 namespace {
@@ -29,6 +32,31 @@ Answer<Variant> KeptValue(const FieldDef& field, const Variant& value) {
   return Failure{kept.GetFailure().kind, AboutField(field, kept.GetFailure().message)};
 }
 
+/// Nobody has more of anything in smallest units, and from here on doubles lose the decimals at
+/// which quantities are compared.
+constexpr double kLargestQuantity = 1e12;
+/// Quantities are compared at six decimals: what is nearer to nothing is nothing.
+constexpr double kSmallestQuantity = 1e-6;
+
+/// What stays within its bounds can be loaded again, with its document, in one message.
+Answer<Done> CheckBounds(const FieldDef& field, const Variant& value) {
+  if (const auto real = value.AsDouble(); real && field.kind == ValueKind::Double) {
+    const double size = std::abs(*real);
+    if (size > kLargestQuantity || (size != 0 && size < kSmallestQuantity)) {
+      return Refused(
+          AboutField(field,
+                     "Количеството е извън допустимите граници (от 0,000001 до 1 000 000 000 000 в "
+                     "най-малката мярка). Въведете друго."));
+    }
+  }
+  const std::string* text = value.AsString();
+  if (text && field.kind == ValueKind::Memo && Utf8Length(*text) > kLongestMemo) {
+    return Refused(AboutField(
+        field, "Текстът е по-дълъг от " + std::to_string(kLongestMemo) + " знака. Съкратете го."));
+  }
+  return Done{};
+}
+
 Answer<Done> CheckNewValue(const FieldDef& field, const Variant& value) {
   const std::string* text = value.AsString();
   if (text && HasControlCharacters(*text, field.kind)) {
@@ -37,7 +65,7 @@ Answer<Done> CheckNewValue(const FieldDef& field, const Variant& value) {
   if (field.Is(Required) && value.IsEmpty()) {
     return Refused("Попълнете стойност в поле „" + std::string(field.label) + "“.");
   }
-  return Done{};
+  return CheckBounds(field, value);
 }
 
 /// The values under the contract's names; `changed` are new values, which are checked further.
