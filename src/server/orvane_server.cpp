@@ -41,7 +41,6 @@ Answer<RenderedSearch> Render(KeptSearches& kept, const Work& work, const FetchR
       work.EngineKind(),
       [&who](const CatalogueTable& table) { return MayRead(who, table); },
       [&work](const CatalogueTable& table) { return SearchVisibility(work, table.name); },
-      {},
       work.Today(),
       work.Zone()};
   return kept.Render(input);

@@ -1,5 +1,6 @@
 #include "wire/codec.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -111,6 +112,19 @@ bool DecodeDate(std::int32_t days, Variant& value) {
   return days >= kRow.lowest && days <= kRow.highest;
 }
 
+/// Moments of the days that a Date may be: neither engine has others.
+bool IsMoment(std::int64_t micros) {
+  constexpr ValueKindRow kDays = RowOf(ValueKind::Date);
+  constexpr std::int64_t kDay = 86'400'000'000;
+  return micros >= kDays.lowest * kDay && micros < (kDays.highest + 1) * kDay;
+}
+
+/// Whether a column of stamps holds no other.
+bool HoldsMoments(const PacketColumn& column) {
+  return column.kind != ValueKind::Stamp ||
+         std::all_of(column.integers.begin(), column.integers.end(), IsMoment);
+}
+
 bool DecodePacket(v1::Packet& message, Variant& value) {
   DataPacket packet;
   if (!Decode(message, packet)) return false;
@@ -142,7 +156,7 @@ bool DecodeValue(v1::Value& message, Variant& value, int depth) {
       return DecodeDate(message.date(), value);
     case v1::Value::kStamp:
       value = Stamp{message.stamp()};
-      return true;
+      return IsMoment(message.stamp());
     case v1::Value::kText:
       return DecodeText(*message.mutable_text(), value);
     case v1::Value::kPacket:
@@ -275,7 +289,8 @@ bool Decode(v1::Packet& message, DataPacket& packet) {
   }
   packet.rowCount = message.row_count();
   packet.continuation = std::move(*message.mutable_continuation());
-  return packet.IsSound();
+  return packet.IsSound() &&
+         std::all_of(packet.columns.begin(), packet.columns.end(), HoldsMoments);
 }
 
 void Encode(const Caller& caller, v1::Caller& message) {

@@ -18,7 +18,6 @@ Answer<RenderedSearch> Ask(const std::string& sql, const NamedValues& params = k
                        [](const CatalogueTable&) { return true; },
                        [](const CatalogueTable&) { return RowPredicate{}; },
                        {},
-                       {},
                        {}});
 }
 
@@ -27,6 +26,13 @@ std::string Repeated(const std::string& text, int times) {
   for (int i = 0; i < times; ++i)
     repeated += text;
   return repeated;
+}
+
+std::string Columns(int count) {
+  std::string columns;
+  for (int i = 1; i <= count; ++i)
+    columns += ", 1 a" + std::to_string(i);
+  return columns;
 }
 
 TEST(DialectRefusals, NameLineAndColumn) {
@@ -99,10 +105,10 @@ TEST(DialectRefusals, NameLineAndColumn) {
       {"DECLARE @A INT SET @A = Code " + select, "1:25", "параметър"},
       {"DECLARE @A INT SET @A = 'x' " + select, "1:25", "вида"},
       // kinds
-      {select + " WHERE Code = 'five'", "1:37", "различен вид"},
-      {select + " WHERE Code = :Text", "1:37", "различен вид"},
-      {select + " WHERE Name = 5", "1:37", "различен вид"},
-      {select + " WHERE Code = 1.5", "1:37", "различен вид"},
+      {select + " WHERE Code = 'five'", "1:44", "различен вид"},
+      {select + " WHERE Code = :Text", "1:44", "различен вид"},
+      {select + " WHERE Name = 5", "1:44", "различен вид"},
+      {select + " WHERE Code = 1.5", "1:44", "различен вид"},
       {select + " WHERE Code = Name", "1:37", "различен вид"},
       {select + " WHERE Code IN (1, 'x')", "1:49", "различен вид"},
       {select + " WHERE Code IN (SELECT Name FROM Currencies)", "1:37", "различен вид"},
@@ -115,21 +121,39 @@ TEST(DialectRefusals, NameLineAndColumn) {
       {select + " WHERE Code = (1 = 1)", "1:45", "стойност"},
       {"SELECT Name - Name2 x FROM KindSupplies", "1:8", "числа"},
       {"SELECT CASE Code WHEN 1 THEN 2 ELSE Name END x FROM KindSupplies", "1:8", "различен вид"},
-      {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '2026-03-05'", "1:44",
+      {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '2026-03-05'", "1:57",
        "различен вид"},
-      {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '31.02.2026'", "1:44",
+      {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '31.02.2026'", "1:57",
        "различен вид"},
       {"SELECT CAST(Name AS DATE) x FROM KindSupplies", "1:21", "VARCHAR"},
       {"SELECT CAST(Name AS INT) x FROM KindSupplies", "1:8", "INT"},
       {"SELECT CAST(Name AS VARCHAR(0)) x FROM KindSupplies", "1:29", "дължина"},
       {select + " ORDER BY 1", "1:40", "номер"},
       {"SELECT DISTINCT Code FROM KindSupplies ORDER BY Name", "1:49", "DISTINCT"},
-      {select + " WHERE Code = 9999999999999999999", "1:44", "извън"},
+      {select + " WHERE Code = 9999999999999999999", "1:44", "„9999999999999999999“ е извън"},
+      {select + " WHERE Code + 999999999999999 > 1", "1:37", "„999999999999999“ е извън"},
+      // names what is wrong, and not more than 80 characters of it
+      {select + " WHERE Code = '" + Repeated("щ", 81) + "'", "1:44",
+       "„" + Repeated("щ", 80) + "…“ е от различен вид"},
+      {"SELECT " + Repeated("n", 90) + " FROM KindSupplies", "1:8", "„" + Repeated("n", 80) + "…“"},
+      // an alias holds in its own SELECT; a MAX is of the rows it stands with
+      {"SELECT Code A FROM KindSupplies WHERE Code IN (SELECT Code FROM Currencies WHERE A = 1)",
+       "1:82", "„A“"},
+      {"SELECT Code A FROM KindSupplies k WHERE Code = (SELECT MAX(k.Code) FROM Currencies)",
+       "1:56", "MAX"},
       // size
       {select + " WHERE " + Repeated("(", 40) + "1=1" + Repeated(")", 40), "1:53", "дълбоко"},
       {select + " WHERE Code = " + Repeated("1+", 40) + "1", "1:110", "дълъг"},
       {select + " WHERE Code IN (1" + Repeated(",1", 4000) + ")", "1:6040", "много части"},
       {select + Repeated(" ", 40000), "1:1", "дълъг"},
+      {"SELECT 1 a0" + Columns(300) + " FROM KindSupplies", "1:2188", "много колони"},
+      // short statements that would be written in millions of characters
+      {select + " WHERE " + Repeated("CASE ", 24) + "Code" +
+           Repeated(" WHEN 1 THEN 2 WHEN 2 THEN 3 WHEN 4 THEN 5 END", 24) + " = 1",
+       "1:157", "твърде дълга"},
+      {"SELECT Code" + Repeated(" + Code", 30) + " A FROM KindSupplies WHERE A = 1" +
+           Repeated(" OR A = 1", 400),
+       "1:2595", "твърде дълга"},
       {"SELECT a1.Code FROM Measures a1 " +
            [] {
              std::string joins;
@@ -167,6 +191,16 @@ TEST(DialectRefusals, NothingOfTheAskersTextReachesTheEngine) {
   for (const char* part : {"Evil", "Sneaky", "DROP", "77123", "zzz", "--", "'", ";"}) {
     EXPECT_EQ(answer->statement.text.find(part), std::string::npos) << answer->statement.text;
   }
+}
+
+TEST(DialectRefusals, ReadingEndsInTime) {
+  const NamedValues none;
+  SearchInput input{"SELECT Code FROM KindSupplies WHERE Code = 1", none};
+  ASSERT_TRUE(RenderSearch(input));
+  input.readMilliseconds = 0;
+  const auto late = RenderSearch(input);
+  ASSERT_FALSE(late);
+  EXPECT_NE(late.GetFailure().message.find("твърде дълго"), std::string::npos);
 }
 
 TEST(DialectRefusals, TablesAreReadOnlyFromWhereTheyMayBe) {

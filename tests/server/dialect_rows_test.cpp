@@ -10,6 +10,13 @@ struct Search {
   std::string rows;
 };
 
+std::string Many(const std::string& text, int times) {
+  std::string many;
+  for (int i = 0; i < times; ++i)
+    many += text;
+  return many;
+}
+
 std::string Finds(DialectWorld& world, const std::string& sql, const NamedValues& params = {}) {
   Asking asking;
   asking.params = params;
@@ -42,6 +49,13 @@ TEST_P(DialectOnEngine, TextsAreFoundByTheirFold) {
       {"Name LIKE 'стоки'", "1"},
       {"Name LIKE ''", ""},
       {"Name2 LIKE '%'", "1; 3; 4; 5; 6"},
+      {"Name2 NOT LIKE '%'", ""},
+      {"NOT (Name2 LIKE '%')", ""},
+      {"CAST(Name AS VARCHAR(6)) = 'стоки'", "1; 2"},
+      {"CAST(Name AS VARCHAR(6)) LIKE 'УСЛУГ_'", "3; 4"},
+      {"CAST(Code AS VARCHAR(3)) = '3 '", "3"},
+      {"Code IS NULL OR " + Many("Code IS NULL OR ", 1200) + "Code = 2", "2"},
+      {"NOT (Code IS NULL OR " + Many("Code IS NULL OR ", 1200) + "Code <> 2)", "2"},
       {"Name2 LIKE '%[%]%'", "3"},
       {"Name2 LIKE 'a[_]%'", "4"},
       {"Name2 LIKE '%A_B%'", "4; 5"},
@@ -64,15 +78,23 @@ TEST_P(DialectOnEngine, TextsAreFoundByTheirFold) {
                     {{"Quoted", "УСЛУГИ"}, {"Nothing", Variant()}}),
               search.rows);
   }
+  EXPECT_EQ(Finds(world, "SELECT DISTINCT CAST(Name AS VARCHAR(3)) N FROM KindSupplies ORDER BY N"),
+            "c\\d; СТО; Сто; Усл; усл")
+      << "each once, however the whole texts go on";
+  EXPECT_EQ(Finds(world,
+                  "DECLARE @A INT, @B INT SET @B = 2 SET @A = @B SET @B = 9 "
+                  "SELECT Code, @B B FROM KindSupplies WHERE Code = @A"),
+            "2 9")
+      << "lines are carried out one after the other";
 }
 
 TEST_P(DialectOnEngine, ValuesMeetTheKindOfTheirColumn) {
   DialectWorld world(GetParam());
   world.Fill("SuppInvRegister", R"(
-    IdNumber | JoinedDate | Supplier | InvoiceNumberDigit | InvoiceNumberSymbol | InvoiceDate | CurrSumWithVATRb | OutsideTolerance | CreatedOn
-    1 | 04.03.2026 | 11 | 1234567890123456789 | -      | 01.03.2026 | 12,5      | 0 | 04.03.2026
-    2 | 05.03.2026 | 11 | -                   | ФА-07  | 02.03.2026 | -0,0001   | 1 | 05.03.2026
-    3 | 06.03.2026 | 12 | 7                   | -      | 03.03.2026 | -         | 0 | 06.03.2026
+    IdNumber | JoinedDate | Supplier | InvoiceNumberDigit | InvoiceNumberSymbol | InvoiceDate | CurrSumWithVATRb | OutsideTolerance | CreatedOn | CreatedFrom | AnnulFrom
+    1 | 04.03.2026 | 11 | 1234567890123456789 | -      | 01.03.2026 | 12,5      | 0 | 04.03.2026 | ivanova | -
+    2 | 05.03.2026 | 11 | -                   | ФА-07  | 02.03.2026 | -0,0001   | 1 | 05.03.2026 | -       | Petrov
+    3 | 06.03.2026 | 12 | 7                   | -      | 03.03.2026 | -         | 0 | 06.03.2026 | -       | -
   )");
   const Search kSearches[] = {
       {"JoinedDate = '05.03.2026'", "2"},
@@ -90,6 +112,10 @@ TEST_P(DialectOnEngine, ValuesMeetTheKindOfTheirColumn) {
       {"InvoiceNumberDigit = 1234567890123456789", "1"},
       {"InvoiceNumber = '7'", "3"},
       {"InvoiceNumber = 'ФА-07'", "2"},
+      {"InvoiceNumber = 'фа-07 '", "2"},
+      {"InvoiceNumber LIKE 'Фа%7'", "2"},
+      {"CreatedFrom LIKE 'IVAN%'", "1"},
+      {"AnnulFrom LIKE '_ETROV'", "2"},
       {"12 <= Supplier", "3"},
       {"Supplier < 12 AND 1 > :Half AND :Half = 0.5 AND '05.03.2026' > :Day", "1; 2"},
       {"Supplier = 99999999999", ""},
@@ -114,6 +140,12 @@ TEST_P(DialectOnEngine, ValuesMeetTheKindOfTheirColumn) {
                   "JoinedDate, CASE OutsideTolerance WHEN 1 THEN 'да' ELSE 'не' END Outside "
                   "FROM dbo.SuppInvRegister s"),
             "1234 12.5000 04.03.2026 не; ФА-0 -0.0001 05.03.2026 да; 7 - 06.03.2026 не");
+  EXPECT_EQ(Finds(world,
+                  "SELECT ISNULL(DocumentType, -1) a, ISNULL(DocumentType, 300) b, "
+                  "CASE OutsideTolerance WHEN 0 THEN OutsideTolerance ELSE 70000 END c "
+                  "FROM SuppInvRegister"),
+            "-1 300 0; -1 300 70000; -1 300 0")
+      << "a constant wider than its column";
 }
 
 TEST_P(DialectOnEngine, QuantitiesOfAnOrderAreDerivedFromWhatStandsOnIt) {
@@ -186,6 +218,12 @@ TEST_P(DialectOnEngine, AContractIsActiveFromItsSigningToItsEnd) {
     7 | 01.01.2026 | -          | 06.03.2026 | 0
   )");
   EXPECT_EQ(Finds(world, "SELECT IdNumber FROM SuppliesContracts WHERE Active = 1"), "1; 4; 5; 7");
+  world.Fill("Partners", "Partner | Name\n 8 | Осма");
+  EXPECT_EQ(Finds(world,
+                  "SELECT p.Partner, c.Active FROM Partners p LEFT JOIN SuppliesContracts c ON "
+                  "c.Supplier = p.Partner"),
+            "8 -")
+      << "of a row that is not there nothing is derived";
 }
 
 TEST_P(DialectOnEngine, TheLanguageAskedForGivesTheNameItsOrderAndItsSearch) {
@@ -220,6 +258,10 @@ TEST_P(DialectOnEngine, OuterJoinsKeepRowsWithoutAPartner) {
   EXPECT_EQ(Finds(world, sql + "ORDER BY p.Name"), "1 2; 2 -; 3 -");
   EXPECT_EQ(Finds(world, sql + "ORDER BY s.KindInvoice DESC, p.Name DESC"), "1 2; 3 -; 2 -");
   EXPECT_EQ(Finds(world, sql + "WHERE s.Code IS NULL"), "2 -; 3 -");
+  EXPECT_EQ(Finds(world,
+                  "SELECT DISTINCT s.Code FROM Partners p LEFT JOIN SupplyInvoiceDescr s ON "
+                  "p.SupplyInvoiceDescr = s.Code"),
+            "-; 5");
 }
 
 TEST_P(DialectOnEngine, OnlyRowsThatTheAskerSeesAreFoundAlsoThroughParts) {
@@ -249,6 +291,79 @@ TEST_P(DialectOnEngine, OnlyRowsThatTheAskerSeesAreFoundAlsoThroughParts) {
                        "PurchaseOrder p ON p.CostCenter = c.CostCenter AND p.POIdNumber > 1",
                        asking),
             "1 -; 2 3");
+}
+
+TEST_P(DialectOnEngine, QuantitiesAreAddedAlikeOnBothEngines) {
+  DialectWorld world(GetParam());
+  world.Fill("PurchaseOrderDet", R"(
+    PurchaseOrderId | PurchaseOrderVer | RowNumber | Quantity
+    1 | 1 | 1 | 1234567890.123457
+    1 | 1 | 2 | -0.0
+    1 | 1 | 3 | 0.3
+  )");
+  EXPECT_EQ(Finds(world,
+                  "SELECT RowNumber, Quantity, Quantity - 0.1 less, Quantity + :More more FROM "
+                  "PurchaseOrderDet",
+                  {{"More", -0.0}}),
+            "1 1234567890.123457 1234567890.023457 1234567890.123457; 2 0 -0.1 0; 3 0.3 0.2 0.3");
+}
+
+TEST_P(DialectOnEngine, HiddenRowsAnswerNeitherByErrorsNorByTime) {
+  DialectWorld world(GetParam());
+  world.Fill("CostCenters", "CostCenter | Name\n 1 | Цех\n 77 | Тайна");
+  world.Fill("PurchaseOrder", R"(
+    POIdNumber | POVersion | CostCenter | Supplier            | Description
+    1          | 1         | 1          | 5                   | Ламарина
+    2          | 1         | 77         | 9223372036854775807 | Злато
+  )");
+  world.Fill("PurchaseOrderDet", R"(
+    PurchaseOrderId | PurchaseOrderVer | RowNumber | SerialNumber
+    1 | 1 | 1 | 7
+    2 | 1 | 1 | 7
+  )");
+  std::vector<VariantArray> partners;
+  for (int i = 1; i <= 400; ++i)
+    partners.push_back({i, "Фирма " + std::to_string(i)});
+  world.FillRows("Partners", {"Partner", "Name"}, partners);
+  Asking asking;
+  asking.predicate = {
+      "exists (select 1 from CostCenters v where v.CostCenter = {t}.CostCenter and v.Name = ?1)",
+      {"Цех"}};
+  const std::string orders = "SELECT POIdNumber FROM PurchaseOrder o ";
+  const std::string slow =
+      "(SELECT MAX(a.Partner) FROM Partners a INNER JOIN Partners b ON b.Partner <> a.Partner)";
+  const Search kSearches[] = {
+      {orders + "WHERE Supplier + CostCenter > 0", "1"},
+      {orders + "WHERE NOT (Supplier + CostCenter > 0)", ""},
+      {orders + "WHERE CostCenter = 77 AND Supplier > " + slow, ""},
+      {orders + "WHERE CostCenter = 77 AND Supplier IN " + slow, ""},
+      {orders + "WHERE CostCenter = 77 AND Description LIKE '%л%т%'", ""},
+      {orders + "INNER JOIN Partners p ON p.Partner = 1 AND o.Supplier + o.CostCenter > p.Partner",
+       "1"},
+      {"SELECT c.CostCenter, o.POIdNumber FROM CostCenters c LEFT JOIN PurchaseOrder o ON "
+       "o.CostCenter = c.CostCenter AND o.Supplier + o.CostCenter > 0",
+       "1 1; 77 -"},
+      {"SELECT c.CostCenter FROM CostCenters c LEFT JOIN PurchaseOrder o ON "
+       "o.CostCenter = c.CostCenter WHERE o.POVersion = 1 AND o.Supplier + o.CostCenter > 0",
+       "1"},
+      {"SELECT c.CostCenter FROM CostCenters c LEFT JOIN PurchaseOrder o ON "
+       "o.CostCenter = c.CostCenter WHERE ISNULL(o.Supplier + o.CostCenter, 0) = 0",
+       "77"},
+      {"SELECT PurchaseOrderId FROM PurchaseOrderDet d WHERE PurchaseOrderId = 2 AND SerialNumber "
+       "< "
+       "(SELECT MAX(o.Supplier + o.CostCenter) FROM PurchaseOrder o WHERE o.POIdNumber = "
+       "d.PurchaseOrderId)",
+       ""},
+      {"SELECT DISTINCT POIdNumber, POVersion FROM PurchaseOrder o INNER JOIN Partners a ON 1 = 1 "
+       "INNER JOIN Partners b ON b.Partner > a.Partner AND b.Partner < 0 WHERE CostCenter = 77",
+       ""},
+  };
+  for (const Search& search : kSearches) {
+    SCOPED_TRACE(search.rest);
+    const std::int64_t before = world.Data().Counters().machineSteps;
+    EXPECT_EQ(world.Rows(search.rest, asking), search.rows);
+    EXPECT_LT(world.Data().Counters().machineSteps - before, 20'000) << "the slow part was begun";
+  }
 }
 
 }  // namespace

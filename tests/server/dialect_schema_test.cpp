@@ -22,7 +22,7 @@ SchemaColumns ColumnsOf(Database& database, std::string_view table) {
   statement.text = postgres ? "select column_name, data_type, case is_nullable when 'YES' then 1 "
                               "else 0 end from information_schema.columns where table_name = ?1"
                             : "select name, lower(type), 1 - \"notnull\" from "
-                              "pragma_table_info(?1)";
+                              "pragma_table_xinfo(?1)";
   statement.params = {postgres ? Fold(table) : std::string(table)};
   statement.columns = {{"name", ValueKind::Memo, 0},
                        {"type", ValueKind::Memo, 0},
@@ -75,28 +75,27 @@ void ExpectColumn(const SchemaColumns& schema, const std::string& name,
 
 TEST_P(DialectOnEngine, EveryColumnOfTheCatalogueIsInTheSchema) {
   const auto database = FreshDatabase(GetParam());
-  std::string missing;
   for (const CatalogueTable& table : SearchCatalogue()) {
     SCOPED_TRACE(table.name);
     const SchemaColumns schema = ColumnsOf(*database, table.stored);
-    if (schema.empty()) missing += " " + std::string(table.stored);
+    EXPECT_FALSE(schema.empty()) << "what is listed can be read";
     for (const CatalogueColumn& column : table.columns) {
-      if (schema.empty() || !column.expression.empty()) continue;
+      if (RowOf(column.kind).storage == Storage::Text) {
+        EXPECT_TRUE(column.Is(kFolded)) << column.name << " is searched with case";
+      }
+      if (!column.expression.empty()) continue;
       const std::string name(column.name);
       ExpectColumn(schema, name, column, GetParam());
       if (column.Is(kFolded)) ExpectColumn(schema, "Fold" + name, column, GetParam());
     }
   }
-  if (!missing.empty()) GTEST_SKIP() << "not in the schema yet:" << missing;
 }
 
 TEST_P(DialectOnEngine, EveryTableOfTheSchemaIsSearchedBehindTheFence) {
   const auto database = FreshDatabase(GetParam());
   const NamedValues none;
   const Statement guard{"select 1", {}, {{"one", ValueKind::Int32, 0}}};
-  int searched = 0;
   for (const CatalogueTable& table : SearchCatalogue()) {
-    if (ColumnsOf(*database, table.stored).empty()) continue;
     std::string columns;
     std::string conditions;
     for (const CatalogueColumn& column : table.columns) {
@@ -114,9 +113,7 @@ TEST_P(DialectOnEngine, EveryTableOfTheSchemaIsSearchedBehindTheFence) {
     auto packets = database->Search(guard, {&search->statement, 1}, {});
     ASSERT_TRUE(packets) << packets.GetFailure().text << "\n" << search->statement.text;
     EXPECT_TRUE(FinishPortion(*search, std::move(packets->back())).IsSound());
-    ++searched;
   }
-  EXPECT_GE(searched, 4);
 }
 
 TEST_P(DialectOnEngine, NomenclaturesAreFoundInTheMigratedDatabase) {

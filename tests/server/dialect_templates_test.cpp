@@ -241,11 +241,6 @@ std::vector<std::string> SupplyTemplates() {
   };
 }
 
-/// The setting as the asker knows it.
-NamedValues Identity(const Variant& value) {
-  return {{"DescrBaseSupplyList.IdentityWithNom", value}};
-}
-
 const NamedValues kParams = {
     {"FirstLanguage", false},
     {"Begins", "сто%"},
@@ -283,31 +278,35 @@ TEST_P(DialectOnEngine, EveryTemplateIsUnderstoodAndRuns) {
   }
 }
 
-TEST_P(DialectOnEngine, EverySearchOfTheSupplyListRunsUnderEitherSetting) {
+TEST_P(DialectOnEngine, EverySearchOfTheSupplyListRuns) {
   DialectWorld world(GetParam());
   for (const std::string& sql : SupplyTemplates()) {
-    for (const NamedValues& settings : {NamedValues{}, Identity({}), Identity(0), Identity(1)}) {
-      const Asking asking{kParams, 80, {}, settings};
-      EXPECT_EQ(world.Rows(sql + " ORDER BY cbName", asking), "") << sql;
-      EXPECT_EQ(world.Rows(sql + " AND cbName2 LIKE :Begins ORDER BY cbName2", asking), "") << sql;
-      EXPECT_EQ(world.Rows(sql + " AND " + kSupplyNames + " LIKE :Contains ORDER BY B.SerialNumber",
-                           asking),
-                "")
-          << sql;
-    }
+    const Asking asking{kParams, 80};
+    EXPECT_EQ(world.Rows(sql + " ORDER BY cbName", asking), "") << sql;
+    EXPECT_EQ(world.Rows(sql + " AND cbName2 LIKE :Begins ORDER BY cbName2", asking), "") << sql;
+    EXPECT_EQ(world.Rows(sql + " AND " + kSupplyNames + " LIKE :Contains ORDER BY B.SerialNumber",
+                         asking),
+              "")
+        << sql;
   }
 }
 
-constexpr char kSupplyWorld[] = R"(
+/// Entries as the server keeps them under the setting, 0 or 1.
+void FillSupply(DialectWorld& world, int identity) {
+  const char* entries[] = {R"(
+    SerialNumber | Kind | InventoryCode | ServiceCode | Name   | Name2 | Measure | EffectiveName
+    1            | 1    | 10            | -           | Ютия   | Iron  | 100     | Ютия
+    2            | 2    | -             | 20          | Бор    | Pine  | 200     | Бор
+    3            | 1    | 11            | -           | Ангро  | -     | 100     | Ангро
+)",
+                           R"(
     SerialNumber | Kind | InventoryCode | ServiceCode | Name   | Name2 | Measure | EffectiveName
     1            | 1    | 10            | -           | Ютия   | Iron  | 100     | Арматура
     2            | 2    | -             | 20          | Бор    | Pine  | 200     | Ремонт
     3            | 1    | 11            | -           | Ангро  | -     | 100     | Забранен
-)";
-
-TEST_P(DialectOnEngine, TheSupplyListShowsTheNameThatTheSettingChooses) {
-  DialectWorld world(GetParam());
-  world.Fill("BaseSupplyList", kSupplyWorld);
+)"};
+  world.Fill("BaseSupplyList", entries[identity]);
+  world.Fill("DescrBaseSupplyList", "IdentityWithNom\n " + std::to_string(identity));
   world.Fill("MaterialStocks", R"(
     IdNumber | Name     | Measure | RoundQuantity | SuppForbiddenFrom | SuppActiveFrom
     10       | Арматура | 101     | 3             | 06.03.2026        | 05.03.2026
@@ -330,6 +329,13 @@ TEST_P(DialectOnEngine, TheSupplyListShowsTheNameThatTheSettingChooses) {
     4 | 1 | 01.04.2026
     5 | 1 | 01.03.2026
   )");
+}
+
+TEST_P(DialectOnEngine, TheSupplyListShowsTheNameThatTheSettingChooses) {
+  DialectWorld own(GetParam());
+  FillSupply(own, 0);
+  DialectWorld named(GetParam());
+  FillSupply(named, 1);
   const std::string iron = "1 10 - Ютия Iron 100 101 - - - 3";
   const std::string pine = "2 - 20 Бор Pine 200 - - - 201 1";
   const std::string ironOfMaterial = "1 10 - Арматура - 100 101 - - - 3";
@@ -355,35 +361,55 @@ TEST_P(DialectOnEngine, TheSupplyListShowsTheNameThatTheSettingChooses) {
   };
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
-    const Asking asking{{}, 80, {}, Identity(row.identity)};
-    const std::string sql = SupplyTemplates()[row.number] + " ORDER BY cbName";
-    EXPECT_EQ(world.Rows(sql, asking), row.expected);
+    DialectWorld& world = row.identity == 0 ? own : named;
+    const std::string sql = SupplyTemplates()[row.number];
+    EXPECT_EQ(world.Rows(sql + " ORDER BY cbName"), row.expected);
+    EXPECT_EQ(world.Rows(sql + " AND cbName LIKE 'РЕМ%'"), row.identity == 0 ? "" : pineOfService);
   }
-  world.Fill("DescrBaseSupplyList", "IdentityWithNom\n 1");
-  for (const Row& row : kRows) {
-    if (row.identity == 0) continue;
-    SCOPED_TRACE(std::string(row.name) + ", the setting read with the rows");
-    const Asking asking{{}, 80, {}, {}};
-    EXPECT_EQ(world.Rows(SupplyTemplates()[row.number] + " ORDER BY cbName", asking), row.expected);
-    EXPECT_EQ(world.Rows(SupplyTemplates()[row.number] + " AND cbName LIKE 'РЕМ%'", asking),
-              pineOfService);
-  }
+}
+
+TEST_P(DialectOnEngine, OnlyTheNameThatTheSettingChoosesIsTheOneThatIsKept) {
+  DialectWorld own(GetParam());
+  FillSupply(own, 0);
+  DialectWorld named(GetParam());
+  FillSupply(named, 1);
+  const std::string kind = "CASE B.Kind WHEN 1 THEN M.Name WHEN 2 THEN S.Name END";
+  const auto sql = [](const std::string& name, const std::string& onMaterial,
+                      const std::string& onSetting) {
+    return "SELECT B.SerialNumber, " + name +
+           " n FROM BaseSupplyList B LEFT JOIN MaterialStocks M ON B.InventoryCode = M.IdNumber" +
+           onMaterial + " LEFT JOIN Services S ON S.Code = B.ServiceCode LEFT JOIN " +
+           "DescrBaseSupplyList D ON " + onSetting + " WHERE n >= 'а' AND n < 'с' ORDER BY n";
+  };
+  const std::string chosen =
+      "CASE ISNULL(D.IdentityWithNom, 0) WHEN 1 THEN " + kind + " ELSE B.Name END";
+  const struct {
+    const char* what;
+    DialectWorld& world;
+    std::string sql;
+    const char* rows;
+  } kRows[] = {
+      {"chosen", named, sql(chosen, "", "1 = 1"), "1 Арматура; 3 Забранен; 2 Ремонт"},
+      {"no branch asks for the setting", own, sql(kind, "", "1 = 1"),
+       "1 Арматура; 3 Забранен; 2 Ремонт"},
+      {"a row of the material may be missing", named, sql(chosen, " AND M.Measure = 102", "1 = 1"),
+       "3 Забранен; 2 Ремонт"},
+      {"the setting may be missing", named, sql(chosen, "", "D.IdentityWithNom = 0"),
+       "3 Ангро; 2 Бор"},
+  };
+  for (const auto& row : kRows)
+    EXPECT_EQ(row.world.Rows(row.sql), row.rows) << row.what;
 }
 
 TEST(DialectPlans, TheSupplyListIsReadAlongTheIndexOfItsOrder) {
   DialectWorld world(Engine::Sqlite);
   const auto templates = SupplyTemplates();
   for (const std::size_t number : {std::size_t{0}, std::size_t{3}}) {
-    for (const NamedValues& settings : {NamedValues{}, Identity(0), Identity(1)}) {
-      const Asking asking{kParams, 80, {}, settings};
-      const bool own = settings == Identity(0);
-      for (const char* rest : {" ORDER BY cbName", " AND cbName LIKE :Begins ORDER BY cbName"}) {
-        const std::string plan = world.Plan(templates[number] + rest, asking);
-        EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << plan;
-        const char* index = own ? "FoldName" : "FoldEffectiveName";
-        EXPECT_NE(plan.find(std::string("INDEX BaseSupplyListBy") + index), std::string::npos)
-            << plan;
-      }
+    const Asking asking{kParams, 80};
+    for (const char* rest : {" ORDER BY cbName", " AND cbName LIKE :Begins ORDER BY cbName"}) {
+      const std::string plan = world.Plan(templates[number] + rest, asking);
+      EXPECT_EQ(plan.find("TEMP B-TREE"), std::string::npos) << plan;
+      EXPECT_NE(plan.find("INDEX BaseSupplyListByFoldEffectiveName"), std::string::npos) << plan;
     }
   }
 }

@@ -51,7 +51,7 @@ std::string CreateTable(const CatalogueTable& table, Engine engine) {
     columns += ", Fold" + std::string(column.name) + " " + TypeOf(column.kind, engine);
   if (!keys.empty()) columns += ", primary key (" + keys + ")";
   for (const CatalogueColumn& column : table.columns) {
-    if (!column.Is(kFolded) || column.Is(kKeyColumn)) continue;
+    if (!column.Is(kFolded) || column.Is(kKeyColumn) || !column.expression.empty()) continue;
     const std::string fold = "Fold" + std::string(column.name);
     const bool nullsFirst = engine == Engine::Postgres && column.MayBeNull();
     indexes += "create index " + std::string(table.stored) + "By" + fold + " on " +
@@ -202,7 +202,6 @@ Answer<RenderedSearch> DialectWorld::Render(const std::string& sql, const Asking
                           engine_,
                           [](const CatalogueTable&) { return true; },
                           [&](const CatalogueTable&) { return asking.predicate; },
-                          asking.settings,
                           *Date::FromYmd(2026, 3, 5),
                           TimeZone{}};
   auto search = RenderSearch(input);

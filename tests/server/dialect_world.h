@@ -20,7 +20,6 @@ struct Asking {
   NamedValues params = {};
   std::int32_t rowLimit = 0;
   std::string continuation = {};
-  NamedValues settings = {};
   RowPredicate predicate = {};  ///< of every document
 };
 

@@ -22,7 +22,6 @@ struct Question {
   std::string sql;
   NamedValues params = {};
   RowPredicate predicate = {};
-  NamedValues settings = {};
   int rowLimit = 80;
   int day = 20'000;
   bool mayRead = true;
@@ -37,7 +36,6 @@ struct Question {
             engine,
             [this](const CatalogueTable&) { return mayRead; },
             [this](const CatalogueTable&) { return predicate; },
-            settings,
             Date{day},
             TimeZone{}};
   }
@@ -83,18 +81,6 @@ TEST(KeptSearches, WhatDecidesTheRenderingMakesAnotherStatement) {
       {names, {entries + " AND cbName LIKE 'Лам'"}},
       {names, {entries + " AND cbName LIKE '%'"}},
       {names, {entries + " AND cbName = 'Лам%'"}},
-      {names, With(names,
-                   [](Question& q) {
-                     q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}};
-                   })},
-      {With(names,
-            [](Question& q) {
-              q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 0}};
-            }),
-       With(names,
-            [](Question& q) {
-              q.settings = {{"DescrBaseSupplyList.IdentityWithNom", 1}};
-            })},
       {names, With(names, [](Question& q) { q.rowLimit = 20; })},
       {names, With(names, [](Question& q) { q.engine = Engine::Postgres; })},
       {requests, With(requests, [](Question& q) { q.predicate = {}; })},
@@ -163,6 +149,18 @@ TEST(KeptSearches, TheOnesAskedForLastAreKept) {
   EXPECT_EQ(kept.Read(), 3);
   ask("Name");
   EXPECT_EQ(kept.Read(), 4) << "of three, the one that was not asked for longest went";
+}
+
+TEST(KeptSearches, TakeUpNoMoreThanTheyMay) {
+  constexpr std::size_t kMost = 60'000;
+  KeptSearches kept(1000, kMost);
+  std::string columns = "Code a0";
+  for (int i = 1; i < 200; ++i) {
+    columns += ", Code a" + std::to_string(i);
+    ASSERT_TRUE(kept.Render(Question{"SELECT " + columns + " FROM KindSupplies"}.Input()));
+    EXPECT_LE(kept.Bytes(), kMost);
+  }
+  EXPECT_GT(kept.Bytes(), 0u);
 }
 
 }  // namespace

@@ -47,6 +47,8 @@ TEST(Codec, RefusesValuesThatAreNone) {
       {"infinity", [](auto& v) { v.set_real(-std::numeric_limits<double>::infinity()); }},
       {"day before the first", [](auto& v) { v.set_date(-719163); }},
       {"day behind the last", [](auto& v) { v.set_date(2932897); }},
+      {"moment before the first day", [](auto& v) { v.set_stamp(-719163 * 86'400'000'000 - 1); }},
+      {"moment behind the last day", [](auto& v) { v.set_stamp(2932897 * 86'400'000'000); }},
       {"text that is no UTF-8", [](auto& v) { v.set_text("\xD0"); }},
       {"packet of no kind", [](auto& v) { v.mutable_packet()->add_columns(); }},
       {"packet of rows without columns", [](auto& v) { v.mutable_packet()->set_row_count(1); }},

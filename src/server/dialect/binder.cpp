@@ -1,6 +1,7 @@
 #include "server/dialect/binder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,10 +19,14 @@ namespace {
 
 class Binder {
  public:
-  Binder(const SearchInput& input, int literals) : input_(input), given_(literals) {}
+  using Until = std::chrono::steady_clock::time_point;
+
+  Binder(const SearchInput& input, int literals, Until until)
+      : input_(input), given_(literals), until_(until) {}
 
   Answer<BoundSearch> Run(const SyntaxStatement& statement) {
-    if (!BindVariables(statement) || !BindSelect(statement.select, bound_.select)) return *failure_;
+    const bool bound = BindVariables(statement) && BindSelect(statement.select, bound_.select);
+    if (!bound || failure_) return *failure_;
     bound_.parameters = given_.Parameters();
     bound_.open = given_.Open();
     return std::move(bound_);
@@ -49,22 +54,31 @@ class Binder {
     return false;
   }
 
+  /// Counts what stands in one place more, so that no reuse of terms makes a long statement of a
+  /// short one.
+  bool Spend(std::size_t weight, Place place) {
+    spent_ += weight;
+    if (spent_ > kMostWritten) return RefuseAll(place, "заявката става твърде дълга");
+    if (std::chrono::steady_clock::now() < until_) return true;
+    return RefuseAll(place, "заявката се чете твърде дълго");
+  }
+
   // --- DECLARE and SET
 
   bool BindVariables(const SyntaxStatement& statement) {
-    for (const SyntaxVariable& variable : statement.variables) {
-      Variant value;
-      if (variable.value) {
-        const TermPtr term = BindTerm(*variable.value);
-        if (!term) return false;
-        const std::optional<Variant> declared = Declared(variable, term->value);
-        if (!declared) {
-          return RefuseAll(variable.value->place,
-                           "стойността не е от вида на променливата „@" + variable.name + "“");
-        }
-        value = *declared;
+    for (const SyntaxVariable& variable : statement.variables)
+      variables_.push_back({variable.name, {}});
+    for (const SyntaxSet& set : statement.sets) {
+      const TermPtr term = BindTerm(*set.value);
+      if (!term) return false;
+      const SyntaxVariable& variable = statement.variables[set.variable];
+      std::optional<Variant> declared = Declared(variable, term->value);
+      if (!declared) {
+        return RefuseAll(set.value->place, "стойността " + Quoted(term->value.ToText()) +
+                                               " не е от вида на променливата " +
+                                               Quoted("@" + variable.name));
       }
-      variables_.push_back({variable.name, std::move(value)});
+      variables_[set.variable].value = *std::move(declared);
     }
     return true;
   }
@@ -97,7 +111,9 @@ class Binder {
     const bool bound = BindTables(syntax, select) && BindItems(syntax, select) &&
                        BindWhere(syntax, select) && BindOrder(syntax, select);
     scopes_.pop_back();
-    return bound;
+    if (!bound || !Spend(0, syntax.place)) return false;
+    if (WeightOf(select) <= kMostWritten) return true;
+    return RefuseAll(syntax.place, "заявката става твърде дълга");
   }
 
   bool BindTables(const SyntaxSelect& syntax, TypedSelect& select) {
@@ -105,7 +121,7 @@ class Binder {
       TypedTable table;
       table.table = FindCatalogueTable(written.name);
       if (table.table == nullptr) {
-        return RefuseAll(written.place, "непозната таблица „" + written.name + "“");
+        return RefuseAll(written.place, "непозната таблица " + Quoted(written.name));
       }
       if (!MayReadHere(*table.table)) return false;
       table.number = ++lastTable_;
@@ -114,7 +130,8 @@ class Binder {
       table.join = written.join;
       const auto same = [&](const TypedTable& other) { return SameName(other.alias, table.alias); };
       if (std::any_of(select.tables.begin(), select.tables.end(), same)) {
-        return RefuseAll(written.place, "името „" + table.alias + "“ е дадено на две таблици");
+        return RefuseAll(written.place,
+                         "името " + Quoted(table.alias) + " е дадено на две таблици");
       }
       if (table.table->rows == RowsSeen::Visible)
         table.predicate = PredicateOf(*table.table, input_.visibility);
@@ -155,7 +172,7 @@ class Binder {
       }
       const auto same = [&](const TypedItem& other) { return SameName(other.name, item.name); };
       if (!nested && std::any_of(select.items.begin(), select.items.end(), same)) {
-        return RefuseAll(written.place, "две колони се казват „" + item.name + "“");
+        return RefuseAll(written.place, "две колони се казват " + Quoted(item.name));
       }
       select.items.push_back(std::move(item));
     }
@@ -184,7 +201,7 @@ class Binder {
         return RefuseAll(written.value->place, "подрежда се по име на колона, не по номер");
       }
       const TermPtr value = item != nullptr ? item->value : BindTerm(*written.value);
-      if (!value) return false;
+      if (!value || !Spend(value->weight, written.value->place)) return false;
       if (select.distinct && item == nullptr && !IsAmongItems(select, *value)) {
         return RefuseAll(written.value->place, "при DISTINCT се подрежда само по прочетена колона");
       }
@@ -254,7 +271,8 @@ class Binder {
 
   TermPtr BindNumber(const SyntaxExpr& syntax) {
     std::optional<Variant> number = NumberConstant(syntax.text, syntax.kind == SyntaxKind::Integer);
-    if (!number) return Refuse(syntax.place, "числото е извън допустимото");
+    if (!number)
+      return Refuse(syntax.place, "числото " + Quoted(syntax.text) + " е извън допустимото");
     return given_.MakeLiteral(*std::move(number), syntax.place, syntax.literal);
   }
 
@@ -268,11 +286,11 @@ class Binder {
     }
     const Variant* value = FindValue(input_.params, syntax.text);
     if (value == nullptr) {
-      return Refuse(syntax.place, "няма стойност за параметър „" + syntax.text + "“");
+      return Refuse(syntax.place, "няма стойност за параметър " + Quoted(syntax.text));
     }
     std::optional<Variant> plain = PlainParameter(*value);
     if (!plain) {
-      return Refuse(syntax.place, "параметърът „" + syntax.text + "“ не е проста стойност");
+      return Refuse(syntax.place, "параметърът " + Quoted(syntax.text) + " не е проста стойност");
     }
     return given_.MakeParameter(*std::move(plain), syntax.place, syntax.text);
   }
@@ -281,16 +299,19 @@ class Binder {
     for (auto scope = scopes_.rbegin(); scope != scopes_.rend(); ++scope) {
       std::vector<TermPtr> found = FindColumns(*scope->select, syntax);
       if (failure_) return nullptr;
-      const bool plain = syntax.table.empty() && scope->itemsBound;
+      // An alias holds where the SELECT that gives it is searched and ordered, not further in.
+      const bool plain = scopes_.size() == 1 && syntax.table.empty() && scope->itemsBound;
       const TypedItem* item = plain ? FindItem(*scope->select, syntax.text) : nullptr;
       if (found.size() == 1) return found.front();
-      if (item != nullptr) return item->value;
+      if (item != nullptr) {
+        return Spend(item->value->weight, syntax.place) ? item->value : nullptr;
+      }
       if (found.size() > 1) {
-        return Refuse(syntax.place, "колоната „" + syntax.text + "“ е в няколко таблици");
+        return Refuse(syntax.place, "колоната " + Quoted(syntax.text) + " е в няколко таблици");
       }
     }
     const std::string name = syntax.table.empty() ? syntax.text : syntax.table + "." + syntax.text;
-    return Refuse(syntax.place, "непозната колона „" + name + "“");
+    return Refuse(syntax.place, "непозната колона " + Quoted(name));
   }
 
   std::vector<TermPtr> FindColumns(const TypedSelect& select, const SyntaxExpr& syntax) {
@@ -299,20 +320,9 @@ class Binder {
       if (!syntax.table.empty() && !SameName(table.alias, syntax.table)) continue;
       const CatalogueColumn* column = table.table->Find(syntax.text);
       if (column == nullptr) continue;
-      const Variant* setting = column->Is(kSetting) ? SettingOf(*table.table, *column) : nullptr;
-      if (setting != nullptr) {
-        found.push_back(MakeTyped(Conform(*setting, column->kind, input_.zone).value_or(Variant()),
-                                  column->kind, column->size));
-      } else {
-        found.push_back(MakeColumn(table.number, *column, table.join == JoinKind::Left));
-      }
+      found.push_back(MakeColumn(table.number, *column, table.join == JoinKind::Left));
     }
     return found;
-  }
-
-  /// What the asker knows of a setting; a null pointer when it is to be read with the rows.
-  const Variant* SettingOf(const CatalogueTable& table, const CatalogueColumn& column) const {
-    return FindValue(input_.settings, std::string(table.name) + "." + std::string(column.name));
   }
 
   TermPtr BindIsNullOf(const SyntaxExpr& syntax) {
@@ -325,7 +335,7 @@ class Binder {
     if (!Unify(parts, term, syntax.place)) return nullptr;
     term.mayBeNull = parts[1]->mayBeNull;
     term.parts = std::move(parts);
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   TermPtr BindCastText(const SyntaxExpr& syntax) {
@@ -349,7 +359,7 @@ class Binder {
     term.size = size;
     term.mayBeNull = inner->mayBeNull;
     term.parts = {std::move(inner)};
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   TermPtr BindCastInt(const SyntaxExpr& syntax) {
@@ -363,7 +373,7 @@ class Binder {
     if (typed->type == ValueKind::Code || typed->type == ValueKind::Int32) return typed;
     Term term = *typed;  // whole numbers differ in their range only
     term.type = ValueKind::Int32;
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   TermPtr BindCase(const SyntaxExpr& syntax) {
@@ -396,7 +406,7 @@ class Binder {
     term.mayBeNull = std::any_of(values.begin(), values.end(),
                                  [](const TermPtr& value) { return value->mayBeNull; });
     term.parts = std::move(values);
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   ConditionPtr BindEqual(const TermPtr& operand, const SyntaxExpr& syntax) {
@@ -418,13 +428,16 @@ class Binder {
     }
     term.typed = true;
     term.type = kind.value_or(ValueKind::Int32);
+    for (const TermPtr& part : parts) {
+      if (part->IsConstant()) term.type = WideEnough(term.type, part->value);
+    }
     for (TermPtr& part : parts) {
       if (!part->IsConstant()) {
         term.size = std::max(term.size, part->size);
         continue;
       }
       const std::optional<Variant> value = Conform(part->value, term.type, input_.zone);
-      if (!value) return RefuseAll(place, "стойностите са от различен вид");
+      if (!value) return RefuseUnlike(place, *part);
       part = MakeTyped(*value, term.type, part->size);
       const std::string* text = value->AsString();
       if (text == nullptr) continue;
@@ -436,17 +449,31 @@ class Binder {
     return true;
   }
 
+  bool RefuseUnlike(Place place, const Term& part) {
+    if (part.typed) return RefuseAll(place, "стойностите са от различен вид");
+    return RefuseAll(part.place,
+                     "стойността " + Quoted(part.value.ToText()) + " е от различен вид");
+  }
+
   TermPtr BindMax(const SyntaxExpr& syntax) {
     const TermPtr inner = BindTerm(*syntax.parts[0]);
     if (!inner) return nullptr;
     const TermPtr typed = Typed(inner);
     if (IsText(*typed)) return Refuse(syntax.place, "MAX чете само числа и дати");
+    const auto& tables = scopes_.back().select->tables;
+    bool own = false;
+    VisitColumns(*typed, [&](const Term& column) {
+      own = own || std::any_of(tables.begin(), tables.end(), [&](const TypedTable& table) {
+              return table.number == column.table;
+            });
+    });
+    if (!own) return Refuse(syntax.place, "MAX чете колона от своята вложена заявка");
     Term term;
     term.kind = TermKind::Max;
     term.typed = true;
     term.type = typed->type;
     term.parts = {typed};
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   std::shared_ptr<TypedSelect> BindSubselect(const SyntaxSelect& syntax) {
@@ -470,7 +497,7 @@ class Binder {
     term.typed = true;
     term.type = select->items.front().value->type;
     term.select = select;
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   TermPtr BindNegate(const SyntaxExpr& syntax) {
@@ -489,7 +516,7 @@ class Binder {
     }
     const std::optional<double> real = inner->value.AsDouble();
     if (!real) return Refuse(syntax.place, "знак минус се допуска само пред число");
-    return MakeConstant(-*real, syntax.place);
+    return MakeConstant(0.0 - *real, syntax.place);  // there is no minus zero
   }
 
   TermPtr BindSum(const SyntaxExpr& syntax) {
@@ -503,12 +530,20 @@ class Binder {
     if (sort == Sort::Text || sort == Sort::Day || sort == Sort::Moment) {
       return Refuse(syntax.place, "събират се и се изваждат само числа");
     }
+    for (const TermPtr& part : parts) {
+      // Far from where either engine runs out of digits.
+      constexpr double kMostAdded = 1e14;
+      if (!part->IsConstant() || std::abs(part->value.AsDouble().value_or(0)) <= kMostAdded)
+        continue;
+      return Refuse(syntax.place,
+                    "числото " + Quoted(part->value.ToText()) + " е извън допустимото");
+    }
     if (sort == Sort::Number) term.type = ValueKind::Code;
     if (parts[0]->IsConstant() && parts[1]->IsConstant())
       return ConstantSum(parts, adds, syntax.place);
     term.mayBeNull = parts[0]->mayBeNull || parts[1]->mayBeNull;
     term.parts = std::move(parts);
-    return std::make_shared<const Term>(std::move(term));
+    return Shared(std::move(term));
   }
 
   TermPtr ConstantSum(const std::vector<TermPtr>& parts, bool adds, Place place) {
@@ -567,15 +602,22 @@ class Binder {
   }
 
   ConditionPtr Compare(const TermPtr& left, std::string sign, const TermPtr& right, Place place) {
+    if (!Spend(left->weight + right->weight, place)) return nullptr;
     const ConditionPtr condition = CompareTerms(
         left, std::move(sign), right, [this](const TermPtr& text) { return Folded(text); },
         input_.zone);
-    if (!condition) return RefuseCompare(place);
+    if (!condition) return RefuseCompare(place, *left, *right);
     return left->IsConstant() ? given_.OpenCompare(condition, right, *left)
                               : given_.OpenCompare(condition, left, *right);
   }
 
-  ConditionPtr RefuseCompare(Place place) {
+  /// Names the literal or parameter that does not fit, where there is one.
+  ConditionPtr RefuseCompare(Place place, const Term& left, const Term& right) {
+    for (const Term* side : {&right, &left}) {
+      if (!side->IsConstant() || side->typed) continue;
+      RefuseUnlike(place, *side);
+      return nullptr;
+    }
     return Refuse(place, "сравняват се стойности от различен вид");
   }
 
@@ -589,7 +631,7 @@ class Binder {
   ConditionPtr BindLike(const SyntaxExpr& syntax) {
     const TermPtr text = BindTerm(*syntax.parts[0]);
     const TermPtr pattern = text ? BindTerm(*syntax.parts[1]) : nullptr;
-    if (!pattern) return nullptr;
+    if (!pattern || !Spend(2 * text->weight, syntax.place)) return nullptr;
     if (text->IsNull() || pattern->IsNull()) return MakeTruth(Truth::Unknown);
     const std::string* written = pattern->value.AsString();
     if (!pattern->IsConstant() || written == nullptr) {
@@ -600,7 +642,9 @@ class Binder {
     }
     const TermPtr fold = Folded(text);
     const std::optional<LikePattern> like = ReadLikePattern(*written, fold != nullptr);
-    if (!like) return Refuse(syntax.parts[1]->place, "шаблонът след LIKE не е разбран");
+    if (!like)
+      return Refuse(syntax.parts[1]->place,
+                    "шаблонът " + Quoted(*written) + " след LIKE не е разбран");
     ConditionPtr condition = given_.OpenLike(LikeCondition(fold ? fold : text, *like), *pattern,
                                              fold != nullptr, like->kind);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
@@ -645,12 +689,12 @@ class Binder {
     TermPtr& right = select->items.front().value;
     if (left->IsConstant()) {
       const std::optional<Variant> value = Conform(left->value, right->type, input_.zone);
-      if (!value) return RefuseCompare(syntax.place);
+      if (!value) return RefuseCompare(syntax.place, *left, *right);
       if (value->IsNull()) return MakeTruth(Truth::Unknown);
       left = MakeTyped(*value, right->type, 0);
     }
     if (!right->IsNull() && !Comparable(left->type, right->type))
-      return RefuseCompare(syntax.place);
+      return RefuseCompare(syntax.place, *left, *right);
     if (IsText(*left) && !right->IsNull()) {
       const TermPtr leftFold = Folded(left);
       const TermPtr rightFold = FoldOf(right, select->tables);
@@ -667,7 +711,7 @@ class Binder {
     condition.kind = ConditionKind::InSelect;
     condition.parts = {std::move(left)};
     condition.select = select;
-    ConditionPtr made = std::make_shared<const Condition>(std::move(condition));
+    ConditionPtr made = Shared(std::move(condition));
     return syntax.negated ? MakeNot(std::move(made)) : made;
   }
 
@@ -678,6 +722,8 @@ class Binder {
   int lastTable_ = 0;
   BoundSearch bound_;
   GivenValues given_;
+  const Until until_;
+  std::size_t spent_ = 0;
 };
 
 }  // namespace
@@ -687,8 +733,9 @@ bool MayRead(const SearchInput& input, const CatalogueTable& table) {
   return may && (table.rows == RowsSeen::All || input.visibility);
 }
 
-Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input) {
-  return Binder(input, statement.literals).Run(statement);
+Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input,
+                         std::chrono::steady_clock::time_point until) {
+  return Binder(input, statement.literals, until).Run(statement);
 }
 
 }  // namespace orvane::dialect

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,8 +27,13 @@ struct BoundSearch {
 /// Whether the asker may read the table at all.
 bool MayRead(const SearchInput& input, const CatalogueTable& table);
 
+/// Most bytes a statement may be written in.
+inline constexpr std::size_t kMostWritten = std::size_t{256} * 1024;
+
 /// Looks up the names of a statement, types its parts, and works out what does not depend on rows.
-/// Failures: BadRequest by line and column, NoRight for a table that the asker may not read.
-Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input);
+/// Failures: BadRequest by line and column, also of what grows too long or is not done until then;
+/// NoRight for a table that the asker may not read.
+Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input,
+                         std::chrono::steady_clock::time_point until);
 
 }  // namespace orvane::dialect

@@ -14,49 +14,58 @@ using Column = CatalogueColumn;
 
 // Flags, short enough that a table of columns stays a table.
 constexpr std::uint8_t kKey = kKeyColumn;
-constexpr std::uint8_t kName = kNotNull | kFolded;  // a first name is never empty
-constexpr std::uint8_t kName2 = kFolded;            // a second one may be
+constexpr std::uint8_t kName = kNotNull;       // a first name is never empty
+constexpr std::uint8_t kName2 = kPlainColumn;  // a second one may be
 
 constexpr Column Bit(std::string_view name) {
-  return {name, ValueKind::Bool, 0, kNotNull, {}};
+  return {name, ValueKind::Bool, 0, kNotNull};
 }
 constexpr Column Byte(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Byte, 0, flags, {}};
+  return {name, ValueKind::Byte, 0, flags};
 }
 constexpr Column Small(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Int16, 0, flags, {}};
+  return {name, ValueKind::Int16, 0, flags};
 }
 constexpr Column Int(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Int32, 0, flags, {}};
+  return {name, ValueKind::Int32, 0, flags};
 }
 constexpr Column Code(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Code, 0, flags, {}};
+  return {name, ValueKind::Code, 0, flags};
 }
 constexpr Column Money(std::string_view name) {
-  return {name, ValueKind::Amount, 0, kPlainColumn, {}};
+  return {name, ValueKind::Amount, 0, kPlainColumn};
 }
 constexpr Column Real(std::string_view name) {
-  return {name, ValueKind::Double, 0, kPlainColumn, {}};
+  return {name, ValueKind::Double, 0, kPlainColumn};
 }
 constexpr Column Day(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Date, 0, flags, {}};
+  return {name, ValueKind::Date, 0, flags};
 }
 constexpr Column Moment(std::string_view name) {
-  return {name, ValueKind::Stamp, 0, kPlainColumn, {}};
+  return {name, ValueKind::Stamp, 0, kPlainColumn};
 }
+// Whatever text may be searched may be so in either case: every one has a fold.
 constexpr Column Text(std::string_view name, std::uint16_t size, std::uint8_t flags = 0) {
-  return {name, ValueKind::String, size, flags, {}};
+  return {name, ValueKind::String, size, static_cast<std::uint8_t>(flags | kFolded)};
 }
-constexpr Column Memo(std::string_view name, std::uint8_t flags = kPlainColumn) {
-  return {name, ValueKind::Memo, 0, flags, {}};
+constexpr Column Memo(std::string_view name) {
+  return {name, ValueKind::Memo, 0, kFolded};
 }
-constexpr Column Derived(Column column, std::string_view expression) {
+constexpr Column Derived(Column column, std::string_view expression,
+                         std::string_view presence = {}) {
   column.expression = expression;
+  column.presence = presence;
+  return column;
+}
+constexpr Column FoldedBy(Column column, std::string_view expression) {
+  column.foldExpression = expression;
   return column;
 }
 
 constexpr std::string_view kInvoiceNumber =
     "coalesce({t}.InvoiceNumberSymbol, cast({t}.InvoiceNumberDigit as text))";
+constexpr std::string_view kFoldInvoiceNumber =
+    "coalesce({t}.FoldInvoiceNumberSymbol, cast({t}.InvoiceNumberDigit as text))";
 
 constexpr Column kCodeNames30[] = {Small("Code", kKey), Text("Name", 30, kName),
                                    Text("Name2", 30, kName2)};
@@ -72,7 +81,7 @@ constexpr Column kCostCenters[] = {Code("CostCenter", kKey), Text("Name", 30, kN
                                    Text("Name2", 30, kName2)};
 constexpr Column kEmployees[] = {Code("Employee", kKey), Text("Name", 30, kName),
                                  Text("Name2", 30, kName2)};
-constexpr Column kUsers[] = {Text("ShortName", 10, kKey | kFolded), Text("UserName", 40, kName),
+constexpr Column kUsers[] = {Text("ShortName", 10, kKey), Text("UserName", 40, kName),
                              Text("UserName2", 40, kName2)};
 constexpr Column kNotifiers[] = {Code("CostCenter", kKey), Code("Notifier", kKey)};
 constexpr Column kStructure[] = {Code("CostCenter", kKey), Small("Department"), Code("Section")};
@@ -119,15 +128,15 @@ constexpr Column kServices[] = {Int("Code", kKey), Text("Name", 40, kName),
                                 Text("Name2", 40, kName2), Small("Measure"), Byte("RoundQuantity")};
 constexpr Column kBaseSupplyList[] = {
     Code("SerialNumber", kKey),
-    Text("Name", 40, kFolded),
-    Text("Name2", 40, kFolded),
+    Text("Name", 40),
+    Text("Name2", 40),
     Byte("Kind", kNotNull),
     Int("InventoryCode"),
     Int("ServiceCode"),
     Small("Measure", kNotNull),
     // The name of the material or service behind the entry, kept for searching and ordering.
-    Text("EffectiveName", 40, kFolded),
-    Text("EffectiveName2", 40, kFolded),
+    Text("EffectiveName", 40),
+    Text("EffectiveName2", 40),
 };
 constexpr Column kBaseSupplyListDates[] = {Code("SerialNumber", kKey),
                                            Day("AvailableFromDate", kKey)};
@@ -135,9 +144,8 @@ constexpr Column kSupplyLists[] = {Small("KindList", kKey), Code("SerialNumber",
                                    Small("Measure", kNotNull)};
 constexpr Column kSupplyListsDates[] = {Small("KindList", kKey), Code("SerialNumber", kKey),
                                         Day("AvailableFromDate", kKey)};
-constexpr Column kKeptNames[] = {Text("EffectiveName", 40, kFolded),
-                                 Text("EffectiveName2", 40, kFolded)};
-constexpr Column kDescrBaseSupplyList[] = {{"IdentityWithNom", ValueKind::Bool, 0, kSetting, {}}};
+constexpr Column kKeptNames[] = {Text("EffectiveName", 40), Text("EffectiveName2", 40)};
+constexpr Column kDescrBaseSupplyList[] = {{"IdentityWithNom", ValueKind::Bool}};
 
 constexpr Column kStores[] = {Int("Code", kKey), Text("Name", 40, kName),
                               Text("Name2", 40, kName2)};
@@ -203,7 +211,7 @@ constexpr Column kContracts[] = {
     Byte("KindSupplyChoice"),
     Bit("InclTransportInPrice"),
     Byte("MaxTermOfPayment"),
-    Derived(Int("Active", kNotNull), kActiveContract),
+    Derived(Int("Active", kNotNull), kActiveContract, "IdNumber"),
 };
 constexpr Column kSupplierOrder[] = {
     Int("IdNumber", kKey),    Day("DocumentDate", kNotNull),
@@ -227,8 +235,8 @@ constexpr Column kSupplierOrderDet[] = {
     Int("InventoryId"),
     Int("ServiceCode"),
     Derived(Real("CalcQuantity"), "{t}.Quantity"),
-    Derived(Real("CalcOrderedQunatity"), kOrderedQuantity),
-    Derived(Real("CalcDeliverQuantity"), kDeliveredQuantity),
+    Derived(Real("CalcOrderedQunatity"), kOrderedQuantity, "SuppManOrderId"),
+    Derived(Real("CalcDeliverQuantity"), kDeliveredQuantity, "SuppManOrderId"),
 };
 constexpr Column kDeliveries[] = {
     Int("IdNumber", kKey),
@@ -259,7 +267,7 @@ constexpr Column kInvoices[] = {
     Code("Supplier", kNotNull),
     Code("InvoiceNumberDigit"),
     Text("InvoiceNumberSymbol", 20),
-    Derived(Text("InvoiceNumber", 20), kInvoiceNumber),
+    FoldedBy(Derived(Text("InvoiceNumber", 20), kInvoiceNumber), kFoldInvoiceNumber),
     Day("InvoiceDate", kNotNull),
     Byte("DocumentType"),
     Small("KindSupply"),

@@ -17,8 +17,7 @@ enum CatalogueFlags : std::uint8_t {
   kPlainColumn = 0,
   kKeyColumn = 1,  ///< part of the table's key; never null
   kNotNull = 2,    ///< never null
-  kFolded = 4,     ///< text with its stored fold beside it, in the column Fold<name>
-  kSetting = 8,  ///< column of a single-row table whose value the asker may know (see SearchInput)
+  kFolded = 4,     ///< text with its fold beside it, in the column Fold<name>
 };
 
 struct CatalogueColumn {
@@ -28,7 +27,11 @@ struct CatalogueColumn {
   std::uint8_t flags = kPlainColumn;
   /// When the column is not stored: SQL that derives it, the same on both engines, with {t} for the
   /// table's alias and {today} for the company's day.
-  std::string_view expression;
+  std::string_view expression = {};
+  /// The fold of a text that is not stored, in the same manner.
+  std::string_view foldExpression = {};
+  /// Where the expression has a value also for a row that is not there: a column that then is null.
+  std::string_view presence = {};
 
   constexpr bool Is(CatalogueFlags flag) const { return (flags & flag) != 0; }
   constexpr bool MayBeNull() const { return (flags & (kKeyColumn | kNotNull)) == 0; }

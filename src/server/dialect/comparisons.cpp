@@ -95,6 +95,17 @@ std::optional<ValueKind> Common(ValueKind left, ValueKind right) {
   return std::max(left, right);  // whole numbers stand in order of their size
 }
 
+ValueKind WideEnough(ValueKind kind, const Variant& value) {
+  const std::optional<std::int64_t> whole = value.AsInt();
+  if (!whole || SortOf(kind) != Sort::Number) return kind;
+  for (const ValueKind wider :
+       {ValueKind::Bool, ValueKind::Byte, ValueKind::Int16, ValueKind::Int32}) {
+    const ValueKindRow& row = RowOf(wider);
+    if (wider >= kind && *whole >= row.lowest && *whole <= row.highest) return wider;
+  }
+  return ValueKind::Code;
+}
+
 ValueKind OwnKind(const Variant& value) {
   if (value.AsString() != nullptr) return ValueKind::Memo;
   if (value.AsDate()) return ValueKind::Date;
@@ -137,7 +148,9 @@ ConditionPtr LikeCondition(const TermPtr& text, const LikePattern& like) {
   };
   if (like.kind == LikeKind::Exact) return MakeCompare(text, "=", constant(like.text));
   if (like.kind == LikeKind::Beginning) {
-    if (like.text.empty()) return MakeNot(NullTest(text));
+    // Any text begins so; whether a missing one does is unknown, also behind a NOT.
+    if (like.text.empty() && !text->mayBeNull) return MakeTruth(Truth::True);
+    if (like.text.empty()) return MakeCompare(text, ">=", constant(like.text));
     std::vector<ConditionPtr> range = {MakeCompare(text, ">=", constant(like.text))};
     const std::string bound = PrefixUpperBound(like.text);
     if (!bound.empty()) range.push_back(MakeCompare(text, "<", constant(bound)));
@@ -147,14 +160,14 @@ ConditionPtr LikeCondition(const TermPtr& text, const LikePattern& like) {
   condition.kind =
       like.kind == LikeKind::Anywhere ? ConditionKind::Contains : ConditionKind::Matches;
   condition.parts = {text, constant(like.text)};
-  return std::make_shared<const Condition>(std::move(condition));
+  return Shared(std::move(condition));
 }
 
 ConditionPtr NullTest(const TermPtr& term) {
   Condition condition;
   condition.kind = ConditionKind::IsNull;
   condition.parts = {term};
-  return std::make_shared<const Condition>(std::move(condition));
+  return Shared(std::move(condition));
 }
 
 ConditionPtr ListOf(const std::vector<ConditionPtr>& equal) {
@@ -163,7 +176,7 @@ ConditionPtr ListOf(const std::vector<ConditionPtr>& equal) {
   list.parts.push_back(equal.front()->parts[0]);
   for (const ConditionPtr& one : equal)
     list.parts.push_back(one->parts[1]);
-  return std::make_shared<const Condition>(std::move(list));
+  return Shared(std::move(list));
 }
 
 }  // namespace orvane::dialect

@@ -20,6 +20,8 @@ Sort SortOf(ValueKind kind);
 bool Comparable(ValueKind left, ValueKind right);
 /// The kind in which two kinds meet; empty when they do not.
 std::optional<ValueKind> Common(ValueKind left, ValueKind right);
+/// The kind itself, or the narrowest wider one of whole numbers that takes the value too.
+ValueKind WideEnough(ValueKind kind, const Variant& value);
 /// The kind a literal or parameter has when nothing else decides.
 ValueKind OwnKind(const Variant& value);
 

@@ -10,6 +10,7 @@ namespace orvane::dialect {
 namespace {
 
 constexpr std::size_t kLongest = 64 * 1024;
+constexpr std::int64_t kMicrosOfDay = 86'400'000'000;
 
 /// A value as the number that a packet's column would hold.
 std::int64_t StoredNumber(const Variant& value) {
@@ -29,8 +30,12 @@ std::optional<Variant> FromStored(std::int64_t number, ValueKind kind) {
     case ValueKind::Date:
       if (number < row.lowest || number > row.highest) return std::nullopt;
       return Variant(Date{static_cast<std::int32_t>(number)});
-    case ValueKind::Stamp:
+    case ValueKind::Stamp: {
+      const std::int64_t days = number / kMicrosOfDay;
+      const ValueKindRow& day = RowOf(ValueKind::Date);
+      if (days <= day.lowest || days >= day.highest) return std::nullopt;
       return Variant(Stamp{number});
+    }
     case ValueKind::Double: {
       const auto real = std::bit_cast<double>(number);
       return std::isfinite(real) ? std::optional<Variant>(real) : std::nullopt;

@@ -46,9 +46,11 @@ bool IsColumn(const Term& term, int table, std::string_view name) {
   return term.kind == TermKind::Column && term.table == table && term.column->name == name;
 }
 
-/// Whether `table` is joined by its key to the link column of the row that chooses.
+/// Whether `table` is joined by its key, and by nothing else that could keep its row away, to the
+/// link column of the row that chooses.
 bool IsLinked(const TypedTable& table, const EffectiveSource& source, int chooser) {
   const auto parts = Conjuncts(table.on);
+  if (table.join == JoinKind::Left && parts.size() != 1) return false;
   return std::any_of(parts.begin(), parts.end(), [&](const ConditionPtr& part) {
     if (part->kind != ConditionKind::Compare || part->sign != "=") return false;
     const Term& left = *part->parts[0];
@@ -94,23 +96,31 @@ TermPtr EffectiveFold(const Term& term, const EffectiveName& rule,
   }
   const TypedTable* row = FindTable(tables, chooser);
   if (row == nullptr || row->table->name != rule.table) return nullptr;
+  bool whole = term.parts.back()->IsNull();  // a branch for each, and nothing for the rest
   for (const EffectiveSource& source : kEffectiveSources) {
     if (std::find(seen.begin(), seen.end(), source.selected) != seen.end()) continue;
-    if (!ReadsSource(*term.parts.back(), source.selected, rule, chooser, tables)) return nullptr;
+    whole = ReadsSource(*term.parts.back(), source.selected, rule, chooser, tables);
+    if (!whole) return nullptr;
   }
+  if (!whole) return nullptr;
   Term fold = *MakeColumn(chooser, *row->table->Find(rule.effective), row->join == JoinKind::Left);
   fold.folded = true;
-  return std::make_shared<const Term>(std::move(fold));
+  return Shared(std::move(fold));
 }
 
 /// The value of the setting that a branch asks for: `Setting = value`, or ISNULL(Setting, 0) in its
 /// place, of which `orZero` tells.
-std::optional<std::int64_t> SettingAsked(const Condition& condition, bool& orZero) {
+std::optional<std::int64_t> SettingAsked(const Condition& condition, bool& orZero,
+                                         const std::vector<TypedTable>& tables) {
   if (condition.kind != ConditionKind::Compare || condition.sign != "=") return std::nullopt;
   const Term* asked = condition.parts[0].get();
   orZero = asked->kind == TermKind::FirstNotNull && asked->parts[1]->value.AsInt() == 0;
   if (orZero) asked = asked->parts[0].get();
   if (asked->kind != TermKind::Column || asked->column->name != kNamingSetting) return std::nullopt;
+  const TypedTable* table = FindTable(tables, asked->table);
+  const bool always =
+      table != nullptr && (table->join != JoinKind::Left || Is(table->on, Truth::True));
+  if (!always) return std::nullopt;
   return condition.parts[1]->value.AsInt();
 }
 
@@ -122,7 +132,7 @@ TermPtr NamingFold(const Term& term, const EffectiveName& rule,
   const Term* own = nullptr;
   bool orZero = false;
   for (std::size_t i = 0; i < term.conditions.size(); ++i) {
-    const std::optional<std::int64_t> asked = SettingAsked(*term.conditions[i], orZero);
+    const std::optional<std::int64_t> asked = SettingAsked(*term.conditions[i], orZero, tables);
     if (asked == 1 && !fold && term.parts[i]->kind == TermKind::Case) {
       fold = EffectiveFold(*term.parts[i], rule, tables);
     } else if (asked == 0 && own == nullptr && orZero) {
@@ -139,12 +149,13 @@ TermPtr FoldParts(const Term& text, const std::vector<TypedTable>& tables) {
   Term fold = text;
   fold.type = ValueKind::Memo;
   fold.size = 0;
-  if (text.kind == TermKind::Cut) fold.size = text.size;
+  fold.folded = text.kind == TermKind::Cut;
+  if (fold.folded) fold.size = text.size;
   for (TermPtr& part : fold.parts) {
     part = FoldOf(part, tables);
     if (!part) return nullptr;
   }
-  return std::make_shared<const Term>(std::move(fold));
+  return Shared(std::move(fold));
 }
 
 }  // namespace
@@ -160,25 +171,27 @@ TermPtr FoldOf(const TermPtr& text, const std::vector<TypedTable>& tables) {
       if (!text->column->Is(kFolded)) return nullptr;
       Term fold = *text;
       fold.folded = true;
-      return std::make_shared<const Term>(std::move(fold));
+      return Shared(std::move(fold));
     }
     case TermKind::Case:
       for (const EffectiveName& rule : kEffectiveNames) {
-        if (TermPtr fold = EffectiveFold(*text, rule, tables)) return fold;
         if (TermPtr fold = NamingFold(*text, rule, tables)) return fold;
       }
       return FoldParts(*text, tables);
     case TermKind::FirstNotNull:
     case TermKind::Cut:
       return FoldParts(*text, tables);
+    case TermKind::NumberText:  // digits
+      return text;
     default:
       return nullptr;
   }
 }
 
-TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables) {
+TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables, bool distinct) {
   if (!IsText(*term)) return term;
-  const TermPtr& whole = term->kind == TermKind::Cut ? term->parts.front() : term;
+  const bool cut = term->kind == TermKind::Cut && !distinct;
+  const TermPtr& whole = cut ? term->parts.front() : term;
   const TermPtr fold = FoldOf(whole, tables);
   return fold ? fold : term;
 }

@@ -7,12 +7,13 @@
 namespace orvane::dialect {
 
 /// The fold of a text term: its stored fold, or the same shape over stored folds. A null pointer
-/// when some text in it has no stored fold. A name chosen between material and service by the kind
-/// of an entry of the base supply list is the entry's own stored effective name.
+/// for what is no text. The name that an entry of the base supply list goes by, chosen by the
+/// setting between its own and that of its material or service, is kept with the entry.
 TermPtr FoldOf(const TermPtr& text, const std::vector<TypedTable>& tables);
 
-/// What to order a term by: numbers and days by themselves, texts by their fold where there is one;
-/// a cut text by the whole, because that is what the index holds.
-TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables);
+/// What to order a term by: numbers and days by themselves, texts by their fold; a cut text by the
+/// whole, because that is what the index holds, but not among `distinct` rows, of which each may
+/// stand for several wholes.
+TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables, bool distinct);
 
 }  // namespace orvane::dialect

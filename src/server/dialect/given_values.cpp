@@ -11,8 +11,8 @@ ConditionPtr Opened(const ConditionPtr& condition, const OpenValue& open) {
   Condition made = *condition;
   Term constant = *made.parts[1];
   constant.open = open;
-  made.parts[1] = std::make_shared<const Term>(std::move(constant));
-  return std::make_shared<const Condition>(std::move(made));
+  made.parts[1] = Shared(std::move(constant));
+  return Shared(std::move(made));
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ TermPtr GivenValues::Make(Variant value, Place place, int number) {
   ++uses_[static_cast<std::size_t>(number)].made;
   Term term = *MakeConstant(std::move(value), place);
   term.open.given = number;
-  return std::make_shared<const Term>(std::move(term));
+  return Shared(std::move(term));
 }
 
 ConditionPtr GivenValues::OpenCompare(const ConditionPtr& condition, const TermPtr& column,
@@ -63,7 +63,7 @@ ConditionPtr GivenValues::OpenLike(const ConditionPtr& condition, const Term& gi
   made.conditions[0] = Opened(made.conditions[0], open);
   open.reading = OpenReading::PatternBound;
   made.conditions[1] = Opened(made.conditions[1], open);
-  return std::make_shared<const Condition>(std::move(made));
+  return Shared(std::move(made));
 }
 
 std::vector<bool> GivenValues::Open() const {

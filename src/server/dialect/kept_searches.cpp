@@ -48,18 +48,34 @@ std::vector<KeptSearches::ShapePtr> KeptSearches::Find(const std::string& key) {
 
 void KeptSearches::Keep(std::string key, ShapePtr shape) {
   const std::lock_guard lock(mutex_);
-  const auto found = byKey_.find(key);
+  auto found = byKey_.find(key);
   if (found == byKey_.end()) {
-    entries_.push_front({std::move(key), {std::move(shape)}});
-    byKey_.emplace(entries_.front().key, entries_.begin());
+    entries_.push_front({std::move(key), {}});
+    found = byKey_.emplace(entries_.front().key, entries_.begin()).first;
   } else {
-    std::vector<ShapePtr>& shapes = found->second->shapes;
-    shapes.insert(shapes.begin(), std::move(shape));
-    if (shapes.size() > kMostShapes) shapes.pop_back();
+    bytes_ -= found->second->Bytes();
   }
-  if (entries_.size() <= most_) return;
-  byKey_.erase(entries_.back().key);
-  entries_.pop_back();
+  std::vector<ShapePtr>& shapes = found->second->shapes;
+  shapes.insert(shapes.begin(), std::move(shape));
+  if (shapes.size() > kMostShapes) shapes.pop_back();
+  bytes_ += found->second->Bytes();
+  while (!entries_.empty() && (entries_.size() > most_ || bytes_ > mostBytes_)) {
+    bytes_ -= entries_.back().Bytes();
+    byKey_.erase(entries_.back().key);
+    entries_.pop_back();
+  }
+}
+
+std::size_t KeptSearches::Bytes() const {
+  const std::lock_guard lock(mutex_);
+  return bytes_;
+}
+
+std::size_t KeptSearches::Entry::Bytes() const {
+  std::size_t bytes = sizeof(Entry) + key.size();
+  for (const ShapePtr& shape : shapes)
+    bytes += shape->Bytes();
+  return bytes;
 }
 
 }  // namespace orvane

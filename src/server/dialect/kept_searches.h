@@ -31,13 +31,17 @@ struct Shape;
 class KeptSearches {
  public:
   static constexpr std::size_t kMost = 256;
+  static constexpr std::size_t kMostBytes = std::size_t{8} * 1024 * 1024;
 
-  explicit KeptSearches(std::size_t most = kMost) : most_(most) {}
+  explicit KeptSearches(std::size_t most = kMost, std::size_t mostBytes = kMostBytes)
+      : most_(most), mostBytes_(mostBytes) {}
 
   /// Answers and failures of RenderSearch.
   Answer<RenderedSearch> Render(const SearchInput& input);
   /// How many statements were read because no kept one served.
   std::int64_t Read() const { return read_; }
+  /// About how many bytes are kept.
+  std::size_t Bytes() const;
 
  private:
   using ShapePtr = std::shared_ptr<const dialect::Shape>;
@@ -45,13 +49,16 @@ class KeptSearches {
   struct Entry {
     std::string key;
     std::vector<ShapePtr> shapes;
+    std::size_t Bytes() const;
   };
 
   std::vector<ShapePtr> Find(const std::string& key);
   void Keep(std::string key, ShapePtr shape);
 
   const std::size_t most_;
-  std::mutex mutex_;
+  const std::size_t mostBytes_;
+  mutable std::mutex mutex_;
+  std::size_t bytes_ = 0;
   std::list<Entry> entries_;  ///< the one asked for last in front
   std::unordered_map<std::string_view, std::list<Entry>::iterator> byKey_;
   std::atomic<std::int64_t> read_{0};

@@ -142,7 +142,7 @@ class Lexer {
       return true;
     }
     const std::string_view character = Utf8Cut(sql_.substr(at_), 1);
-    return Refuse(place, "знакът „" + std::string(character) + "“ не се допуска");
+    return Refuse(place, "знакът " + Quoted(character) + " не се допуска");
   }
 
   std::string_view sql_;
@@ -159,6 +159,12 @@ Failure NotUnderstood(Place place, const std::string& what) {
   return {FailureKind::BadRequest, "Търсенето не е разбрано на ред " + std::to_string(place.line) +
                                        ", позиция " + std::to_string(place.column) + ": " + what +
                                        "."};
+}
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kMostQuoted = 80;
+  const std::string_view shown = Utf8Cut(text, kMostQuoted);
+  return "„" + std::string(shown) + (shown.size() < text.size() ? "…“" : "“");
 }
 
 std::string Unquoted(std::string_view text) {

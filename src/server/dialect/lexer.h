@@ -19,6 +19,8 @@ struct Place {
 
 /// The refusal of a statement: BadRequest with the place in front of the sentence's rest.
 Failure NotUnderstood(Place place, const std::string& what);
+/// A piece of the statement in a refusal: in quotes, and no more than its first 80 characters.
+std::string Quoted(std::string_view text);
 
 enum class TokenKind : unsigned char {
   Word,      ///< identifier or keyword

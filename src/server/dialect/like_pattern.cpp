@@ -57,6 +57,8 @@ std::string Escaped(const std::string& text) {
 }  // namespace
 
 std::optional<LikePattern> ReadLikePattern(std::string_view pattern, bool folded) {
+  constexpr std::size_t kLongest = 4096;
+  if (pattern.size() > kLongest) return std::nullopt;
   std::optional<std::vector<Piece>> pieces = Split(pattern);
   if (!pieces) return std::nullopt;
   for (std::size_t i = 0; folded && i < pieces->size(); ++i) {

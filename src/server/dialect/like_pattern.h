@@ -20,7 +20,7 @@ struct LikePattern {
 
 /// Reads a pattern in which % stands for any text, _ for any character, and [%], [_] and [[] for
 /// the character itself. `folded` says whether the text it is held against is a fold. Empty for
-/// other sets of characters.
+/// other sets of characters, and beyond 4 KB, which no engine takes.
 std::optional<LikePattern> ReadLikePattern(std::string_view pattern, bool folded);
 
 }  // namespace orvane::dialect

@@ -42,7 +42,7 @@ ConditionPtr Rewritten(const ConditionPtr& condition, const TypedSelect& select,
     part = ListedName(part, select, equalities);
   for (ConditionPtr& part : made.conditions)
     part = Rewritten(part, select, equalities);
-  return std::make_shared<const Condition>(std::move(made));
+  return Shared(std::move(made));
 }
 
 }  // namespace
@@ -64,7 +64,7 @@ TermPtr ListedName(const TermPtr& term, const TypedSelect& select, const Equalit
     most = fixed;
     Term fold = *MakeColumn(list.number, *kept, false);
     fold.folded = true;
-    listed = std::make_shared<const Term>(std::move(fold));
+    listed = Shared(std::move(fold));
   }
   return listed;
 }

@@ -41,7 +41,8 @@ std::optional<Variant> PlainParameter(const Variant& value) {
   if (value.AsPacket() != nullptr || value.AsArray() != nullptr) return std::nullopt;
   if (std::holds_alternative<bool>(value.Raw())) return Variant(*value.AsInt());
   if (const auto* real = std::get_if<double>(&value.Raw())) {
-    return std::isfinite(*real) ? std::optional(value) : std::nullopt;
+    // There is no minus zero.
+    return std::isfinite(*real) ? std::optional<Variant>(*real + 0.0) : std::nullopt;
   }
   const std::string* text = value.AsString();
   const bool plain = text == nullptr || (IsUtf8(*text) && text->find('\0') == std::string::npos);

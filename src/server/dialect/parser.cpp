@@ -99,13 +99,13 @@ class Parser {
   bool Unexpected(const std::string& wanted) {
     const Token& token = Now();
     if (token.kind == TokenKind::Word && IsReserved(token.text)) {
-      return Refuse(token.place, "думата „" + std::string(token.text) +
-                                     "“ не се допуска тук, очаква се " + wanted);
+      return Refuse(token.place,
+                    "думата " + Quoted(token.text) + " не се допуска тук, очаква се " + wanted);
     }
     if (token.kind == TokenKind::End) {
       return Refuse(token.place, "заявката свършва, а се очаква " + wanted);
     }
-    return Refuse(token.place, "очаква се " + wanted + " вместо „" + std::string(token.text) + "“");
+    return Refuse(token.place, "очаква се " + wanted + " вместо " + Quoted(token.text));
   }
 
   SyntaxPtr Node(SyntaxKind kind, Place place, std::string text = {}) {
@@ -156,7 +156,8 @@ class Parser {
       variable.name = Now().text;
       variable.place = Now().place;
       if (FindVariable(statement, variable.name) != nullptr) {
-        return Refuse(variable.place, "променливата „@" + variable.name + "“ е обявена два пъти");
+        return Refuse(variable.place,
+                      "променливата " + Quoted("@" + variable.name) + " е обявена два пъти");
       }
       Step();
       TakeWord("AS");
@@ -180,28 +181,33 @@ class Parser {
 
   bool ReadSet(SyntaxStatement& statement) {
     if (!IsDeclared()) return Unexpected("променлива с „@“");
-    SyntaxVariable* variable = FindVariable(statement, Now().text);
+    const SyntaxVariable* variable = FindVariable(statement, Now().text);
     if (variable == nullptr) {
-      return Refuse(Now().place, "променливата „@" + std::string(Now().text) + "“ не е обявена");
+      return Refuse(Now().place,
+                    "променливата " + Quoted("@" + std::string(Now().text)) + " не е обявена");
     }
     Step();
     if (!NeedSign("=")) return false;
-    variable->value = ReadPrimary();
-    if (!variable->value) return false;
+    SyntaxPtr value = ReadPrimary();
+    if (!value) return false;
     static constexpr SyntaxKind kSimple[] = {SyntaxKind::Integer, SyntaxKind::Decimal,
                                              SyntaxKind::Text, SyntaxKind::Null,
                                              SyntaxKind::Variable};
-    if (std::find(std::begin(kSimple), std::end(kSimple), variable->value->kind) ==
-        std::end(kSimple)) {
-      return Refuse(variable->value->place, "на променлива се дава само параметър или стойност");
+    if (std::find(std::begin(kSimple), std::end(kSimple), value->kind) == std::end(kSimple)) {
+      return Refuse(value->place, "на променлива се дава само параметър или стойност");
     }
+    // What is declared further down is not known here yet: the name is a parameter's.
+    if (value->declared) value->declared = FindVariable(statement, value->text) != nullptr;
+    statement.sets.push_back(
+        {static_cast<std::size_t>(variable - statement.variables.data()), std::move(value)});
     return true;
   }
 
   bool IsDeclared() const { return Now().kind == TokenKind::Variable && Now().declared; }
 
-  static SyntaxVariable* FindVariable(SyntaxStatement& statement, std::string_view name) {
-    for (SyntaxVariable& variable : statement.variables) {
+  static const SyntaxVariable* FindVariable(const SyntaxStatement& statement,
+                                            std::string_view name) {
+    for (const SyntaxVariable& variable : statement.variables) {
       if (SameName(variable.name, name)) return &variable;
     }
     return nullptr;
@@ -235,6 +241,9 @@ class Parser {
         item.alias = *alias;
       }
       select.items.push_back(std::move(item));
+      if (select.items.size() > kMostColumns) {
+        return Refuse(select.items.back().place, "заявката чете твърде много колони");
+      }
     } while (TakeSign(","));
     return true;
   }
@@ -291,6 +300,9 @@ class Parser {
       order.descending = TakeWord("DESC");
       if (!order.descending) TakeWord("ASC");
       select.order.push_back(std::move(order));
+      if (select.order.size() > kMostColumns) {
+        return Refuse(select.order.back().value->place, "заявката подрежда по твърде много колони");
+      }
     } while (TakeSign(","));
     return true;
   }
@@ -509,7 +521,7 @@ class Parser {
   SyntaxPtr ReadCall(const std::string& name, Place place) {
     const bool isNull = SameName(name, "ISNULL");
     if (!isNull && !SameName(name, "MAX")) {
-      Refuse(place, "функцията „" + name + "“ не се допуска");
+      Refuse(place, "функцията " + Quoted(name) + " не се допуска");
       return nullptr;
     }
     SyntaxPtr node = Node(isNull ? SyntaxKind::IsNullOf : SyntaxKind::Max, place);

@@ -25,7 +25,7 @@ std::set<int> ShownTables(const TypedSelect& select) {
     VisitColumns(*item.value, add);
   for (const TypedOrder& order : select.order) {
     VisitColumns(*order.value, add);
-    VisitColumns(*OrderOf(order.value, select.tables), add);
+    VisitColumns(*OrderOf(order.value, select.tables, false), add);
   }
   for (const TypedTable& table : select.tables) {
     if (table.join != JoinKind::Left) continue;
@@ -76,7 +76,7 @@ std::vector<ConditionPtr> ImpliedEqualities(const Equalities& equalities,
       if (one.constant) {
         Term value = *one.constant;
         value.type = column->type;
-        implied.push_back(MakeCompare(column, "=", std::make_shared<const Term>(std::move(value))));
+        implied.push_back(MakeCompare(column, "=", Shared(std::move(value))));
       } else if (first) {
         implied.push_back(MakeCompare(first, "=", column));
       } else {
@@ -109,7 +109,8 @@ class OrderMaker {
 
   std::vector<TypedOrder> Run() {
     for (const TypedOrder& asked : select_.order) {
-      Add(ListedName(OrderOf(asked.value, select_.tables), select_, equalities_), asked.descending);
+      const TermPtr by = OrderOf(asked.value, select_.tables, select_.distinct);
+      Add(ListedName(by, select_, equalities_), asked.descending);
     }
     descending_ = !order_.empty() && order_.back().descending;
     if (!order_.empty() && order_.front().value->kind == TermKind::Column) {
@@ -182,6 +183,12 @@ void ReplaceDistinct(TypedSelect& select) {
   std::set<int> staying = ShownTables(select);
   if (staying.empty() || !ItemsTellRowsApart(select, equalities, staying)) return;
   KeepSingleRows(select, equalities, staying);
+  // An outer join needs a table to hang on.
+  const bool rooted =
+      std::any_of(select.tables.begin(), select.tables.end(), [&](const TypedTable& table) {
+        return table.join != JoinKind::Left && staying.count(table.number) != 0;
+      });
+  if (!rooted) return;
   const std::vector<ConditionPtr> conditions = RowConditions(select);
   std::vector<TypedTable> stay;
   auto witness = std::make_shared<TypedSelect>();
@@ -200,7 +207,7 @@ void ReplaceDistinct(TypedSelect& select) {
     Condition exists;
     exists.kind = ConditionKind::Exists;
     exists.select = std::move(witness);
-    where.push_back(std::make_shared<const Condition>(std::move(exists)));
+    where.push_back(Shared(std::move(exists)));
   }
   select.distinct = false;
   select.tables = std::move(stay);

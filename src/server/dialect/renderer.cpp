@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <cassert>
 #include <charconv>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+
+#include "server/dialect/binder.h"
+#include "server/dialect/seen_first.h"
 
 namespace orvane::dialect {
 namespace {
@@ -59,7 +64,7 @@ class Renderer {
   explicit Renderer(const Rendering& rendering)
       : rendering_(rendering), postgres_(rendering.engine == Engine::Postgres) {}
 
-  Rendered Run(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+  std::optional<Rendered> Run(const TypedSelect& select, const std::vector<TypedOrder>& order) {
     RenderedSearch search;
     search.shownColumns = select.items.size();
     search.rowLimit = rendering_.rowLimit;
@@ -79,9 +84,10 @@ class Renderer {
     select.distinct ? WriteDistinct(select, hidden, order, search)
                     : WritePlain(select, hidden, order);
     Add(" LIMIT " + std::to_string(rendering_.rowLimit + 1));
+    if (text_.size() > kLongest || params_.size() > kMostParams) return std::nullopt;
     search.statement.text = std::move(text_);
     search.statement.params = std::move(params_);
-    return {std::move(search), std::move(sources_)};
+    return Rendered{std::move(search), std::move(sources_)};
   }
 
  private:
@@ -92,7 +98,14 @@ class Renderer {
     bool descending = false;
   };
 
-  void Add(std::string_view text) { text_ += text; }
+  /// What is bound is not too long; its order and its rows' predicates stand several times.
+  static constexpr std::size_t kLongest = 4 * kMostWritten;
+  /// Fewer than either engine takes.
+  static constexpr std::size_t kMostParams = 30'000;
+
+  void Add(std::string_view text) {
+    if (text_.size() <= kLongest) text_ += text;
+  }
 
   // --- statements
 
@@ -156,7 +169,9 @@ class Renderer {
 
   void WriteFromWhere(const TypedSelect& select, const std::vector<OrderValue>& order) {
     Add(" FROM ");
-    for (const TypedTable& table : select.tables) {
+    const std::span<const TypedTable> tables(select.tables);
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+      const TypedTable& table = tables[i];
       if (table.join != JoinKind::First) {
         Add(table.join == JoinKind::Left ? " LEFT JOIN " : " INNER JOIN ");
       }
@@ -164,40 +179,84 @@ class Renderer {
       Add(" t" + std::to_string(table.number));
       if (table.join == JoinKind::First) continue;
       Add(" ON ");
-      WriteFilters(*table.on, &table, {});
+      WriteFilters(table.on, table, tables.first(i + 1), {});
     }
     const bool filtered = !Is(select.where, Truth::True) || HasPredicate(select.tables.front()) ||
                           (!order.empty() && !rendering_.after.empty());
     if (!filtered) return;
     Add(" WHERE ");
-    WriteFilters(*select.where, &select.tables.front(), order);
+    WriteFilters(select.where, select.tables.front(), tables, order);
   }
 
   static bool HasPredicate(const TypedTable& table) { return !table.predicate.text.empty(); }
 
-  /// The condition, the table's predicate and what comes after the last portion, joined by AND.
-  void WriteFilters(const Condition& condition, const TypedTable* table,
-                    const std::vector<OrderValue>& order) {
-    bool first = true;
+  /// The condition of `table`, its predicate and what comes after the last portion, joined by AND.
+  /// What could tell of rows that are not seen is tried on those of `tables` that are.
+  void WriteFilters(const ConditionPtr& condition, const TypedTable& table,
+                    std::span<const TypedTable> tables, const std::vector<OrderValue>& order) {
+    const bool fenced = std::any_of(tables.begin(), tables.end(), HasPredicate);
+    std::vector<ConditionPtr> first;
+    std::vector<ConditionPtr> behind;
+    for (const ConditionPtr& part : Conjuncts(condition))
+      (fenced && !TellsNothing(*part) ? behind : first).push_back(part);
+    const bool continues = !order.empty() && !rendering_.after.empty();
+    const bool continuesBehind =
+        continues && fenced && std::any_of(order.begin(), order.end(), [](const OrderValue& value) {
+          return !TellsNothing(*value.term);
+        });
+    bool any = false;
     const auto next = [&] {
-      Add(first ? "" : " AND ");
-      first = false;
+      Add(any ? " AND " : "");
+      any = true;
     };
-    const bool trivial =
-        condition.kind == ConditionKind::Constant && condition.truth == Truth::True;
-    if (!trivial) {
+    if (!first.empty()) {
       next();
-      Write(condition);
+      WriteJoined(first, " AND ");
     }
-    if (HasPredicate(*table)) {
+    if (HasPredicate(table)) {
       next();
-      WritePredicate(*table);
+      WritePredicate(table);
     }
-    if (!order.empty() && !rendering_.after.empty()) {
+    if (continues && !continuesBehind) {
       next();
       WriteAfter(order);
     }
-    if (first) Add("1 = 1");
+    if (!behind.empty() || continuesBehind) {
+      next();
+      Add("CASE WHEN ");
+      WriteSeen(table, tables);
+      Add(" THEN ");
+      if (!behind.empty()) WriteJoined(behind, " AND ");
+      if (continuesBehind) {
+        Add(behind.empty() ? "" : " AND ");
+        WriteAfter(order);
+      }
+      Add(" ELSE FALSE END");
+    }
+    if (!any) Add("1 = 1");
+  }
+
+  /// That the rows of the tables are seen, where they are there at all. `table` is the one whose
+  /// condition is written.
+  void WriteSeen(const TypedTable& table, std::span<const TypedTable> tables) {
+    bool any = false;
+    for (const TypedTable& seen : tables) {
+      if (!HasPredicate(seen)) continue;
+      Add(any ? " AND " : "");
+      any = true;
+      const bool maybeMissing = seen.join == JoinKind::Left && seen.number != table.number;
+      if (maybeMissing)
+        Add("(t" + std::to_string(seen.number) + "." + KeyOf(*seen.table) + " IS NULL OR ");
+      WritePredicate(seen);
+      if (maybeMissing) Add(")");
+    }
+  }
+
+  static std::string KeyOf(const CatalogueTable& table) {
+    const auto key = std::find_if(table.columns.begin(), table.columns.end(),
+                                  [](const CatalogueColumn& one) { return one.Is(kKeyColumn); });
+    assert(key != table.columns.end());
+    return std::string(key->name);
   }
 
   void WritePredicate(const TypedTable& table) {
@@ -346,9 +405,7 @@ class Renderer {
       case TermKind::FirstNotNull:
         return WriteCall("coalesce(", term.parts);
       case TermKind::Cut:
-        Add("substr(");
-        Write(*term.parts[0]);
-        return Add(", 1, " + std::to_string(term.size) + ")");
+        return WriteCut(term);
       case TermKind::NumberText:
         Add("substr(CAST(");
         Write(*term.parts[0]);
@@ -361,6 +418,16 @@ class Renderer {
       case TermKind::Scalar:
         return WriteSubselect(*term.select);
     }
+  }
+
+  /// The fold of a cut text is the cut of its fold, without the blanks that Fold leaves out at an
+  /// end.
+  void WriteCut(const Term& term) {
+    if (term.folded) Add("rtrim(");
+    Add("substr(");
+    Write(*term.parts[0]);
+    Add(", 1, " + std::to_string(term.size) + ")");
+    if (term.folded) Add(", ' \t\r\n\u00A0\u202F')");
   }
 
   void WriteConstant(const Term& term) {
@@ -378,8 +445,13 @@ class Renderer {
       Add(alias + (term.folded ? ".Fold" : "."));
       return Add(term.column->name);
     }
+    const CatalogueColumn& column = *term.column;
+    const bool mayBeMissing = term.optional && !column.presence.empty();
+    if (mayBeMissing) {
+      Add("CASE WHEN " + alias + "." + std::string(column.presence) + " IS NULL THEN NULL ELSE ");
+    }
     Add("(");
-    std::string_view text = term.column->expression;
+    std::string_view text = term.folded ? column.foldExpression : column.expression;
     while (!text.empty()) {
       const std::size_t mark = text.find('{');
       Add(text.substr(0, mark));
@@ -393,7 +465,7 @@ class Renderer {
       }
       text.remove_prefix(text.find('}') + 1);
     }
-    Add(")");
+    Add(mayBeMissing ? ") END" : ")");
   }
 
   void WriteCase(const Term& term) {
@@ -418,19 +490,21 @@ class Renderer {
     Add(")");
   }
 
-  /// Quantities are added and compared at six decimals; whole numbers of any size as the widest.
+  /// Quantities are added at six decimals, the same digits on both engines; whole numbers of any
+  /// size as the widest.
   void WriteSum(const Term& term) {
     const bool quantity = term.type == ValueKind::Double;
-    if (quantity) Add(postgres_ ? "CAST(round(CAST(" : "round(");
-    if (!quantity) Add("(");
+    if (quantity) Add(postgres_ ? "(round(" : "orvane_quantity");
+    Add("(");
     const bool widen = postgres_ && term.type == ValueKind::Code;
     if (widen) Add("CAST(");
     Write(*term.parts[0]);
     if (widen) Add(" AS bigint)");
     Add(term.kind == TermKind::Add ? " + " : " - ");
     Write(*term.parts[1]);
-    if (!quantity) return Add(")");
-    Add(postgres_ ? " AS numeric), 6) AS double precision)" : ", 6)");
+    Add(")");
+    if (quantity && postgres_)
+      Add(" * CAST(1e6 AS double precision)) / CAST(1e6 AS double precision))");
   }
 
   void WriteSubselect(const TypedSelect& select) {
@@ -472,9 +546,9 @@ class Renderer {
         Write(*condition.parts[0]);
         return Add(" IS NULL");
       case ConditionKind::And:
-        return WriteJoined(condition, " AND ");
+        return WriteJoined(condition.conditions, " AND ");
       case ConditionKind::Or:
-        return WriteJoined(condition, " OR ");
+        return WriteJoined(condition.conditions, " OR ");
       case ConditionKind::Not:
         return WriteNot(*condition.conditions.front());
     }
@@ -498,11 +572,20 @@ class Renderer {
     Write(*condition.parts[1]);
   }
 
-  void WriteJoined(const Condition& condition, std::string_view word) {
+  /// In brackets, and where there are many as a tree: engines count how deep a chain is.
+  void WriteJoined(std::span<const ConditionPtr> parts, std::string_view word) {
+    constexpr std::size_t kLongestChain = 64;
+    if (parts.size() == 1) return Write(*parts.front());
     Add("(");
-    for (std::size_t i = 0; i < condition.conditions.size(); ++i) {
+    if (parts.size() > kLongestChain) {
+      WriteJoined(parts.first(parts.size() / 2), word);
+      Add(word);
+      WriteJoined(parts.subspan(parts.size() / 2), word);
+      return Add(")");
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
       Add(i == 0 ? "" : word);
-      Write(*condition.conditions[i]);
+      Write(*parts[i]);
     }
     Add(")");
   }
@@ -516,8 +599,8 @@ class Renderer {
 
 }  // namespace
 
-Rendered Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
-                const Rendering& rendering) {
+std::optional<Rendered> Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
+                               const Rendering& rendering) {
   return Renderer(rendering).Run(select, order);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "server/dialect/search.h"
@@ -36,7 +37,8 @@ struct Rendered {
   std::vector<ParamSource> sources;  ///< one per parameter
 };
 
-Rendered Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
-                const Rendering& rendering);
+/// Empty when it would be too long.
+std::optional<Rendered> Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
+                               const Rendering& rendering);
 
 }  // namespace orvane::dialect

@@ -52,12 +52,11 @@ struct SearchInput {
   /// The asker's predicate for a table with RowsSeen::Visible; parts of a document are seen with
   /// their head, so only heads are asked for. Empty: such tables are refused.
   std::function<RowPredicate(const CatalogueTable&)> visibility = {};
-  /// Values of setting columns under "Table.Column", when the asker knows them: Null for a settings
-  /// row that is missing. What depends on them is worked out before; otherwise they are read.
-  NamedValues settings = {};
   /// The company's day and zone.
   Date today = {};
   TimeZone zone = {};
+  /// How long reading the statement may take.
+  std::int32_t readMilliseconds = 2000;
 };
 
 /// One value by which rows are ordered, and where the answer carries it.

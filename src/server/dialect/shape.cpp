@@ -1,6 +1,7 @@
 #include "server/dialect/shape.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <map>
 
@@ -31,11 +32,9 @@ std::uint64_t Fingerprint(const SearchInput& input) {
     }
   };
   add(input.sql);
-  for (const NamedValues* values : {&input.params, &input.settings}) {
-    for (const NamedValue& value : *values) {
-      add(value.name);
-      add(value.value.ToText());
-    }
+  for (const NamedValue& value : input.params) {
+    add(value.name);
+    add(value.value.ToText());
   }
   return hash;
 }
@@ -163,6 +162,27 @@ class Filler {
 
 }  // namespace
 
+std::size_t Shape::Bytes() const {
+  const auto sizeOf = [](const Variant& value) {
+    const std::string* text = value.AsString();
+    return sizeof(Variant) + (text == nullptr ? 0 : text->size());
+  };
+  std::size_t bytes = sizeof(Shape) + search.statement.text.size() +
+                      sources.size() * sizeof(ParamSource) +
+                      search.order.size() * sizeof(SearchOrder);
+  for (const VariantArray* values : {&search.statement.params, &after}) {
+    for (const Variant& value : *values)
+      bytes += sizeOf(value);
+  }
+  for (const ResultColumn& column : search.statement.columns)
+    bytes += sizeof(ResultColumn) + column.name.size();
+  for (const Given& one : given)
+    bytes += sizeof(Given) + one.literal.size() + one.name.size() + sizeOf(one.value);
+  for (const Table& table : tables)
+    bytes += sizeof(Table) + table.predicate.size();
+  return bytes;
+}
+
 std::string ShapeKey(const std::vector<Token>& tokens, const SearchInput& input) {
   std::string key;
   key.reserve(input.sql.size() + 64);
@@ -187,17 +207,15 @@ std::string ShapeKey(const std::vector<Token>& tokens, const SearchInput& input)
                            static_cast<int>(input.zone.europeanSummerTime)}) {
     key += std::to_string(number) + '\n';
   }
-  for (const NamedValue& setting : input.settings) {
-    key += setting.name + '=' + std::to_string(setting.value.Raw().index()) + ' ' +
-           setting.value.ToText() + '\n';
-  }
   return key;
 }
 
 Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input) {
+  const auto until =
+      std::chrono::steady_clock::now() + std::chrono::milliseconds(input.readMilliseconds);
   Answer<SyntaxStatement> statement = Parse(tokens);
   if (!statement) return statement.GetFailure();
-  Answer<BoundSearch> bound = Bind(*statement, input);
+  Answer<BoundSearch> bound = Bind(*statement, input, until);
   if (!bound) return bound.GetFailure();
   TypedSelect& select = bound->select;
   Shape shape;
@@ -227,11 +245,12 @@ Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input) {
     }
     rendering.after = *std::move(after);
   }
-  Rendered rendered = Render(select, order, rendering);
-  shape.search = std::move(rendered.search);
+  std::optional<Rendered> rendered = Render(select, order, rendering);
+  if (!rendered) return NotUnderstood(statement->select.place, "заявката става твърде дълга");
+  shape.search = std::move(rendered->search);
   shape.search.fingerprint = fingerprint;
   shape.search.statement.plannedForValues = ValuesDecideThePlan(select, order);
-  shape.sources = std::move(rendered.sources);
+  shape.sources = std::move(rendered->sources);
   shape.literals = static_cast<std::size_t>(statement->literals);
   shape.given = GivenOf(*bound, tokens, input);
   for (ParamSource& source : shape.sources) {

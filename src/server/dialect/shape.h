@@ -19,7 +19,7 @@
 namespace orvane::dialect {
 
 /// Everything in which tokens must agree beside their values, and what else decides the rendering
-/// and is no value: the engine, the rows asked for, the zone, the settings known.
+/// and is no value: the engine, the rows asked for, the zone.
 std::string ShapeKey(const std::vector<Token>& tokens, const SearchInput& input);
 
 struct Shape {
@@ -42,6 +42,9 @@ struct Shape {
   std::vector<Given> given;
   std::vector<Table> tables;
   VariantArray after;
+
+  /// About how many bytes it takes up.
+  std::size_t Bytes() const;
 };
 
 /// Reads and renders a statement. Failures as of RenderSearch.

@@ -90,18 +90,24 @@ struct SyntaxSelect {
 
 enum class DeclaredType : unsigned char { Bit, Integer, Text, Date };
 
-/// DECLARE @name type, with the value of its SET (null pointer: never set, that is Null).
+/// DECLARE @name type. Null until a SET gives it a value.
 struct SyntaxVariable {
   std::string name;
   DeclaredType type = DeclaredType::Integer;
   int size = 0;  ///< of Text
-  SyntaxPtr value;
   Place place;
+};
+
+/// SET @name = value; carried out in the order in which they are written.
+struct SyntaxSet {
+  std::size_t variable = 0;  ///< position among the declared ones
+  SyntaxPtr value;
 };
 
 struct SyntaxStatement {
   int literals = 0;  ///< numbers and texts that are written in it
   std::vector<SyntaxVariable> variables;
+  std::vector<SyntaxSet> sets;
   SyntaxSelect select;
 };
 

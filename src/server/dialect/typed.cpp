@@ -27,7 +27,7 @@ ConditionPtr Join(ConditionKind kind, std::vector<ConditionPtr> parts) {
   if (joined.conditions.empty()) return MakeTruth(unknown ? Truth::Unknown : neutral);
   if (unknown) joined.conditions.push_back(MakeTruth(Truth::Unknown));
   if (joined.conditions.size() == 1) return joined.conditions.front();
-  return std::make_shared<const Condition>(std::move(joined));
+  return Shared(std::move(joined));
 }
 
 bool SameList(const std::vector<TermPtr>& left, const std::vector<TermPtr>& right) {
@@ -64,6 +64,17 @@ std::optional<Date> ReadDay(const Variant& value, const TimeZone& zone) {
   return text != nullptr ? Date::Parse(*text) : std::nullopt;
 }
 
+/// Of a Term or a Condition.
+template <class Node>
+std::size_t WeightOfParts(const Node& node) {
+  std::size_t weight = node.select ? WeightOf(*node.select) : 0;
+  for (const TermPtr& part : node.parts)
+    weight += part->weight;
+  for (const ConditionPtr& part : node.conditions)
+    weight += part->weight;
+  return weight;
+}
+
 template <class T>
 std::optional<Variant> Wrapped(const std::optional<T>& value) {
   return value ? std::optional<Variant>(Variant(*value)) : std::nullopt;
@@ -71,12 +82,41 @@ std::optional<Variant> Wrapped(const std::optional<T>& value) {
 
 }  // namespace
 
+TermPtr Shared(Term term) {
+  constexpr std::size_t kOfAny = 24;
+  term.weight = kOfAny + WeightOfParts(term);
+  if (term.kind == TermKind::Column) {
+    term.weight += std::max(term.column->name.size(), term.column->expression.size());
+  }
+  return std::make_shared<const Term>(std::move(term));
+}
+
+ConditionPtr Shared(Condition condition) {
+  constexpr std::size_t kOfAny = 8;
+  condition.weight = kOfAny + WeightOfParts(condition);
+  return std::make_shared<const Condition>(std::move(condition));
+}
+
+std::size_t WeightOf(const TypedSelect& select) {
+  constexpr std::size_t kOfTable = 40;
+  std::size_t weight = select.where->weight;
+  for (const TypedTable& table : select.tables) {
+    weight += kOfTable + table.table->stored.size() + table.predicate.text.size();
+    if (table.on) weight += table.on->weight;
+  }
+  for (const TypedItem& item : select.items)
+    weight += item.value->weight;
+  for (const TypedOrder& order : select.order)
+    weight += order.value->weight;
+  return weight;
+}
+
 TermPtr MakeConstant(Variant value, Place place) {
   Term term;
   term.mayBeNull = value.IsNull();
   term.value = std::move(value);
   term.place = place;
-  return std::make_shared<const Term>(std::move(term));
+  return Shared(std::move(term));
 }
 
 TermPtr MakeTyped(Variant value, ValueKind type, std::uint16_t size) {
@@ -86,7 +126,7 @@ TermPtr MakeTyped(Variant value, ValueKind type, std::uint16_t size) {
   term.size = size;
   term.mayBeNull = value.IsNull();
   term.value = std::move(value);
-  return std::make_shared<const Term>(std::move(term));
+  return Shared(std::move(term));
 }
 
 TermPtr MakeColumn(int table, const CatalogueColumn& column, bool optional) {
@@ -96,9 +136,10 @@ TermPtr MakeColumn(int table, const CatalogueColumn& column, bool optional) {
   term.type = column.kind;
   term.size = column.size;
   term.mayBeNull = optional || column.MayBeNull();
+  term.optional = optional;
   term.table = table;
   term.column = &column;
-  return std::make_shared<const Term>(std::move(term));
+  return Shared(std::move(term));
 }
 
 bool IsText(const Term& term) {
@@ -149,7 +190,7 @@ std::optional<Variant> Conform(const Variant& value, ValueKind type, const TimeZ
 ConditionPtr MakeTruth(Truth truth) {
   Condition condition;
   condition.truth = truth;
-  return std::make_shared<const Condition>(std::move(condition));
+  return Shared(std::move(condition));
 }
 
 ConditionPtr MakeCompare(TermPtr left, std::string sign, TermPtr right) {
@@ -157,7 +198,7 @@ ConditionPtr MakeCompare(TermPtr left, std::string sign, TermPtr right) {
   condition.kind = ConditionKind::Compare;
   condition.sign = std::move(sign);
   condition.parts = {std::move(left), std::move(right)};
-  return std::make_shared<const Condition>(std::move(condition));
+  return Shared(std::move(condition));
 }
 
 ConditionPtr MakeAnd(std::vector<ConditionPtr> parts) {
@@ -183,7 +224,7 @@ ConditionPtr MakeNot(ConditionPtr condition) {
   Condition negated;
   negated.kind = ConditionKind::Not;
   negated.conditions.push_back(std::move(condition));
-  return std::make_shared<const Condition>(std::move(negated));
+  return Shared(std::move(negated));
 }
 
 ConditionPtr AsFilter(const ConditionPtr& condition) {

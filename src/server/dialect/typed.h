@@ -43,6 +43,10 @@ struct Term {
   ValueKind type = ValueKind::Int32;
   std::uint16_t size = 0;  ///< of a String
   bool mayBeNull = true;
+  bool optional = false;  ///< Column: of an outer joined table, so that its row may be missing
+  /// About how many bytes it is written in. A term that stands in several places counts in each:
+  /// statements are written as trees, whatever their terms share.
+  std::size_t weight = 0;
   Variant value;
   OpenValue open;  ///< Constant: whether another value may stand in its place
   Place place;
@@ -77,6 +81,7 @@ struct Condition {
   ConditionKind kind = ConditionKind::Constant;
   Truth truth = Truth::True;
   std::string sign;
+  std::size_t weight = 0;  ///< as of a Term
   std::vector<TermPtr> parts;
   std::vector<ConditionPtr> conditions;
   std::shared_ptr<const TypedSelect> select;
@@ -110,6 +115,11 @@ struct TypedSelect {
 };
 
 // --- Terms
+
+/// Both weigh what they are given.
+TermPtr Shared(Term term);
+ConditionPtr Shared(Condition condition);
+std::size_t WeightOf(const TypedSelect& select);
 
 TermPtr MakeConstant(Variant value, Place place);
 TermPtr MakeTyped(Variant value, ValueKind type, std::uint16_t size);

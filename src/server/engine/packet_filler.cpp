@@ -33,7 +33,7 @@ FillError FillReal(PacketColumn& column, double value) {
   if (RowOf(column.kind).storage != Storage::Real || !std::isfinite(value)) {
     return Unfit(column, std::to_string(value));
   }
-  column.reals.push_back(value);
+  column.reals.push_back(value + 0.0);  // there is no minus zero
   return std::nullopt;
 }
 

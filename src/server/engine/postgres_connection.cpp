@@ -135,15 +135,10 @@ EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
 EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
     std::span<const PostgresCommand> commands, Deadline deadline, std::int64_t bytes) {
   bytesLeft_ = bytes;
-  std::vector<Sent> sent;
+  std::vector<Sent> dropped;
   const bool idle = PQtransactionStatus(handle_.get()) == PQTRANS_IDLE;
-  if (idle && (stale_ || kept_.size() > kMostKept)) {
-    kept_.clear();
-    stale_ = false;
-    const auto dropped = Send({&DeallocateAll(), false}, sent);
-    if (!dropped) return dropped.GetFailure();
-  }
-  const std::size_t own = sent.size();
+  if (idle && (stale_ || kept_.size() > kMostKept) && !DropKept(dropped)) return Broken();
+  std::vector<Sent> sent;
   std::optional<EngineError> error;
   for (const PostgresCommand& command : commands) {
     const auto answer = Send(command, sent);
@@ -155,8 +150,14 @@ EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
   if (IsBroken() || PQpipelineSync(handle_.get()) == 0) return Broken();
 
   std::vector<PostgresReply> replies;
-  replies.reserve(commands.size() + own);
+  replies.reserve(commands.size() + dropped.size());
   std::optional<EngineError> answered;
+  for (const Sent& command : dropped) {
+    answered = Receive(command, deadline, replies);
+    const PostgresResult ended = Next(deadline);
+    if (IsBroken() || PQresultStatus(ended.get()) != PGRES_PIPELINE_SYNC) return Broken();
+    replies.clear();
+  }
   for (const Sent& command : sent) {
     auto failed = Receive(command, deadline, replies);
     if (IsBroken()) return Broken();
@@ -167,7 +168,6 @@ EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
   if (cancelled_) left_ = true;  // a cancellation that comes late must not meet another statement
   if (answered) return *answered;
   if (error) return *error;
-  replies.erase(replies.begin(), replies.begin() + static_cast<std::ptrdiff_t>(own));
   return replies;
 }
 
@@ -199,6 +199,14 @@ bool PostgresConnection::RollBack() {
 
 bool PostgresConnection::IsBroken() const {
   return left_ || PQstatus(handle_.get()) != CONNECTION_OK;
+}
+
+/// Sends the order to forget what is prepared. It is a transaction of its own: what comes behind it
+/// may begin one of another isolation, which must be the first thing in its pipeline.
+bool PostgresConnection::DropKept(std::vector<Sent>& sent) {
+  kept_.clear();
+  stale_ = false;
+  return Send({&DeallocateAll(), false}, sent) && PQpipelineSync(handle_.get()) != 0;
 }
 
 EngineAnswer<Done> PostgresConnection::Send(const PostgresCommand& command,

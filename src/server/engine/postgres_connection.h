@@ -81,6 +81,7 @@ class PostgresConnection {
   };
 
   explicit PostgresConnection(PostgresHandle handle) : handle_(std::move(handle)) {}
+  bool DropKept(std::vector<Sent>& sent);
   EngineAnswer<Done> Send(const PostgresCommand& command, std::vector<Sent>& sent);
   const std::string* NameFor(KeptText& text, std::span<const PostgresValue> values,
                              std::vector<Sent>& sent);

@@ -1,10 +1,13 @@
 #pragma once
 
-// What a search statement may not touch, on either engine. The dialect's catalogue lists what may
-// be read; this is the fence behind it, kept by the engines themselves: SQLite by an authorizer,
-// PostgreSQL by what the search role is granted.
+// What a search statement may touch, on either engine: the columns of the dialect's catalogue with
+// their folds, and what the predicates read that say which rows an asker sees. This is the fence
+// behind the dialect's reader, kept by the engines themselves: SQLite by an authorizer, PostgreSQL
+// by what the search role is granted.
 
-#include <span>
+#include <map>
+#include <set>
+#include <string>
 #include <string_view>
 
 namespace orvane {
@@ -12,20 +15,12 @@ namespace orvane {
 /// The PostgreSQL role under which search statements run.
 inline constexpr std::string_view kSearchRole = "orvane_search";
 
-struct HiddenRow {
-  std::string_view table;
-  std::string_view column;  ///< empty: the whole table
-};
-
-/// Secrets and the server's own books.
-inline constexpr HiddenRow kHiddenFromSearch[] = {
-    {"WSysUsers", "PasswordHash"}, {"UserRights", ""}, {"Session", ""},
-    {"LoginAttempt", ""},          {"ClientKey", ""},  {"History", ""},
-    {"SchemaMigration", ""},
-};
+/// Per table the columns that a search may read; names in small letters.
+using ReadableColumns = std::map<std::string, std::set<std::string>, std::less<>>;
+const ReadableColumns& ReadableBySearch();
 
 /// Whether the fence lets a search read that column; an empty column asks for the table's rows.
-/// Tables of the engines themselves are never readable. Case does not matter.
+/// Case does not matter.
 bool MayBeSearched(std::string_view table, std::string_view column);
 
 /// Whether a search may call that SQL function of SQLite. Case does not matter.

@@ -175,6 +175,14 @@ void FoldFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   sqlite3_result_text64(context, folded.data(), folded.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
+/// orvane_quantity(value): the quantity at six decimals, as searches on PostgreSQL round it too.
+void QuantityFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return sqlite3_result_null(context);
+  constexpr double kScale = 1e6;
+  sqlite3_result_double(context,
+                        std::nearbyint(sqlite3_value_double(arguments[0]) * kScale) / kScale);
+}
+
 std::string_view TextArgument(sqlite3_value* argument) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argument));
   return {text == nullptr ? "" : text, static_cast<std::size_t>(sqlite3_value_bytes(argument))};
@@ -236,6 +244,8 @@ EngineAnswer<Done> SqliteConnection::Configure(SqliteUse use) {
   const int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
   sqlite3_create_function_v2(handle_.get(), "orvane_fold", 1, functionFlags, nullptr, &FoldFunction,
                              nullptr, nullptr, nullptr);
+  sqlite3_create_function_v2(handle_.get(), "orvane_quantity", 1, functionFlags, nullptr,
+                             &QuantityFunction, nullptr, nullptr, nullptr);
   if (use != SqliteUse::Search) {
     sqlite3_create_function_v2(handle_.get(), "orvane_keep", 2, SQLITE_UTF8 | SQLITE_DIRECTONLY,
                                &keptNumbers_, &KeepFunction, nullptr, nullptr, nullptr);

@@ -62,18 +62,12 @@ std::string NewRole() {
 std::string Grants() {
   const std::string role(kSearchRole);
   std::string script = "grant usage on schema public to " + role +
-                       ";\nrevoke all on all tables in schema public from " + role +
-                       ";\ngrant select on all tables in schema public to " + role + ";\n";
-  for (const HiddenRow& row : kHiddenFromSearch) {
-    const std::string table = Fold(row.table);
-    script += "revoke all on " + table + " from " + role + ";\n";
-    if (row.column.empty()) continue;
-    script +=
-        "do $grant$ begin\n  execute (select 'grant select (' || "
-        "string_agg(quote_ident(attname), ', ') || ') on " +
-        table + " to " + role + "'\n    from pg_attribute where attrelid = '" + table +
-        "'::regclass and attnum > 0 and not attisdropped\n    and attname <> '" + Fold(row.column) +
-        "');\nend $grant$;\n";
+                       ";\nrevoke all on all tables in schema public from " + role + ";\n";
+  for (const auto& [table, columns] : ReadableBySearch()) {
+    std::string list;
+    for (const std::string& column : columns)
+      list += (list.empty() ? "" : ", ") + column;
+    script += "grant select (" + list + ") on " + table + " to " + role + ";\n";
   }
   return script;
 }

@@ -85,6 +85,22 @@ TEST_P(EngineSearch, OnlyReadingOfOpenTablesIsLetThrough) {
   EXPECT_EQ(AskNumber(*database_, "select count(*) from Params"), 0);
 }
 
+TEST_P(EngineSearch, AsManyTextsAsEverAreAnswered) {
+  const auto text = [](int i) {
+    return "select Name from NomIn where Element = 0 and " + std::to_string(i) + " = 1";
+  };
+  // More than a connection keeps: at some text what it keeps is dropped.
+  for (int i = 0; i < 520; ++i)
+    ASSERT_EQ(Search({text(i)}), "-") << i;
+  for (int i = 0; i < 520; ++i) {
+    const Statement two[] = {Sql(text(i), {}, {{"Name", ValueKind::Memo, 0}}),
+                             Sql("select 1", {}, {{"One", ValueKind::Int32, 0}})};
+    ASSERT_EQ(Outcome(database_->ReadSnapshot(two)), "-") << i;
+    // Behind a script every kept text is stale.
+    if (i == 0) ASSERT_TRUE(database_->RunScript("select 1"));
+  }
+}
+
 TEST_P(ServerSearch, ARolePutOffIsTakenAgain) {
   EXPECT_EQ(Search({"select set_config('role', 'none', false)", "select TicketHash from Session"}),
             "Other");

@@ -1,5 +1,6 @@
-// Whatever arrives as a search statement: the reader does not crash, and what it renders is a
-// statement that SQLite prepares and that reads the catalogue's tables and nothing else.
+// Whatever arrives as a search statement, with whatever parameters: the reader does not crash, a
+// short statement stays short, what it renders is a statement that SQLite prepares and that reads
+// the catalogue's tables and nothing else, and a kept statement answers as a new one.
 
 #include <sqlite3.h>
 
@@ -9,6 +10,7 @@
 #include <iterator>
 #include <string>
 
+#include "server/dialect/kept_searches.h"
 #include "server/dialect/search.h"
 
 namespace {
@@ -157,6 +159,9 @@ sqlite3* MakeDatabase() {
     script += "create table " + std::string(table.stored) + " (" + columns + ");";
   }
   Must(sqlite3_exec(database, script.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK);
+  const auto quantity = [](sqlite3_context*, int, sqlite3_value**) {};
+  Must(sqlite3_create_function(database, "orvane_quantity", 1, SQLITE_UTF8, nullptr, quantity,
+                               nullptr, nullptr) == SQLITE_OK);
   sqlite3_set_authorizer(database, &MayRead, nullptr);
   return database;
 }
@@ -175,6 +180,33 @@ void MustPrepare(const RenderedSearch& search) {
   sqlite3_finalize(prepared);
 }
 
+/// What the statement may be given: numbers, texts with signs of patterns, nothing.
+Variant ParameterOf(std::uint8_t chosen) {
+  const Variant values[] = {Variant(),
+                            1,
+                            -1,
+                            std::int64_t{1} << 62,
+                            0.5,
+                            -0.0,
+                            "сто%",
+                            "%\\_[%]",
+                            "05.03.2026",
+                            "",
+                            Decimal(5, 2),
+                            true,
+                            Date{1},
+                            Stamp{1}};
+  return values[chosen % std::size(values)];
+}
+
+void MustBeSame(const Answer<RenderedSearch>& kept, const Answer<RenderedSearch>& fresh) {
+  Must(kept.Ok() == fresh.Ok());
+  if (!fresh) return Must(kept.GetFailure().message == fresh.GetFailure().message);
+  Must(kept->statement.text == fresh->statement.text);
+  Must(kept->statement.params == fresh->statement.params);
+  Must(kept->fingerprint == fresh->fingerprint);
+}
+
 std::string StatementOf(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return {};
   if (data[0] % 2 == 0) return std::string(data + 1, data + size);
@@ -187,20 +219,27 @@ std::string StatementOf(const std::uint8_t* data, std::size_t size) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string sql = StatementOf(data, size);
-  const NamedValues params = {{"A", 1}, {"B", "сто%"}, {"C", Variant()}};
+  constexpr std::size_t kLongest = 2048;
+  constexpr std::size_t kParameters = 3;
+  if (size < kParameters || size > kLongest) return 0;
+  const NamedValues params = {
+      {"A", ParameterOf(data[0])}, {"B", ParameterOf(data[1])}, {"C", ParameterOf(data[2])}};
+  const std::string sql = StatementOf(data + kParameters, size - kParameters);
   SearchInput input{sql, params, 80};
   input.mayRead = [](const CatalogueTable&) { return true; };
   input.visibility = [](const CatalogueTable&) {
     return RowPredicate{"{t}.rowid > ?1 and {t}.rowid <> ?2", {1, 2}};
   };
-  const int identity = static_cast<int>(size % 3);  // 2: not known
-  if (identity < 2) input.settings = {{"DescrBaseSupplyList.IdentityWithNom", identity}};
   const auto search = RenderSearch(input);
+  static KeptSearches kept(64, std::size_t{1} << 20);
+  MustBeSame(kept.Render(input), search);
+  MustBeSame(kept.Render(input), search);
+  Must(kept.Bytes() <= std::size_t{1} << 20);
   if (!search) {
     Must(!search.GetFailure().message.empty());
     return 0;
   }
+  Must(search->statement.text.size() <= std::size_t{1} << 20);
   MustPrepare(*search);
   input.engine = Engine::Postgres;
   Must(RenderSearch(input).Ok());
