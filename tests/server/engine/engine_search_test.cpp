@@ -97,7 +97,9 @@ TEST_P(EngineSearch, AsManyTextsAsEverAreAnswered) {
                              Sql("select 1", {}, {{"One", ValueKind::Int32, 0}})};
     ASSERT_EQ(Outcome(database_->ReadSnapshot(two)), "-") << i;
     // Behind a script every kept text is stale.
-    if (i == 0) ASSERT_TRUE(database_->RunScript("select 1"));
+    if (i == 0) {
+      ASSERT_TRUE(database_->RunScript("select 1"));
+    }
   }
 }
 

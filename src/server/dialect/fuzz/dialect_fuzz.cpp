@@ -156,6 +156,8 @@ sqlite3* MakeDatabase() {
       columns += (columns.empty() ? "" : ", ") + std::string(column.name);
       if (column.Is(kFolded)) columns += ", Fold" + std::string(column.name);
     }
+    for (const CatalogueColumn& column : table.keptNames)
+      columns += ", Fold" + std::string(column.name);
     script += "create table " + std::string(table.stored) + " (" + columns + ");";
   }
   Must(sqlite3_exec(database, script.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK);
