@@ -120,7 +120,7 @@ TEST(DialectRefusals, NameLineAndColumn) {
       {select + " WHERE Name", "1:37", "условие"},
       {select + " WHERE Code = (1 = 1)", "1:45", "стойност"},
       {"SELECT Name - Name2 x FROM KindSupplies", "1:8", "числа"},
-      {"SELECT CASE Code WHEN 1 THEN 2 ELSE Name END x FROM KindSupplies", "1:8", "различен вид"},
+      {"SELECT CASE Code WHEN 1 THEN 2 ELSE Name END x FROM KindSupplies", "1:30", "различен вид"},
       {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '2026-03-05'", "1:57",
        "различен вид"},
       {"SELECT IdNumber FROM SuppInvRegister WHERE JoinedDate = '31.02.2026'", "1:57",
