@@ -72,7 +72,8 @@ class Binder {
       const TermPtr term = BindTerm(*set.value);
       if (!term) return false;
       const SyntaxVariable& variable = statement.variables[set.variable];
-      std::optional<Variant> declared = Declared(variable, term->value);
+      std::optional<Variant> declared =
+          DeclaredValue(variable.type, variable.size, term->value, input_.zone);
       if (!declared) {
         return RefuseAll(set.value->place, "стойността " + Quoted(term->value.ToText()) +
                                                " не е от вида на променливата " +
@@ -81,25 +82,6 @@ class Binder {
       variables_[set.variable].value = *std::move(declared);
     }
     return true;
-  }
-
-  std::optional<Variant> Declared(const SyntaxVariable& variable, const Variant& value) const {
-    if (value.IsNull()) return value;
-    switch (variable.type) {
-      case DeclaredType::Bit: {
-        const std::optional<std::int64_t> bit = value.AsInt();
-        return bit ? std::optional<Variant>(std::int64_t{*bit != 0}) : std::nullopt;
-      }
-      case DeclaredType::Integer:
-        return Conform(value, ValueKind::Code, input_.zone);
-      case DeclaredType::Date:
-        return Conform(value, ValueKind::Date, input_.zone);
-      case DeclaredType::Text:
-        break;
-    }
-    const std::string* text = value.AsString();
-    if (text == nullptr) return std::nullopt;
-    return Variant(Utf8Cut(*text, static_cast<std::size_t>(variable.size)));
   }
 
   // --- SELECT
@@ -220,16 +202,6 @@ class Binder {
   static bool IsAmongItems(const TypedSelect& select, const Term& term) {
     return std::any_of(select.items.begin(), select.items.end(),
                        [&](const TypedItem& item) { return SameTerm(*item.value, term); });
-  }
-
-  /// Gives a constant that met nothing typed a kind of its own.
-  static TermPtr Typed(const TermPtr& term) {
-    if (term->typed) return term;
-    if (term->IsNull()) return MakeTyped({}, ValueKind::Int32, 0);
-    const ValueKind kind = OwnKind(term->value);
-    if (kind == ValueKind::Double) return MakeTyped(*term->value.AsDouble(), kind, 0);
-    if (kind == ValueKind::Code) return MakeTyped(*term->value.AsInt(), kind, 0);
-    return MakeTyped(term->value, kind, 0);
   }
 
   // --- terms
@@ -539,29 +511,15 @@ class Binder {
                     "числото " + Quoted(part->value.ToText()) + " е извън допустимото");
     }
     if (sort == Sort::Number) term.type = ValueKind::Code;
-    if (parts[0]->IsConstant() && parts[1]->IsConstant())
-      return ConstantSum(parts, adds, syntax.place);
+    if (parts[0]->IsConstant() && parts[1]->IsConstant()) {
+      if (parts[0]->IsNull() || parts[1]->IsNull()) return MakeConstant({}, syntax.place);
+      const auto sum = SumOf(parts[0]->value, parts[1]->value, adds);
+      if (!sum) return Refuse(syntax.place, "числото е извън допустимото");
+      return MakeConstant(*sum, syntax.place);
+    }
     term.mayBeNull = parts[0]->mayBeNull || parts[1]->mayBeNull;
     term.parts = std::move(parts);
     return Shared(std::move(term));
-  }
-
-  TermPtr ConstantSum(const std::vector<TermPtr>& parts, bool adds, Place place) {
-    if (parts[0]->IsNull() || parts[1]->IsNull()) return MakeConstant({}, place);
-    const std::optional<Decimal> left = parts[0]->value.AsDecimal();
-    const std::optional<Decimal> right = parts[1]->value.AsDecimal();
-    if (!left || !right) {
-      const std::optional<double> a = parts[0]->value.AsDouble();
-      const std::optional<double> b = parts[1]->value.AsDouble();
-      if (!a || !b) return Refuse(place, "събират се и се изваждат само числа");
-      return MakeConstant(adds ? *a + *b : *a - *b, place);
-    }
-    const std::optional<Decimal> sum = adds ? left->Plus(*right) : left->Minus(*right);
-    if (!sum) return Refuse(place, "числото е извън допустимото");
-    if (const std::optional<std::int64_t> whole = Variant(*sum).AsInt()) {
-      return MakeConstant(*whole, place);
-    }
-    return MakeConstant(*sum, place);
   }
 
   // --- conditions

@@ -114,6 +114,49 @@ ValueKind OwnKind(const Variant& value) {
   return ValueKind::Double;
 }
 
+TermPtr Typed(const TermPtr& term) {
+  if (term->typed) return term;
+  if (term->IsNull()) return MakeTyped({}, ValueKind::Int32, 0);
+  const ValueKind kind = OwnKind(term->value);
+  if (kind == ValueKind::Double) return MakeTyped(*term->value.AsDouble(), kind, 0);
+  if (kind == ValueKind::Code) return MakeTyped(*term->value.AsInt(), kind, 0);
+  return MakeTyped(term->value, kind, 0);
+}
+
+std::optional<Variant> DeclaredValue(DeclaredType type, int size, const Variant& value,
+                                     const TimeZone& zone) {
+  if (value.IsNull()) return value;
+  switch (type) {
+    case DeclaredType::Bit: {
+      const std::optional<std::int64_t> bit = value.AsInt();
+      return bit ? std::optional<Variant>(std::int64_t{*bit != 0}) : std::nullopt;
+    }
+    case DeclaredType::Integer:
+      return Conform(value, ValueKind::Code, zone);
+    case DeclaredType::Date:
+      return Conform(value, ValueKind::Date, zone);
+    case DeclaredType::Text:
+      break;
+  }
+  const std::string* text = value.AsString();
+  if (text == nullptr) return std::nullopt;
+  return Variant(Utf8Cut(*text, static_cast<std::size_t>(size)));
+}
+
+std::optional<Variant> SumOf(const Variant& left, const Variant& right, bool adds) {
+  const std::optional<Decimal> a = left.AsDecimal();
+  const std::optional<Decimal> b = right.AsDecimal();
+  if (!a || !b) {
+    const std::optional<double> x = left.AsDouble();
+    const std::optional<double> y = right.AsDouble();
+    return x && y ? std::optional<Variant>(adds ? *x + *y : *x - *y) : std::nullopt;
+  }
+  const std::optional<Decimal> sum = adds ? a->Plus(*b) : a->Minus(*b);
+  if (!sum) return std::nullopt;
+  const std::optional<std::int64_t> whole = Variant(*sum).AsInt();
+  return whole ? Variant(*whole) : Variant(*sum);
+}
+
 ConditionPtr CompareTerms(TermPtr left, std::string sign, TermPtr right, const FoldSource& fold,
                           const TimeZone& zone) {
   if (left->IsNull() || right->IsNull()) return MakeTruth(Truth::Unknown);

@@ -9,6 +9,7 @@
 
 #include "packet/date.h"
 #include "server/dialect/like_pattern.h"
+#include "server/dialect/syntax.h"
 #include "server/dialect/typed.h"
 
 namespace orvane::dialect {
@@ -24,6 +25,14 @@ std::optional<ValueKind> Common(ValueKind left, ValueKind right);
 ValueKind WideEnough(ValueKind kind, const Variant& value);
 /// The kind a literal or parameter has when nothing else decides.
 ValueKind OwnKind(const Variant& value);
+
+/// Gives a constant that met nothing typed a kind of its own.
+TermPtr Typed(const TermPtr& term);
+/// What a variable declared so holds of the value; empty when it is of another kind.
+std::optional<Variant> DeclaredValue(DeclaredType type, int size, const Variant& value,
+                                     const TimeZone& zone);
+/// The sum, or the difference, of two numbers; empty when there is none.
+std::optional<Variant> SumOf(const Variant& left, const Variant& right, bool adds);
 
 /// Finds the fold of a text term; a null pointer when it has none.
 using FoldSource = std::function<TermPtr(const TermPtr&)>;
