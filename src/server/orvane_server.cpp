@@ -93,10 +93,15 @@ Answer<Greeting> OrvaneServer::Greet() {
   return greeting;
 }
 
-Answer<SessionInfo> OrvaneServer::LogIn(const LoginRequest& request) {
+Answer<SessionInfo> OrvaneServer::LogInFrom(std::string_view address, const LoginRequest& request) {
   auto company = KnownCompany();
   if (!company) return company.GetFailure();
-  return sessions_.LogIn(request, **company);
+  return sessions_.LogIn(request, **company, address);
+}
+
+bool OrvaneServer::KnowsTicket(const std::string& ticket) {
+  const auto session = sessions_.Find(ticket);
+  return session || session.GetFailure().kind != FailureKind::SessionEnded;
 }
 
 Answer<Done> OrvaneServer::LogOut(const Caller& caller) {

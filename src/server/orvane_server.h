@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "packet/application_server.h"
@@ -39,12 +40,19 @@ class OrvaneServer final : public IApplicationServer {
                std::vector<ServerClass> classes);
 
   Answer<Greeting> Greet() override;
-  Answer<SessionInfo> LogIn(const LoginRequest& request) override;
+  Answer<SessionInfo> LogIn(const LoginRequest& request) override { return LogInFrom("", request); }
+  /// The same for somebody at that address of the network: guesses from one address are counted.
+  Answer<SessionInfo> LogInFrom(std::string_view address, const LoginRequest& request);
   Answer<Done> LogOut(const Caller& caller) override;
   Answer<std::vector<DataPacket>> Fetch(const Caller& caller,
                                         const std::vector<FetchRequest>& requests) override;
   Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override;
   Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override;
+
+  /// Whether the ticket opens a session that is in memory; asks no database.
+  bool RemembersTicket(const std::string& ticket) { return sessions_.Remembers(ticket); }
+  /// Whether the ticket opens a session; true also when that cannot be told now.
+  bool KnowsTicket(const std::string& ticket);
 
   /// Sessions that were refused because they claimed more than they hold, since the start.
   std::int64_t ClaimsRefused() const { return claimsRefused_; }

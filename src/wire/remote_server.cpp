@@ -13,6 +13,7 @@
 #include "packet/link_failure.h"
 #include "wire/codec.h"
 #include "wire/loopback.h"
+#include "wire/metadata.h"
 #include "wire/text_file.h"
 
 namespace orvane {
@@ -56,6 +57,16 @@ Failure FailureOf(Verb verb, const grpc::Status& status) {
   }
   if (IsWrite(verb)) return OutcomeIsUnknown();
   return {FailureKind::Internal, "Неочакван отговор от сървъра: " + status.error_message()};
+}
+
+/// What travels beside a message.
+struct Metadata {
+  const char* name;
+  std::string value;
+};
+
+Metadata TicketOf(const Caller& caller) {
+  return {wire::kTicketMetadata, caller.ticket};
 }
 
 /// The queue of one call. Its destructor waits for what was started on it.
@@ -137,7 +148,9 @@ class RemoteServer::Link {
 
   /// `Start` is the generated function of the verb that starts a call on a queue.
   template <class Value, class Reply, class Request, class Start>
-  Answer<Value> Ask(Verb verb, int timeoutMs, Request& request, Start start) {
+  Answer<Value> Ask(Verb verb, int timeoutMs, const Metadata& metadata, Request& request,
+                    Start start) {
+    if (metadata.value.size() > wire::kLongestLogIn) return RequestTooLong();
     if (request.ByteSizeLong() > static_cast<std::size_t>(options_.maxRequestBytes)) {
       return RequestTooLong();
     }
@@ -147,6 +160,7 @@ class RemoteServer::Link {
 
     grpc::ClientContext context;
     context.set_wait_for_ready(false);
+    if (!metadata.value.empty()) context.AddMetadata(metadata.name, metadata.value);
     context.set_deadline(SystemTime::now() + milliseconds(timeoutMs));
     const auto stub = v1::ApplicationServer::NewStub(channel);
     const auto reader = (stub.get()->*start)(&context, request, &waiting.Queue());
@@ -241,21 +255,25 @@ void RemoteServer::SetPump(std::function<bool()> pump) {
 
 Answer<Greeting> RemoteServer::Greet() {
   v1::GreetRequest message;
-  return link_->Ask<Greeting, v1::GreetReply>(Verb::Greet, link_->Options().greetMs, message,
+  return link_->Ask<Greeting, v1::GreetReply>(Verb::Greet, link_->Options().greetMs,
+                                              {wire::kTicketMetadata, ""}, message,
                                               &v1::ApplicationServer::Stub::AsyncGreet);
 }
 
 Answer<SessionInfo> RemoteServer::LogIn(const LoginRequest& request) {
   v1::LogInRequest message;
   wire::Encode(request, message);
-  return link_->Ask<SessionInfo, v1::LogInReply>(Verb::LogIn, link_->Options().logInMs, message,
-                                                 &v1::ApplicationServer::Stub::AsyncLogIn);
+  const Metadata metadata{wire::kLogInMetadata, message.SerializeAsString()};
+  message.Clear();
+  return link_->Ask<SessionInfo, v1::LogInReply>(Verb::LogIn, link_->Options().logInMs, metadata,
+                                                 message, &v1::ApplicationServer::Stub::AsyncLogIn);
 }
 
 Answer<Done> RemoteServer::LogOut(const Caller& caller) {
   v1::LogOutRequest message;
   wire::Encode(caller, *message.mutable_caller());
-  return link_->Ask<Done, v1::LogOutReply>(Verb::LogOut, link_->Options().logOutMs, message,
+  return link_->Ask<Done, v1::LogOutReply>(Verb::LogOut, link_->Options().logOutMs,
+                                           TicketOf(caller), message,
                                            &v1::ApplicationServer::Stub::AsyncLogOut);
 }
 
@@ -265,7 +283,8 @@ Answer<std::vector<DataPacket>> RemoteServer::Fetch(const Caller& caller,
   wire::Encode(caller, *message.mutable_caller());
   wire::Encode(requests, message);
   auto answer = link_->Ask<std::vector<DataPacket>, v1::FetchReply>(
-      Verb::Fetch, link_->Options().fetchMs, message, &v1::ApplicationServer::Stub::AsyncFetch);
+      Verb::Fetch, link_->Options().fetchMs, TicketOf(caller), message,
+      &v1::ApplicationServer::Stub::AsyncFetch);
   if (answer && answer->size() != requests.size()) {
     return Failure{FailureKind::BadRequest, "Отговорът на сървъра е повреден."};
   }
@@ -276,8 +295,9 @@ Answer<ApplyAnswer> RemoteServer::Apply(const Caller& caller, const ApplyRequest
   v1::ApplyRequest message;
   wire::Encode(caller, *message.mutable_caller());
   wire::Encode(request, message);
-  auto answer = link_->Ask<ApplyAnswer, v1::ApplyReply>(
-      Verb::Apply, link_->Options().applyMs, message, &v1::ApplicationServer::Stub::AsyncApply);
+  auto answer = link_->Ask<ApplyAnswer, v1::ApplyReply>(Verb::Apply, link_->Options().applyMs,
+                                                        TicketOf(caller), message,
+                                                        &v1::ApplicationServer::Stub::AsyncApply);
   if (answer && answer->outcomes.size() != request.delta.size()) return OutcomeIsUnknown();
   return answer;
 }
@@ -286,7 +306,8 @@ Answer<VariantArray> RemoteServer::Call(const Caller& caller, const MethodCall& 
   v1::CallRequest message;
   wire::Encode(caller, *message.mutable_caller());
   wire::Encode(call, message);
-  return link_->Ask<VariantArray, v1::CallReply>(Verb::Call, link_->Options().callMs, message,
+  return link_->Ask<VariantArray, v1::CallReply>(Verb::Call, link_->Options().callMs,
+                                                 TicketOf(caller), message,
                                                  &v1::ApplicationServer::Stub::AsyncCall);
 }
 

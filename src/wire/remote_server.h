@@ -29,7 +29,7 @@ struct RemoteOptions {
   int callMs = 120'000;
 
   int maxMessageBytes = 256 * 1024 * 1024;  ///< longest answer that is read
-  int maxRequestBytes = 64 * 1024 * 1024;   ///< a longer request is refused and not sent
+  int maxRequestBytes = 16 * 1024 * 1024;   ///< a longer request is refused and not sent
 
   /// Called every ten milliseconds once a call took a tenth of a second, so that the window can
   /// paint itself. False cancels the call: the user pressed Escape. May be empty.

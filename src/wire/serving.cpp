@@ -1,42 +1,37 @@
 #include "wire/serving.h"
 
 #include <grpcpp/ext/proto_server_reflection_plugin.h>
+#include <grpcpp/generic/async_generic_service.h>
 #include <grpcpp/grpcpp.h>
 #include <grpcpp/health_check_service_interface.h>
+#include <grpcpp/impl/server_builder_option.h>
 #include <grpcpp/resource_quota.h>
 #include <malloc.h>
 
-#include <atomic>
 #include <chrono>
-#include <exception>
-#include <type_traits>
 #include <utility>
+#include <vector>
 
-#include "orvane.grpc.pb.h"
-#include "wire/codec.h"
+#include "wire/exchange.h"
+#include "wire/front.h"
 #include "wire/loopback.h"
+#include "wire/metadata.h"
 #include "wire/text_file.h"
 
 namespace orvane {
 namespace {
 
-/// Threads of the transport itself, besides those that work on requests.
-constexpr int kSpareThreads = 8;
+/// Threads of the transport itself.
+constexpr int kTransportThreads = 16;
+/// What the transport may keep of messages that are on their way.
+constexpr std::size_t kTransportBytes = 128u << 20;
+/// Calls of one connection at once; a client has a handful.
+constexpr int kCallsOfConnection = 64;
 /// Clients ask in this rhythm whether a silent link still stands.
 constexpr int kShortestPingMs = 10'000;
-
-Failure Damaged() {
-  return {FailureKind::BadRequest, "Заявката към сървъра е повредена."};
-}
-
-/// Nothing was carried out, so that the client may simply ask again.
-Failure Busy() {
-  return {FailureKind::LinkDown, "Сървърът е зает с други заявки."};
-}
-
-Failure TooLong() {
-  return {FailureKind::BadRequest, "Отговорът на сървъра е твърде голям. Стеснете търсенето."};
-}
+/// And so does the server: a link whose other end has vanished is ended.
+constexpr int kPingMs = 60'000;
+constexpr int kPingAnswerMs = 20'000;
 
 /// Requests come on many threads and each takes and gives back some hundred kilobytes. Given back
 /// to the system every time, these cost a fifth of a document's load in page faults.
@@ -49,152 +44,103 @@ void KeepFreedMemory() {
 #endif
 }
 
-/// Counts the requests in work.
-class Place {
+/// The library gives reflection to every server of a program that is linked with it, unasked.
+class ReflectionAsConfigured final : public grpc::ServerBuilderOption {
  public:
-  Place(std::atomic<int>& taken, int places) : taken_(taken), free_(++taken <= places) {}
-  ~Place() { --taken_; }
-  Place(const Place&) = delete;
-  Place& operator=(const Place&) = delete;
+  explicit ReflectionAsConfigured(bool on) : on_(on) {}
 
-  bool IsFree() const { return free_; }
-
- private:
-  std::atomic<int>& taken_;
-  const bool free_;
-};
-
-/// Turns messages into calls of the application server and its answers into messages.
-class WireService final : public v1::ApplicationServer::Service {
- public:
-  WireService(IApplicationServer& server, const ServingOptions& options)
-      : server_(server), options_(options) {}
-
-  grpc::Status Greet(grpc::ServerContext*, const v1::GreetRequest*,
-                     v1::GreetReply* reply) override {
-    return Carry(*reply, [&] { return server_.Greet(); });
-  }
-
-  grpc::Status LogIn(grpc::ServerContext*, const v1::LogInRequest* message,
-                     v1::LogInReply* reply) override {
-    return Carry(*reply, [&]() -> Answer<SessionInfo> {
-      LoginRequest request;
-      if (!wire::Decode(Mutable(message), request)) return Damaged();
-      return server_.LogIn(request);
-    });
-  }
-
-  grpc::Status LogOut(grpc::ServerContext*, const v1::LogOutRequest* message,
-                      v1::LogOutReply* reply) override {
-    return Carry(*reply, [&] { return server_.LogOut(CallerOf(message)); });
-  }
-
-  grpc::Status Fetch(grpc::ServerContext*, const v1::FetchRequest* message,
-                     v1::FetchReply* reply) override {
-    return Carry(*reply, [&]() -> Answer<std::vector<DataPacket>> {
-      std::vector<FetchRequest> requests;
-      if (!wire::Decode(Mutable(message), requests)) return Damaged();
-      return server_.Fetch(CallerOf(message), requests);
-    });
-  }
-
-  grpc::Status Apply(grpc::ServerContext*, const v1::ApplyRequest* message,
-                     v1::ApplyReply* reply) override {
-    return Carry(*reply, [&]() -> Answer<ApplyAnswer> {
-      ApplyRequest request;
-      if (!wire::Decode(Mutable(message), request)) return Damaged();
-      return server_.Apply(CallerOf(message), request);
-    });
-  }
-
-  grpc::Status Call(grpc::ServerContext*, const v1::CallRequest* message,
-                    v1::CallReply* reply) override {
-    return Carry(*reply, [&]() -> Answer<VariantArray> {
-      MethodCall call;
-      if (!wire::Decode(Mutable(message), call)) return Damaged();
-      return server_.Call(CallerOf(message), call);
-    });
+  void UpdateArguments(grpc::ChannelArguments*) override {}
+  void UpdatePlugins(std::vector<std::unique_ptr<grpc::ServerBuilderPlugin>>* plugins) override {
+    auto own = std::make_unique<grpc::reflection::ProtoServerReflectionPlugin>();
+    std::erase_if(*plugins, [&](const auto& plugin) { return plugin->name() == own->name(); });
+    if (on_) plugins->push_back(std::move(own));
   }
 
  private:
-  /// Requests belong to the call and nobody reads them after it: texts are moved out of them.
-  template <class Message>
-  static Message& Mutable(const Message* message) {
-    return const_cast<Message&>(*message);
-  }
-
-  template <class Message>
-  static Caller CallerOf(const Message* message) {
-    return wire::DecodeCaller(*Mutable(message).mutable_caller());
-  }
-
-  template <class Reply, class Work>
-  grpc::Status Carry(Reply& reply, Work work) {
-    const Place place(inWork_, options_.maxConcurrent);
-    if (!place.IsFree()) {
-      wire::Encode(Busy(), *reply.mutable_failure());
-      return grpc::Status::OK;
-    }
-    try {
-      auto answer = work();
-      if (answer) {
-        wire::Encode(*std::move(answer), reply);
-      } else {
-        wire::Encode(answer.GetFailure(), *reply.mutable_failure());
-      }
-      CapLength(reply);
-    } catch (const std::exception& unexpected) {
-      if (options_.report) options_.report(unexpected.what());
-      reply.Clear();
-      wire::Encode(Failure{FailureKind::Internal, "Неочаквана грешка в сървъра."},
-                   *reply.mutable_failure());
-    }
-    return grpc::Status::OK;
-  }
-
-  /// An answer to a question may be refused for its length. One to a write is sent whatever it is:
-  /// what it tells has happened.
-  template <class Reply>
-  void CapLength(Reply& reply) const {
-    if constexpr (std::is_same_v<Reply, v1::FetchReply> || std::is_same_v<Reply, v1::GreetReply>) {
-      if (reply.ByteSizeLong() <= static_cast<std::size_t>(options_.maxMessageBytes)) return;
-      reply.Clear();
-      wire::Encode(TooLong(), *reply.mutable_failure());
-    }
-  }
-
-  IApplicationServer& server_;
-  const ServingOptions options_;
-  std::atomic<int> inWork_ = 0;
+  const bool on_;
 };
+
+/// Whether certificate and key are one for the other: tried on a port of this machine, because
+/// connections that are handed over would tell it only to those who connect.
+bool CanSecure(const std::shared_ptr<grpc::ServerCredentials>& credentials) {
+  v1::ApplicationServer::Service nothing;
+  grpc::ServerBuilder builder;
+  int port = 0;
+  builder.AddListeningPort("127.0.0.1:0", credentials, &port);
+  builder.RegisterService(&nothing);
+  builder.SetOption(std::make_unique<ReflectionAsConfigured>(false));
+  const auto server = builder.BuildAndStart();
+  if (server) server->Shutdown();
+  return server && port > 0;
+}
 
 class GrpcServer final : public RunningServer {
  public:
   GrpcServer(IApplicationServer& server, const ServingOptions& options)
-      : service_(server, options), quota_("orvane") {
-    quota_.SetMaxThreads(options.maxConcurrent + kSpareThreads);
+      : front_({.connections = options.maxConnections,
+                .ofOneAddress = options.maxConnectionsOfOne,
+                .silentGuestMs = options.silentGuestMs}),
+        service_(server, options,
+                 [this](const std::string& peer, bool proven) {
+                   const wire::Peer from = wire::ParsePeer(peer);
+                   front_.Heard(from, proven);
+                   return from.address;
+                 }),
+        quota_("orvane") {
+    quota_.SetMaxThreads(kTransportThreads).Resize(kTransportBytes);
   }
-  ~GrpcServer() override { Stop(0); }
+  ~GrpcServer() override {
+    Stop(0);
+    front_.Halt();
+  }
 
   /// False when the port cannot be had.
   bool Start(const ServingOptions& options,
              const std::shared_ptr<grpc::ServerCredentials>& credentials) {
+    if (!options.certificatePath.empty() && !CanSecure(credentials)) return false;
+    if (!front_.Listen(options.address, options.port)) return false;
     grpc::ServerBuilder builder;
-    builder.AddListeningPort(AddressOf(options.address, options.port), credentials, &port_);
-    builder.RegisterService(&service_);
-    builder.SetMaxReceiveMessageSize(options.maxMessageBytes);
+    acceptor_ = builder.experimental().AddExternalConnectionAcceptor(
+        grpc::ServerBuilder::experimental_type::ExternalConnectionType::FROM_FD, credentials);
+    builder.RegisterService(&described_);
+    builder.RegisterCallbackGenericService(&service_);
+    builder.SetMaxReceiveMessageSize(options.maxRequestBytes);
     builder.SetResourceQuota(quota_);
-    builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);  // two servers never share a port
-    builder.AddChannelArgument(GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS,
-                               kShortestPingMs);
+    for (const auto algorithm : {GRPC_COMPRESS_DEFLATE, GRPC_COMPRESS_GZIP})
+      builder.SetCompressionAlgorithmSupportStatus(algorithm, false);
+    builder.SetOption(std::make_unique<ReflectionAsConfigured>(options.reflection));
+    const std::pair<const char*, int> arguments[] = {
+        {GRPC_ARG_ENABLE_PER_MESSAGE_DECOMPRESSION, 0},
+        {GRPC_ARG_MAX_METADATA_SIZE, wire::kLongestMetadata},
+        {GRPC_ARG_MAX_CONCURRENT_STREAMS, kCallsOfConnection},
+        {GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, options.handshakeMs},
+        {GRPC_ARG_HTTP2_BDP_PROBE, 0},  // it would let a stranger send megabytes that nobody reads
+        {GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, kShortestPingMs},
+        {GRPC_ARG_KEEPALIVE_TIME_MS, kPingMs},
+        {GRPC_ARG_KEEPALIVE_TIMEOUT_MS, kPingAnswerMs},
+        {GRPC_ARG_KEEPALIVE_PERMIT_WITHOUT_CALLS, 1},
+        {GRPC_ARG_HTTP2_MAX_PINGS_WITHOUT_DATA, 0}};
+    for (const auto& [name, value] : arguments)
+      builder.AddChannelArgument(name, value);
     server_ = builder.BuildAndStart();
-    return server_ && port_ > 0;
+    if (!server_) return false;
+    front_.Start(
+        [this](int listener, int connection) {
+          grpc::experimental::ExternalConnectionAcceptor::NewConnectionParameters given;
+          given.listener_fd = listener;
+          given.fd = connection;
+          acceptor_->HandleNewConnection(&given);
+        },
+        [this] { service_.Tick(); });
+    return true;
   }
 
-  int Port() const override { return port_; }
+  int Port() const override { return front_.Port(); }
+  int Connections() override { return front_.Connections(); }
 
   void Stop(int graceMs) override {
     if (!server_) return;
+    front_.StopListening();
     server_->GetHealthCheckService()->SetServingStatus(false);
     server_->Shutdown(std::chrono::system_clock::now() + std::chrono::milliseconds(graceMs));
     server_->Wait();
@@ -203,10 +149,12 @@ class GrpcServer final : public RunningServer {
   void Wait() override { server_->Wait(); }
 
  private:
-  WireService service_;
+  wire::Front front_;
+  wire::ExchangeService service_;
+  wire::DescribedService described_;
   grpc::ResourceQuota quota_;
+  std::unique_ptr<grpc::experimental::ExternalConnectionAcceptor> acceptor_;
   std::unique_ptr<grpc::Server> server_;
-  int port_ = 0;
 };
 
 Failure Misconfigured(std::string sentence) {
@@ -238,13 +186,14 @@ Answer<std::shared_ptr<grpc::ServerCredentials>> CredentialsFor(const ServingOpt
 }  // namespace
 
 Answer<std::unique_ptr<RunningServer>> StartServing(IApplicationServer& server,
-                                                    const ServingOptions& options) {
+                                                    const ServingOptions& given) {
+  ServingOptions options = given;
+  options.address = HostOf(given.address);
   const auto credentials = CredentialsFor(options);
   if (!credentials) return credentials.GetFailure();
   static const bool processIsReady = [] {
     KeepFreedMemory();
     grpc::EnableDefaultHealthCheckService(true);
-    grpc::reflection::InitProtoReflectionServerBuilderPlugin();
     return true;
   }();
   static_cast<void>(processIsReady);

@@ -1,6 +1,12 @@
 #pragma once
 
-// Serves an application server to the network: gRPC on one port, with health checks and reflection.
+// Serves an application server to the network: gRPC on one port, with health checks.
+//
+// Nothing that comes from a stranger is dear. The ticket of a session, and the request of a login,
+// travel in the metadata of a call, which are some kilobytes at most: of a caller without a living
+// session no message is read at all. Messages are never compressed; what a session sends is limited
+// in bytes, and in what it would take decoded, before it is decoded. Logins and tickets that are
+// not in memory have threads of their own, where addresses take turns.
 //
 //   auto running = StartServing(server, {.address = "127.0.0.1", .port = 8011});
 //   if (!running) return Report(running.GetFailure());
@@ -21,10 +27,29 @@ struct ServingOptions {
   /// machine's own: passwords and tickets do not travel in the clear.
   std::string certificatePath{};
   std::string keyPath{};
-  /// Longest request that is read, and longest answer to a fetch or greeting that is sent.
-  int maxMessageBytes = 64 * 1024 * 1024;
-  /// Requests worked on at once; one more is turned away and may be sent again.
+  int maxRequestBytes = 16 * 1024 * 1024;  ///< longest request that is read
+  int maxMessageBytes = 64 * 1024 * 1024;  ///< longest answer to a fetch or greeting that is sent
+  /// Requests worked on at once. Further ones wait so many milliseconds, sessions taking turns;
+  /// then they are turned away and may be sent again.
   int maxConcurrent = 64;
+  int longestWaitMs = 2'000;
+  /// Connections of all addresses and of one; fewer when the process may not have so many files.
+  int maxConnections = 1'000;
+  int maxConnectionsOfOne = 256;
+  /// Milliseconds after which end: a connection that said nothing yet, one over which no session
+  /// asked for so long, a message that does not arrive, an answer that is not read.
+  int handshakeMs = 10'000;
+  int silentGuestMs = 60'000;
+  int slowMessageMs = 120'000;
+  /// Offers the description of the service to whoever asks.
+  bool reflection = false;
+  /// Whether a ticket opens a session: from memory alone, and for good. Empty: every ticket does,
+  /// and the server is asked.
+  std::function<bool(const std::string& ticket)> remembersTicket{};
+  std::function<bool(const std::string& ticket)> knowsTicket{};
+  /// A login from that address. Empty: IApplicationServer::LogIn.
+  std::function<Answer<SessionInfo>(const std::string& address, const LoginRequest& request)>
+      logIn{};
   /// Told, from threads of the server, what went wrong inside it (never what a user did wrong).
   std::function<void(const std::string&)> report{};
 };
@@ -35,6 +60,8 @@ class RunningServer {
   virtual ~RunningServer() = default;
 
   virtual int Port() const = 0;
+  /// That are open now.
+  virtual int Connections() = 0;
   /// Takes no new requests, lets the running ones finish for so many milliseconds, then cuts them.
   virtual void Stop(int graceMs) = 0;
   /// Returns when the server was stopped.

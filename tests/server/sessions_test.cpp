@@ -1,3 +1,6 @@
+#include <ctime>
+
+#include "server/log/log_text.h"
 #include "server/server_case.h"
 
 namespace orvane {
@@ -96,6 +99,133 @@ TEST_P(SessionCase, LoginLimitsHoldOnEveryServer) {
   for (int i = 0; i < 5; ++i)
     EXPECT_FALSE(server->LogIn(Login("ivanova", "грешна")));
   EXPECT_EQ(Outcome(second->LogIn(Login("ivanova", "ivanova-парола"))), "Refused");
+}
+
+TEST_P(SessionCase, GuessesLockOutTheGuesserAndNotTheOwner) {
+  TestServer server(GetParam());
+  TestServer second(server);
+  server.AddUser("ivanova");
+  server.AddUser("petrov");
+  const auto from = [&](const std::string& address, const std::string& login, bool right) {
+    LoginRequest request = Login(login, right ? TestServer::PasswordOf(login) : "грешна");
+    request.machineName = "PC-" + login;
+    return second.Orvane().LogInFrom(address, request);
+  };
+  ASSERT_TRUE(from("10.0.0.5", "ivanova", true));  // from now on a known machine
+  for (int i = 0; i < 40; ++i)
+    EXPECT_FALSE(from("10.6.6." + std::to_string(i), "ivanova", false));
+  EXPECT_FALSE(from("10.6.7.1", "ivanova", true)) << "a stranger's machine has to wait";
+  EXPECT_TRUE(from("10.0.0.5", "ivanova", true)) << "the owner does not";
+  for (int i = 0; i < 5; ++i)
+    EXPECT_FALSE(from("10.0.0.5", "ivanova", false));
+  EXPECT_FALSE(from("10.0.0.5", "ivanova", true)) << "guesses from the owner's machine count too";
+
+  // Twenty attempts of one address are free whatever the logins; a login of one's own forgives
+  // none.
+  for (int i = 0; i < 20; ++i)
+    EXPECT_EQ(from("10.9.9.9", "someone" + std::to_string(i), false).GetFailure().message,
+              "!!Err_Грешно потребителско име или парола.");
+  EXPECT_TRUE(from("10.9.9.9", "petrov", true));
+  EXPECT_FALSE(from("10.9.9.9", "someone20", false));
+  EXPECT_NE(from("10.9.9.9", "someone21", false).GetFailure().message.find("15 сек."),
+            std::string::npos);
+  EXPECT_TRUE(from("10.9.9.9", "petrov", true)) << "known from there by now";
+}
+
+TEST_P(SessionCase, AgesAreNotFooledByAJumpOfTheClock) {
+  constexpr std::int64_t kDay = 24 * 3600;
+  for (const std::int64_t jump : {-365 * kDay, 8 * kDay, 365 * kDay}) {
+    TestServer server(GetParam());
+    TestServer second(server);
+    server.AddUser("ivanova");
+    const TestSession session = server.LogIn("ivanova");
+    const Change change = InsertOf(Department(1, "Една", "ivanova"));
+    const auto apply = [&](TestServer& at) {
+      return Outcome(at->Apply(session.At(Point::Departments), DepartmentApply({change})));
+    };
+    ASSERT_EQ(apply(server), "ok");
+    for (int i = 0; i < 5; ++i)
+      EXPECT_FALSE(server->LogIn(Login("ivanova", "грешна")));
+    server.JumpClock(jump);
+    TestServer third(server);
+    for (TestServer* at : {&server, &second, &third}) {
+      const auto locked = (*at)->LogIn(Login("ivanova", "ivanova-парола"));
+      ASSERT_FALSE(locked) << jump;
+      EXPECT_NE(locked.GetFailure().message.find("15 сек."), std::string::npos) << jump;
+      EXPECT_EQ(FetchOutcome(*at, session), "ok") << jump;
+    }
+    Pass(server, 16);
+    EXPECT_TRUE(third->LogIn(Login("ivanova", "ivanova-парола"))) << jump;  // sweeps
+    EXPECT_EQ(apply(second), "ok") << jump;
+    EXPECT_EQ(Departments(server), "1 Една ivanova") << jump;
+    EXPECT_EQ(server.Value("select count(*) from ClientKey", ValueKind::Code).AsInt(), 1) << jump;
+    Pass(server, 12 * 3600 + 1);
+    EXPECT_EQ(FetchOutcome(second, session), "SessionEnded") << jump;
+  }
+}
+
+TEST_P(SessionCase, TheSuccessorOfALoginIsSomebodyElse) {
+  TestServer server(GetParam());
+  TestServer second(server);
+  server.AddUser("admin");
+  server.AddUser("ivanova");
+  const TestSession old = server.LogIn("ivanova");
+  ASSERT_EQ(FetchOutcome(second, old), "ok");
+  const Change change = InsertOf(Department(1, "Една", "admin"));
+  ASSERT_EQ(Outcome(server->Apply(old.At(Point::Departments), DepartmentApply({change}))), "ok");
+  ASSERT_TRUE(server.Admin().RemoveUser("ivanova"));
+  server.AddUser("ivanova");
+  EXPECT_EQ(FetchOutcome(server, old), "SessionEnded");
+  EXPECT_EQ(FetchOutcome(second, old), "SessionEnded");
+  const TestSession successor = server.LogIn("ivanova");
+  EXPECT_EQ(FetchOutcome(second, successor), "ok");
+  EXPECT_EQ(FetchOutcome(second, old), "SessionEnded");
+  EXPECT_EQ(server.Value("select count(*) from ClientKey", ValueKind::Code).AsInt(), 0)
+      << "answers to the predecessor are not the successor's";
+}
+
+TEST_P(SessionCase, AnUnknownNameCostsWhatAKnownOneCosts) {
+  TestServer server(GetParam());
+  server.AddUser("ivanova");
+  server.AddUser("petrov");
+  const auto asked = [&](const std::string& login) {
+    const std::int64_t before = server.Base().Counters().statements;
+    EXPECT_FALSE(server->LogIn(Login(login, "грешна")));
+    return server.Base().Counters().statements - before;
+  };
+  ASSERT_TRUE(server->Greet());  // the company is read once
+  EXPECT_EQ(asked("ivanova"), asked("nobody"));
+  // The unknown name is compared with somebody's hash: without one there is nothing to compare
+  // with.
+  constexpr char kDear[] = "нещо по-дълго от останалото";
+  ASSERT_TRUE(
+      UserAdmin(server.Base(), server.Time(), {3, 32 * 1024 * 1024}).SetPassword("petrov", kDear));
+  const auto cost = [&](const std::string& login) {
+    const std::clock_t before = std::clock();
+    EXPECT_FALSE(server->LogIn(Login(login, "грешна")));
+    return static_cast<double>(std::clock() - before);
+  };
+  EXPECT_LT(cost("petrov"), 5 * cost("nobody"));  // "nobody" is followed by "petrov"
+}
+
+TEST_P(SessionCase, AServerRefusesADatabaseThatAnotherProgramMigrated) {
+  TestServer server(GetParam());
+  server.AddUser("ivanova");
+  const TestSession session = server.LogIn("ivanova");
+  ASSERT_EQ(FetchOutcome(server, session), "ok");
+  const std::string now = GetParam() == Engine::Sqlite ? "0" : "now()";
+  server.Execute(
+      {"insert into SchemaMigration (Number, Name, AppliedOn) values (9999, 'later', " + now + ")",
+       {},
+       {}});
+  EXPECT_EQ(FetchOutcome(server, session), "LinkDown");
+  const Change change = InsertOf(Department(1, "Една", "ivanova"));
+  EXPECT_EQ(Outcome(server->Apply(session.At(Point::Departments), DepartmentApply({change}))),
+            "LinkDown");
+  EXPECT_EQ(Departments(server), "");
+  const auto login = server->LogIn(Login("ivanova", "ivanova-парола"));
+  EXPECT_EQ(Outcome(login), "LinkDown");
+  EXPECT_NE(login.GetFailure().message.find("обновена от друга програма"), std::string::npos);
 }
 
 TEST_P(SessionCase, AnOldClientIsToldToUpdate) {
@@ -213,6 +343,22 @@ TEST_P(SessionCase, TheCurrentEmployeeIsTheSessionsOwn) {
   EXPECT_EQ(ask("petrov", "ivanova"), "NoRight");
   server.AddEmployee(9223372036854775806, "admin");
   EXPECT_EQ(ask("admin", "admin"), "9223372036854775806");
+}
+
+TEST(Log, AnothersTextsAreOneShortLineAndNoPassword) {
+  EXPECT_EQ(LogText("PC\n2026 [error] forged \"x\" \xFF\u2028"),
+            "\"PC\\x0a2026 [error] forged \\x22x\\x22 \\xff\\xe2\\x80\\xa8\"");
+  EXPECT_EQ(LogText("Машина"), "\"Машина\"");
+  EXPECT_LT(LogText(std::string(5'000'000, 'a')).size(), 110u);
+  for (const char* secret :
+       {"host=db user=o password=s3cret dbname=x", "host=db password = 's3 \\'cret' dbname=x",
+        "postgresql://o:s3cret@db/x", "postgres://o:s3@cret@db:5432/x?a=b",
+        "postgresql://db/x?user=o&password=s3cret"}) {
+    const std::string shown = WithoutPasswords(secret);
+    EXPECT_EQ(shown.find("s3"), std::string::npos) << shown;
+    EXPECT_EQ(shown.find("cret"), std::string::npos) << shown;
+    EXPECT_NE(shown.find("db"), std::string::npos) << shown;
+  }
 }
 
 }  // namespace

@@ -12,12 +12,6 @@ Stamp Morning() {
   return TimeZone{}.At(*Date::FromYmd(2026, 3, 5), 9, 0);
 }
 
-ServerOptions QuickOptions() {
-  ServerOptions options;
-  options.sessions.passwordCost = PasswordCost::Lowest();
-  return options;
-}
-
 }  // namespace
 
 std::string NewClientKey() {
@@ -25,11 +19,28 @@ std::string NewClientKey() {
   return "test-" + std::to_string(++count);
 }
 
+/// The clock of the test is the steady one too, but for its jumps.
+ServerOptions TestServer::QuickOptions() const {
+  ServerOptions options;
+  options.sessions.passwordCost = PasswordCost::Lowest();
+  options.sessions.steady = [clock = clock_, jumped = jumped_] {
+    return clock->Now().micros - *jumped;
+  };
+  return options;
+}
+
+void TestServer::JumpClock(std::int64_t seconds) {
+  constexpr std::int64_t kSecond = 1'000'000;
+  *jumped_ += seconds * kSecond;
+  clock_->Set({clock_->Now().micros + seconds * kSecond});
+}
+
 TestServer::TestServer(Engine engine)
     : owned_(FreshDatabase(engine)),
       database_(owned_.get()),
       ownClock_(std::make_unique<SetClock>(Morning())),
       clock_(ownClock_.get()),
+      jumped_(std::make_shared<std::int64_t>(0)),
       admin_(*database_, *clock_, PasswordCost::Lowest()) {
   Execute({"update Company set Name = 'Проба ООД'", {}, {}});
   server_ = std::make_unique<OrvaneServer>(*database_, *clock_, QuickOptions());
@@ -39,6 +50,7 @@ TestServer::TestServer(TestServer& first)
     : owned_(OpenAgain(*first.database_)),
       database_(owned_.get()),
       clock_(first.clock_),
+      jumped_(first.jumped_),
       admin_(*database_, *clock_, PasswordCost::Lowest()),
       server_(std::make_unique<OrvaneServer>(*database_, *clock_, QuickOptions())) {}
 

@@ -45,6 +45,8 @@ class TestServer {
   OrvaneServer& Orvane() { return *server_; }
   Database& Base() { return *database_; }
   SetClock& Time() { return *clock_; }
+  /// Puts the wall clock so many seconds on or back without any time going by.
+  void JumpClock(std::int64_t seconds);
   UserAdmin& Admin() { return admin_; }
 
   /// A user "<login>" with password PasswordOf(login), rights at every point, and an employee
@@ -64,10 +66,13 @@ class TestServer {
   Variant Value(const std::string& sql, ValueKind kind, VariantArray params = {});
 
  private:
+  ServerOptions QuickOptions() const;
+
   std::unique_ptr<Database> owned_;
   Database* database_;
   std::unique_ptr<SetClock> ownClock_;
   SetClock* clock_;
+  std::shared_ptr<std::int64_t> jumped_;  ///< microseconds, of all servers over the database
   UserAdmin admin_;
   std::unique_ptr<OrvaneServer> server_;
   std::int64_t nextEmployee_ = 100;

@@ -315,6 +315,7 @@ TEST_F(LinkTest, AWaitingCallPumpsAndEscapeCancelsIt) {
 TEST_F(LinkTest, ABusyServerTurnsAwayWhatItDidNotCarryOut) {
   ServingOptions options;
   options.maxConcurrent = 2;
+  options.longestWaitMs = 100;
   Serve(options);
   Connect();
   fake.Hold();
@@ -327,6 +328,24 @@ TEST_F(LinkTest, ABusyServerTurnsAwayWhatItDidNotCarryOut) {
   EXPECT_TRUE(first.get());
   EXPECT_TRUE(second.get());
   EXPECT_TRUE(remote->Apply(kCaller, {}));
+}
+
+TEST_F(LinkTest, AboveThePlacesACallWaitsForItsTurn) {
+  ServingOptions options;
+  options.maxConcurrent = 1;
+  options.longestWaitMs = 60'000;
+  Serve(options);
+  Connect();
+  fake.Hold();
+  std::vector<std::future<bool>> calls;
+  for (int i = 0; i < 3; ++i)
+    calls.push_back(std::async(std::launch::async, [&] { return remote->Call(kCaller, {}).Ok(); }));
+  fake.WaitForCalls(1);
+  std::this_thread::sleep_for(milliseconds(50));
+  EXPECT_EQ(fake.Calls(), 1);
+  fake.Release();
+  for (auto& call : calls)
+    EXPECT_TRUE(call.get());
 }
 
 TEST_F(LinkTest, ManyThreadsShareOneClient) {

@@ -16,9 +16,11 @@
 #include "server/check/check.h"
 #include "server/demo/demo_company.h"
 #include "server/engine/database.h"
+#include "server/log/log_text.h"
 #include "server/orvane_server.h"
 #include "server/schema/migrate.h"
 #include "server/sessions/user_admin.h"
+#include "wire/loopback.h"
 #include "wire/serving.h"
 
 namespace orvane {
@@ -32,6 +34,15 @@ void Say(const std::string& sentence) {
   std::cout << sentence << '\n';
 }
 
+/// An engine may quote parts of a connection that it cannot read.
+std::string WithoutSecret(const std::string& text, const std::string& database) {
+  if (WithoutPasswords(database) == database) return text;
+  for (const std::string_view known : {"connection to server", "could not translate host name"}) {
+    if (text.find(known) != std::string::npos) return WithoutPasswords(text);
+  }
+  return "връзката в настройка „database“ е записана неправилно.";
+}
+
 Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
   auto database =
       IsPostgres(settings.database)
@@ -39,7 +50,8 @@ Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
           : OpenSqlite(settings.database);
   if (database) return *std::move(database);
   return Failure{FailureKind::LinkDown,
-                 "Базата от данни не може да се отвори: " + database.GetFailure().text};
+                 "Базата от данни не може да се отвори: " +
+                     WithoutSecret(database.GetFailure().text, settings.database)};
 }
 
 /// The database, when its schema is this program's.
@@ -72,8 +84,8 @@ Answer<Done> RefreshStatistics(Database& database) {
 
 void BlockStopSignals(sigset_t& signals) {
   sigemptyset(&signals);
-  sigaddset(&signals, SIGTERM);
-  sigaddset(&signals, SIGINT);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP})  // a terminal that closes ends nothing midway
+    sigaddset(&signals, signal);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
@@ -130,7 +142,7 @@ Answer<Done> Demo(const Settings& settings, std::uint32_t seed, std::int64_t doc
   if (!made) return made;
   const auto analyzed = RefreshStatistics(**database);
   if (!analyzed) return analyzed;
-  Say("Демонстрационната фирма е готова в „" + settings.database + "“.");
+  Say("Демонстрационната фирма е готова в „" + WithoutPasswords(settings.database) + "“.");
   return Done{};
 }
 
@@ -155,10 +167,18 @@ Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {
   serving.port = listen.port;
   serving.certificatePath = settings.tlsCert;
   serving.keyPath = settings.tlsKey;
-  serving.report = [](const std::string& text) { spdlog::error("{}", text); };
+  serving.reflection = settings.reflection;
+  serving.report = [](const std::string& text) { spdlog::error("{}", LogText(text)); };
+  serving.remembersTicket = [&](const std::string& ticket) {
+    return server.RemembersTicket(ticket);
+  };
+  serving.knowsTicket = [&](const std::string& ticket) { return server.KnowsTicket(ticket); };
+  serving.logIn = [&](const std::string& address, const LoginRequest& request) {
+    return server.LogInFrom(address, request);
+  };
   auto running = StartServing(server, serving);
   if (!running) return running.GetFailure();
-  Say("Сървърът слуша на " + listen.host + ":" + std::to_string((*running)->Port()) + ".");
+  Say("Сървърът слуша на " + AddressOf(listen.host, (*running)->Port()) + ".");
   std::cout << std::flush;
   int signal = 0;
   sigwait(&signals, &signal);

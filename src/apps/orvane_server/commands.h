@@ -27,7 +27,7 @@ Answer<Done> Init(const Settings& settings, const std::string& company);
 Answer<Done> MigrateDatabase(const Settings& settings);
 /// `documents` purchase requests; says how fast they were made.
 Answer<Done> Demo(const Settings& settings, std::uint32_t seed, std::int64_t documents);
-/// Returns after SIGTERM or SIGINT, when the running requests are finished.
+/// Returns after SIGTERM, SIGINT or SIGHUP, when the running requests are finished.
 Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability);
 Answer<Done> AddUser(const Settings& settings, const UserArguments& user);
 Answer<Done> ChangePassword(const Settings& settings, const UserArguments& user);

@@ -10,6 +10,7 @@
 #include "apps/orvane_server/commands.h"
 #include "apps/orvane_server/settings.h"
 #include "packet/fold.h"
+#include "server/log/log_text.h"
 
 namespace orvane {
 namespace {
@@ -108,6 +109,7 @@ Answer<Settings> Settle(const CommandLine& line) {
 Answer<Done> Run(const CLI::App& app, const CommandLine& line) {
   const auto settings = Settle(line);
   if (!settings) return settings.GetFailure();
+  GuardLog();
   spdlog::set_level(spdlog::level::from_str(settings->logLevel));
   if (app.got_subcommand("init")) return Init(*settings, line.company);
   if (app.got_subcommand("migrate")) return MigrateDatabase(*settings);
@@ -131,7 +133,7 @@ std::string Sentence(const CLI::ParseError& error) {
 }
 
 int Complain(const std::string& sentence) {
-  std::cerr << "orvane-server: " << sentence << '\n';
+  std::cerr << "orvane-server: " << WithoutPasswords(sentence) << '\n';
   return EXIT_FAILURE;
 }
 

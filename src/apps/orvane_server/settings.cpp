@@ -5,6 +5,8 @@
 #include <charconv>
 #include <sstream>
 
+#include "wire/loopback.h"
+
 namespace orvane {
 namespace {
 
@@ -13,6 +15,7 @@ constexpr SettingRow kSettings[] = {
     {"listen", "Адрес и порт, на които се слуша", "АДРЕС:ПОРТ"},
     {"tls-cert", "Сертификат на сървъра (PEM)", "ФАЙЛ"},
     {"tls-key", "Ключ на сертификата (PEM)", "ФАЙЛ"},
+    {"reflection", "Описание на услугата за програмисти, достъпно за всеки", "on|off"},
     {"log-level", "Подробност на дневника: trace, debug, info, warn, error", "НИВО"},
     {"pool-size", "Връзки към PostgreSQL", "БРОЙ"},
     {"idle-minutes", "След колко минути бездействие приключва сесия", "МИНУТИ"},
@@ -46,6 +49,10 @@ bool Put(Settings& settings, std::string_view name, const std::string& text) {
   if (name == "log-level") {
     settings.logLevel = text;
     return std::find(std::begin(kLogLevels), std::end(kLogLevels), text) != std::end(kLogLevels);
+  }
+  if (name == "reflection") {
+    settings.reflection = text == "on";
+    return text == "on" || text == "off";
   }
   if (name == "pool-size" || name == "idle-minutes") {
     const bool pool = name == "pool-size";
@@ -147,7 +154,7 @@ std::optional<ListenAddress> ParseListen(std::string_view text) {
   if (colon == std::string_view::npos || colon == 0) return std::nullopt;
   const auto port = WholeBetween(text.substr(colon + 1), 0, 65535);
   if (!port) return std::nullopt;
-  return ListenAddress{std::string(text.substr(0, colon)), *port};
+  return ListenAddress{std::string(HostOf(text.substr(0, colon))), *port};
 }
 
 bool IsPostgres(std::string_view database) {

@@ -19,6 +19,7 @@ struct Settings {
   std::string listen = "127.0.0.1:8011";
   std::string tlsCert;
   std::string tlsKey;
+  bool reflection = false;
   std::string logLevel = "info";
   std::int32_t poolSize = 8;
   std::int32_t idleMinutes = 12 * 60;
@@ -48,7 +49,8 @@ Answer<SettingTexts> ReadSettingsFile(const std::string& path);
 Answer<Settings> SettleSettings(const SettingTexts& file, const Environment& environment,
                                 const SettingTexts& flags);
 
-/// "127.0.0.1:8011" → address and port; empty when it is not that.
+/// "127.0.0.1:8011" and "[::1]:8011" → address without brackets and port; empty when it is not
+/// that.
 struct ListenAddress {
   std::string host;
   int port = 0;

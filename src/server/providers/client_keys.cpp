@@ -13,8 +13,8 @@ constexpr char kSelectAnswers[] =
     "select Key, RequestHash, Answer from ClientKey where Login = ?1 and Key in (";
 
 constexpr char kKeepAnswer[] =
-    "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn) "
-    "values (?1, ?2, ?3, ?4, ?5)";
+    "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn, KeptAt) "
+    "values (?1, ?2, ?3, ?4, ?5, ?6)";
 
 const std::vector<ResultColumn> kAnswerColumns = {{"Key", ValueKind::String, kLongestClientKey},
                                                   {"RequestHash", ValueKind::String, 64},
@@ -100,7 +100,7 @@ Statement KeepAnswer(const WriteContext& context, const PreparedChange& change) 
                                Variant(Flat(context.headMoved))};
   return Command(kKeepAnswer,
                  {context.work.Who().login, change.change.clientKey, change.requestHash,
-                  EncodeValue(Variant(answer)), context.work.Now()});
+                  EncodeValue(Variant(answer)), context.work.Now(), context.work.RunningMicros()});
 }
 
 bool IsClientKey(std::string_view key) {

@@ -2,7 +2,7 @@
 
 // Changes under keys that the client chose: what was carried out under a key is kept with its
 // answer in the same transaction, and a repetition gets the same answer without touching anything.
-// Keys are kept seven days.
+// Keys are kept for seven days of running time.
 
 #include <functional>
 #include <map>

@@ -88,6 +88,7 @@ Answer<Done> Work::TakeGuard(Packets& packets) {
   const GuardVerdict verdict = sessions_.Judge(*session_, packets.front());
   packets.erase(packets.begin());
   if (verdict == GuardVerdict::Current) return Done{};
+  if (verdict == GuardVerdict::OtherSchema) return OtherSchemaFailure();
   sessions_.Forget(session_->ticketHash);
   stale_ = verdict == GuardVerdict::Changed;
   return SessionEndedFailure();

@@ -52,6 +52,8 @@ class Work {
   void Carry(const MethodCall& call) { called_ = call; }
   /// The moment of the request, the same for all it writes.
   Stamp Now() const { return now_; }
+  /// What ages are counted by, see Sessions::RunningMicros.
+  std::int64_t RunningMicros() const { return sessions_.RunningMicros(); }
   /// The company's day.
   Date Today() const { return company_.zone.DayOf(now_); }
   const TimeZone& Zone() const { return company_.zone; }

@@ -81,12 +81,6 @@ bool PasswordMatches(std::string_view password, const std::string& hash) {
   return crypto_pwhash_str_verify(hash.c_str(), password.data(), password.size()) == 0;
 }
 
-void SpendAsIfCompared(std::string_view password, PasswordCost cost) {
-  // The result is of no use; an error here means only that less time was spent.
-  const auto spent = HashPassword(password, cost);
-  static_cast<void>(spent);
-}
-
 std::string NewTicket() {
   return RandomHexadecimal<32>();
 }

@@ -30,8 +30,6 @@ Answer<Done> CheckPassword(std::string_view password);
 Answer<std::string> HashPassword(std::string_view password, PasswordCost cost);
 /// False for an empty or malformed hash too.
 bool PasswordMatches(std::string_view password, const std::string& hash);
-/// Spends what a comparison at this cost spends, so that an unknown login answers no sooner.
-void SpendAsIfCompared(std::string_view password, PasswordCost cost);
 
 /// Secret of a session: 32 random bytes, as 64 hexadecimal digits.
 std::string NewTicket();

@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "packet/fold.h"
+#include "server/log/log_text.h"
+#include "server/schema/embedded_migrations.h"
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
 
@@ -16,8 +18,10 @@ constexpr std::int64_t kMinute = 60 * kSecond;
 constexpr std::int64_t kHour = 60 * kMinute;
 constexpr std::int64_t kDay = 24 * kHour;
 
-/// Failed logins that are free of charge; each further one doubles the wait.
+/// Attempts of one login that are free of charge, and of one address whatever the logins; each
+/// further one doubles the wait.
 constexpr std::int64_t kFreeFailures = 4;
+constexpr std::int64_t kFreeOfAddress = 20;
 constexpr std::int64_t kFirstWait = 15 * kSecond;
 constexpr std::int64_t kLongestWait = 15 * kMinute;
 /// After a day without a failed login the count starts anew.
@@ -27,10 +31,13 @@ constexpr std::int64_t kSeenEvery = kMinute;
 constexpr std::int64_t kSweepEvery = kHour;
 constexpr std::int64_t kEndedSessionsKept = 30 * kDay;
 constexpr std::int64_t kClientKeysKept = 7 * kDay;
+constexpr std::int64_t kMachinesKnown = 90 * kDay;
 /// More sessions than any server has; beyond it the memory starts anew.
 constexpr std::size_t kMostRemembered = 20'000;
 
 constexpr char kLoginSubject[] = "login:";
+constexpr char kKnownSubject[] = "known:";
+constexpr char kAddressSubject[] = "address:";
 constexpr std::size_t kLongestLogin = 60;
 constexpr std::size_t kLongestMachineName = 64;
 constexpr std::size_t kLongestVersion = 32;
@@ -40,48 +47,70 @@ constexpr char kSelectCompany[] =
     "Demonstration from Company";
 
 constexpr char kSelectAttempt[] =
-    "select Failures, LockedUntil from LoginAttempt where Subject = ?1";
+    "select Failures, LockedTill from LoginAttempt where Subject = ?1";
 
 constexpr char kSelectPassword[] =
-    "select ShortName, PasswordHash, Blocked from WSysUsers where FoldShortName = ?1";
+    "select ShortName, PasswordHash, Blocked, Identity from WSysUsers where FoldShortName = ?1";
+
+/// The hash of the next user, the first one behind the last: an unknown name is compared with it,
+/// and so costs what that of somebody costs. The schema is looked at on the way.
+constexpr char kSelectDecoy[] =
+    "select coalesce((select PasswordHash from WSysUsers where PasswordHash is not null and "
+    "FoldShortName > ?1 order by FoldShortName limit 1), (select PasswordHash from WSysUsers where "
+    "PasswordHash is not null order by FoldShortName limit 1)) as Decoy, "
+    "(select count(*) from SchemaMigration) as Migrations, Elapsed from RunningTime";
+
+constexpr char kSelectKnown[] = "select SeenAt from KnownMachine where Login = ?1 and Machine = ?2";
+
+constexpr char kKnowMachine[] =
+    "insert into KnownMachine (Login, Machine, SeenAt) values (?1, ?2, ?3) "
+    "on conflict (Login, Machine) do update set SeenAt = excluded.SeenAt";
 
 /// Touches no row while the subject is locked.
 constexpr char kCountAttempt[] =
-    "insert into LoginAttempt (Subject, Failures, LastFailedOn) values (?1, 1, ?2) "
-    "on conflict (Subject) do update set LastFailedOn = excluded.LastFailedOn, Failures = "
-    "case when LoginAttempt.LastFailedOn < ?3 then 1 else LoginAttempt.Failures + 1 end "
-    "where LoginAttempt.LockedUntil is null or LoginAttempt.LockedUntil <= ?2";
+    "insert into LoginAttempt (Subject, Failures, FailedAt) values (?1, 1, ?2) "
+    "on conflict (Subject) do update set FailedAt = excluded.FailedAt, Failures = "
+    "case when LoginAttempt.FailedAt < ?3 then 1 else LoginAttempt.Failures + 1 end "
+    "where LoginAttempt.LockedTill is null or LoginAttempt.LockedTill <= ?2";
 
-constexpr char kLockAttempts[] = "update LoginAttempt set LockedUntil = ?1 where Subject = ?2";
+constexpr char kLockAttempts[] = "update LoginAttempt set LockedTill = ?1 where Subject = ?2";
 
 constexpr char kForgetAttempts[] = "delete from LoginAttempt where Subject = ?1";
 
+/// A good login does not count against its address, and forgives nothing that counted before.
+constexpr char kTakeBackAttempt[] =
+    "update LoginAttempt set Failures = Failures - 1, LockedTill = null where Subject = ?1";
+
 constexpr char kInsertSession[] =
     "insert into Session (TicketHash, SessionName, Login, MachineName, ProgramVersion, StartedOn, "
-    "LastSeen) values (?1, ?2, ?3, ?4, ?5, ?6, ?7)";
+    "LastSeen, SeenAt, UserIdentity) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)";
 
 constexpr char kEndSession[] =
     "update Session set EndedOn = ?1 where TicketHash = ?2 and EndedOn is null";
 
 constexpr char kNoteSeen[] =
-    "update Session set LastSeen = ?1 where TicketHash = ?2 and LastSeen < ?1";
+    "update Session set LastSeen = ?1, SeenAt = ?2 where TicketHash = ?3 and SeenAt < ?2";
 
 constexpr char kSelectSession[] =
-    "select s.SessionName, s.MachineName, s.LastSeen, s.EndedOn, u.ShortName, u.UserName, "
+    "select s.SessionName, s.MachineName, s.SeenAt, s.EndedOn, u.ShortName, u.UserName, "
     "u.UserName2, u.Category, u.Language, u.Blocked, u.RightsVersion, "
     "(select count(*) from Employees e where e.Login = u.ShortName) as EmployeeCount, "
     "(select min(e.Employee) from Employees e where e.Login = u.ShortName) as FirstEmployee "
-    "from Session s join WSysUsers u on u.ShortName = s.Login where s.TicketHash = ?1";
+    "from Session s join WSysUsers u on u.ShortName = s.Login and u.Identity = s.UserIdentity "
+    "where s.TicketHash = ?1";
 
 constexpr char kSelectRights[] =
     "select r.Point, r.Rights from Session s join UserRights r on r.Login = s.Login "
     "where s.TicketHash = ?1 order by r.Point";
 
+/// A session belongs to a user's identity: his login may be somebody else's by now.
 constexpr char kGuard[] =
-    "select s.LastSeen, s.EndedOn, u.Blocked, u.RightsVersion, "
+    "select s.SeenAt, s.EndedOn, u.Blocked, u.RightsVersion, "
     "(select count(*) from Employees e where e.Login = u.ShortName) as EmployeeCount, "
-    "(select min(e.Employee) from Employees e where e.Login = u.ShortName) as FirstEmployee "
-    "from Session s join WSysUsers u on u.ShortName = s.Login where s.TicketHash = ?1";
+    "(select min(e.Employee) from Employees e where e.Login = u.ShortName) as FirstEmployee, "
+    "(select count(*) from SchemaMigration) as Migrations "
+    "from Session s join WSysUsers u on u.ShortName = s.Login and u.Identity = s.UserIdentity "
+    "where s.TicketHash = ?1";
 
 std::int64_t IntAt(const DataPacket& packet, std::size_t row, std::string_view column) {
   return packet.At(row, column).AsInt().value_or(0);
@@ -95,7 +124,7 @@ Statement SelectSession(const std::string& ticketHash) {
   return Select(kSelectSession, {ticketHash},
                 {{"SessionName", ValueKind::String, 16},
                  {"MachineName", ValueKind::String, 64},
-                 {"LastSeen", ValueKind::Stamp, 0},
+                 {"SeenAt", ValueKind::Code, 0},
                  {"EndedOn", ValueKind::Stamp, 0},
                  {"ShortName", ValueKind::String, 10},
                  {"UserName", ValueKind::String, 30},
@@ -113,13 +142,12 @@ Statement SelectRights(const std::string& ticketHash) {
                 {{"Point", ValueKind::Int32, 0}, {"Rights", ValueKind::Int32, 0}});
 }
 
-/// Whether a session of this row may ask; `packet` has LastSeen, EndedOn and Blocked.
-bool Lives(const DataPacket& packet, Stamp now, std::int64_t idleMicros) {
+/// Whether a session of this row may ask; `packet` has SeenAt, EndedOn and Blocked.
+bool Lives(const DataPacket& packet, std::int64_t now, std::int64_t idleMicros) {
   if (packet.rowCount != 1) return false;
   if (!packet.At(0, "EndedOn").IsNull()) return false;
   if (IntAt(packet, 0, "Blocked") != 0) return false;
-  const auto seen = packet.At(0, "LastSeen").AsStamp();
-  return seen && now.micros - seen->micros <= idleMicros;
+  return now - IntAt(packet, 0, "SeenAt") <= idleMicros;
 }
 
 std::shared_ptr<const Session> SessionOf(const std::string& ticketHash, const DataPacket& row,
@@ -143,11 +171,17 @@ std::shared_ptr<const Session> SessionOf(const std::string& ticketHash, const Da
   return session;
 }
 
-/// How long the next attempt has to wait after so many failed ones.
-std::int64_t WaitAfter(std::int64_t failures) {
-  if (failures <= kFreeFailures) return 0;
+/// Whether the database has the migrations of this program and no others.
+bool IsOwnSchema(const DataPacket& packet, Engine engine) {
+  const auto own = engine == Engine::Sqlite ? SqliteMigrations() : PostgresMigrations();
+  return IntAt(packet, 0, "Migrations") == static_cast<std::int64_t>(own.size());
+}
+
+/// How long the next attempt has to wait after so many, of which `free` cost nothing.
+std::int64_t WaitAfter(std::int64_t failures, std::int64_t free) {
+  if (failures <= free) return 0;
   std::int64_t wait = kFirstWait;
-  for (std::int64_t i = kFreeFailures + 1; i < failures && wait < kLongestWait; ++i)
+  for (std::int64_t i = free + 1; i < failures && wait < kLongestWait; ++i)
     wait *= 2;
   return std::min(wait, kLongestWait);
 }
@@ -178,6 +212,29 @@ Failure SessionEndedFailure() {
   return {FailureKind::SessionEnded, "Сесията е приключила. Влезте отново."};
 }
 
+Failure OtherSchemaFailure() {
+  return {FailureKind::LinkDown,
+          "Базата от данни е обновена от друга програма и този сървър вече не я ползва. Обърнете "
+          "се към администратора: сървърът трябва да се пусне отново с новата програма."};
+}
+
+/// What an attempt counts against. From a machine that the user is known from only against that
+/// machine, so that nobody elsewhere can lock him out.
+struct Sessions::Attempt {
+  std::string login;    ///< folded
+  std::string machine;  ///< hash of address and machine name
+  std::string address;
+  bool known = false;
+
+  std::string LoginSubject() const {
+    return known ? kKnownSubject + machine + ":" + login : kLoginSubject + login;
+  }
+  /// Empty when the address does not count.
+  std::string AddressSubject() const {
+    return known || address.empty() ? std::string() : kAddressSubject + address;
+  }
+};
+
 Answer<Company> ReadCompany(Database& database) {
   const Statement select = Select(kSelectCompany, {},
                                   {{"Name", ValueKind::String, 120},
@@ -205,25 +262,39 @@ Answer<Company> ReadCompany(Database& database) {
   return company;
 }
 
-Answer<SessionInfo> Sessions::LogIn(const LoginRequest& request, const Company& company) {
+Answer<SessionInfo> Sessions::LogIn(const LoginRequest& request, const Company& company,
+                                    std::string_view address) {
   if (const auto failure = CheckLoginTexts(request)) return *failure;
-  const std::string folded = Fold(Utf8Cut(request.login, kLongestLogin));
-  // Counted before the password is looked at, so that attempts side by side are counted too.
-  if (const auto counted = CountAttempt(folded); !counted) return counted.GetFailure();
-
-  const Statement select = Select(kSelectPassword, {folded},
-                                  {{"ShortName", ValueKind::String, 10},
-                                   {"PasswordHash", ValueKind::Memo, 0},
-                                   {"Blocked", ValueKind::Bool, 0}});
-  auto packets = database_.ReadSnapshot({&select, 1});
+  Attempt attempt;
+  attempt.login = Fold(Utf8Cut(request.login, kLongestLogin));
+  attempt.address = address;
+  attempt.machine = TicketHash(attempt.address + '\n' + request.machineName);
+  const Statement asked[] = {
+      Select(kSelectPassword, {attempt.login},
+             {{"ShortName", ValueKind::String, 10},
+              {"PasswordHash", ValueKind::Memo, 0},
+              {"Blocked", ValueKind::Bool, 0},
+              {"Identity", ValueKind::String, 36}}),
+      Select(kSelectDecoy, {attempt.login},
+             {{"Decoy", ValueKind::Memo, 0},
+              {"Migrations", ValueKind::Code, 0},
+              {"Elapsed", ValueKind::Code, 0}}),
+      Select(kSelectKnown, {attempt.login, attempt.machine}, {{"SeenAt", ValueKind::Code, 0}})};
+  auto packets = database_.ReadSnapshot(asked);
   if (!packets) return ToFailure(packets.GetFailure(), "reading a login");
-  const DataPacket& user = packets->front();
-  if (user.rowCount != 1) {
-    SpendAsIfCompared(request.password, options_.passwordCost);
-    return WrongPassword();
-  }
-  if (!PasswordMatches(request.password, TextAt(user, 0, "PasswordHash"))) {
-    spdlog::warn("failed login of {} from {}", TextAt(user, 0, "ShortName"), request.machineName);
+  const DataPacket& user = (*packets)[0];
+  const DataPacket& around = (*packets)[1];
+  if (!IsOwnSchema(around, database_.Kind())) return OtherSchemaFailure();
+  running_.See(around);
+  attempt.known = (*packets)[2].rowCount > 0;
+  // Counted before the password is looked at, so that attempts side by side are counted too.
+  if (const auto counted = CountAttempt(attempt); !counted) return counted.GetFailure();
+
+  const bool exists = user.rowCount == 1 && !user.At(0, "PasswordHash").IsNull();
+  const std::string hash = exists ? TextAt(user, 0, "PasswordHash") : TextAt(around, 0, "Decoy");
+  if (!PasswordMatches(request.password, hash) || !exists) {
+    spdlog::warn("failed login of {} from {} at {}", LogText(request.login),
+                 LogText(request.machineName), LogText(address));
     return WrongPassword();
   }
   if (IntAt(user, 0, "Blocked") != 0) {
@@ -232,31 +303,39 @@ Answer<SessionInfo> Sessions::LogIn(const LoginRequest& request, const Company& 
   }
   LoginRequest known = request;
   known.login = TextAt(user, 0, "ShortName");
-  return Start(known, company);
+  return Start(known, company, attempt, TextAt(user, 0, "Identity"));
 }
 
-Answer<Done> Sessions::CountAttempt(const std::string& login) {
-  const std::string subject = kLoginSubject + login;
-  const Stamp now = clock_.Now();
+Answer<Done> Sessions::CountAttempt(const Attempt& attempt) {
+  struct Counted {
+    std::string subject;
+    std::int64_t free;
+  };
+  const std::int64_t now = running_.Now();
   auto transaction = database_.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "counting a login");
-  const Stamp forgotten{now.micros - kFailuresForgotten};
-  const auto counted = (*transaction)->Execute(Command(kCountAttempt, {subject, now, forgotten}));
-  if (!counted) return ToFailure(counted.GetFailure(), "counting a login");
-  const auto attempt =
-      (*transaction)
-          ->Query(Select(kSelectAttempt, {subject},
-                         {{"Failures", ValueKind::Code, 0}, {"LockedUntil", ValueKind::Stamp, 0}}));
-  if (!attempt) return ToFailure(attempt.GetFailure(), "counting a login");
-  if (*counted == 0) {
-    const Stamp until = attempt->At(0, "LockedUntil").AsStamp().value_or(now);
-    return Refused("Твърде много неуспешни опити за вход. Опитайте отново след " +
-                   std::to_string((until.micros - now.micros + kSecond - 1) / kSecond) + " сек.");
-  }
-  const std::int64_t wait = WaitAfter(IntAt(*attempt, 0, "Failures"));
-  if (wait > 0) {
-    const Stamp until{now.micros + wait};
-    const auto locked = (*transaction)->Execute(Command(kLockAttempts, {until, subject}));
+  for (const Counted& row : {Counted{attempt.AddressSubject(), kFreeOfAddress},
+                             Counted{attempt.LoginSubject(), kFreeFailures}}) {
+    if (row.subject.empty()) continue;
+    const auto counted =
+        (*transaction)
+            ->Execute(Command(kCountAttempt, {row.subject, now, now - kFailuresForgotten}));
+    if (!counted) return ToFailure(counted.GetFailure(), "counting a login");
+    const auto kept =
+        (*transaction)
+            ->Query(Select(kSelectAttempt, {row.subject},
+                           {{"Failures", ValueKind::Code, 0}, {"LockedTill", ValueKind::Code, 0}}));
+    if (!kept) return ToFailure(kept.GetFailure(), "counting a login");
+    if (*counted == 0) {
+      const std::int64_t left = IntAt(*kept, 0, "LockedTill") - now;
+      return Refused("Твърде много неуспешни опити за вход. Опитайте отново след " +
+                     std::to_string((left + kSecond - 1) / kSecond) + " сек.");
+    }
+    const std::int64_t wait = WaitAfter(IntAt(*kept, 0, "Failures"), row.free);
+    if (wait == 0) continue;
+    // With the time it counts from, so that a server that starts now tells the same wait.
+    const Statement locks[] = {Command(kLockAttempts, {now + wait, row.subject}), running_.Note()};
+    const auto locked = (*transaction)->ExecuteAll(locks);
     if (!locked) return ToFailure(locked.GetFailure(), "counting a login");
   }
   const auto committed = (*transaction)->Commit();
@@ -264,18 +343,26 @@ Answer<Done> Sessions::CountAttempt(const std::string& login) {
   return Done{};
 }
 
-Answer<SessionInfo> Sessions::Start(const LoginRequest& request, const Company& company) {
+Answer<SessionInfo> Sessions::Start(const LoginRequest& request, const Company& company,
+                                    const Attempt& attempt, const std::string& identity) {
   Sweep();
   const std::string ticket = NewTicket();
   const std::string hash = TicketHash(ticket);
   const Stamp now = clock_.Now();
+  const std::int64_t running = running_.Now();
   auto transaction = database_.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "starting a session");
-  const Statement writes[] = {
-      Command(kInsertSession, {hash, NewSessionName(), request.login,
-                               Utf8Cut(request.machineName, kLongestMachineName),
-                               Utf8Cut(request.programVersion, kLongestVersion), now, now}),
-      Command(kForgetAttempts, {kLoginSubject + Fold(request.login)})};
+  std::vector<Statement> writes = {
+      Command(
+          kInsertSession,
+          {hash, NewSessionName(), request.login, Utf8Cut(request.machineName, kLongestMachineName),
+           Utf8Cut(request.programVersion, kLongestVersion), now, now, running, identity}),
+      Command(kForgetAttempts, {attempt.LoginSubject()}),
+      Command(kKnowMachine, {attempt.login, attempt.machine, running})};
+  if (const std::string address = attempt.AddressSubject(); !address.empty()) {
+    writes.push_back(Command(kTakeBackAttempt, {address}));
+  }
+  writes.push_back(running_.Note());
   const auto written = (*transaction)->ExecuteAll(writes);
   if (!written) return ToFailure(written.GetFailure(), "starting a session");
   const auto committed = (*transaction)->Commit();
@@ -284,8 +371,8 @@ Answer<SessionInfo> Sessions::Start(const LoginRequest& request, const Company& 
   auto session = Reload(hash);
   if (!session) return session.GetFailure();
   const Session& known = **session;
-  spdlog::info("session {} of {} started from {}", known.sessionName, known.login,
-               known.machineName);
+  spdlog::info("session {} of {} started from {} at {}", known.sessionName, LogText(known.login),
+               LogText(known.machineName), LogText(attempt.address));
   SessionInfo info;
   info.ticket = ticket;
   info.sessionName = known.sessionName;
@@ -326,34 +413,43 @@ Answer<std::shared_ptr<const Session>> Sessions::Find(const std::string& ticket)
   return Reload(hash);
 }
 
+bool Sessions::Remembers(const std::string& ticket) {
+  const std::lock_guard lock(mutex_);
+  return remembered_.contains(TicketHash(ticket));
+}
+
 Answer<std::shared_ptr<const Session>> Sessions::Reload(const std::string& ticketHash) {
-  const Statement asked[] = {SelectSession(ticketHash), SelectRights(ticketHash)};
+  const Statement asked[] = {SelectSession(ticketHash), SelectRights(ticketHash),
+                             RunningTime::Read()};
   auto packets = database_.ReadSnapshot(asked);
   if (!packets) return ToFailure(packets.GetFailure(), "reading a session");
+  running_.See((*packets)[2]);
   const DataPacket& row = (*packets)[0];
-  if (!Lives(row, clock_.Now(), options_.idleMinutes * kMinute)) {
+  if (!Lives(row, running_.Now(), options_.idleMinutes * kMinute)) {
     Forget(ticketHash);
     return SessionEndedFailure();
   }
   auto session = SessionOf(ticketHash, row, (*packets)[1]);
   const std::lock_guard lock(mutex_);
   if (remembered_.size() >= kMostRemembered) remembered_.clear();
-  remembered_[ticketHash] = {session, row.At(0, "LastSeen").AsStamp().value_or(Stamp{})};
+  remembered_[ticketHash] = {session, IntAt(row, 0, "SeenAt")};
   return session;
 }
 
 Statement Sessions::Guard(const Session& session) const {
   return Select(kGuard, {session.ticketHash},
-                {{"LastSeen", ValueKind::Stamp, 0},
+                {{"SeenAt", ValueKind::Code, 0},
                  {"EndedOn", ValueKind::Stamp, 0},
                  {"Blocked", ValueKind::Bool, 0},
                  {"RightsVersion", ValueKind::Code, 0},
                  {"EmployeeCount", ValueKind::Code, 0},
-                 {"FirstEmployee", ValueKind::Code, 0}});
+                 {"FirstEmployee", ValueKind::Code, 0},
+                 {"Migrations", ValueKind::Code, 0}});
 }
 
 GuardVerdict Sessions::Judge(const Session& session, const DataPacket& guard) const {
-  if (!Lives(guard, clock_.Now(), options_.idleMinutes * kMinute)) return GuardVerdict::Ended;
+  if (!Lives(guard, running_.Now(), options_.idleMinutes * kMinute)) return GuardVerdict::Ended;
+  if (!IsOwnSchema(guard, database_.Kind())) return GuardVerdict::OtherSchema;
   const bool same = IntAt(guard, 0, "RightsVersion") == session.rightsVersion &&
                     IntAt(guard, 0, "EmployeeCount") == session.employeeCount &&
                     IntAt(guard, 0, "FirstEmployee") == session.firstEmployee;
@@ -366,36 +462,38 @@ void Sessions::Forget(const std::string& ticketHash) {
 }
 
 void Sessions::NoteSeen(const Session& session) {
-  const Stamp now = clock_.Now();
+  const std::int64_t now = running_.Now();
   {
     const std::lock_guard lock(mutex_);
     const auto found = remembered_.find(session.ticketHash);
     if (found == remembered_.end()) return;
-    if (now.micros - found->second.lastSeen.micros < kSeenEvery) return;
-    found->second.lastSeen = now;
+    if (now - found->second.seenAt < kSeenEvery) return;
+    found->second.seenAt = now;
   }
   auto transaction = database_.Begin();
   if (!transaction) return;
-  const auto touched = (*transaction)->Execute(Command(kNoteSeen, {now, session.ticketHash}));
+  const Statement notes[] = {Command(kNoteSeen, {clock_.Now(), now, session.ticketHash}),
+                             running_.Note()};
+  const auto touched = (*transaction)->ExecuteAll(notes);
   const auto committed = (*transaction)->Commit();
   if (!touched || !committed)
     spdlog::warn("LastSeen of session {} not written", session.sessionName);
 }
 
 void Sessions::Sweep() {
-  const Stamp now = clock_.Now();
+  const std::int64_t now = running_.Now();
   {
     const std::lock_guard lock(mutex_);
-    if (now.micros - lastSweep_.micros < kSweepEvery) return;
-    lastSweep_ = now;
+    if (sweptAt_ && now - *sweptAt_ < kSweepEvery) return;
+    sweptAt_ = now;
   }
   auto transaction = database_.Begin();
   if (!transaction) return;
   const Statement sweeps[] = {
-      Command("delete from ClientKey where CreatedOn < ?1", {Stamp{now.micros - kClientKeysKept}}),
-      Command("delete from LoginAttempt where LastFailedOn < ?1",
-              {Stamp{now.micros - kFailuresForgotten}}),
-      Command("delete from Session where LastSeen < ?1", {Stamp{now.micros - kEndedSessionsKept}})};
+      Command("delete from ClientKey where KeptAt < ?1", {now - kClientKeysKept}),
+      Command("delete from LoginAttempt where FailedAt < ?1", {now - kFailuresForgotten}),
+      Command("delete from KnownMachine where SeenAt < ?1", {now - kMachinesKnown}),
+      Command("delete from Session where SeenAt < ?1", {now - kEndedSessionsKept})};
   const auto swept = (*transaction)->ExecuteAll(sweeps);
   if (!swept) {
     spdlog::warn("sweeping failed: {}", swept.GetFailure().text);
