@@ -43,6 +43,12 @@ std::string NameOf(EngineErrorKind kind) {
       return "Check";
     case EngineErrorKind::Retry:
       return "Retry";
+    case EngineErrorKind::Locked:
+      return "Locked";
+    case EngineErrorKind::Full:
+      return "Full";
+    case EngineErrorKind::Late:
+      return "Late";
     case EngineErrorKind::Limit:
       return "Limit";
     case EngineErrorKind::TooLarge:

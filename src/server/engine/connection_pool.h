@@ -3,10 +3,11 @@
 // Connections that are opened when they are first needed and lent to one thread at a time.
 //
 //   ConnectionPool<SqliteConnection> readers(4, [&] { return SqliteConnection::Open(path); });
-//   auto lent = readers.Lend();
+//   auto lent = readers.Lend(deadline);
 //   if (!lent) return lent.GetFailure();
 //   (*lent)->Query(statement);          // given back when `lent` goes
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -50,12 +51,14 @@ class ConnectionPool {
     std::unique_ptr<Connection> connection_;
   };
 
-  /// Waits until a connection is free. The failure is that of opening one.
-  EngineAnswer<Loan> Lend() {
+  /// Waits until a connection is free. The failure is that of opening one, or that none came free.
+  EngineAnswer<Loan> Lend(std::chrono::steady_clock::time_point deadline) {
     std::unique_ptr<Connection> connection;
     {
       std::unique_lock lock(mutex_);
-      freed_.wait(lock, [&] { return free_ > 0; });
+      if (!freed_.wait_until(lock, deadline, [&] { return free_ > 0; })) {
+        return EngineError{EngineErrorKind::Late, "", "no connection came free in time"};
+      }
       --free_;
       if (!idle_.empty()) {
         connection = std::move(idle_.back());

@@ -11,6 +11,7 @@
 //   (*transaction)->Commit();                                       // otherwise rolled back
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -32,6 +33,9 @@ enum class EngineErrorKind : std::uint8_t {
   NotNull,
   Check,     ///< a check constraint or a trigger refused
   Retry,     ///< serialisation failure or deadlock: the same transaction may be tried again
+  Locked,    ///< others held what is needed for longer than anybody waits
+  Full,      ///< no room is left on the database's disk: nothing was written
+  Late,      ///< the database did not answer in time, its connection was given up
   Limit,     ///< a time limit of a fenced search was reached
   TooLarge,  ///< the answers of a call's searches take more memory than they may
   LinkDown,  ///< the database is not reachable
@@ -95,7 +99,7 @@ class Transaction {
   /// Undoes what was done since the last open savepoint, which ends.
   virtual EngineAnswer<Done> RollbackToSavepoint() = 0;
   virtual EngineAnswer<Done> ReleaseSavepoint() = 0;
-  /// Acknowledged means on disk. After LinkDown nobody knows whether it was carried out.
+  /// Acknowledged means on disk. After LinkDown and Late nobody knows whether it was carried out.
   virtual EngineAnswer<Done> Commit() = 0;
 };
 
@@ -145,13 +149,19 @@ class Database {
   EngineCounters counters_;
 };
 
+/// How long a call waits for each of: its turn, a lock, the database's answer. Clients give a login
+/// twenty seconds.
+inline constexpr std::chrono::milliseconds kLongestWait{15'000};
+
 /// Opens or creates an SQLite file (WAL, synchronous FULL, foreign keys on, one writing connection
-/// behind a queue and readers beside it).
-EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path);
+/// behind a queue and readers beside it). A new file is its owner's only, with what goes beside it.
+EngineAnswer<std::unique_ptr<Database>> OpenSqlite(
+    const std::string& path, std::chrono::milliseconds longestWait = kLongestWait);
 
 struct PostgresOptions {
   std::string connectionInfo;  ///< libpq conninfo
   int poolSize = 8;
+  std::chrono::milliseconds longestWait = kLongestWait;
 };
 /// Connects to PostgreSQL through a pool; prepared statements, pipeline mode.
 EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& options);

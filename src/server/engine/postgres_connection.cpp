@@ -4,6 +4,8 @@
 #include <poll.h>
 
 #include <array>
+#include <atomic>
+#include <thread>
 
 #include "server/engine/postgres_errors.h"
 
@@ -118,7 +120,7 @@ EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
       "connect_timeout",  "application_name", "client_encoding", "keepalives_idle",
       "tcp_user_timeout", "options",          "dbname",          nullptr};
   const std::string options =
-      "-c timezone=UTC -c jit=off -c lock_timeout=30s -c plan_cache_mode=force_generic_plan " +
+      "-c timezone=UTC -c jit=off -c lock_timeout=10s -c plan_cache_mode=force_generic_plan " +
       settings;
   const std::array<const char*, 8> values = {"5",     "orvane-server", "UTF8",       "30",
                                              "15000", options.c_str(), info.c_str(), nullptr};
@@ -128,12 +130,15 @@ EngineAnswer<std::unique_ptr<PostgresConnection>> PostgresConnection::Open(
   }
   PQsetNoticeProcessor(
       handle.get(), [](void*, const char*) {}, nullptr);
+  PQsetnonblocking(handle.get(), 1);  // a server that reads nothing must not hold the sender
   PQenterPipelineMode(handle.get());
   return std::unique_ptr<PostgresConnection>(new PostgresConnection(std::move(handle)));
 }
 
 EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
-    std::span<const PostgresCommand> commands, Deadline deadline, std::int64_t bytes) {
+    std::span<const PostgresCommand> commands, Deadline deadline, EngineErrorKind late,
+    std::int64_t bytes) {
+  late_ = late;
   bytesLeft_ = bytes;
   std::vector<Sent> dropped;
   const bool idle = PQtransactionStatus(handle_.get()) == PQTRANS_IDLE;
@@ -166,6 +171,7 @@ EngineAnswer<std::vector<PostgresReply>> PostgresConnection::Run(
   const PostgresResult sync = Next(deadline);
   if (IsBroken() || PQresultStatus(sync.get()) != PGRES_PIPELINE_SYNC) return Broken();
   if (cancelled_) left_ = true;  // a cancellation that comes late must not meet another statement
+  if (answered && cancelled_ && answered->kind == EngineErrorKind::Limit) answered->kind = late_;
   if (answered) return *answered;
   if (error) return *error;
   return replies;
@@ -193,7 +199,7 @@ bool PostgresConnection::RollBack() {
   if (IsBroken() || PQtransactionStatus(handle_.get()) == PQTRANS_IDLE) return false;
   const Statement rollback{"rollback", {}, {}};
   const PostgresCommand command{&rollback, true};
-  if (!Run({&command, 1})) left_ = true;
+  if (!Run({&command, 1}, std::chrono::steady_clock::now() + kGrace)) left_ = true;
   return true;
 }
 
@@ -326,10 +332,10 @@ std::optional<EngineError> PostgresConnection::Spend(const DataPacket& packet) {
 
 PostgresResult PostgresConnection::Next(Deadline deadline) {
   if (left_) return nullptr;
-  if (deadline && !WaitUntil(deadline)) {
+  if (!WaitUntil(deadline)) {
     if (!cancelled_) Cancel();
     cancelled_ = true;
-    if (!WaitUntil(*deadline + kGrace)) {
+    if (!WaitUntil(deadline + kGrace)) {
       left_ = true;
       return nullptr;
     }
@@ -341,21 +347,33 @@ PostgresResult PostgresConnection::Next(Deadline deadline) {
 bool PostgresConnection::WaitUntil(Deadline deadline) {
   while (PQisBusy(handle_.get()) != 0) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-        *deadline - std::chrono::steady_clock::now());
+        deadline - std::chrono::steady_clock::now());
     if (left.count() <= 0) return false;
-    PQflush(handle_.get());
-    pollfd socket{PQsocket(handle_.get()), POLLIN, 0};
+    const bool unsent = PQflush(handle_.get()) == 1;
+    pollfd socket{PQsocket(handle_.get()), static_cast<short>(unsent ? POLLIN | POLLOUT : POLLIN),
+                  0};
     poll(&socket, 1, static_cast<int>(left.count()));
     if (PQconsumeInput(handle_.get()) == 0) return true;
   }
   return true;
 }
 
+/// Waits for the server's word without a limit, hence on a thread of its own; one that hangs keeps
+/// a few of them at most.
 void PostgresConnection::Cancel() {
-  PGcancel* cancel = PQgetCancel(handle_.get());
-  std::array<char, 256> error{};
-  PQcancel(cancel, error.data(), static_cast<int>(error.size()));
-  PQfreeCancel(cancel);
+  constexpr int kMostWaiting = 8;
+  static std::atomic<int> waiting{0};
+  PGcancel* cancel = ++waiting > kMostWaiting ? nullptr : PQgetCancel(handle_.get());
+  if (cancel == nullptr) {
+    --waiting;
+    return;
+  }
+  std::thread([cancel] {
+    std::array<char, 256> error{};
+    PQcancel(cancel, error.data(), static_cast<int>(error.size()));
+    PQfreeCancel(cancel);
+    --waiting;
+  }).detach();
 }
 
 EngineError PostgresConnection::ErrorOf(const pg_result* result) {
@@ -369,7 +387,7 @@ EngineError PostgresConnection::ErrorOf(const pg_result* result) {
 }
 
 EngineError PostgresConnection::Broken() {
-  const EngineErrorKind kind = cancelled_ ? EngineErrorKind::Limit : EngineErrorKind::LinkDown;
+  const EngineErrorKind kind = cancelled_ ? late_ : EngineErrorKind::LinkDown;
   left_ = true;
   return {kind, "", std::string("the connection is lost: ") + PQerrorMessage(handle_.get())};
 }

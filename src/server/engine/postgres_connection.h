@@ -42,7 +42,7 @@ struct PostgresReply {
 
 class PostgresConnection {
  public:
-  using Deadline = std::optional<std::chrono::steady_clock::time_point>;
+  using Deadline = std::chrono::steady_clock::time_point;
 
   /// `settings` of the session stand before what the conninfo says: "-c name=value …".
   static EngineAnswer<std::unique_ptr<PostgresConnection>> Open(const std::string& info,
@@ -52,12 +52,13 @@ class PostgresConnection {
   ~PostgresConnection() = default;
 
   /// One reply per command, or the first failure; what stands behind it was not carried out. At the
-  /// deadline the server is told to stop, and a server that does not listen is left; the same when
-  /// the answers grow beyond `bytes`.
+  /// deadline the server is told to stop, and a server that does not listen is left; the failure is
+  /// then of the kind `late`. The same, of the kind TooLarge, when the answers grow beyond `bytes`.
   EngineAnswer<std::vector<PostgresReply>> Run(std::span<const PostgresCommand> commands,
-                                               Deadline deadline = std::nullopt,
+                                               Deadline deadline,
+                                               EngineErrorKind late = EngineErrorKind::Late,
                                                std::int64_t bytes = kHighest64);
-  /// Runs several statements in one transaction.
+  /// Runs several statements in one transaction, however long they take.
   EngineAnswer<Done> RunScript(const std::string& script);
   /// Rolls back what is open; costs a round trip only then. True when it was needed.
   bool RollBack();
@@ -102,6 +103,7 @@ class PostgresConnection {
   bool left_ = false;  ///< the server did not answer in time: the connection is of no more use
   bool cancelled_ = false;
   std::int64_t bytesLeft_ = kHighest64;  ///< of the answers to what is being run
+  EngineErrorKind late_ = EngineErrorKind::Late;
   bool stale_ = false;  ///< the schema moved: a kept plan may no longer fit its tables
   std::int64_t names_ = 0;
   std::unordered_map<std::string, KeptText> kept_;

@@ -22,6 +22,10 @@ Statement Control(std::string text) {
   return {std::move(text), {}, {}};
 }
 
+PostgresConnection::Deadline In(std::chrono::milliseconds time) {
+  return std::chrono::steady_clock::now() + time;
+}
+
 EngineAnswer<std::vector<DataPacket>> PacketsOf(Replies replies, std::size_t first,
                                                 std::size_t count) {
   if (!replies) return replies.GetFailure();
@@ -35,8 +39,9 @@ EngineAnswer<std::vector<DataPacket>> PacketsOf(Replies replies, std::size_t fir
 /// Begin, savepoints and their release wait for the statement behind them and travel with it.
 class PostgresTransaction final : public Transaction {
  public:
-  PostgresTransaction(Pool::Loan connection, EngineCounters& counters)
-      : connection_(std::move(connection)), counters_(counters) {
+  PostgresTransaction(Pool::Loan connection, EngineCounters& counters,
+                      std::chrono::milliseconds longestWait)
+      : connection_(std::move(connection)), counters_(counters), longestWait_(longestWait) {
     waiting_.push_back(Control("begin"));
   }
   ~PostgresTransaction() override {
@@ -120,11 +125,12 @@ class PostgresTransaction final : public Transaction {
       commands.push_back({&statement, true});
     counters_.statements += static_cast<std::int64_t>(statements.size());
     ++counters_.roundTrips;
-    Replies replies = connection_->Run(commands);
-    if (!replies && !begun_ && connection_->IsBroken() && connection_.Renew()) {
+    Replies replies = connection_->Run(commands, In(longestWait_));
+    const bool lost = !replies && replies.GetFailure().kind == EngineErrorKind::LinkDown;
+    if (lost && !begun_ && connection_->IsBroken() && connection_.Renew()) {
       // Nothing of this transaction can have been committed: an idle connection had broken.
       ++counters_.roundTrips;
-      replies = connection_->Run(commands);
+      replies = connection_->Run(commands, In(longestWait_));
     }
     begun_ = true;
     failed_ = !replies;
@@ -141,6 +147,7 @@ class PostgresTransaction final : public Transaction {
 
   Pool::Loan connection_;
   EngineCounters& counters_;
+  const std::chrono::milliseconds longestWait_;
   std::vector<Statement> waiting_;
   int savepoints_ = 0;
   bool begun_ = false;
@@ -175,7 +182,8 @@ class SlowSearches {
 class PostgresDatabase final : public Database {
  public:
   explicit PostgresDatabase(const PostgresOptions& options)
-      : pool_(options.poolSize,
+      : longestWait_(options.longestWait),
+        pool_(options.poolSize,
               [info = options.connectionInfo] { return PostgresConnection::Open(info); }),
         // Trusted statements never run on these, but for the guard.
         searchers_(kSearchPlaces, [info = options.connectionInfo] {
@@ -196,13 +204,15 @@ class PostgresDatabase final : public Database {
       commands.push_back({&statement, true});
     if (!alone) commands.push_back({&commit, true});
     counters_.statements += static_cast<std::int64_t>(statements.size());
-    return PacketsOf(RunReading(pool_, commands), alone ? 0 : 1, statements.size());
+    return PacketsOf(RunReading(pool_, commands, longestWait_, EngineErrorKind::Late),
+                     alone ? 0 : 1, statements.size());
   }
 
   EngineAnswer<std::unique_ptr<Transaction>> Begin() override {
-    auto connection = pool_.Lend();
+    auto connection = pool_.Lend(In(longestWait_));
     if (!connection) return connection.GetFailure();
-    return std::unique_ptr<Transaction>(new PostgresTransaction(*std::move(connection), counters_));
+    return std::unique_ptr<Transaction>(
+        new PostgresTransaction(*std::move(connection), counters_, longestWait_));
   }
 
   EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
@@ -231,7 +241,8 @@ class PostgresDatabase final : public Database {
 
     const auto allowed = std::chrono::milliseconds(limits.milliseconds);
     const auto start = std::chrono::steady_clock::now();
-    auto replies = RunReading(searchers_, commands, start + allowed + kOutsideMargin, limits.bytes);
+    auto replies = RunReading(searchers_, commands, allowed + kOutsideMargin,
+                              EngineErrorKind::Limit, limits.bytes);
     if (std::chrono::steady_clock::now() - start > kSlowSearch) slow_.Add(statements);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
@@ -241,7 +252,7 @@ class PostgresDatabase final : public Database {
   }
 
   EngineAnswer<Done> RunScript(std::string_view script) override {
-    auto connection = pool_.Lend();
+    auto connection = pool_.Lend(In(longestWait_));
     if (!connection) return connection.GetFailure();
     counters_.roundTrips += 3;
     return (*connection)->RunScript(std::string(script));
@@ -257,22 +268,25 @@ class PostgresDatabase final : public Database {
            std::to_string(SearchLimits().milliseconds);
   }
 
+  /// `allowed` is counted from when there is a connection.
   Replies RunReading(Pool& pool, std::span<const PostgresCommand> commands,
-                     PostgresConnection::Deadline deadline = std::nullopt,
+                     std::chrono::milliseconds allowed, EngineErrorKind late,
                      std::int64_t bytes = kHighest64) {
-    auto connection = pool.Lend();
+    auto connection = pool.Lend(In(longestWait_));
     if (!connection) return connection.GetFailure();
     ++counters_.roundTrips;
-    Replies replies = (*connection)->Run(commands, deadline, bytes);
+    const auto deadline = In(allowed);
+    Replies replies = (*connection)->Run(commands, deadline, late, bytes);
     const bool lost = !replies && replies.GetFailure().kind == EngineErrorKind::LinkDown;
     if (lost && (*connection)->IsBroken() && connection->Renew()) {
       ++counters_.roundTrips;
-      replies = (*connection)->Run(commands, deadline, bytes);
+      replies = (*connection)->Run(commands, deadline, late, bytes);
     }
     if (!replies && (*connection)->RollBack()) ++counters_.roundTrips;
     return replies;
   }
 
+  const std::chrono::milliseconds longestWait_;
   Pool pool_;
   Pool searchers_;
   SlowSearches slow_;

@@ -21,7 +21,8 @@ constexpr StateRow kStates[] = {
     {"P0001", EngineErrorKind::Check},       // raise_exception
     {"40001", EngineErrorKind::Retry},       // serialization_failure
     {"40P01", EngineErrorKind::Retry},       // deadlock_detected
-    {"55P03", EngineErrorKind::Retry},       // lock_not_available
+    {"55P03", EngineErrorKind::Locked},      // lock_not_available
+    {"53100", EngineErrorKind::Full},        // disk_full
     {"57014", EngineErrorKind::Limit},       // query_canceled
     {"08P01", EngineErrorKind::Other},       // protocol_violation: a fault of ours
     {"08", EngineErrorKind::LinkDown},       // connection exceptions

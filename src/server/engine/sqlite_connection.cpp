@@ -1,8 +1,11 @@
 #include "server/engine/sqlite_connection.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <type_traits>
 #include <variant>
@@ -46,9 +49,12 @@ EngineErrorKind KindOf(int code) {
       break;
   }
   switch (code & 0xFF) {
-    case SQLITE_BUSY:
+    case SQLITE_BUSY:  // another process; it was waited for
+      return EngineErrorKind::Locked;
     case SQLITE_LOCKED:
       return EngineErrorKind::Retry;
+    case SQLITE_FULL:
+      return EngineErrorKind::Full;
     case SQLITE_INTERRUPT:
       return EngineErrorKind::Limit;
     case SQLITE_CANTOPEN:
@@ -209,6 +215,13 @@ void KeptFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   AnswerNumber(context, found == kept.end() ? std::nullopt : found->second);
 }
 
+/// Makes a file that is not there yet, for its owner only; what SQLite lays beside it follows it.
+void MakeOwnFile(const std::string& path) {
+  if (path.empty() || path.front() == ':') return;  // in memory
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (file >= 0) close(file);
+}
+
 bool IsRestOfStatement(std::string_view tail) {
   return tail.find_first_not_of(" \t\r\n;") != std::string_view::npos;
 }
@@ -227,6 +240,7 @@ EngineAnswer<std::unique_ptr<SqliteConnection>> SqliteConnection::Open(const std
                                                                        SqliteUse use) {
   const int access = use == SqliteUse::Search ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   const int create = use == SqliteUse::Write ? SQLITE_OPEN_CREATE : 0;
+  if (use == SqliteUse::Write) MakeOwnFile(path);
   sqlite3* raw = nullptr;
   const int result = sqlite3_open_v2(
       path.c_str(), &raw, access | create | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
@@ -324,6 +338,10 @@ EngineAnswer<std::int64_t> SqliteConnection::Execute(const Statement& statement)
   return sqlite3_changes64(handle_.get());
 }
 
+void SqliteConnection::WaitNoLongerThan(std::chrono::milliseconds time) {
+  sqlite3_busy_timeout(handle_.get(), std::max(1, static_cast<int>(time.count())));
+}
+
 EngineAnswer<Done> SqliteConnection::Run(const std::string& script) {
   if (sqlite3_exec(handle_.get(), script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
     return LastError();
@@ -396,7 +414,12 @@ EngineAnswer<DataPacket> SqliteConnection::Rows(sqlite3_stmt* prepared, const St
 
 EngineError SqliteConnection::LastError() const {
   EngineError error;
-  error.kind = KindOf(sqlite3_extended_errcode(handle_.get()));
+  const int code = sqlite3_extended_errcode(handle_.get());
+  error.kind = KindOf(code);
+  const int system = (code & 0xFF) == SQLITE_IOERR ? sqlite3_system_errno(handle_.get()) : 0;
+  if (code == SQLITE_IOERR_SHMSIZE || system == ENOSPC || system == EDQUOT) {
+    error.kind = EngineErrorKind::Full;
+  }
   error.text = sqlite3_errmsg(handle_.get());
   error.constraint = ConstraintIn(error.kind, error.text);
   return error;

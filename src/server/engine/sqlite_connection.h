@@ -58,6 +58,8 @@ class SqliteConnection {
   EngineAnswer<std::int64_t> Execute(const Statement& statement);
   /// Runs several statements without parameters.
   EngineAnswer<Done> Run(const std::string& script);
+  /// For a lock that another process holds.
+  void WaitNoLongerThan(std::chrono::milliseconds time);
   bool InTransaction() const;
   /// Rolls back whatever is open; nothing happens when nothing is.
   void RollBack();

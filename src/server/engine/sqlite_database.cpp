@@ -1,5 +1,9 @@
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
+#include <deque>
 #include <mutex>
+#include <optional>
 
 #include "server/engine/connection_pool.h"
 #include "server/engine/database.h"
@@ -10,19 +14,28 @@ namespace {
 
 constexpr int kReaders = 8;
 
+using Moment = std::chrono::steady_clock::time_point;
+
 /// Lets one writer through at a time, in the order of arrival. Unlike a mutex it may be left by
 /// another thread than the one that entered.
 class WriterQueue {
  public:
-  void Enter() {
+  /// False when the turn did not come by then.
+  bool Enter(Moment deadline) {
     std::unique_lock lock(mutex_);
     const std::uint64_t ticket = nextTicket_++;
-    moved_.wait(lock, [&] { return serving_ == ticket; });
+    waiting_.push_back(ticket);
+    const bool served =
+        moved_.wait_until(lock, deadline, [&] { return !inside_ && waiting_.front() == ticket; });
+    std::erase(waiting_, ticket);
+    inside_ = inside_ || served;
+    if (!served) moved_.notify_all();  // the next in the row may have waited behind this one
+    return served;
   }
   void Leave() {
     {
       const std::lock_guard lock(mutex_);
-      ++serving_;
+      inside_ = false;
     }
     moved_.notify_all();
   }
@@ -31,31 +44,46 @@ class WriterQueue {
   std::mutex mutex_;
   std::condition_variable moved_;
   std::uint64_t nextTicket_ = 0;
-  std::uint64_t serving_ = 0;
+  std::deque<std::uint64_t> waiting_;
+  bool inside_ = false;
 };
 
-/// A place at the head of the queue, left when destroyed.
+/// A place at the head of the queue, left when destroyed; none when it did not come in time.
 class WriterTurn {
  public:
-  explicit WriterTurn(WriterQueue& queue) : queue_(queue) { queue_.Enter(); }
+  WriterTurn(WriterQueue& queue, Moment deadline) : queue_(queue), come_(queue.Enter(deadline)) {}
   WriterTurn(const WriterTurn&) = delete;
   WriterTurn& operator=(const WriterTurn&) = delete;
-  ~WriterTurn() { queue_.Leave(); }
+  ~WriterTurn() {
+    if (come_) queue_.Leave();
+  }
+  bool HasCome() const { return come_; }
 
  private:
   WriterQueue& queue_;
+  const bool come_;
 };
 
 /// A statement that failed closes the transaction for everything but a return to a savepoint, as
 /// PostgreSQL does, so that rules proved on one engine hold on the other.
 class SqliteTransaction final : public Transaction {
  public:
-  SqliteTransaction(WriterQueue& queue, SqliteConnection& writer, EngineCounters& counters)
-      : turn_(queue), writer_(writer), counters_(counters) {}
-  ~SqliteTransaction() override { writer_.RollBack(); }
+  SqliteTransaction(WriterQueue& queue, SqliteConnection& writer, EngineCounters& counters,
+                    Moment deadline)
+      : deadline_(deadline), turn_(queue, deadline), writer_(writer), counters_(counters) {}
+  ~SqliteTransaction() override {
+    if (turn_.HasCome()) writer_.RollBack();
+  }
 
   /// To be called once, before anything else.
-  EngineAnswer<Done> Start() { return writer_.Run("begin immediate"); }
+  EngineAnswer<Done> Start() {
+    if (!turn_.HasCome()) {
+      return EngineError{EngineErrorKind::Locked, "", "the writer's turn did not come in time"};
+    }
+    writer_.WaitNoLongerThan(std::chrono::duration_cast<std::chrono::milliseconds>(
+        deadline_ - std::chrono::steady_clock::now()));
+    return writer_.Run("begin immediate");
+  }
 
   EngineAnswer<DataPacket> Query(const Statement& statement) override {
     ++counters_.roundTrips;
@@ -99,6 +127,8 @@ class SqliteTransaction final : public Transaction {
 
   EngineAnswer<Done> RollbackToSavepoint() override {
     ++counters_.roundTrips;
+    // A full disk may have ended the whole transaction.
+    if (!writer_.InTransaction()) return why_.value_or(Failed());
     auto answer = writer_.Run("rollback to step; release step");
     failed_ = !answer;
     return answer;
@@ -130,7 +160,10 @@ class SqliteTransaction final : public Transaction {
 
   template <class T>
   EngineAnswer<T> Noticed(EngineAnswer<T> answer) {
-    if (!answer) failed_ = true;
+    if (!answer) {
+      failed_ = true;
+      why_ = answer.GetFailure();
+    }
     return answer;
   }
 
@@ -138,16 +171,20 @@ class SqliteTransaction final : public Transaction {
     return {EngineErrorKind::Other, "", "the transaction has failed or is over"};
   }
 
+  const Moment deadline_;
   WriterTurn turn_;
   SqliteConnection& writer_;
   EngineCounters& counters_;
   bool failed_ = false;
+  std::optional<EngineError> why_;
 };
 
 class SqliteDatabase final : public Database {
  public:
-  SqliteDatabase(const std::string& path, std::unique_ptr<SqliteConnection> writer)
-      : writer_(std::move(writer)),
+  SqliteDatabase(const std::string& path, std::unique_ptr<SqliteConnection> writer,
+                 std::chrono::milliseconds longestWait)
+      : longestWait_(longestWait),
+        writer_(std::move(writer)),
         readers_(kReaders, [this, path] { return Counted(path, SqliteUse::Read); }),
         searchers_(kSearchPlaces, [this, path] { return Counted(path, SqliteUse::Search); }) {
     writer_->CountInto(counters_);
@@ -157,7 +194,7 @@ class SqliteDatabase final : public Database {
 
   EngineAnswer<std::vector<DataPacket>> ReadSnapshot(
       std::span<const Statement> statements) override {
-    auto reader = readers_.Lend();
+    auto reader = readers_.Lend(LatestMoment());
     if (!reader) return reader.GetFailure();
     ++counters_.roundTrips;
     return InSnapshot(**reader, [&]() -> EngineAnswer<std::vector<DataPacket>> {
@@ -174,7 +211,8 @@ class SqliteDatabase final : public Database {
   }
 
   EngineAnswer<std::unique_ptr<Transaction>> Begin() override {
-    auto transaction = std::make_unique<SqliteTransaction>(queue_, *writer_, counters_);
+    auto transaction =
+        std::make_unique<SqliteTransaction>(queue_, *writer_, counters_, LatestMoment());
     const auto started = transaction->Start();
     if (!started) return started.GetFailure();
     return std::unique_ptr<Transaction>(std::move(transaction));
@@ -183,7 +221,7 @@ class SqliteDatabase final : public Database {
   EngineAnswer<std::vector<DataPacket>> Search(const Statement& guard,
                                                std::span<const Statement> statements,
                                                SearchLimits limits) override {
-    auto searcher = searchers_.Lend();
+    auto searcher = searchers_.Lend(LatestMoment());
     if (!searcher) return searcher.GetFailure();
     ++counters_.roundTrips;
     return InSnapshot(**searcher, [&]() -> EngineAnswer<std::vector<DataPacket>> {
@@ -207,8 +245,10 @@ class SqliteDatabase final : public Database {
   }
 
   EngineAnswer<Done> RunScript(std::string_view script) override {
-    const WriterTurn turn(queue_);
+    const WriterTurn turn(queue_, LatestMoment());
+    if (!turn.HasCome()) return EngineError{EngineErrorKind::Locked, "", "others are writing"};
     ++counters_.roundTrips;
+    writer_->WaitNoLongerThan(longestWait_);
     auto answer = writer_->Run("begin immediate");
     if (answer) answer = writer_->Run(std::string(script));
     if (answer) answer = writer_->Run("commit");
@@ -217,6 +257,8 @@ class SqliteDatabase final : public Database {
   }
 
  private:
+  Moment LatestMoment() const { return std::chrono::steady_clock::now() + longestWait_; }
+
   EngineAnswer<std::unique_ptr<SqliteConnection>> Counted(const std::string& path, SqliteUse use) {
     auto connection = SqliteConnection::Open(path, use);
     if (connection) (*connection)->CountInto(counters_);
@@ -232,6 +274,7 @@ class SqliteDatabase final : public Database {
     return answer;
   }
 
+  const std::chrono::milliseconds longestWait_;
   WriterQueue queue_;
   std::unique_ptr<SqliteConnection> writer_;
   ConnectionPool<SqliteConnection> readers_;
@@ -240,10 +283,11 @@ class SqliteDatabase final : public Database {
 
 }  // namespace
 
-EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path) {
+EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path,
+                                                   std::chrono::milliseconds longestWait) {
   auto writer = SqliteConnection::Open(path, SqliteUse::Write);
   if (!writer) return writer.GetFailure();
-  return std::unique_ptr<Database>(new SqliteDatabase(path, *std::move(writer)));
+  return std::unique_ptr<Database>(new SqliteDatabase(path, *std::move(writer), longestWait));
 }
 
 }  // namespace orvane

@@ -75,7 +75,7 @@ Answer<Done, Setback> Work::TryWrite(std::span<const Statement> guarded, const W
   if (committed) return Done{};
   const EngineError& error = committed.GetFailure();
   Setback setback = ToSetback(error, "committing");
-  if (error.kind == EngineErrorKind::LinkDown) {
+  if (error.kind == EngineErrorKind::LinkDown || error.kind == EngineErrorKind::Late) {
     setback.failure = {FailureKind::OutcomeUnknown,
                        "Връзката с базата от данни прекъсна по време на записа. Не е известно дали "
                        "промените са записани."};

@@ -13,6 +13,13 @@ Failure ToFailure(const EngineError& error, std::string_view doing) {
   switch (error.kind) {
     case EngineErrorKind::LinkDown:
       return {FailureKind::LinkDown, "Сървърът няма връзка с базата от данни."};
+    case EngineErrorKind::Late:
+      return {FailureKind::LinkDown, "Базата от данни не отговори навреме."};
+    case EngineErrorKind::Full:  // nothing of the call stands, and it may be sent again as it was
+      return {FailureKind::LinkDown,
+              "Дискът на базата от данни е пълен и нищо не е записано. Обадете се на "
+              "администратора."};
+    case EngineErrorKind::Locked:
     case EngineErrorKind::Retry:
       return {FailureKind::Conflict,
               "Други потребители променят същите данни в момента. Опитайте отново."};

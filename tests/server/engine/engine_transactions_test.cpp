@@ -200,6 +200,56 @@ TEST_P(EngineTransactions, RoundTripsAndStatementsAreCounted) {
             "3/5");
 }
 
+/// Opens the database once more, by one connection that waits no longer than a moment.
+std::unique_ptr<Database> Impatient(Database& database) {
+  constexpr std::chrono::milliseconds kMoment{300};
+  const std::string location = LocationOf(database);
+  return std::move(*(database.Kind() == Engine::Sqlite ? OpenSqlite(location, kMoment)
+                                                       : OpenPostgres({location, 1, kMoment})));
+}
+
+TEST_P(EngineTransactions, WhatOthersHoldIsWaitedForAMomentOnly) {
+  const auto impatient = Impatient(*database_);
+  auto holder = Begun();
+  EXPECT_EQ(Outcome(holder->Execute(Put(1, "held"))), "-");
+  std::vector<std::string> outcomes(12);
+  std::vector<std::thread> callers;
+  for (std::string& outcome : outcomes) {
+    callers.emplace_back([&] {
+      auto transaction = impatient->Begin();
+      outcome =
+          transaction ? Outcome((*transaction)->Execute(Put(1, "late"))) : Outcome(transaction);
+    });
+  }
+  for (std::thread& caller : callers)
+    caller.join();
+  for (const std::string& outcome : outcomes)
+    EXPECT_EQ(outcome, GetParam() == Engine::Sqlite ? "Locked" : "Late");
+  EXPECT_EQ(Outcome(holder->Commit()), "-");
+  holder.reset();
+  auto next = impatient->Begin();
+  EXPECT_EQ(Outcome((*next)->Execute(Put(2, "next"))), "-");
+  EXPECT_EQ(Outcome((*next)->Commit()), "-");
+  EXPECT_EQ(Value(1) + Value(2), "heldnext");
+}
+
+TEST_P(ServerTransactions, ADatabaseThatHangsIsGivenUp) {
+  const auto impatient = Impatient(*database_);
+  auto transaction = std::move(*impatient->Begin());
+  const auto backend =
+      transaction->Query(Sql("select pg_backend_pid()", {}, {{"V", ValueKind::Code, 0}}));
+  ASSERT_TRUE(backend) << backend.GetFailure().text;
+  const auto process = static_cast<pid_t>(backend->At(0, "V").AsInt().value_or(0));
+  ASSERT_GT(process, 1);
+  ASSERT_EQ(kill(process, SIGSTOP), 0);
+  // Longer than what a socket takes at once.
+  EXPECT_EQ(Outcome(transaction->Execute(Put(1, std::string(16 << 20, 'x')))), "Late");
+  transaction.reset();
+  kill(process, SIGCONT);
+  EXPECT_EQ(AskNumber(*impatient, "select count(*) from Params"), 2);
+  EXPECT_EQ(Value(1), "0");
+}
+
 TEST_P(EngineTransactions, WhatWasAcknowledgedOutlivesAKilledProcess) {
   int ends[2];
   ASSERT_EQ(pipe(ends), 0);
