@@ -62,6 +62,47 @@ TEST_P(Durability, AKilledServerKeepsWhatItAcknowledgedAndNothingHalf) {
   EXPECT_EQ(count("select count(*) from History where TableName = 'Department'"), rows * 4);
 }
 
+/// Lets the disk be full for whoever writes departments, or no more.
+void FillDisk(Database& database, bool full) {
+  if (database.Kind() == Engine::Postgres) {
+    const auto scripted = database.RunScript(
+        full ? "create function no_room() returns trigger language plpgsql as $$ begin"
+               " raise exception using errcode = '53100', message = 'no room'; end $$;"
+               "create trigger no_room before insert on Department execute function no_room()"
+             : "drop function no_room() cascade");
+    ASSERT_TRUE(scripted) << scripted.GetFailure().text;
+    return;
+  }
+  const auto scripted =
+      database.RunScript(full ? "pragma max_page_count = 1" : "pragma max_page_count = 1000000");
+  ASSERT_TRUE(scripted) << scripted.GetFailure().text;
+}
+
+TEST_P(Durability, AFullDiskIsToldAndLosesNothing) {
+  TestServer server(GetParam());
+  server.AddUser("ivanova");
+  const Caller caller = server.LogIn("ivanova").At(Point::Departments);
+  std::vector<Change> changes;
+  for (std::int16_t code = 1; code <= 40; ++code)
+    changes.push_back(InsertOf(Department(code, std::string(40, 'x'), "ivanova")));
+  const ApplyRequest apply = DepartmentApply(changes);
+  FillDisk(server.Base(), true);
+  const auto refused = server->Apply(caller, apply);
+  ASSERT_TRUE(refused) << refused.GetFailure().message;
+  std::string sentences;
+  for (const ChangeOutcome& outcome : refused->outcomes)
+    sentences += outcome.failure ? outcome.failure->message : "";
+  EXPECT_EQ(
+      sentences,
+      "Дискът на базата от данни е пълен и нищо не е записано. Обадете се на администратора и "
+      "опитайте отново, когато освободи място.");
+  FillDisk(server.Base(), false);
+  EXPECT_EQ(server.Value("select count(*) from Department", ValueKind::Code), Variant(0));
+  const auto again = server->Apply(caller, apply);
+  ASSERT_TRUE(again) << again.GetFailure().message;
+  EXPECT_EQ(server.Value("select count(*) from Department", ValueKind::Code), Variant(40));
+}
+
 TEST_P(Durability, SettingsThatLoseAcknowledgedDataAreRefused) {
   const auto database = FreshDatabase(GetParam());
   const auto durable = CheckDurability(*database);
@@ -103,6 +144,50 @@ TEST_P(Durability, CheckFindsWhatTheRegistersWouldRefuse) {
                             "Началникът „ivanova“ на дирекция е блокиран потребител.",
                             "Периодите на заместниците в структурна единица 4 се застъпват.",
                             "Структурна единица 5 няма точно кода на своя тип."}));
+}
+
+TEST_P(Durability, CheckFindsWhatHistoryDoesNotTell) {
+  TestServer server(GetParam());
+  for (const char* login : {"ivanova", "petrov", "vasilev"})
+    server.AddUser(login);
+  const Caller caller = server.LogIn("ivanova").At(Point::Departments);
+  std::vector<Change> changes;
+  // More than is read at once, and a portion that ends within a row.
+  for (std::int16_t code = 1; code <= 300; ++code)
+    changes.push_back(InsertOf(Department(code, "Име", "ivanova")));
+  changes[1].after = {{"Code", 2}, {"Name", "Име"}, {"Chief", "ivanova"}};
+  changes.push_back(UpdateOf(Department(1, "Име", "ivanova"), {{"Name", "Име 1"}}));
+  // One moves to another key, one goes, and a user does.
+  changes.push_back(UpdateOf(Department(5, "Име", "ivanova"), {{"Code", 500}, {"Name", "Друго"}}));
+  changes.push_back(DeleteOf(Department(6, "Име", "ivanova")));
+  const auto applied = server->Apply(caller, DepartmentApply(changes));
+  ASSERT_TRUE(applied) << applied.GetFailure().message;
+  for (const ChangeOutcome& outcome : applied->outcomes)
+    ASSERT_TRUE(outcome.applied) << outcome.failure->message;
+  ASSERT_TRUE(server.Admin().RemoveUser("petrov"));
+  const auto findings = [&] {
+    const auto found = CheckDatabase(server.Base());
+    return found ? *found : std::vector<std::string>{found.GetFailure().message};
+  };
+  EXPECT_EQ(findings(), std::vector<std::string>{});
+  for (const char* byHand :
+       {"update Department set Name = 'Х', FoldName = 'х' where Code = 1",
+        "update Department set Name2 = 'Y', FoldName2 = 'y' where Code = 2",
+        "delete from Department where Code = 3",
+        "insert into Department (Code, Name, FoldName, Chief) values (6, 'Име', 'име', 'ivanova')",
+        "update Department set Chief = 'vasilev' where Code = 500",
+        "update UserRights set Rights = 1 where Login = 'vasilev' and Point = 1",
+        "insert into Department (Code, Name, FoldName, Chief) values (700, 'Б', 'б', 'ivanova')"}) {
+    server.Execute({byHand, {}, {}});
+  }
+  EXPECT_EQ(findings(),
+            (std::vector<std::string>{
+                "Таблица Department, ред „500“, Chief: „vasilev“, а според историята „ivanova“.",
+                "Таблица Department, ред „1“, Name: „Х“, а според историята „Име 1“.",
+                "Таблица Department, ред „2“, Name2: „Y“, за което историята не разказва.",
+                "Таблица Department, ред „3“ го няма, а според историята е там.",
+                "Таблица Department, ред „6“ е там, а според историята е изтрит.",
+                "Таблица UserRights, ред „vasilev/1“, Rights: „1“, а според историята „15“."}));
 }
 
 TEST_P(Durability, AUserWhoHeadsADepartmentIsNotRemoved) {

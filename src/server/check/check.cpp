@@ -1,12 +1,14 @@
 #include "server/check/check.h"
 
-#include <set>
-#include <tuple>
+#include <algorithm>
+#include <map>
 
 #include "packet/fold.h"
 #include "server/check/check_documents.h"
+#include "server/check/check_history.h"
 #include "server/check/check_waiting.h"
 #include "server/classes/server_classes.h"
+#include "server/dialect/catalogue.h"
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/sessions.h"
 #include "server/sessions/statements.h"
@@ -22,45 +24,104 @@ Answer<DataPacket> Read(Database& database, const Statement& statement) {
   return std::move(packets->front());
 }
 
-/// A text column and its fold: the table must keep what Fold says.
+constexpr std::size_t kMostFindings = 10;
+
+/// A text column beside which the table keeps its fold.
 struct FoldedColumn {
   std::string table;
   std::string column;
-  bool operator<(const FoldedColumn& other) const {
-    return std::tie(table, column) < std::tie(other.table, other.column);
-  }
 };
 
-std::set<FoldedColumn> FoldedColumns() {
-  std::set<FoldedColumn> columns = {{"WSysUsers", "ShortName"},
-                                    {"WSysUsers", "UserName"},
-                                    {"WSysUsers", "UserName2"},
-                                    {"Employees", "Name"},
-                                    {"Employees", "Name2"}};
-  for (const ServerClass& serverClass : MakeServerClasses()) {
-    for (const ProviderRow& provider : serverClass.Providers()) {
-      for (const FieldDef& field : provider.def.fields) {
-        if (!provider.def.Writable() || !field.Is(Folded)) continue;
-        columns.insert({std::string(provider.def.table), std::string(field.name)});
-      }
-    }
-  }
-  return columns;
+/// What the database calls them in small letters, as it is written elsewhere.
+std::string Written(const std::map<std::string, std::string>& names, const std::string& small) {
+  const auto found = names.find(small);
+  return found == names.end() ? small : found->second;
 }
 
+std::map<std::string, std::string> WrittenNames() {
+  std::map<std::string, std::string> names;
+  const auto add = [&](std::string_view name) { names.emplace(Fold(name), name); };
+  for (const CatalogueTable& table : SearchCatalogue()) {
+    add(table.stored);
+    for (const CatalogueColumn& column : table.columns)
+      add(column.name);
+  }
+  for (const ServerClass& serverClass : MakeServerClasses()) {
+    for (const ProviderRow& provider : serverClass.Providers()) {
+      add(provider.def.table);
+      for (const FieldDef& field : provider.def.fields)
+        add(field.name);
+    }
+  }
+  return names;
+}
+
+/// Every column of the schema that has another by the name Fold<column> beside it.
+Answer<std::vector<FoldedColumn>> FoldedColumns(Database& database) {
+  const bool sqlite = database.Kind() == Engine::Sqlite;
+  const std::string columns =
+      sqlite ? "select lower(m.name) as TableName, lower(p.name) as ColumnName from sqlite_master"
+               " m, pragma_table_info(m.name) p where m.type = 'table'"
+             : "select table_name::text as TableName, column_name::text as ColumnName from"
+               " information_schema.columns where table_schema = current_schema()";
+  const auto found =
+      Read(database,
+           Select("with c as (" + columns +
+                      ") select t.TableName, t.ColumnName from c t join c f on"
+                      " f.TableName = t.TableName and f.ColumnName = 'fold' || t.ColumnName"
+                      " order by 1, 2",
+                  {}, {{"TableName", ValueKind::Memo, 0}, {"ColumnName", ValueKind::Memo, 0}}));
+  if (!found) return found.GetFailure();
+  const std::map<std::string, std::string> names = WrittenNames();
+  std::vector<FoldedColumn> folded;
+  for (std::size_t row = 0; row < found->rowCount; ++row) {
+    folded.push_back({Written(names, found->At(row, "TableName").ToText()),
+                      Written(names, found->At(row, "ColumnName").ToText())});
+  }
+  return folded;
+}
+
+void AddSome(Findings& findings, const DataPacket& rows, const FoldedColumn& folded) {
+  const std::string place = folded.table + "." + folded.column;
+  for (std::size_t row = 0; row < std::min(rows.rowCount, kMostFindings); ++row) {
+    findings.push_back(place + ": „" + rows.At(row, "Text").ToText() +
+                       "“ се търси под друг текст.");
+  }
+  if (rows.rowCount > kMostFindings) {
+    findings.push_back(place + ": още " + std::to_string(rows.rowCount - kMostFindings) +
+                       " текста се търсят под друг.");
+  }
+}
+
+/// Both engines know the fold: only what is wrong leaves them.
 Answer<Done> CheckFolds(Database& database, Findings& findings) {
-  for (const FoldedColumn& folded : FoldedColumns()) {
-    const std::string sql =
-        "select " + folded.column + ", Fold" + folded.column + " from " + folded.table;
-    const auto rows = Read(
-        database, Select(sql, {}, {{"Text", ValueKind::Memo, 0}, {"Folded", ValueKind::Memo, 0}}));
+  const auto columns = FoldedColumns(database);
+  if (!columns) return columns.GetFailure();
+  for (const FoldedColumn& folded : *columns) {
+    const auto rows =
+        Read(database, Select("select " + folded.column + " from " + folded.table + " where Fold" +
+                                  folded.column + " is distinct from orvane_fold(" + folded.column +
+                                  ") order by 1",
+                              {}, {{"Text", ValueKind::Memo, 0}}));
     if (!rows) return rows.GetFailure();
-    for (std::size_t row = 0; row < rows->rowCount; ++row) {
-      const Variant text = rows->At(row, "Text");
-      const Variant expected = text.IsNull() ? text : Variant(Fold(text.ToText()));
-      if (rows->At(row, "Folded") == expected) continue;
-      findings.push_back(folded.table + "." + folded.column + ": „" + text.ToText() +
-                         "“ се търси под друг текст.");
+    AddSome(findings, *rows, folded);
+  }
+  return Done{};
+}
+
+/// Lists keep the folds of their entries' names.
+Answer<Done> CheckListedNames(Database& database, Findings& findings) {
+  for (const CatalogueTable& table : SearchCatalogue()) {
+    for (const CatalogueColumn& kept : table.keptNames) {
+      const FoldedColumn folded{std::string(table.stored), std::string(kept.name)};
+      const auto rows = Read(
+          database,
+          Select("select b." + folded.column + " from " + folded.table +
+                     " l join BaseSupplyList b on b.SerialNumber = l.SerialNumber where l.Fold" +
+                     folded.column + " is distinct from b.Fold" + folded.column + " order by 1",
+                 {}, {{"Text", ValueKind::Memo, 0}}));
+      if (!rows) return rows.GetFailure();
+      AddSome(findings, *rows, folded);
     }
   }
   return Done{};
@@ -117,10 +178,15 @@ Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
                                                DocumentOptions options) {
   Findings findings;
   if (const auto checked = CheckFolds(database, findings); !checked) return checked.GetFailure();
+  if (const auto checked = CheckListedNames(database, findings); !checked) {
+    return checked.GetFailure();
+  }
   if (const auto checked = CheckRows(database, findings); !checked) return checked.GetFailure();
-  auto documents = CheckDocuments(database);
-  if (!documents) return documents.GetFailure();
-  findings.insert(findings.end(), documents->begin(), documents->end());
+  for (const auto further : {&CheckDocuments, &CheckHistory}) {
+    auto found = further(database);
+    if (!found) return found.GetFailure();
+    findings.insert(findings.end(), found->begin(), found->end());
+  }
   const auto company = ReadCompany(database);
   if (!company) return company.GetFailure();
   const auto stuck = CheckWaiting(database, company->zone.DayOf(now), options);

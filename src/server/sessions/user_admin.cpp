@@ -14,6 +14,7 @@ namespace {
 /// What history names as the author of changes from the command line.
 constexpr char kAdministrator[] = "server";
 
+constexpr std::int32_t kHighestLevel = 99;
 constexpr std::size_t kLongestLogin = 10;
 constexpr std::size_t kLongestUserName = 30;
 constexpr std::size_t kLongestEmployeeName = 60;
@@ -28,6 +29,14 @@ constexpr char kInsertUser[] =
     "FoldUserName2, Category, Language, PasswordHash) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)";
 constexpr char kSelectHeaded[] =
     "select Name from Department where Chief = ?1 order by Code limit 1";
+constexpr char kSelectRights[] = "select Point from UserRights where Login = ?1 order by Point";
+constexpr char kSelectEmployees[] =
+    "select Employee from Employees where Login = ?1 order by Employee";
+constexpr char kSelectLogin[] = "select Login from Employees where Employee = ?1";
+constexpr char kSetLogin[] =
+    "update Employees set Login = ?1 where Employee = ?2 and Login is null";
+constexpr char kTakeLogin[] =
+    "update Employees set Login = null where Employee = ?1 and Login = ?2";
 constexpr char kInsertEmployee[] =
     "insert into Employees (Employee, Name, Name2, FoldName, FoldName2, Login) "
     "values (?1, ?2, ?3, ?4, ?5, ?6)";
@@ -109,6 +118,12 @@ Answer<Done> UserAdmin::Write(std::span<const Entry> entries, std::string_view d
   return Done{};
 }
 
+Answer<DataPacket> UserAdmin::Read(const Statement& statement, std::string_view doing) {
+  auto packets = database_.ReadSnapshot({&statement, 1});
+  if (!packets) return ToFailure(packets.GetFailure(), doing);
+  return std::move(packets->front());
+}
+
 Answer<Done> UserAdmin::WriteOne(const Entry& entry, std::string_view doing) {
   return Write({&entry, 1}, doing);
 }
@@ -131,6 +146,9 @@ Answer<Done> UserAdmin::AddUser(const NewUser& user) {
     const auto checked = CheckName(user.name2, kLongestUserName);
     if (!checked) return checked.GetFailure();
   }
+  if (user.level < 0 || user.level > kHighestLevel) {
+    return Refused("Нивото на потребителя е от 0 до " + std::to_string(kHighestLevel) + ".");
+  }
   if (const auto checked = CheckPassword(user.password); !checked) return checked.GetFailure();
   const auto hash = HashPassword(user.password, cost_);
   if (!hash) return hash.GetFailure();
@@ -141,17 +159,34 @@ Answer<Done> UserAdmin::AddUser(const NewUser& user) {
 }
 
 Answer<Done> UserAdmin::RemoveUser(const std::string& login) {
-  const Statement headed = Select(kSelectHeaded, {login}, {{"Name", ValueKind::String, 40}});
-  const auto packets = database_.ReadSnapshot({&headed, 1});
-  if (!packets) return ToFailure(packets.GetFailure(), "removing a user");
-  if (packets->front().rowCount > 0) {
+  constexpr char kDoing[] = "removing a user";
+  const auto headed =
+      Read(Select(kSelectHeaded, {login}, {{"Name", ValueKind::String, 40}}), kDoing);
+  if (!headed) return headed.GetFailure();
+  if (headed->rowCount > 0) {
     return Refused("Потребител „" + login + "“ е началник на дирекция „" +
-                   packets->front().At(0, "Name").ToText() +
+                   headed->At(0, "Name").ToText() +
                    "“. Изберете първо друг началник на дирекцията.");
   }
-  return WriteOne({Command("delete from WSysUsers where ShortName = ?1", {login}), "WSysUsers",
-                   login, "ShortName", Variant(), "D", true},
-                  "removing a user");
+  // The engine takes what hangs on the user with him; history tells of it.
+  const auto rights =
+      Read(Select(kSelectRights, {login}, {{"Point", ValueKind::Int32, 0}}), kDoing);
+  if (!rights) return rights.GetFailure();
+  const auto employees =
+      Read(Select(kSelectEmployees, {login}, {{"Employee", ValueKind::Code, 0}}), kDoing);
+  if (!employees) return employees.GetFailure();
+  std::vector<Entry> entries = {{Command("delete from WSysUsers where ShortName = ?1", {login}),
+                                 "WSysUsers", login, "ShortName", Variant(), "D", true}};
+  for (std::size_t row = 0; row < rights->rowCount; ++row) {
+    const auto point = rights->At(row, "Point").AsInt().value_or(0);
+    entries.push_back(GrantEntry(login, static_cast<std::int32_t>(point), 0));
+  }
+  for (std::size_t row = 0; row < employees->rowCount; ++row) {
+    const Variant employee = employees->At(row, "Employee");
+    entries.push_back({Command(kTakeLogin, {employee, login}), "Employees", employee.ToText(),
+                       "Login", Variant(), "U"});
+  }
+  return Write(entries, kDoing);
 }
 
 Answer<Done> UserAdmin::AddEmployee(const NewEmployee& employee) {
@@ -160,11 +195,31 @@ Answer<Done> UserAdmin::AddEmployee(const NewEmployee& employee) {
     return checked.GetFailure();
   }
   const std::string code = std::to_string(employee.code);
+  const auto present = LoginOf(employee.code);
+  if (!present) return present.GetFailure();
+  if (employee.login && present->rowCount > 0 && present->At(0, "Login").IsNull()) {
+    return WriteOne({Command(kSetLogin, {*employee.login, employee.code}), "Employees", code,
+                     "Login", *employee.login, "U"},
+                    "naming an employee's login");
+  }
   const Statement insert =
       Command(kInsertEmployee,
               {employee.code, employee.name, TextOrNull(employee.name2), Fold(employee.name),
                FoldOrNull(employee.name2), employee.login ? Variant(*employee.login) : Variant()});
   return WriteOne({insert, "Employees", code, "Employee", code, "I"}, "adding an employee");
+}
+
+Answer<DataPacket> UserAdmin::LoginOf(std::int64_t employee) {
+  return Read(Select(kSelectLogin, {employee}, {{"Login", ValueKind::String, 10}}),
+              "looking for an employee");
+}
+
+Answer<Done> UserAdmin::CheckEmployeeFree(std::int64_t code) {
+  const auto present = LoginOf(code);
+  if (!present) return present.GetFailure();
+  if (present->rowCount == 0 || present->At(0, "Login").IsNull()) return Done{};
+  return Refused("Служител " + std::to_string(code) + " вече е свързан с потребител „" +
+                 present->At(0, "Login").ToText() + "“.");
 }
 
 UserAdmin::Entry UserAdmin::GrantEntry(const std::string& login, std::int32_t point,

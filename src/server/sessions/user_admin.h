@@ -20,7 +20,7 @@ struct NewUser {
   std::string login;  ///< up to 10 letters, digits, '.', '_' or '-'; unique whatever the case
   std::string name;
   std::string name2;
-  std::int32_t level = 3;     ///< 0 sees everything; 3 and more need an employee record
+  std::int32_t level = 3;     ///< 0 to 99; 0 sees everything; 3 and more need an employee record
   std::int32_t language = 1;  ///< 1 first, 2 second
   std::string password;
 };
@@ -43,7 +43,10 @@ class UserAdmin {
   Answer<Done> AddUser(const NewUser& user);
   /// Refused while the user heads a department. His employee record stays, without a login.
   Answer<Done> RemoveUser(const std::string& login);
+  /// An employee who is there already and has no login gets this one.
   Answer<Done> AddEmployee(const NewEmployee& employee);
+  /// Refused when another login stands for that employee.
+  Answer<Done> CheckEmployeeFree(std::int64_t code);
   /// Rights are the sum of the bits of Right; 0 takes the point away.
   Answer<Done> Grant(const std::string& login, std::int32_t point, std::int32_t rights);
   /// The same rights at every point of the module.
@@ -56,6 +59,8 @@ class UserAdmin {
   struct Entry;
   Answer<Done> Write(std::span<const Entry> entries, std::string_view doing);
   Answer<Done> WriteOne(const Entry& entry, std::string_view doing);
+  Answer<DataPacket> Read(const Statement& statement, std::string_view doing);
+  Answer<DataPacket> LoginOf(std::int64_t employee);
   Entry GrantEntry(const std::string& login, std::int32_t point, std::int32_t rights) const;
 
   Database& database_;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+namespace orvane {
+
+/// What the random tests begin with: ORVANE_TEST_SEED of the environment, or always the same. It is
+/// printed, so that a failure can be repeated.
+inline unsigned Seed() {
+  const char* given = std::getenv("ORVANE_TEST_SEED");
+  const unsigned seed = given ? static_cast<unsigned>(std::stoul(given)) : 20260305U;
+  std::cout << "seed " << seed << '\n';
+  return seed;
+}
+
+}  // namespace orvane
