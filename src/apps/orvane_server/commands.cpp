@@ -11,11 +11,13 @@
 #include <memory>
 
 #include "apps/orvane_server/ask_password.h"
+#include "apps/orvane_server/tls_files.h"
 #include "contract/points.h"
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "server/demo/demo_company.h"
 #include "server/engine/database.h"
+#include "server/load/load_registers.h"
 #include "server/log/log_text.h"
 #include "server/orvane_server.h"
 #include "server/schema/migrate.h"
@@ -27,6 +29,8 @@ namespace orvane {
 namespace {
 
 constexpr int kGraceMs = 10'000;
+/// A command alone with the database waits for whatever it asks; a server's calls do not.
+constexpr std::chrono::hours kCommandWait{1};
 /// So many requests take long enough to say how it goes.
 constexpr std::int64_t kManyDocuments = 20'000;
 
@@ -43,11 +47,13 @@ std::string WithoutSecret(const std::string& text, const std::string& database) 
   return "връзката в настройка „database“ е записана неправилно.";
 }
 
-Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
-  auto database =
-      IsPostgres(settings.database)
-          ? OpenPostgres({.connectionInfo = settings.database, .poolSize = settings.poolSize})
-          : OpenSqlite(settings.database);
+Answer<std::unique_ptr<Database>> Open(const Settings& settings,
+                                       std::chrono::milliseconds longestWait = kCommandWait) {
+  auto database = IsPostgres(settings.database)
+                      ? OpenPostgres({.connectionInfo = settings.database,
+                                      .poolSize = settings.poolSize,
+                                      .longestWait = longestWait})
+                      : OpenSqlite(settings.database, std::min(longestWait, kLongestWait));
   if (database) return *std::move(database);
   return Failure{FailureKind::LinkDown,
                  "Базата от данни не може да се отвори: " +
@@ -55,12 +61,13 @@ Answer<std::unique_ptr<Database>> Open(const Settings& settings) {
 }
 
 /// The database, when its schema is this program's.
-Answer<std::unique_ptr<Database>> OpenCurrent(const Settings& settings) {
+Answer<std::unique_ptr<Database>> OpenCurrent(
+    const Settings& settings, std::chrono::milliseconds longestWait = kCommandWait) {
   if (!IsPostgres(settings.database) && !std::filesystem::exists(settings.database)) {
     return Refused("Няма файл „" + settings.database +
                    "“. Създайте базата с „orvane-server init“ или „orvane-server demo“.");
   }
-  auto database = Open(settings);
+  auto database = Open(settings, longestWait);
   if (!database) return database;
   const auto schema = CurrentSchema(**database);
   if (!schema) return schema.GetFailure();
@@ -149,7 +156,12 @@ Answer<Done> Demo(const Settings& settings, std::uint32_t seed, std::int64_t doc
 Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {
   sigset_t signals;
   BlockStopSignals(signals);  // before the first thread, so that all of them inherit it
-  auto database = OpenCurrent(settings);
+  if (!settings.tlsKey.empty()) {
+    const auto files = CheckTlsFiles(settings.tlsCert, settings.tlsKey);
+    if (!files) return files.GetFailure();
+    if (!files->empty()) spdlog::warn("{}", *files);
+  }
+  auto database = OpenCurrent(settings, kLongestWait);
   if (!database) return database.GetFailure();
   if (!unsafeDurability) {
     const auto durable = CheckDurability(**database);
@@ -196,6 +208,10 @@ Answer<Done> AddUser(const Settings& settings, const UserArguments& user) {
   if (!password) return password.GetFailure();
   const SystemClock clock;
   UserAdmin admin(**database, clock, {});
+  if (user.employee != 0) {
+    const auto free = admin.CheckEmployeeFree(user.employee);
+    if (!free) return free;
+  }
   const auto added = admin.AddUser(
       {user.login, user.name, user.name2, user.level, user.language, *std::move(password)});
   if (!added) return added;
@@ -254,6 +270,15 @@ Answer<Done> SetRights(const Settings& settings, const UserArguments& user) {
   Say("Правата на „" + user.login + "“ в „" + std::string(point->caption) + "“ вече са " +
       std::to_string(user.rights) + ".");
   return Done{};
+}
+
+Answer<Done> Import(const Settings& settings, const std::string& folder) {
+  auto database = OpenCurrent(settings);
+  if (!database) return database.GetFailure();
+  const auto loaded = LoadRegisters(**database, SystemClock(), folder);
+  if (!loaded) return loaded.GetFailure();
+  Say("Заредени са " + std::to_string(*loaded) + " реда.");
+  return RefreshStatistics(**database);
 }
 
 Answer<Done> Check(const Settings& settings) {

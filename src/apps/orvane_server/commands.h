@@ -35,6 +35,8 @@ Answer<Done> BlockUser(const Settings& settings, const UserArguments& user);
 Answer<Done> RemoveUser(const Settings& settings, const UserArguments& user);
 /// Rights at one point, named as in contract/points.h.
 Answer<Done> SetRights(const Settings& settings, const UserArguments& user);
+/// Loads registers from CSV files; see server/load/load_registers.h.
+Answer<Done> Import(const Settings& settings, const std::string& folder);
 /// Refused when something was found; what it is was printed.
 Answer<Done> Check(const Settings& settings);
 

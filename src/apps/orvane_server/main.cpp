@@ -1,6 +1,7 @@
 // orvane-server: makes, migrates, fills, serves and checks a database.
 
 #include <spdlog/spdlog.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
@@ -17,6 +18,15 @@ namespace {
 
 constexpr char kDefaultFile[] = "orvane-server.toml";
 
+std::vector<std::string> EnvironmentNames() {
+  std::vector<std::string> names;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const std::string_view text(*variable);
+    names.emplace_back(text.substr(0, text.find('=')));
+  }
+  return names;
+}
+
 std::optional<std::string> FromEnvironment(const std::string& name) {
   const char* value = std::getenv(name.c_str());
   return value ? std::optional<std::string>(value) : std::nullopt;
@@ -27,6 +37,7 @@ struct CommandLine {
   std::string configFile;
   SettingTexts flags;
   std::string company = "Моята фирма";
+  std::string folder;
   std::uint32_t seed = 1;
   std::int64_t documents = 3000;
   bool unsafeDurability = false;
@@ -57,7 +68,7 @@ void AddUserCommands(CLI::App& app, CommandLine& line) {
   add->add_option("--language", own.language, "Език: 1 първи, 2 втори")->check(CLI::Range(1, 2));
   add->add_option("--rights", own.rights, "Права навсякъде: сбор от 1, 2, 4 и 8")
       ->check(CLI::Range(0, 15));
-  add->add_option("--employee", own.employee, "Код на нов запис за служителя");
+  add->add_option("--employee", own.employee, "Код на служителя; нов запис, ако още няма такъв");
   CLI::App* passwd = user->add_subcommand("passwd", "Сменя парола; новата се чете от входа");
   passwd->add_option("login", own.login, "Потребителско име")->required();
   CLI::App* block = user->add_subcommand("block", "Блокира потребител");
@@ -87,6 +98,9 @@ void AddCommands(CLI::App& app, CommandLine& line) {
   app.add_subcommand("serve", "Обслужва клиентите до SIGTERM")
       ->add_flag("--unsafe-durability", line.unsafeDurability,
                  "Приема настройки на базата, при които потвърденото може да се загуби");
+  app.add_subcommand("import", "Зарежда регистри от папка с файлове CSV")
+      ->add_option("folder", line.folder, "Папка: по един файл на регистър")
+      ->required();
   app.add_subcommand("check", "Проверява базата");
   AddUserCommands(app, line);
   for (CLI::App* command : app.get_subcommands({}))
@@ -94,6 +108,8 @@ void AddCommands(CLI::App& app, CommandLine& line) {
 }
 
 Answer<Settings> Settle(const CommandLine& line) {
+  const auto known = CheckEnvironmentNames(EnvironmentNames());
+  if (!known) return known.GetFailure();
   std::string file = line.configFile;
   if (file.empty()) file = FromEnvironment("ORVANE_CONFIG").value_or("");
   if (file.empty() && std::filesystem::exists(kDefaultFile)) file = kDefaultFile;
@@ -115,6 +131,7 @@ Answer<Done> Run(const CLI::App& app, const CommandLine& line) {
   if (app.got_subcommand("migrate")) return MigrateDatabase(*settings);
   if (app.got_subcommand("demo")) return Demo(*settings, line.seed, line.documents);
   if (app.got_subcommand("serve")) return ServeUntilSignal(*settings, line.unsafeDurability);
+  if (app.got_subcommand("import")) return Import(*settings, line.folder);
   if (app.got_subcommand("check")) return Check(*settings);
   const CLI::App* user = app.get_subcommand("user");
   if (user->got_subcommand("add")) return AddUser(*settings, line.user);

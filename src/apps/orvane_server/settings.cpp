@@ -90,6 +90,23 @@ std::string EnvironmentName(std::string_view setting) {
   return name;
 }
 
+Answer<Done> CheckEnvironmentNames(std::span<const std::string> names) {
+  for (const std::string& name : names) {
+    if (!name.starts_with("ORVANE_") || name == "ORVANE_CONFIG") continue;
+    if (name.starts_with("ORVANE_TEST_") || name.starts_with("ORVANE_BENCH_")) continue;
+    const bool known =
+        std::any_of(std::begin(kSettings), std::end(kSettings),
+                    [&](const SettingRow& row) { return EnvironmentName(row.name) == name; });
+    if (known) continue;
+    std::string sentence =
+        "Непозната променлива „" + name + "“ в средата. Познати са ORVANE_CONFIG";
+    for (const SettingRow& row : kSettings)
+      sentence += ", " + EnvironmentName(row.name);
+    return Bad(sentence + ".");
+  }
+  return Done{};
+}
+
 Answer<SettingTexts> ReadSettingsFile(const std::string& path) {
   SettingTexts texts;
   try {

@@ -37,6 +37,10 @@ std::span<const SettingRow> SettingRows();
 /// "tls-cert" → "ORVANE_TLS_CERT".
 std::string EnvironmentName(std::string_view setting);
 
+/// Refuses a variable of our own that means nothing. Names ORVANE_TEST_… and ORVANE_BENCH_… are
+/// those of this tree's tests and benchmarks.
+Answer<Done> CheckEnvironmentNames(std::span<const std::string> names);
+
 using SettingTexts = std::map<std::string, std::string, std::less<>>;
 using Environment = std::function<std::optional<std::string>(const std::string& name)>;
 
