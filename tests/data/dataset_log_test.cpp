@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "data/fake_server.h"
+#include "support/seed.h"
 
 namespace orvane::test {
 namespace {
@@ -43,17 +44,17 @@ TEST(ChangeLog, EditsOfARowThatWasNotSentAreOneChange) {
     const char* log;
   };
   constexpr Row kRows[] = {
-      {"edit 2 Борис",                                            "update 2 Name: Боби → Борис"},
-      {"edit 2 Борис edit 2 Боян",                            "update 2 Name: Боби → Боян"  },
-      {"edit 2 Борис edit 2 Боби",                            ""                                      },
-      {"insert 9 Жана",                                            "insert 9 Жана"                     },
-      {"insert 9 Жана edit 9 Жени",                            "insert 9 Жени"                     },
-      {"insert 9 Жана delete 9",                                   ""                                      },
-      {"insert 9 Жана edit 9 Жени delete 9",                   ""                                      },
-      {"delete 1",                                                     "delete 1"                              },
-      {"edit 1 Анна delete 1",                                     "delete 1"                              },
+      {"edit 2 Борис", "update 2 Name: Боби → Борис"},
+      {"edit 2 Борис edit 2 Боян", "update 2 Name: Боби → Боян"},
+      {"edit 2 Борис edit 2 Боби", ""},
+      {"insert 9 Жана", "insert 9 Жана"},
+      {"insert 9 Жана edit 9 Жени", "insert 9 Жени"},
+      {"insert 9 Жана delete 9", ""},
+      {"insert 9 Жана edit 9 Жени delete 9", ""},
+      {"delete 1", "delete 1"},
+      {"edit 1 Анна delete 1", "delete 1"},
       {"edit 3 Веска insert 9 Жана delete 2 edit 3 Вили",
-       "update 3 Name: Вера → Вили; insert 9 Жана; delete 2"                                     },
+       "update 3 Name: Вера → Вили; insert 9 Жана; delete 2"},
   };
   for (const Row& row : kRows) {
     Desk desk;
@@ -74,13 +75,8 @@ TEST(ChangeLog, AnUpdateSendsKeyAndChangedColumnsOnly) {
   desk.items.Post();
   desk.items.ApplyUpdates(0);
   const Change& change = desk.server.applies.back().delta[0];
-  const NamedValues before = {
-      {"Id",    2        },
-      {"Price", Variant()}
-  };
-  const NamedValues after = {
-      {"Price", Decimal(50000, 4)}
-  };
+  const NamedValues before = {{"Id", 2}, {"Price", Variant()}};
+  const NamedValues after = {{"Price", Decimal(50000, 4)}};
   EXPECT_EQ(change.before, before);
   EXPECT_EQ(change.after, after);
   EXPECT_EQ(change.clientKey, "desk-1");
@@ -174,7 +170,8 @@ void RandomStep(Desk& desk, std::mt19937& random, int& nextId) {
 /// Whatever was done to a dataset, its delta carried out on the rows as they were loaded gives the
 /// rows as they are shown; and taken back, it shows what was loaded.
 TEST(ChangeLog, TheDeltaCarriedOutIsTheDatasetShown) {
-  for (unsigned seed = 1; seed <= 60; ++seed) {
+  const unsigned first = Seed();
+  for (unsigned seed = first; seed < first + 60; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     Desk desk;

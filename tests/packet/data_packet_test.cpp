@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "support/seed.h"
+
 namespace orvane {
 namespace {
 
@@ -62,7 +64,7 @@ DataPacket Sample() {
 }
 
 TEST(DataPacket, GivesBackEveryValueOfEveryKind) {
-  std::mt19937_64 random(20260305);
+  std::mt19937_64 random(Seed());
   DataPacket packet = EveryKind();
   std::vector<std::vector<Variant>> rows(300);
   for (auto& row : rows) {

@@ -1,9 +1,11 @@
 #include "support/test_databases.h"
 
 #include <libpq-fe.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -20,10 +22,41 @@ std::string ServerInfo() {
   return info == nullptr ? "" : info;
 }
 
+constexpr std::string_view kPrefix = "orvane_test_";
+
+/// Files of test processes that ended without removing theirs.
+void SweepUp(const std::filesystem::path& folder) {
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(kPrefix)) continue;
+    const pid_t process = std::atoi(name.c_str() + kPrefix.size());
+    if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
+      std::filesystem::remove(entry.path(), ignored);
+    }
+  }
+}
+
+/// Where SQLite's files of the tests are: in memory where there is room, as nobody needs them after
+/// a power cut and every commit waits for its disk.
+const std::filesystem::path& Folder() {
+  static const std::filesystem::path folder = [] {
+    constexpr std::uintmax_t kRoom = std::uintmax_t{1} << 30;
+    const std::filesystem::path memory = "/dev/shm";
+    std::error_code error;
+    const auto space = std::filesystem::space(memory, error);
+    const bool roomy = !error && space.available >= kRoom && access(memory.c_str(), W_OK) == 0;
+    const auto chosen = roomy ? memory : std::filesystem::temp_directory_path();
+    SweepUp(chosen);
+    return chosen;
+  }();
+  return folder;
+}
+
 /// Of this process and never used before.
 std::string NewName() {
   static std::atomic<int> count{0};
-  return "orvane_test_" + std::to_string(getpid()) + "_" + std::to_string(++count);
+  return std::string(kPrefix) + std::to_string(getpid()) + "_" + std::to_string(++count);
 }
 
 template <class T, class F>
@@ -57,7 +90,7 @@ void Remove(TestEngine engine, const std::string& name) {
     Administer("drop database if exists " + name + " with (force)");
     return;
   }
-  const std::filesystem::path path = std::filesystem::temp_directory_path() / name;
+  const std::filesystem::path path = Folder() / name;
   for (const char* suffix : {"", "-wal", "-shm"}) {
     std::filesystem::remove(path.string() + suffix);
   }
@@ -66,7 +99,7 @@ void Remove(TestEngine engine, const std::string& name) {
 /// A database that nobody has yet: a path, or a conninfo of the server with another database in it.
 std::string LocationOfName(TestEngine engine, const std::string& name) {
   if (engine == Engine::Postgres) return ServerInfo() + " dbname=" + name;
-  return (std::filesystem::temp_directory_path() / name).string();
+  return (Folder() / name).string();
 }
 
 /// Forwards everything, and removes the database behind it in the end.
