@@ -43,6 +43,20 @@ class Program : public testing::Test {
     return (WEXITSTATUS(status) == 0 ? "ok: " : "failed: ") + said.str();
   }
 
+  /// What stands behind the words on their line, once the file has them; empty after half a minute.
+  std::string WaitForWords(const std::string& file, const std::string& words) const {
+    for (int i = 0; i < 600; ++i) {
+      std::ostringstream text;
+      text << std::ifstream(folder / file).rdbuf();
+      const std::string said = text.str();
+      const std::size_t at = said.find(words);
+      const std::size_t end = at == std::string::npos ? at : said.find(".\n", at + words.size());
+      if (end != std::string::npos) return said.substr(at + words.size(), end - at - words.size());
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    return {};
+  }
+
   const std::string server = ORVANE_BIN_DIR "/orvane-server ";
   std::filesystem::path folder;
 };
@@ -253,23 +267,14 @@ TEST_F(Program, TheStepsOfReadmeEndWithAUserWhoEntersARequest) {
   const Running running(
       "cd '" ORVANE_SOURCE_DIR "'; export PATH=" ORVANE_BIN_DIR ":$PATH\nexec < '" +
       (folder / "password").string() + "' > '" + (folder / "said").string() + "' 2>&1\n" + script);
-  const auto said = [&] {
-    std::ostringstream text;
-    text << std::ifstream(folder / "said").rdbuf();
-    return text.str();
-  };
-  const std::string listens = "слуша на 127.0.0.1:";
-  for (int i = 0; i < 600 && said().find(listens) == std::string::npos; ++i)
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  const std::size_t at = said().find(listens);
-  ASSERT_NE(at, std::string::npos) << said();
+  const std::string said = WaitForWords("said", "Сървърът слуша на 127.0.0.1:");
+  ASSERT_NE(said, "");
   for (const char* file : {"/orvane.sqlite", "/orvane.sqlite-wal", "/orvane.sqlite-shm"}) {
     EXPECT_EQ(std::filesystem::status(data + file).permissions(), std::filesystem::perms(0600))
         << file;
   }
 
-  auto remote = RemoteServer::Open(
-      {.address = "127.0.0.1:" + std::to_string(std::stoi(said().substr(at + listens.size())))});
+  auto remote = RemoteServer::Open({.address = "127.0.0.1:" + said});
   ASSERT_TRUE(remote);
   LoginRequest login;
   login.login = "ivanova";
@@ -336,7 +341,7 @@ TEST_F(Program, AServerStopsAtItsEaseWhenAskedTo) {
     // happens, a minute later it is over.
     const std::string script =
         "bash -c 'timeout -k 5 60 " + server +
-        "serve --listen 127.0.0.1:0 > out 2> err & for i in $(seq 100); do grep -q слуша out && "
+        "serve --listen 127.0.0.1:0 > out 2> err & for i in $(seq 600); do grep -q слуша out && "
         "break; sleep 0.05; done; kill -" +
         signal + " $!; wait $!; code=$?; cat out; exit $code'";
     const std::string said = Run(script);

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
@@ -30,7 +31,8 @@ void SweepUp(const std::filesystem::path& folder) {
   for (const auto& entry : std::filesystem::directory_iterator(folder, ignored)) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(kPrefix)) continue;
-    const pid_t process = std::atoi(name.c_str() + kPrefix.size());
+    pid_t process = 0;
+    std::from_chars(name.data() + kPrefix.size(), name.data() + name.size(), process);
     if (process > 0 && kill(process, 0) != 0 && errno == ESRCH) {
       std::filesystem::remove(entry.path(), ignored);
     }

@@ -8,6 +8,7 @@
 #include <iostream>
 #include <map>
 
+#include "support/seed.h"
 #include "torture/promises.h"
 
 namespace orvane::torture {
@@ -40,7 +41,7 @@ Told ToldBy(int argc, char** argv) {
     std::fprintf(stderr, "torture: SECONDS PROGRAM SOURCE FOLDER …; scripts/torture calls it\n");
     std::exit(2);
   }
-  told.seconds = std::atoi(places[0].c_str());
+  told.seconds = std::stoi(places[0]);
   told.program = places[1];
   told.source = places[2];
   told.folder = places[3];
@@ -100,27 +101,31 @@ int Run(const Told& told) {
   const std::vector<PromiseRow> promises = Promises();
   const auto share = told.seconds / static_cast<int>(promises.size() * engines.size());
   constexpr const char* kWords[] = {"held  ", "BROKEN", "left  "};
+  const unsigned seed = Seed();
   int broken = 0;
   int number = 0;
   for (const PromiseRow& promise : promises) {
-    std::cout << promise.name << std::endl;
+    std::cout << promise.name << '\n' << std::flush;
     for (const std::string& engine : engines) {
       Place place;
       place.engine = engine;
       place.program = told.program;
       place.source = told.source;
       place.clock = told.clock;
+      place.seed = seed;
       place.time = std::chrono::seconds(std::max(share, 3));
       const std::string wrong = Prepare(told, promise, ++number, place);
       const Outcome outcome =
           wrong.empty() ? promise.keep(place) : Outcome{Outcome::Kind::Broken, wrong};
       if (outcome.kind == Outcome::Kind::Broken) ++broken;
       std::cout << "  " << kWords[static_cast<int>(outcome.kind)] << "  " << engine << ": "
-                << outcome.note << std::endl;
+                << outcome.note << '\n'
+                << std::flush;
     }
   }
   std::cout << (broken == 0 ? "All promises were held." : std::to_string(broken) + " broken.")
-            << std::endl;
+            << '\n'
+            << std::flush;
   return broken == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 

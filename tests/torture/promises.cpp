@@ -72,7 +72,7 @@ milliseconds Somewhile(std::mt19937& random, int lowest, int highest) {
 Outcome KilledServers(const Place& place) {
   ServerProcess server = ServerOf(place);
   if (!server.Start()) return Broken("the server does not start");
-  std::mt19937 random(std::random_device{}());
+  std::mt19937 random(place.seed);
   Book book;
   int kills = 0;
   {
@@ -92,7 +92,7 @@ Outcome CutConnections(const Place& place) {
   ServerProcess server = ServerOf(place);
   if (!server.Start()) return Broken("the server does not start");
   CuttingProxy proxy(server.Port());
-  std::mt19937 random(std::random_device{}());
+  std::mt19937 random(place.seed);
   Book book;
   int cuts = 0;
   {

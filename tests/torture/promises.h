@@ -26,6 +26,7 @@ struct Place {
   /// A database server's processes to be stopped for a while; empty for SQLite.
   std::function<std::vector<pid_t>()> backends;
   std::chrono::seconds time{10};
+  unsigned seed = 0;  ///< of the moments at which something is done
 };
 
 struct Outcome {

@@ -86,7 +86,7 @@ bool ServerProcess::Start(const Variables& environment) {
     const std::size_t at = said.find(mark);
     const std::size_t end = at == std::string::npos ? at : said.find(".\n", at + mark.size());
     if (end != std::string::npos) {
-      port_ = std::atoi(said.c_str() + at + mark.size());
+      port_ = std::stoi(said.substr(at + mark.size(), end - at - mark.size()));
       return true;
     }
     std::this_thread::sleep_for(kLook);
@@ -127,7 +127,7 @@ void ServerProcess::Reap() {
 long ServerProcess::PeakMegabytes() const {
   std::ifstream status("/proc/" + std::to_string(process_) + "/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmHWM:")) return std::atol(line.c_str() + 6) / 1024;
+    if (line.starts_with("VmHWM:")) return std::stol(line.substr(6)) / 1024;
   }
   return -1;
 }
