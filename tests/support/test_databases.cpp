@@ -175,6 +175,7 @@ class Template {
 
 const Template& TemplateOf(TestEngine engine, const std::string& contents,
                            const std::function<void(Database&)>& fill) {
+  Folder();  // before them, so that it is there when they go
   static std::map<std::pair<TestEngine, std::string>, Template> templates;
   return templates.try_emplace({engine, contents}, engine, fill).first->second;
 }

@@ -208,7 +208,8 @@ void Replay::Take(std::span<const Entry> entries, Stories& stories) const {
     stories.erase(first.key);
     // An insertion may go on from the portion before.
     const bool begins = first.kind == "I" && !story.fromBirth;
-    if (begins || first.kind == "D") story = {begins, first.kind == "D", {}};
+    if (begins || first.kind == "D") story = {begins, false, {}};
+    story.deleted = first.kind == "D";
     for (std::size_t j = i; j < end && !story.deleted; ++j) {
       const auto known =
           std::find_if(story.values.begin(), story.values.end(),
