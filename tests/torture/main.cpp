@@ -52,7 +52,8 @@ std::string Psql(const std::string& conninfo, const std::string& sql) {
   return "psql -X -q -A -t '" + conninfo + "' -c \"" + sql + "\"";
 }
 
-/// Processes of the database server that serve this database.
+/// Processes of the database server that serve this database, and the one that takes new
+/// connections.
 std::vector<pid_t> BackendsOf(const std::string& postgres, const std::string& name,
                               const std::string& folder) {
   const std::string file = folder + "/backends";
@@ -63,6 +64,11 @@ std::vector<pid_t> BackendsOf(const std::string& postgres, const std::string& na
   std::ifstream read(file);
   for (pid_t process = 0; read >> process;)
     processes.push_back(process);
+  if (processes.empty()) return processes;
+  std::ifstream status("/proc/" + std::to_string(processes.front()) + "/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("PPid:")) processes.push_back(std::stoi(line.substr(5)));
+  }
   return processes;
 }
 
