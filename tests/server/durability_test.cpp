@@ -162,7 +162,7 @@ TEST_P(Durability, CheckFindsWhatHistoryDoesNotTell) {
     ASSERT_TRUE(outcome.applied) << outcome.failure->message;
   ASSERT_TRUE(server.Admin().RemoveUser("petrov"));
   const auto findings = [&] {
-    const auto found = CheckDatabase(server.Base());
+    const auto found = CheckDatabase(server.Base(), server.Time().Now());
     return found ? *found : std::vector<std::string>{found.GetFailure().message};
   };
   EXPECT_EQ(findings(), std::vector<std::string>{});

@@ -127,7 +127,7 @@ TEST_P(RandomOrders, WhateverIsDoneWhatIsStoredStaysTrue) {
     done += answer == "ok" ? 1 : 0;
     ASSERT_EQ(Findings(), "") << "operation " << operation << ", seed " << seed << ": " << answer;
   }
-  const auto whole = CheckDatabase(world.Server().Base());
+  const auto whole = CheckDatabase(world.Server().Base(), world.Server().Time().Now());
   ASSERT_TRUE(whole) << whole.GetFailure().message;
   EXPECT_EQ(*whole, std::vector<std::string>{}) << "history tells another story, seed " << seed;
   EXPECT_GT(done, kOperations / 10) << "most is refused, but not all";

@@ -48,6 +48,7 @@ WalkStage::WalkStage(TestEngine engine, WalkWay way, const std::string& company)
     : clock_({kEighthOfMarch2026 * kMicrosPerDay}), database_(CompanyFor(engine, clock_, company)) {
   ServerOptions options;
   options.sessions.passwordCost = PasswordCost::Lowest();
+  options.sessions.steady = [this] { return clock_.Now().micros; };  // a walk's time passes
   server_ = std::make_unique<OrvaneServer>(*database_, clock_, options);
   if (way == WalkWay::InProcess) {
     door_ = std::make_unique<FaultyDoor>(*server_);

@@ -12,6 +12,7 @@
 
 #include "contract/department.h"
 #include "contract/points.h"
+#include "packet/clock.h"
 #include "server/check/check.h"
 #include "torture/cutting_proxy.h"
 #include "torture/floods.h"
@@ -56,7 +57,7 @@ Outcome Judge(const Place& place, const Book& book, const std::string& note) {
   const auto database = Look(place);
   if (!database) return Broken("the database does not open");
   std::vector<std::string> wrong = book.Differences(*database);
-  const auto findings = CheckDatabase(*database);
+  const auto findings = CheckDatabase(*database, SystemClock().Now());
   if (!findings) wrong.push_back(findings.GetFailure().message);
   for (std::size_t i = 0; findings && i < std::min<std::size_t>(findings->size(), 3); ++i)
     wrong.push_back((*findings)[i]);

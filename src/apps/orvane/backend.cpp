@@ -124,6 +124,7 @@ Answer<std::unique_ptr<Backend>> OpenInner(const BackendOptions& options, const 
   if (!database) return database.GetFailure();
   backend->database = *std::move(database);
   ServerOptions serving;
+  if (options.steady) serving.sessions.steady = options.steady;
   if (options.demo) {
     // Everybody may read the passwords of a demonstration: their hashes need not cost anything.
     serving.sessions.passwordCost = PasswordCost::Lowest();

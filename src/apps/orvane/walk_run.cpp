@@ -45,6 +45,7 @@ std::string RunWalkFile(QtToolkit& toolkit, const WalkOptions& walk, BackendOpti
   SetClock clock({kFifthOfMarch2026 * kMicrosPerDay});
   options.demo = true;
   options.company = CompanyOfWalk(*steps);
+  options.steady = [&clock] { return clock.Now().micros; };  // a walk's time passes
   auto backend = OpenBackend(options, clock);
   if (!backend) return backend.GetFailure().message;
   FaultyDoor door((*backend)->Server());

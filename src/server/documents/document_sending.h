@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "server/approval/approvers.h"
 #include "server/documents/document_pricing.h"
 #include "server/documents/entry_terms.h"
 #include "server/documents/head_facts.h"

@@ -12,6 +12,9 @@ namespace {
 constexpr char kSelectAnswers[] =
     "select Key, RequestHash, Answer from ClientKey where Login = ?1 and Key in (";
 
+constexpr char kSelectAnswer[] =
+    "select Key, RequestHash, Answer from ClientKey where Login = ?1 and Key = ?2";
+
 constexpr char kKeepAnswer[] =
     "insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn, KeptAt) "
     "values (?1, ?2, ?3, ?4, ?5, ?6)";
@@ -116,8 +119,7 @@ Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const M
   }
   const std::string& login = work.Who().login;
   const std::string hash = MethodHash(call);
-  first.push_back(
-      Select(std::string(kSelectAnswers) + "?2)", {login, call.clientKey}, kAnswerColumns));
+  first.push_back(Select(kSelectAnswer, {login, call.clientKey}, kAnswerColumns));
   VariantArray answer;
   const auto written = work.Write(
       first, [&](Transaction& transaction, const Packets& packets) -> Answer<Done, Setback> {
@@ -130,8 +132,9 @@ Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const M
         auto made = body(transaction, packets);
         if (!made) return made.GetFailure();
         answer = *std::move(made);
-        const Statement keep = Command(
-            kKeepAnswer, {login, call.clientKey, hash, EncodeValue(Variant(answer)), work.Now()});
+        const Statement keep =
+            Command(kKeepAnswer, {login, call.clientKey, hash, EncodeValue(Variant(answer)),
+                                  work.Now(), work.RunningMicros()});
         const auto done = transaction.ExecuteAll({&keep, 1});
         if (done) return Done{};
         Setback setback = ToSetback(done.GetFailure(), "keeping a method's answer");
