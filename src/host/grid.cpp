@@ -102,7 +102,9 @@ std::string TVosDBGrid::TitleOf(std::string_view field) const {
 std::string TVosDBGrid::PlaceLabel() const {
   if (columns.empty()) return {};
   const GridColumn& column = columns[static_cast<std::size_t>(CurrentColumn())];
-  return column.group.empty() ? TitleOf(column.field) : column.group;
+  if (column.group.empty()) return TitleOf(column.field);
+  // Of a code and the names beside it, the code is what the group is called by.
+  return column.readOnly ? column.group + " - " + TitleOf(column.field) : column.group;
 }
 
 /// Rows that are there begin behind the fixed columns; a new one is typed from its code on.

@@ -224,8 +224,8 @@ TEST(DesktopWalk, GoesOnInsideQuestionsAndMessages) {
                  "expect rows gRows 5\npress F5\nanswer Да\nexpect rows gRows 4\n"
                  "type Quantity 7,25\nexpect Quantity 7,25\n"
                  "type Measure 999\nexpect dialog \"Няма „999“ в списъка „Мярка“.\"\npress Escape\n"
-                 "row new gDates\ntype RowNumber 1\nexpect rows gDates 1\n"
-                 "choose acRows\nexpect focus gRows\nclose\n"),
+                 "row new gDates\nanswer Не\ntype RowNumber 1\nexpect rows gDates 1\n"
+                 "choose acRows\nanswer Да\nexpect focus gRows\nclose\n"),
             "");
 }
 

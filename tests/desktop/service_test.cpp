@@ -75,7 +75,7 @@ TEST(DesktopAccessible, ViewsAreFocusableAndTellPlaceAndValue) {
   ASSERT_NE(rows, nullptr);
   EXPECT_TRUE(rows->state().focusable);
   EXPECT_TRUE(rows->state().focused);
-  EXPECT_EQ(Utf8(rows->text(QAccessible::Name)), "Име");
+  EXPECT_EQ(Utf8(rows->text(QAccessible::Name)), "Мярка - Име");
   EXPECT_EQ(Utf8(rows->text(QAccessible::Value)), "дузина");
   const QAccessibleInterface* head =
       QAccessible::queryAccessibleInterface(&screen.View().ViewOf(screen.form->diMain)->Widget());

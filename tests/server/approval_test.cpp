@@ -344,9 +344,9 @@ TEST_P(Approval, OnesOwnDocumentIsDecidedUnlessTheConfigurationForbidsIt) {
   ASSERT_TRUE(told);
   EXPECT_EQ((*told)[8].AsPacket()->rowCount, 1u) << "the chief's role alone";
   ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
-  const Change send =
-      UpdateOf({{"POIdNumber", id}, {"POVersion", 1}, {"Status", 2}}, {{"Status", 3}});
   const auto sending = [&] {
+    const Change send =
+        UpdateOf({{"POIdNumber", id}, {"POVersion", 1}, {"Status", 2}}, {{"Status", 3}});
     const auto sent = other.Apply(author, {"TsmPurchaseOrder", "dspPurchaseOrder", 0, {}, {send}});
     if (!sent) return sent.GetFailure().message;
     const auto& failure = sent->outcomes[0].failure;
@@ -355,7 +355,8 @@ TEST_P(Approval, OnesOwnDocumentIsDecidedUnlessTheConfigurationForbidsIt) {
   EXPECT_EQ(sending(), "ok") << "his deputy decides";
   ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
   world.RunSql("delete from StructDepDates");
-  EXPECT_NE(sending().find("а собствен документ не се одобрява"), std::string::npos);
+  const std::string alone = sending();
+  EXPECT_NE(alone.find("а собствен документ не се одобрява"), std::string::npos) << alone;
   ASSERT_EQ(world.Move("author", id, Entered, ForApproval), "ok");
   const auto stuck =
       CheckDatabase(world.Server().Base(), world.Server().Time().Now(), strict.documents);

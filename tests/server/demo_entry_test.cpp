@@ -202,7 +202,12 @@ class Clerk : public DemoClerk {
 
   void Finish(const NamedValues& head) {
     if (NumberAt(head, "Status") == Completed) {
-      Come(logins_.at(NumberAt(head, "Notifier")), clock_.Now());  // which is no amendment
+      // A requester without a login leaves it to the chief. It is no amendment, whoever does it.
+      const auto requester = logins_.find(NumberAt(head, "Notifier"));
+      const std::string center = "CostCenter = " + At(head, "CostCenter").ToText();
+      const NamedValues place = RowsOf(base_, demo::kCostCenters, center).at(0);
+      Come(requester != logins_.end() ? requester->second : logins_.at(NumberAt(place, "Chief")),
+           clock_.Now());
       Move(Approved, Completed);
     }
     if (At(head, "AnnulOn").IsNull()) return;

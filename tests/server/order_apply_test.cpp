@@ -253,6 +253,7 @@ TEST_P(Orders, EveryMoveFromEveryStatusByEveryone) {
   world.AddLevel(3, 1, 0, 0, ApproverKind::CostCenterHead, DocumentKind::SupplierOrder);
   const std::int64_t id = world.NewOrder();
   ASSERT_EQ(world.AddOrderRow(id, 1, 20, 1000), "ok");
+  world.RunSql("insert into AdmissibleNotifiers (CostCenter, Notifier) values (1001, 101)");
   world.RunSql("update SuppManifacOrder set Notifier = 101");
   int allowed = 0;
   for (const char* who : {"author", "kolev", "petrova", "boss", "second"}) {

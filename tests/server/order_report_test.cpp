@@ -77,10 +77,10 @@ TEST_P(OrderReport, ShowsWhatPassesTheFilterAndMayBeSeen) {
       {"boss", {{"FromNumber", 5}, {"ToNumber", 4}}, ""},
       {"boss", {{"FromNumber", 7}}, ""},
       {"boss", {{"CostCenter", 9999}}, ""},
-      {"author", {}, "1 2"},
-      {"author", {{"Status", 5}}, "2"},
+      {"author", {}, "1 2 3 5 6"},  // his own, and those he may request against
+      {"author", {{"Status", 5}}, "2 3 6"},
       {"author", {{"ToNumber", 1}}, "1"},
-      {"author", {{"Supplier", 8}}, ""},
+      {"author", {{"Supplier", 8}}, "3"},
       {"kolev", {{"CostCenter", 1002}}, "2 4 6"},
       {"petrova", {}, "1 3 5"},
       {"petrova", {{"FromNumber", 2}, {"ToNumber", 4}}, "3"},

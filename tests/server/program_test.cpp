@@ -185,7 +185,8 @@ TEST_F(Program, WhatIsWrongAtTheStartIsTold) {
   EXPECT_EQ(Run("ORVANE_DATABSE=x " + server + "check"),
             "failed: orvane-server: Непозната променлива „ORVANE_DATABSE“ в средата. Познати са "
             "ORVANE_CONFIG, ORVANE_DATABASE, ORVANE_LISTEN, ORVANE_TLS_CERT, ORVANE_TLS_KEY, "
-            "ORVANE_LOG_LEVEL, ORVANE_POOL_SIZE, ORVANE_IDLE_MINUTES.\n");
+            "ORVANE_REFLECTION, ORVANE_LOG_LEVEL, ORVANE_POOL_SIZE, ORVANE_IDLE_MINUTES, "
+            "ORVANE_MAY_APPROVE_OWN.\n");
 }
 
 TEST_F(Program, RegistersComeFromFilesOrNotAtAll) {

@@ -224,6 +224,7 @@ class Random : public ServerCase {
       expected = "Refused";
     } else {
       model.params[number] = value;
+      ++model.applied;
     }
     return {"parameter", expected,
             Outcome(server->Call(

@@ -129,7 +129,7 @@ Answer<VariantArray> SetParam(Work& work, const VariantArray& arguments) {
   const auto sound = CheckArguments(system::kSetParam, kStored, arguments);
   if (!sound) return sound.GetFailure();
   if (IsTooLong(arguments[2]) || IsTooLong(arguments[3])) {
-    return Failure{FailureKind::BadRequest, "Стойността на параметър е твърде дълга."};
+    return Failure{FailureKind::BadRequest, "Стойността на параметър („Value“) е твърде дълга."};
   }
   const auto group = arguments[0].AsInt();
   const auto number = arguments[1].AsInt();

@@ -165,7 +165,7 @@ Answer<Done, Setback> BeforeDelete(WriteContext& context, const Change& change) 
 /// Kind and list are judged together, so nobody may change the other one meanwhile.
 Answer<Done, Setback> BeforeUpdate(WriteContext& context, const Change& change) {
   if (FindValue(change.after, IdNumber.name))
-    return BadRequest("Идентификаторът на договор не се променя.");
+    return BadRequest("Идентификаторът на договор („IdNumber“) не се променя.");
   const Variant id = IdOf(change);
   context.ownerAnswer = id;
   const auto present = LockPresent(context, id);

@@ -233,7 +233,8 @@ Answer<HeadApply, Setback> BeforeUpdate(const HeadSteps& steps, WriteContext& co
   if (head && head->seen && MovedMeanwhile(*head, change)) return apply;
   if (auto closed = WhyClosed(document, head, key)) return Refusal(*std::move(closed));
   if (Changes(change, {document.seen.id, document.seen.version})) {
-    return BadRequest("Номерът на " + std::string(document.itself) + " не се променя.");
+    return BadRequest("Номерът на " + std::string(document.itself) + " („" +
+                      std::string(document.seen.id) + "“) не се променя.");
   }
   DropServerColumns(steps, change, *head);
   const ApproversOfCostCenter approvers =

@@ -162,6 +162,8 @@ struct PostgresOptions {
   std::string connectionInfo;  ///< libpq conninfo
   int poolSize = 8;
   std::chrono::milliseconds longestWait = kLongestWait;
+  /// Searches that took longer twice are planned for their values: many times what planning takes.
+  std::chrono::milliseconds slowSearch{20};
 };
 /// Connects to PostgreSQL through a pool; prepared statements, pipeline mode.
 EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& options);

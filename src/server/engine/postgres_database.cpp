@@ -15,8 +15,6 @@ using Replies = EngineAnswer<std::vector<PostgresReply>>;
 
 /// How much longer than the server's own limit the outside timer waits.
 constexpr std::chrono::milliseconds kOutsideMargin{500};
-/// Many times what planning a search takes.
-constexpr std::chrono::milliseconds kSlowSearch{20};
 
 Statement Control(std::string text) {
   return {std::move(text), {}, {}};
@@ -183,6 +181,7 @@ class PostgresDatabase final : public Database {
  public:
   explicit PostgresDatabase(const PostgresOptions& options)
       : longestWait_(options.longestWait),
+        slowSearch_(options.slowSearch),
         pool_(options.poolSize,
               [info = options.connectionInfo] { return PostgresConnection::Open(info); }),
         // Trusted statements never run on these, but for the guard.
@@ -243,7 +242,7 @@ class PostgresDatabase final : public Database {
     const auto start = std::chrono::steady_clock::now();
     auto replies = RunReading(searchers_, commands, allowed + kOutsideMargin,
                               EngineErrorKind::Limit, limits.bytes);
-    if (std::chrono::steady_clock::now() - start > kSlowSearch) slow_.Add(statements);
+    if (std::chrono::steady_clock::now() - start > slowSearch_) slow_.Add(statements);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
     for (const std::size_t place : places)
@@ -287,6 +286,7 @@ class PostgresDatabase final : public Database {
   }
 
   const std::chrono::milliseconds longestWait_;
+  const std::chrono::milliseconds slowSearch_;
   Pool pool_;
   Pool searchers_;
   SlowSearches slow_;

@@ -133,7 +133,7 @@ TEST_P(EngineSearch, TheAnswersOfACallTakeSoMuchMemoryTogether) {
     EXPECT_EQ(times(1), "-");
     EXPECT_EQ(times(30), "TooLarge");
     EXPECT_EQ(times(1), "-");
-    search.text = "select a.Name from NomIn a, NomIn b limit 30000";
+    search.text = "select a.Name from NomIn a, NomIn b, NomIn c limit 30000";
     EXPECT_EQ(times(1), "TooLarge");
   }
 }
@@ -160,7 +160,7 @@ TEST_P(ServerSearch, WhatTookLongIsPlannedForItsValues) {
     return packets ? (*packets)[1].At(0, "V").ToText() : packets.GetFailure().text;
   };
   const char* quick = "select current_setting('plan_cache_mode')";
-  const char* slow = "select current_setting('plan_cache_mode') || pg_sleep(0.1)::text";
+  const char* slow = "select current_setting('plan_cache_mode') || pg_sleep(0.4)::text";
   EXPECT_EQ(planOf(slow, false), "force_generic_plan");
   EXPECT_EQ(planOf(slow, false), "force_generic_plan") << "once may be a coincidence";
   EXPECT_EQ(planOf(slow, false), "force_custom_plan");
