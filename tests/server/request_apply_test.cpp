@@ -169,7 +169,7 @@ TEST_P(RequestHeads, ServerColumnsAndKeysAreNotTheClientsToSend) {
   EXPECT_EQ(At("OldVersion", ValueKind::Bool), "0");
   EXPECT_EQ(At("SumPurchaseOrder", ValueKind::Amount), "0.0000");
   EXPECT_EQ(world.Apply("author", "dspPurchaseOrder", UpdateOf(Key(id), {{"POIdNumber", 5}})),
-            "Номерът на искането не се променя.");
+            "Номерът на искането („POIdNumber“) не се променя.");
   EXPECT_EQ(
       world.Apply("author", "dspPurchaseOrderDet",
                   UpdateOf({{"PurchaseOrderId", id}, {"PurchaseOrderVer", 1}, {"RowNumber", 1}},

@@ -122,7 +122,7 @@ TEST_P(SuppliesContracts, AreNumberedByTheCounterAndStampedByTheServer) {
   EXPECT_TRUE(deleted.ownerData.IsNull());
   EXPECT_EQ(NewContract(), 3) << "a number is given once";
   EXPECT_EQ(Refusal(UpdateOf({{"IdNumber", 1}}, {{"IdNumber", 9}})),
-            "Идентификаторът на договор не се променя.");
+            "Идентификаторът на договор („IdNumber“) не се променя.");
 }
 
 TEST_P(SuppliesContracts, WhatAContractSaysMustBeThereAndKnown) {
