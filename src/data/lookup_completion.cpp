@@ -37,11 +37,9 @@ std::vector<KeysOfTable> InPortions(const std::vector<KeysOfTable>& missing) {
   for (const KeysOfTable& of : missing) {
     for (std::size_t from = 0; from < of.keys.size(); from += kKeysOfARequest) {
       const std::size_t to = std::min(from + kKeysOfARequest, of.keys.size());
-      portions.push_back({
-          of.table,
-          {of.keys.begin() + static_cast<std::ptrdiff_t>(from),
-                  of.keys.begin() + static_cast<std::ptrdiff_t>(to)}
-      });
+      portions.push_back({of.table,
+                          {of.keys.begin() + static_cast<std::ptrdiff_t>(from),
+                           of.keys.begin() + static_cast<std::ptrdiff_t>(to)}});
     }
   }
   return portions;

@@ -66,12 +66,12 @@ std::string WordsOf(const FailureRow& row, const Failure& failure) {
 
 int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::string_view text,
                   DialogButtons buttons) {
-  return form.App().Toolkit().ShowMessage(&form, {.kind = kind,
-                                                  .caption = std::string(caption),
-                                                  .text = WithoutMark(std::string(text)),
-                                                  .yesNo = buttons != DialogButtons::Ok,
-                                                  .mayGoBack =
-                                                      buttons == DialogButtons::YesNoBack});
+  return form.App().Toolkit().ShowMessage(&form,
+                                          {.kind = kind,
+                                           .caption = std::string(caption),
+                                           .text = WithoutMark(std::string(text)),
+                                           .yesNo = buttons != DialogButtons::Ok,
+                                           .mayGoBack = buttons == DialogButtons::YesNoBack});
 }
 
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text) {

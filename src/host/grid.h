@@ -70,8 +70,8 @@ class TVosDBGrid : public FieldControl {
   /// What stands in place of the rows while there are none. Rows that could not be read are not
   /// rows that are not there: nobody is invited to enter the first one.
   std::string_view EmptyText() const;
-  /// The row in edit is left without being posted: an untouched one is cancelled, of one with typing
-  /// the user decides; an Abort when he goes back to it, or when its post is refused.
+  /// The row in edit is left without being posted: an untouched one is cancelled, of one with
+  /// typing the user decides; an Abort when he goes back to it, or when its post is refused.
   void GiveUpRow();
   /// What a screen's "Запис" does in a grid: commits the open editor and posts the row in edit.
   void PostRow();

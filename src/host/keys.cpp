@@ -23,9 +23,9 @@ struct ModifierName {
 };
 
 constexpr ModifierName kModifierNames[] = {
-    {CtrlKey,  "Ctrl+" },
+    {CtrlKey, "Ctrl+"},
     {ShiftKey, "Shift+"},
-    {AltKey,   "Alt+"  },
+    {AltKey, "Alt+"},
 };
 
 constexpr std::string_view kNoKey = "(none)";

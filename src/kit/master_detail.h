@@ -24,8 +24,8 @@ struct MasterDetailFields {
 
 class MasterDetail {
  public:
-  /// Binds the master's BeforeScroll (details that wait for the server go first) and AfterScroll, and
-  /// the detail's BeforeInsert. Both datasets outlive it.
+  /// Binds the master's BeforeScroll (details that wait for the server go first) and AfterScroll,
+  /// and the detail's BeforeInsert. Both datasets outlive it.
   MasterDetail(TVosBaseForm& form, TVosClientDataSet& master, TVosClientDataSet& detail,
                const MasterDetailFields& fields);
   MasterDetail(const MasterDetail&) = delete;

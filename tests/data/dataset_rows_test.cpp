@@ -69,16 +69,8 @@ TEST(DatasetFind, TellsCasesApartAndTakesTheFirstRowShown) {
   EXPECT_EQ(desk.items.Find("Id", Decimal(30000, 4)), 2u);
   EXPECT_EQ(desk.items.Find("Id", "3"), std::nullopt);
   EXPECT_EQ(desk.items.Find("Price", Variant()), 0u);
-  EXPECT_EQ(desk.items.Find({
-                {"Name", "Ана"},
-                {"Unit", 0       }
-  }),
-            1u);
-  EXPECT_EQ(desk.items.Find({
-                {"Name", "Боби"},
-                {"Unit", 0         }
-  }),
-            std::nullopt);
+  EXPECT_EQ(desk.items.Find({{"Name", "Ана"}, {"Unit", 0}}), 1u);
+  EXPECT_EQ(desk.items.Find({{"Name", "Боби"}, {"Unit", 0}}), std::nullopt);
   EXPECT_TRUE(desk.items.Locate("Name", "Боби"));
   EXPECT_FALSE(desk.items.Locate("Name", "Вера"));
   EXPECT_EQ(desk.items.RecNo(), 2u);
@@ -183,10 +175,7 @@ struct LookupDesk : Desk {
     server.rows[2][3] = 20;
     server.rows[3][3] = 10;
     items.AddLookup(kLupUnit, units, "Unit", "Code", "Name");
-    units.LoadPacket(Units({
-        {10, "кг"},
-        {20, "бр"}
-    }));
+    units.LoadPacket(Units({{10, "кг"}, {20, "бр"}}));
     Open();
   }
   std::string UnitNames() const {
@@ -212,9 +201,7 @@ TEST(Lookups, FollowTheKeyAndTheLanguageWithoutACall) {
 
 TEST(Lookups, KeepTheNamesOfRowsWhenTheirSourceIsNarrowed) {
   LookupDesk desk;
-  desk.units.LoadPacket(Units({
-      {20, "броя"}
-  }));
+  desk.units.LoadPacket(Units({{20, "броя"}}));
   EXPECT_EQ(desk.UnitNames(), "кг;броя;кг;");
   desk.items.SetLookupResult(kLupUnit, "Name2");
   EXPECT_EQ(desk.UnitNames(), ";броя2;;");
@@ -228,9 +215,7 @@ TEST(Lookups, NameTheKeysThatHaveNotArrivedOnce) {
   desk.Open();
   const TField& lookup = desk.items[kLupUnit];
   EXPECT_EQ(desk.items.MissingLookupKeys(lookup), (std::vector<Variant>{30, 40}));
-  desk.units.AppendRows(Units({
-      {30, "м"}
-  }));
+  desk.units.AppendRows(Units({{30, "м"}}));
   EXPECT_EQ(desk.UnitNames(), "кг;м;кг;м;;");
   EXPECT_EQ(desk.items.MissingLookupKeys(lookup), (std::vector<Variant>{40}));
 }

@@ -50,19 +50,19 @@ class EditingScreen : public TVosBaseForm {
         inspector(*this, "inspector", dsGoods),
         toolkit_(host.toolkit) {
     grid.columns = {
-        {.field = "Code", .title = "Код~на стока", .mask = "{1,2,3,4,5,6,7,8,9}[*3[#]]"        },
-        {.field = "Name", .title = "Име",                 .mask = "[*10[@]]"                          },
-        {.field = "Unit", .title = "Мярка",             .combo = &cbUnits                           },
-        {.field = "Sum",  .title = "Сума",               .mask = "{{;-,;+}#,#}[*12[#]][;.[#[*1[#]]]]"},
-        {.field = "Done", .title = "Готово",           .kind = ColumnKind::Check                   },
+        {.field = "Code", .title = "Код~на стока", .mask = "{1,2,3,4,5,6,7,8,9}[*3[#]]"},
+        {.field = "Name", .title = "Име", .mask = "[*10[@]]"},
+        {.field = "Unit", .title = "Мярка", .combo = &cbUnits},
+        {.field = "Sum", .title = "Сума", .mask = "{{;-,;+}#,#}[*12[#]][;.[#[*1[#]]]]"},
+        {.field = "Done", .title = "Готово", .kind = ColumnKind::Check},
     };
     grid.canInsert = true;
     inspector.items = {
-        {.field = "Code",                        .label = "Код"},
-        {               .field = "Name", .label = "Име на стоката"                 },
-        { .field = "Unit",                     .label = "Мярка",                                      .combo = &cbUnits},
-        { .field = "Done",               .label = "Готово",                                .kind = ItemKind::Check},
-        { .field = "Note",                .label = "Бележки",                                 .kind = ItemKind::Memo},
+        {.field = "Code", .label = "Код"},
+        {.field = "Name", .label = "Име на стоката"},
+        {.field = "Unit", .label = "Мярка", .combo = &cbUnits},
+        {.field = "Done", .label = "Готово", .kind = ItemKind::Check},
+        {.field = "Note", .label = "Бележки", .kind = ItemKind::Memo},
     };
     cbUnits.lookupNameField = "Name";
     cbUnits.lookupTrNameField = "Name2";

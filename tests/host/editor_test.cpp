@@ -37,18 +37,18 @@ struct Row {
 TEST(KeyEditTest, TheInPlaceEditEndsWithEnterOnly) {
   const char* const refused = "eKey browse [лошо] !Стоки: Въведете коректна стойност.";
   for (const Row& row : {
-           Row{"'17'",                       "eKey browse [17]",                                                                      "42",  ""         },
-           Row{"'17' Enter",                 "eKey browse",                                                                           "17",  "17;"      },
-           Row{"'17' Escape",                "eKey browse",                                                                           "42",  ""         },
-           Row{"F2 '3' Enter",               "eKey browse",                                                                           "423", "423;"     },
-           Row{"F2 Backspace",               "eKey browse [4]",                                                                       "42",  ""         },
-           Row{"F2 Enter",                   "eKey browse",                                                                           "42",  ""         },
-           Row{"Delete Enter",               "eKey browse",                                                                           "",    ";"        },
-           Row{"'лошо' Enter",           refused,                                                                                 "42",  "лошо;"},
+           Row{"'17'", "eKey browse [17]", "42", ""},
+           Row{"'17' Enter", "eKey browse", "17", "17;"},
+           Row{"'17' Escape", "eKey browse", "42", ""},
+           Row{"F2 '3' Enter", "eKey browse", "423", "423;"},
+           Row{"F2 Backspace", "eKey browse [4]", "42", ""},
+           Row{"F2 Enter", "eKey browse", "42", ""},
+           Row{"Delete Enter", "eKey browse", "", ";"},
+           Row{"'лошо' Enter", refused, "42", "лошо;"},
            Row{"'лошо' Enter Backspace", "eKey browse [лош] !Стоки: Въведете коректна стойност.",
-               "42",                                                                                                                         "лошо;"},
-           Row{"'17' Tab",                   "1/3 Code browse",                                                                       "17",  "17;"      },
-  }) {
+               "42", "лошо;"},
+           Row{"'17' Tab", "1/3 Code browse", "17", "17;"},
+       }) {
     AtKey at;
     EXPECT_EQ(at.screen->See(row.keys), row.seen) << row.keys;
     EXPECT_EQ(at.screen->eKey.Text(), row.text) << row.keys;
@@ -80,9 +80,9 @@ TEST(PageControlTest, APageIsShownWithItsContentFocused) {
   EditingScreen screen(host);
   TPageControl pages(screen, "pcTables");
   pages.pages = {
-      {.name = "tsGrid",   .content = &screen.grid},
+      {.name = "tsGrid", .content = &screen.grid},
       {.name = "tsHidden", .content = &screen.eKey, .visible = false},
-      {.name = "tsItems",                  .content = &screen.inspector                        },
+      {.name = "tsItems", .content = &screen.inspector},
   };
   const auto show = [&](std::string_view page) {
     screen.Dispatch(PageChosen{"pcTables", std::string(page)});

@@ -147,7 +147,8 @@ TEST_F(FormTest, WhateverAnEventThrowsEndsAtTheGateWithItsMessage) {
       {fails(FailureKind::NoRight, ""), "Нямате право за тази операция."},
       {fails(FailureKind::Refused, "!!Err_Искане 7 е анулирано."), "Искане 7 е анулирано."},
       {fails(FailureKind::OutcomeUnknown, "deadline"),
-       "Връзката прекъсна и не се знае дали операцията е изпълнена. Опитайте отново, промяната няма "
+       "Връзката прекъсна и не се знае дали операцията е изпълнена. Опитайте отново, промяната "
+       "няма "
        "да се запише два пъти."},
       {[] { throw std::runtime_error("xyz"); }, "Неочаквана грешка: xyz. Опитайте отново."},
   };

@@ -31,65 +31,52 @@ void CheckKeys(std::initializer_list<Row> rows,
 
 TEST(InspectorTest, KeysMoveBetweenVisibleItems) {
   CheckKeys({
-      {"Enter Tab",          "Unit browse"},
-      {"Down Down Down",     "Done browse"},
-      {"Down Up Up",         "Code browse"},
-      {"Enter Shift+Tab",    "Code browse"},
-      {"Ctrl+End",           "Note browse"},
-      {"Ctrl+End Down",      "Note browse"},
+      {"Enter Tab", "Unit browse"},
+      {"Down Down Down", "Done browse"},
+      {"Down Up Up", "Code browse"},
+      {"Enter Shift+Tab", "Code browse"},
+      {"Ctrl+End", "Note browse"},
+      {"Ctrl+End Down", "Note browse"},
       {"Ctrl+End Ctrl+Home", "Code browse"},
   });
-  CheckKeys(
-      {
-          {"Enter",   "Unit browse"},
-          {"Down Up", "Code browse"}
-  },
-      [](EditingScreen& screen) { screen.inspector.FindItem("Name")->visible = false; });
+  CheckKeys({{"Enter", "Unit browse"}, {"Down Up", "Code browse"}},
+            [](EditingScreen& screen) { screen.inspector.FindItem("Name")->visible = false; });
 }
 
 TEST(InspectorTest, TypedTextsAreTakenWhenTheItemIsLeft) {
   CheckKeys({
-      {"Down 'нов' Enter",             "Unit edit"                                                                          },
-      {"Down 'нов' Up",                "Code edit"                                                                          },
-      {"Down 'болт' Enter",           "Unit browse"                                                                        },
-      {"Down 'нов' Escape",            "Name browse"                                                                        },
-      {"Down 'нов' Left",              "Name browse [нов]"                                                               },
-      {"Down F2 'ове'",                "Name browse [болтове]"                                                       },
-      {"Down 'дълго име' 'то'", "Name browse [дълго име]"                                                    },
+      {"Down 'нов' Enter", "Unit edit"},
+      {"Down 'нов' Up", "Code edit"},
+      {"Down 'болт' Enter", "Unit browse"},
+      {"Down 'нов' Escape", "Name browse"},
+      {"Down 'нов' Left", "Name browse [нов]"},
+      {"Down F2 'ове'", "Name browse [болтове]"},
+      {"Down 'дълго име' 'то'", "Name browse [дълго име]"},
       {"'седем' Enter",
        "Code browse [седем] !Стоки: Поле „Код“: „седем“ не е число. Въведете само "
-       "цифри."                                                                                                           },
-      {"Down Down '77' Up",               "Unit browse [77] !Стоки: Няма „77“ в списъка „Мярка“."},
-      {"Down Down 'метър' Enter",    "Done edit"                                                                          },
-      {"Ctrl+End Up Space",               "Done edit"                                                                          },
+       "цифри."},
+      {"Down Down '77' Up", "Unit browse [77] !Стоки: Няма „77“ в списъка „Мярка“."},
+      {"Down Down 'метър' Enter", "Done edit"},
+      {"Ctrl+End Up Space", "Done edit"},
   });
 }
 
 TEST(InspectorTest, AMemoTakesLineEndsAndKeepsTheArrowsBetweenThem) {
   CheckKeys({
-      {"Ctrl+End 'едно' Ctrl+Enter 'две'",    "Note browse [едно\nдве]"},
+      {"Ctrl+End 'едно' Ctrl+Enter 'две'", "Note browse [едно\nдве]"},
       {"Ctrl+End 'едно' Ctrl+Enter 'две' Up", "Note browse [едно\nдве]"},
-      {"Ctrl+End 'едно' Up",                     "Done edit"                     },
-      {"Down 'едно' Ctrl+Enter",                 "Name browse [едно]"        },
+      {"Ctrl+End 'едно' Up", "Done edit"},
+      {"Down 'едно' Ctrl+Enter", "Name browse [едно]"},
   });
 }
 
 TEST(InspectorTest, WhereNothingMayBeTypedTypingDoesNothing) {
-  CheckKeys(
-      {
-          {"'5' F2 Delete", "Code browse"}
-  },
-      [](EditingScreen& screen) { screen.inspector.readOnly = true; });
-  CheckKeys(
-      {
-          {"'5' F2 Delete", "Code browse"}
-  },
-      [](EditingScreen& screen) { screen.inspector.items[0].readOnly = true; });
-  CheckKeys(
-      {
-          {"'5' F2 Delete", "Code browse"}
-  },
-      [](EditingScreen& screen) { screen.cdsGoods.EmptyDataSet(); });
+  CheckKeys({{"'5' F2 Delete", "Code browse"}},
+            [](EditingScreen& screen) { screen.inspector.readOnly = true; });
+  CheckKeys({{"'5' F2 Delete", "Code browse"}},
+            [](EditingScreen& screen) { screen.inspector.items[0].readOnly = true; });
+  CheckKeys({{"'5' F2 Delete", "Code browse"}},
+            [](EditingScreen& screen) { screen.cdsGoods.EmptyDataSet(); });
 }
 
 TEST(InspectorTest, TheLastItemLeadsOn) {

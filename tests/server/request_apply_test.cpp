@@ -15,7 +15,7 @@ class RequestHeads : public RequestCase {
     return before;
   }
   std::string ChangeHead(const std::string& login, std::int64_t id, const char* column, Variant old,
-                     Variant value) {
+                         Variant value) {
     return world.Apply(login, "dspPurchaseOrder",
                        UpdateOf(Old(id, column, std::move(old)), {{column, std::move(value)}}));
   }
@@ -100,7 +100,7 @@ TEST_P(RequestHeads, WhatAHeadSaysMustBeThereAndFitTogether) {
   for (const auto& row : cases)
     EXPECT_EQ(InsertWith(row.column, row.value), row.answer) << row.column;
   EXPECT_EQ(ChangeHead("author", 1, "RateOfExchange", *Decimal::Parse("1")->AtScale(7),
-                   *Decimal::Parse("0")->AtScale(7)),
+                       *Decimal::Parse("0")->AtScale(7)),
             "ok")
       << "the national currency has its own rate";
   NamedValues euro = RequestWorld::HeadValues();
@@ -164,7 +164,7 @@ TEST_P(RequestHeads, ServerColumnsAndKeysAreNotTheClientsToSend) {
   const std::int64_t id = world.NewRequest();
   EXPECT_EQ(ChangeHead("author", id, "OldVersion", false, true), "ok");
   EXPECT_EQ(ChangeHead("author", id, "SumPurchaseOrder", *Decimal::Parse("0")->AtScale(4),
-                   *Decimal::Parse("5")->AtScale(4)),
+                       *Decimal::Parse("5")->AtScale(4)),
             "ok");
   EXPECT_EQ(At("OldVersion", ValueKind::Bool), "0");
   EXPECT_EQ(At("SumPurchaseOrder", ValueKind::Amount), "0.0000");

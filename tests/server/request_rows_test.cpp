@@ -246,7 +246,8 @@ TEST_P(RequestRows, RefusalsNameTheRowAndTheWayOut) {
   EXPECT_NE(add(20, 1, order).find("е анулирана"), std::string::npos);
   world.RunSql("update SuppManifacOrder set AnnulOn = null");
   EXPECT_EQ(add(20, 10000, order), "ok") << "all that is left";
-  EXPECT_EQ(add(20, 1), "!!Err_Искане за покупка 1, версия 1 вече има ред 1. Изберете друг номер на ред.");
+  EXPECT_EQ(add(20, 1),
+            "!!Err_Искане за покупка 1, версия 1 вече има ред 1. Изберете друг номер на ред.");
 }
 
 TEST_P(RequestRows, WhatAnOrderLeavesIsDerivedFromRequestsOnTheirWay) {

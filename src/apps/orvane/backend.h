@@ -23,7 +23,8 @@ struct BackendOptions {
   bool overWire = false;          ///< the inner server is reached over a real network connection
   /// Paints while a distant server is waited for; see RemoteOptions::pump.
   std::function<bool()> pump{};
-  /// What ages of the inner server are counted by (microseconds); unset: the machine's steady clock.
+  /// What ages of the inner server are counted by (microseconds); unset: the machine's steady
+  /// clock.
   std::function<std::int64_t()> steady{};
 };
 

@@ -38,7 +38,8 @@ int ScriptedToolkit::ShowMessage(TVosBaseForm*, const MessageDialog& dialog) {
   questions_.push_back({dialog, 0});
   const std::size_t mine = questions_.size() - 1;
   runner_->RunUntil([this, mine] { return questions_[mine].answer != 0; });
-  const int answer = questions_[mine].answer == 0 ? HarmlessAnswer(dialog) : questions_[mine].answer;
+  const int answer =
+      questions_[mine].answer == 0 ? HarmlessAnswer(dialog) : questions_[mine].answer;
   questions_.pop_back();
   return answer;
 }

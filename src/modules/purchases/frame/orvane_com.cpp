@@ -43,14 +43,11 @@ SupplySource SourceOf(SupplyChoice choice, const std::string& list, const std::s
     return {_rBaseSuppList, false, "B.Measure", {"FROM BaseSupplyList B WITH (NOLOCK)"}, {}};
   }
   if (choice == SupplyChoice::ByList) {
-    return {
-        _rSuppList,
-        false,
-        "P.Measure",
-        {"FROM SupplyLists P WITH (NOLOCK)", base + "P.SerialNumber = B.SerialNumber"},
-        Filled("P.KindList = %s", {list                                 }
-        )
-    };
+    return {_rSuppList,
+            false,
+            "P.Measure",
+            {"FROM SupplyLists P WITH (NOLOCK)", base + "P.SerialNumber = B.SerialNumber"},
+            Filled("P.KindList = %s", {list})};
   }
   if (list.empty()) {
     const std::string_view sign = choice == SupplyChoice::ByListOnDate ? "=" : "<=";
@@ -59,23 +56,19 @@ SupplySource SourceOf(SupplyChoice choice, const std::string& list, const std::s
         true,
         "B.Measure",
         {"FROM BaseSupplyListDates BSD WITH (NOLOCK)", base + "BSD.SerialNumber = B.SerialNumber"},
-        Filled("AvailableFromDate %s %s", {sign,                                         day                                       }
-        )
-    };
+        Filled("AvailableFromDate %s %s", {sign, day})};
   }
-  return {
-      _rSuppListDates,
-      true,
-      "P.Measure",
-      {"FROM SupplyListsDates SD WITH (NOLOCK)",
-        "INNER JOIN SupplyLists P WITH (NOLOCK) ON (P.KindList = SD.KindList) AND "
-       "(SD.SerialNumber = P.SerialNumber)",           base + "SD.SerialNumber = B.SerialNumber"},
-      Filled("SD.KindList = %s AND SD.AvailableFromDate in ( select max(AvailableFromDate) "
-             "from SupplyListsDates WHERE SupplyListsDates.AvailableFromDate <= %s AND "
-             "SupplyListsDates.KindList = %s )",
-             {list,                                     day, list                                     }
-      )
-  };
+  return {_rSuppListDates,
+          true,
+          "P.Measure",
+          {"FROM SupplyListsDates SD WITH (NOLOCK)",
+           "INNER JOIN SupplyLists P WITH (NOLOCK) ON (P.KindList = SD.KindList) AND "
+           "(SD.SerialNumber = P.SerialNumber)",
+           base + "SD.SerialNumber = B.SerialNumber"},
+          Filled("SD.KindList = %s AND SD.AvailableFromDate in ( select max(AvailableFromDate) "
+                 "from SupplyListsDates WHERE SupplyListsDates.AvailableFromDate <= %s AND "
+                 "SupplyListsDates.KindList = %s )",
+                 {list, day, list})};
 }
 
 }  // namespace

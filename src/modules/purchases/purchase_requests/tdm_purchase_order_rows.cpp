@@ -100,12 +100,11 @@ void TdmPurchaseOrder::BindParts() {
   for (TVosClientDataSet* rows :
        {&cdsPurchaseOrderDet, &cdsPurchaseOrderDel, &cdsPurchaseOrderPayPl})
     ApplyRowsAtOnce(form_, *rows, cdsPurchaseOrder);
-  ApplyRowsAtOnce(
-      form_, cdsPurchaseOrderAdm, cdsPurchaseOrder,
-      {.maxErrors = -1,
-       .form = ApplyForm::Repeated,
-       .afterRefusal = AfterRefusal::Cancel,
-       .dropsUnsent = true});
+  ApplyRowsAtOnce(form_, cdsPurchaseOrderAdm, cdsPurchaseOrder,
+                  {.maxErrors = -1,
+                   .form = ApplyForm::Repeated,
+                   .afterRefusal = AfterRefusal::Cancel,
+                   .dropsUnsent = true});
   cdsPurchaseOrderAdm.AfterDelete = {};
   cdsPurchaseOrderAdm.BeforeApplyUpdates = [this] {
     cdsPurchaseOrderAdm.OwnerData = Variant(form_.App().ConnectionInfo());

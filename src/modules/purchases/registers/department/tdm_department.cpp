@@ -35,10 +35,8 @@ TdmDepartment::TdmDepartment(TVosDBForm& form)
 
 void TdmDepartment::Fetch() {
   FetchTogether({&sysUsers}, {&cdsDepartment});
-  CompleteLookups({
-      {cdsDepartment, "ChiefName",  sysUsers},
-      {cdsDepartment, "ChiefName2", sysUsers}
-  });
+  CompleteLookups(
+      {{cdsDepartment, "ChiefName", sysUsers}, {cdsDepartment, "ChiefName2", sysUsers}});
 }
 
 void TdmDepartment::cdsDepartmentBeforePost() {

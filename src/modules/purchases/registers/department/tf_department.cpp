@@ -49,11 +49,7 @@ void TfDepartment::VosBaseFormShow() {
   LanguageColumns languages;
   languages.firstOnly = {"ChiefName"};
   languages.secondOnly = {"Name2", "ChiefName2"};
-  languages.titled = {
-      {"Name",       1},
-      {"Name2",      2},
-      {"ChiefName2", 2}
-  };
+  languages.titled = {{"Name", 1}, {"Name2", 2}, {"ChiefName2", 2}};
   ChooseLanguageColumns(*this, gDepartment, languages);
   dmDepartment->Fetch();
 }
