@@ -15,6 +15,8 @@
 
 namespace orvane::bench {
 
+using namespace apps;  // measures every floor
+
 /// Entries that a company has beside the demonstration's own, named "проба 000000 …" and on, in
 /// another order than that of their serial numbers, from 50000001 on.
 inline constexpr std::int64_t kManyEntries = 500'000;

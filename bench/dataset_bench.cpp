@@ -48,7 +48,7 @@ struct Rows {
 };
 
 double WithDataset(const Rows& rows) {
-  TVosClientDataSet dataSet("cdsPartners", {Partner, Name, Price});
+  data::TVosClientDataSet dataSet("cdsPartners", {Partner, Name, Price});
   DataPacket packet = rows.packet;  // a packet is loaded once; what came is handed over
   return Seconds([&] {
     dataSet.LoadPacket(std::move(packet));

@@ -5,7 +5,11 @@
 
 #include <memory>
 
+#include "packet/floors.h"
+
 namespace orvane::bench {
+
+using namespace apps;  // measures every floor
 
 class EmptyCall {
  public:

@@ -4,6 +4,8 @@
 
 namespace orvane::bench {
 
+using namespace apps;  // measures every floor
+
 /// Answers at once; a fetch gives one page of a list.
 class QuickServer final : public IApplicationServer {
  public:

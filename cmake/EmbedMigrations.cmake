@@ -35,7 +35,7 @@ file(WRITE "${OUT}" "// Generated from src/server/schema/*/*.sql; edit those.
 
 #include <array>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 ${Sqlite_table}
@@ -45,5 +45,5 @@ ${Postgres_table}
 std::span<const EmbeddedMigration> SqliteMigrations() { return kSqlite; }
 std::span<const EmbeddedMigration> PostgresMigrations() { return kPostgres; }
 
-}  // namespace orvane
+}  // namespace orvane::server
 ")

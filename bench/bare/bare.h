@@ -13,6 +13,8 @@
 
 namespace orvane::bench {
 
+using namespace apps;  // measures every floor
+
 struct BareStatement {
   std::string text;
   std::vector<std::string> params;  ///< whole numbers and texts

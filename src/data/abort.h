@@ -2,7 +2,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Ends the event that is being handled, silently: the user was already told why. Thrown by rules,
 /// passes through datasets (which stay as they were, a row in edit stays in edit) and is caught
@@ -15,4 +15,4 @@ struct ServerError {
   Failure failure;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -8,7 +8,7 @@
 #include "data/abort.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 DataPacket EmptyPacket(std::span<const FieldDef> fields) {
@@ -434,4 +434,4 @@ void TVosClientDataSet::SetIndexFieldNames(std::string_view names) {
   impl_->Touch();
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

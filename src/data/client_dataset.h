@@ -27,7 +27,7 @@
 #include "packet/data_packet.h"
 #include "packet/delta.h"
 
-namespace orvane {
+namespace orvane::data {
 
 class TVosClientDataSet;
 
@@ -330,4 +330,4 @@ class TVosClientDataSet {
   std::unique_ptr<Impl> impl_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

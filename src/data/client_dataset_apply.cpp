@@ -9,7 +9,7 @@
 #include "data/client_dataset.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 /// The server looked at the request and would not have it.
@@ -349,4 +349,4 @@ void TVosClientDataSet::Impl::BackToEdit(const LogEntry& entry, const NamedValue
   modified = true;
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

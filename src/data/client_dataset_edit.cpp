@@ -5,7 +5,7 @@
 #include "data/client_dataset.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 
 DataSetState TVosClientDataSet::State() const {
   return impl_->state;
@@ -166,4 +166,4 @@ void TVosClientDataSet::Delete() {
   Impl::Fire(AfterDelete);
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -5,7 +5,7 @@
 #include "data/client_dataset.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 constexpr int kAmountDecimals = 2;
@@ -111,4 +111,4 @@ Answer<Done> TField::SetText(std::string_view text) {
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -21,7 +21,7 @@
 #include "data/row_order.h"
 #include "data/row_store.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// A row changed and not yet acknowledged by the server.
 struct LogEntry {
@@ -183,4 +183,4 @@ struct TVosClientDataSet::Impl {
   std::uint64_t version = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

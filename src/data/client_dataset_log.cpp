@@ -6,7 +6,7 @@
 #include "data/client_dataset.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 
 std::string TVosClientDataSet::Impl::NextClientKey() const {
   return connection->Session().NextClientKey();
@@ -150,4 +150,4 @@ void TVosClientDataSet::CancelUpdates() {
   if (impl_->CurrentRow() != current) Impl::Fire(AfterScroll);
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

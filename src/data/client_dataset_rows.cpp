@@ -6,7 +6,7 @@
 #include "data/client_dataset.h"
 #include "data/client_dataset_impl.h"
 
-namespace orvane {
+namespace orvane::data {
 
 std::optional<RowId> TVosClientDataSet::Impl::CurrentRow() const {
   return position < order.size() ? std::optional<RowId>(order[position]) : std::nullopt;
@@ -256,4 +256,4 @@ void TVosClientDataSet::Impl::PutRow(RowId row, std::vector<Variant> values) {
   if (ordered) PlaceRow(row);
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -7,7 +7,7 @@
 #include "data/abort.h"
 #include "packet/link_failure.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 template <class T>
@@ -72,4 +72,4 @@ VariantArray TVosSQLConnection::Ask(std::string_view method, VariantArray argume
   return OrThrow(lost ? Answer<VariantArray>(AnswerIsLost()) : std::move(answer));
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

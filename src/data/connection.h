@@ -11,7 +11,7 @@
 
 #include "packet/application_server.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// The session as the client's floors see it: the door, the ticket, and what the login told. One
 /// per logged-in user; outlives every screen.
@@ -70,4 +70,4 @@ class TVosSQLConnection {
   bool connected_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

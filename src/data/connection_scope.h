@@ -5,7 +5,7 @@
 
 #include "data/connection.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Closes connections on every way out of a scope: they are open only while a request runs.
 class ConnectionScope {
@@ -33,4 +33,4 @@ class ConnectionScope {
   std::vector<TVosSQLConnection*> connections_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

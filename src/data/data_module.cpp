@@ -5,7 +5,7 @@
 
 #include "data/connection_scope.h"
 
-namespace orvane {
+namespace orvane::data {
 
 void FetchTogether(std::initializer_list<TVosClientDataSet*> dataSets) {
   FetchTogether(std::vector<TVosClientDataSet*>(dataSets));
@@ -23,4 +23,4 @@ void FetchTogether(const std::vector<TVosClientDataSet*>& dataSets) {
     dataSets[i]->LoadPacket(std::move(packets[i]));
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -11,7 +11,7 @@
 #include "data/client_dataset.h"
 #include "data/connection.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Fetches several datasets with one call and loads each; closes the connections of all.
 void FetchTogether(std::initializer_list<TVosClientDataSet*> dataSets);
@@ -33,4 +33,4 @@ class TVosDataModule {
   ScreenPoint point_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -6,7 +6,7 @@
 
 #include "data/connection_scope.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 constexpr std::size_t kKeysOfARequest = 200;
@@ -60,4 +60,4 @@ void CompleteLookups(const std::vector<LookupNeed>& needs) {
     portions[i].table->TakeKeys(portions[i].keys, packets[i]);
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -12,7 +12,7 @@
 #include "data/client_dataset.h"
 #include "data/lookup_table.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// A lookup field of a dataset, and the table whose rows it shows.
 struct LookupNeed {
@@ -25,4 +25,4 @@ struct LookupNeed {
 /// the server does not know are asked for once. Tables must not be stale.
 void CompleteLookups(const std::vector<LookupNeed>& needs);
 
-}  // namespace orvane
+}  // namespace orvane::data

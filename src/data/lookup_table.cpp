@@ -9,7 +9,7 @@
 #include "data/text_format.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 bool IsText(ValueKind kind) {
@@ -303,4 +303,4 @@ std::vector<std::size_t> TLookupTable::NarrowOnServer(const TField& field, Searc
   return found;
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -17,7 +17,7 @@
 #include "data/client_dataset.h"
 #include "data/search_template.h"
 
-namespace orvane {
+namespace orvane::data {
 
 class TLookupTable {
  public:
@@ -101,4 +101,4 @@ class TLookupTable {
   std::set<Variant, ByValue> unknownKeys_;  ///< asked for, and not there
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 // --- characters
@@ -304,4 +304,4 @@ MaskMatch PictureMask::Match(std::string_view text) const {
   return MaskMatch::Beginning;
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::data {
 
 enum class MaskMatch { Impossible, Beginning, Complete };
 
@@ -28,4 +28,4 @@ class PictureMask {
   std::shared_ptr<const Program> program_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -8,7 +8,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 bool IsText(const RowStore& store, std::size_t column) {
@@ -176,4 +176,4 @@ ColumnIndex::Slot& ColumnIndex::SlotOf(const RowStore& store, std::span<const Ro
   return slots_[at];
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

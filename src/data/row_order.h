@@ -9,7 +9,7 @@
 
 #include "data/row_store.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Puts `rows` in the order of the columns: Nulls first, texts by their fold, equal rows as they
 /// stand. Folds are computed once per row.
@@ -47,4 +47,4 @@ class ColumnIndex {
   std::vector<Slot> slots_;  // a power of two, at most half full
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -4,7 +4,7 @@
 #include <cassert>
 #include <string>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 /// Orders doubles as integers; both zeros are one.
@@ -170,4 +170,4 @@ Cell RowStore::CellAt(RowId row, std::size_t column) const {
   return {};
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

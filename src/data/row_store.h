@@ -14,7 +14,7 @@
 #include "packet/failure.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Identity of a row within one content: its position in the packet, or kInsertedRow and a number.
 using RowId = std::uint32_t;
@@ -68,4 +68,4 @@ class RowStore {
   RowId nextInserted_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -4,7 +4,7 @@
 
 #include "data/connection_scope.h"
 
-namespace orvane {
+namespace orvane::data {
 
 void FetchTogether(std::initializer_list<TLookupTable*> lookups,
                    std::initializer_list<TVosClientDataSet*> dataSets) {
@@ -31,4 +31,4 @@ void FetchTogether(const std::vector<TLookupTable*>& lookups,
     dataSet->LoadPacket(std::move(*packet++));
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -6,7 +6,7 @@
 #include "data/client_dataset.h"
 #include "data/lookup_table.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// Fetches what a screen opens with: the first portions of its lookups and its datasets, all with
 /// one call; the connections are closed afterwards whatever happens.
@@ -15,4 +15,4 @@ void FetchTogether(std::initializer_list<TLookupTable*> lookups,
 void FetchTogether(const std::vector<TLookupTable*>& lookups,
                    const std::vector<TVosClientDataSet*>& dataSets);
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <optional>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 constexpr std::string_view kHintMacro = "{$WN}";
@@ -147,4 +147,4 @@ bool IsOffered(const SearchField& field, bool multiLanguage, bool firstLanguage)
   return false;
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -12,7 +12,7 @@
 #include "packet/value_kind.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::data {
 
 /// When a search field is offered.
 enum class Visibility : std::uint8_t { fvAlways, fvFirstLang, fvSecondLang, fvHidden };
@@ -57,4 +57,4 @@ ComposedSearch ComposeSearch(const std::vector<std::string>& lines, const NamedV
 /// True when the field is offered on a screen working in the given language.
 bool IsOffered(const SearchField& field, bool multiLanguage, bool firstLanguage);
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -10,7 +10,7 @@
 #include "packet/decimal.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 constexpr std::string_view kThinSpace = "\u2009";
@@ -229,4 +229,4 @@ Answer<Variant> ParseValue(std::string_view text, const TextFormat& format) {
   return Variant();
 }
 
-}  // namespace orvane
+}  // namespace orvane::data

@@ -11,7 +11,7 @@
 #include "packet/value_kind.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::data {
 
 struct TextFormat {
   ValueKind kind = ValueKind::Int32;
@@ -36,4 +36,4 @@ std::string FormatValue(const Variant& value, const TextFormat& format);
 /// sentence without the field's name: "„32.01.2026“ не е дата. Въведете ден.месец.година.".
 Answer<Variant> ParseValue(std::string_view text, const TextFormat& format);
 
-}  // namespace orvane
+}  // namespace orvane::data

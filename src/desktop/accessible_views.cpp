@@ -6,7 +6,7 @@
 #include "desktop/control_view.h"
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 QAccessible::Role RoleOf(ControlKind kind) {
@@ -68,4 +68,4 @@ void AnnouncePlace(ControlView& view) {
   QAccessible::updateAccessibility(&value);
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

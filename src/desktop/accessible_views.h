@@ -1,6 +1,8 @@
 #pragma once
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::desktop {
 
 class ControlView;
 
@@ -10,4 +12,4 @@ void InstallAccessibleViews();
 /// The cursor of the focused view moved, or what stands there changed.
 void AnnouncePlace(ControlView& view);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

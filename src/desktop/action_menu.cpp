@@ -8,7 +8,7 @@
 #include "desktop/qt_text.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 QPixmap IconOf(const TAction& action) {
@@ -42,4 +42,4 @@ void OpenActionMenu(QWidget& owner, TVosBaseForm& form, const std::vector<std::s
   menu->popup(at);
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <iterator>
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 /// Bars and gaps of each symbol, by its value; the last one ends the code.
@@ -59,4 +59,4 @@ std::optional<std::vector<int>> Code128(std::string_view text) {
   return widths;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -13,7 +13,7 @@
 #include "host/cell_editor.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 /// Keys without Ctrl and Alt that move or erase in an open editor; Shift selects.
@@ -146,4 +146,4 @@ bool CellEdit::TypeLineEnd() {
   return true;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

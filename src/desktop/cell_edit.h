@@ -10,11 +10,16 @@ class QObject;
 class QPlainTextEdit;
 class QWidget;
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class Control;
-class ControlView;
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
+
+class ControlView;
 
 /// The in-place editor on the screen: one line edit and one for several lines, laid over the place
 /// that the model's open editor belongs to. It holds caret and selection; what the text may be is
@@ -54,4 +59,4 @@ class CellEdit {
   bool settling_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -2,7 +2,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 bool ControlView::HasFocus() const {
   return control_.Form().ActiveControl() == &control_;
@@ -21,4 +21,4 @@ bool ControlView::Look() {
   return true;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

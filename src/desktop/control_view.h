@@ -9,7 +9,7 @@
 
 #include "host/control.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 class FormMemory;
 
@@ -55,4 +55,4 @@ class ControlView {
   bool seenFocus_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

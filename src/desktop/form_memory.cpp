@@ -4,7 +4,7 @@
 
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 QString KeyOf(const std::string& formClass, const QString& name) {
@@ -61,4 +61,4 @@ void FormMemory::KeepColumnWidth(const std::string& formClass, const std::string
   if (settings_ != nullptr) settings_->setValue(ColumnKey(formClass, column), width);
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -9,7 +9,9 @@
 #include <optional>
 #include <string>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::desktop {
 
 class FormMemory {
  public:
@@ -33,4 +35,4 @@ class FormMemory {
   std::unique_ptr<QSettings> settings_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

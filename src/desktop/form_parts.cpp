@@ -11,7 +11,7 @@
 #include "desktop/theme.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kStripHeight = 29;
@@ -258,4 +258,4 @@ bool StatusLine::event(QEvent* event) {
   return true;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

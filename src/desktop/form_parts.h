@@ -8,7 +8,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// Title of the form; company, user and language at the right, and a button with what the ribbon
 /// does not hold.
@@ -72,4 +72,4 @@ class StatusLine final : public QWidget {
 /// Actions of the form that its ribbon does not show, in order.
 std::vector<std::string> ActionsBesideRibbon(const TVosBaseForm& form);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

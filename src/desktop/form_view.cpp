@@ -27,7 +27,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 FormView::FormView(TVosBaseForm& form, FormMemory& memory)
     : form_(form), memory_(memory), edit_(*this, *this, form), list_(new ListPopup(*this, form)) {
@@ -323,4 +323,4 @@ bool FormView::focusNextPrevChild(bool) {
   return false;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -9,18 +9,21 @@
 
 class QBoxLayout;
 
-namespace orvane {
+namespace orvane::host {
+class Control;
+class TVosBaseForm;
+struct LayoutNode;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 class BarView;
-class Control;
 class ControlView;
 class FormMemory;
 class PageView;
 class RibbonView;
 class StatusLine;
-class TVosBaseForm;
 class TitleStrip;
-struct LayoutNode;
 
 /// The window of one form, whatever the form is: title, ribbon, what the layout says, status. Keys
 /// and clicks become events of the form; after each the window shows what the form has become.
@@ -78,4 +81,4 @@ class FormView final : public QWidget {
   bool onTop_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

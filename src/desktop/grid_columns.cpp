@@ -9,7 +9,7 @@
 #include "desktop/theme.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kNarrowest = 30;
@@ -192,4 +192,4 @@ const ColumnGroup* GridColumns::GroupOf(int column) const {
   return found == groups_.end() ? nullptr : &*found;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

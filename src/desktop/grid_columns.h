@@ -8,9 +8,13 @@
 #include <functional>
 #include <vector>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 /// Neighbours under one group title: columns first to last.
 struct ColumnGroup {
@@ -67,4 +71,4 @@ class GridColumns {
   std::vector<ColumnGroup> groups_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

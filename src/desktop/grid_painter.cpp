@@ -8,7 +8,7 @@
 #include "desktop/theme.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kEditBar = 4;  // width of the mark at the left of the row in edit
@@ -242,4 +242,4 @@ void PaintCheckBox(QPainter& painter, const QRect& box, bool ticked, bool mayCha
   painter.restore();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,10 +7,15 @@
 
 class QPainter;
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
+class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 class GridColumns;
-class TVosDBGrid;
 
 struct GridPicture {
   const TVosDBGrid& grid;
@@ -30,4 +35,4 @@ QRect CheckBoxRect(const QRect& cell);
 /// A box, ticked or not; told by its mark, not by colour.
 void PaintCheckBox(QPainter& painter, const QRect& box, bool ticked, bool mayChange);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

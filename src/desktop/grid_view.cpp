@@ -12,7 +12,7 @@
 #include "host/form.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kFewestRows = 4;   // a grid is never lower than this many rows
@@ -291,4 +291,4 @@ void GridView::EndDrag() {
   drag_ = {};
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

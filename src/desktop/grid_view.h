@@ -5,9 +5,11 @@
 #include "desktop/control_view.h"
 #include "desktop/grid_columns.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 /// Shows an editable grid: heads, fixed columns, the current cell, the row in edit. Painted row by
 /// row from the dataset, so that a hundred thousand rows cost what a screenful does.
@@ -66,4 +68,4 @@ class GridView final : public QAbstractScrollArea, public ControlView {
   Drag drag_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

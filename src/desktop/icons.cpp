@@ -8,7 +8,7 @@
 
 #include "desktop/theme.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 /// Strokes on a square of 14: "M x y" starts a line, "L x y" goes on, "O x y r" is a circle.
@@ -117,4 +117,4 @@ void PaintIcon(QPainter& painter, const QPoint& topLeft, std::string_view name, 
   painter.restore();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

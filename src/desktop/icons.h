@@ -5,9 +5,11 @@
 #include <QtCore/QRect>
 #include <string_view>
 
+#include "packet/floors.h"
+
 class QPainter;
 
-namespace orvane {
+namespace orvane::desktop {
 
 inline constexpr int kIconSide = 14;
 
@@ -16,4 +18,4 @@ inline constexpr int kIconSide = 14;
 /// Actions that are not live are grey.
 void PaintIcon(QPainter& painter, const QPoint& topLeft, std::string_view name, bool live);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

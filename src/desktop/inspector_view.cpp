@@ -12,7 +12,7 @@
 #include "host/form.h"
 #include "host/inspector.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kFewestLines = 3;
@@ -277,4 +277,4 @@ void InspectorView::mouseDoubleClickEvent(QMouseEvent* event) {
     inspector_.Form().Dispatch(ListWanted{});
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -5,9 +5,11 @@
 
 #include "desktop/control_view.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosDataInspector;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 /// Shows a column of labelled items: label, value, and the name behind a code.
 class InspectorView final : public QAbstractScrollArea, public ControlView {
@@ -54,4 +56,4 @@ class InspectorView final : public QAbstractScrollArea, public ControlView {
   int seenItem_ = -1;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

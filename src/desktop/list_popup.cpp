@@ -10,7 +10,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kMostLines = 12;
@@ -127,4 +127,4 @@ void ListPopup::wheelEvent(QWheelEvent* event) {
   update();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -2,10 +2,14 @@
 
 #include <QtWidgets/QWidget>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosBaseForm;
 class TVosMTCombo;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 /// The list under an open combo. It is part of the form's window and never takes the keyboard: the
 /// model moves the highlight, the mouse picks.
@@ -33,4 +37,4 @@ class ListPopup final : public QWidget {
   int top_ = 0;  ///< first entry shown
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

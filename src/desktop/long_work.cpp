@@ -3,7 +3,7 @@
 #include "data/text_format.h"
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kQuietMs = 100;
@@ -31,4 +31,4 @@ bool LongWork::Step(std::int64_t done, std::int64_t total) {
   return !stopped_;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

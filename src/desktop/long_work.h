@@ -6,7 +6,7 @@
 #include "desktop/wait_pump.h"
 #include "host/report.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// Work of this program that may take long: after a tenth of a second the cursor is busy, after a
 /// second the window says what is done and how much of it; Escape stops it.
@@ -33,4 +33,4 @@ class LongWork {
   bool stopped_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -12,7 +12,7 @@
 #include "desktop/qt_text.h"
 #include "desktop/theme.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kTitle = 30;
@@ -231,4 +231,4 @@ void MessageView::closeEvent(QCloseEvent* event) {
   event->accept();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

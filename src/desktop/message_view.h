@@ -4,8 +4,9 @@
 #include <vector>
 
 #include "host/toolkit.h"
+#include "packet/floors.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// A message or question of the host. The focused button answers to Enter, the harmless one is
 /// focused at first and answers to Escape; Да and Не answer to their letters in both layouts.
@@ -19,7 +20,7 @@ class MessageView final : public QWidget {
   /// Ends the dialog; later answers are ignored.
   void Finish(int answer);
   /// What closing without an answer means.
-  int HarmlessAnswer() const { return orvane::HarmlessAnswer(dialog_); }
+  int HarmlessAnswer() const { return host::HarmlessAnswer(dialog_); }
   QSize sizeHint() const override;
 
  protected:
@@ -50,4 +51,4 @@ class MessageView final : public QWidget {
   int answer_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -6,7 +6,7 @@
 
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 struct KeyRow {
@@ -122,4 +122,4 @@ int QtKeyOf(KeyStroke stroke) {
   return row == std::end(kKeys) ? 0 : row->qtKey;
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -5,10 +5,11 @@
 #include <string>
 
 #include "host/keys.h"
+#include "packet/floors.h"
 
 class QKeyEvent;
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// The key pressed, letters by their Latin place whatever the keyboard's layout; None for keys that
 /// the model does not know and for modifiers alone.
@@ -22,4 +23,4 @@ std::string TypedBy(const QKeyEvent& event);
 /// is Qt's Backtab.
 int QtKeyOf(KeyStroke stroke);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

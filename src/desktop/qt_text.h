@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::desktop {
 
 inline QString Qs(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -16,4 +16,4 @@ inline std::string Utf8(const QString& text) {
   return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

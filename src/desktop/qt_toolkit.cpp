@@ -17,7 +17,7 @@
 #include "desktop/report_preview.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 /// Over whatever is open now: window managers keep it there.
@@ -233,4 +233,4 @@ void QtToolkit::SetClipboard(const std::string& text) {
   QApplication::clipboard()->setText(Qs(text));
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

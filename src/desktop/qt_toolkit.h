@@ -12,13 +12,16 @@
 #include "host/report_snapshot.h"
 #include "host/toolkit.h"
 
-namespace orvane {
+namespace orvane::host {
+class VosApplication;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 class FormMemory;
 class FormView;
 class MessageView;
 class ReportPages;
-class VosApplication;
 
 class QtToolkit final : public IToolkit {
  public:
@@ -77,4 +80,4 @@ class QtToolkit final : public IToolkit {
   bool abandoned_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

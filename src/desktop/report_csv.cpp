@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
@@ -98,4 +98,4 @@ bool WriteCsv(const ReportSnapshot& report, const std::function<bool(std::string
   return foot.empty() || sink(std::string(kLineEnd) + foot);
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,7 +7,7 @@
 #include "host/report_snapshot.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// Writes a report as comma-separated text that a Bulgarian spreadsheet program opens by itself:
 /// UTF-8 with its mark, semicolons, decimal commas without parted thousands, lines ended by CR LF.
@@ -17,4 +17,4 @@ namespace orvane {
 bool WriteCsv(const ReportSnapshot& report, const std::function<bool(std::string_view)>& sink,
               const ReportProgress& progress = {});
 
-}  // namespace orvane
+}  // namespace orvane::desktop

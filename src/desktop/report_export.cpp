@@ -13,7 +13,7 @@
 #include "desktop/report_csv.h"
 #include "desktop/report_xlsx.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 Failure Unwritable(const QString& path) {
@@ -97,4 +97,4 @@ Answer<Done> SaveCsv(const ReportPages& pages, const QString& path,
   });
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -9,7 +9,7 @@
 #include "desktop/report_pages.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 Answer<Done> SavePdf(const ReportPages& pages, const QString& path,
                      const ReportProgress& progress = {});
@@ -19,4 +19,4 @@ Answer<Done> SaveXlsx(const ReportPages& pages, const QString& path,
 Answer<Done> SaveCsv(const ReportPages& pages, const QString& path,
                      const ReportProgress& progress = {});
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -14,7 +14,7 @@
 #include "desktop/barcode.h"
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 // Lengths in tenths of a point; A4.
@@ -535,4 +535,4 @@ bool ReportPages::PaintAll(QPagedPaintDevice& device, int resolution,
   return painter.end();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

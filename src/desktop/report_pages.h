@@ -15,7 +15,7 @@
 class QPainter;
 class QPagedPaintDevice;
 
-namespace orvane {
+namespace orvane::desktop {
 
 class ReportPages {
  public:
@@ -94,4 +94,4 @@ class ReportPages {
   std::vector<Place> starts_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

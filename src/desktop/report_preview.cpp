@@ -18,7 +18,7 @@
 #include "desktop/report_export.h"
 #include "desktop/theme.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kSheetGap = 14;
@@ -277,4 +277,4 @@ void ReportPreview::SaveAsCsv() {
   SaveAs({"Запис като CSV", "csv", "CSV (*.csv)", &SaveCsv});
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,7 +7,7 @@
 
 #include "desktop/report_pages.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// The pages of a report one under another, on a grey ground.
 class ReportSheet final : public QAbstractScrollArea {
@@ -67,4 +67,4 @@ class ReportPreview final : public QWidget {
   QString told_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -12,7 +12,7 @@
 
 #include "desktop/qt_text.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kSheetNameLength = 31;
@@ -357,4 +357,4 @@ bool WriteXlsx(const ReportSnapshot& report, const QString& path, const ReportPr
   return Workbook(report, path, progress).Write();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

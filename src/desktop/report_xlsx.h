@@ -7,7 +7,7 @@
 #include "host/report_snapshot.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 /// Rows of a sheet.
 inline constexpr std::int64_t kSheetRows = 1'048'576;
@@ -24,4 +24,4 @@ bool WriteXlsx(const ReportSnapshot& report, const QString& path,
 /// other than the ones before it, never empty.
 std::vector<std::string> SheetNames(const std::vector<std::string>& captions);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

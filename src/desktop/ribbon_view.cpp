@@ -13,7 +13,7 @@
 #include "desktop/theme.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kTabs = 29;  // height of the strip of tabs
@@ -307,4 +307,4 @@ void RibbonView::leaveEvent(QEvent*) {
   update();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

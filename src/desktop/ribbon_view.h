@@ -6,10 +6,14 @@
 #include <string>
 #include <vector>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 struct TAction;
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 /// The ribbon of a form: one strip of tabs, compact groups of three rows, each action with icon,
 /// caption and key. Groups that do not fit fold into one button; a caption is never cut.
@@ -76,4 +80,4 @@ class RibbonView final : public QWidget {
   std::set<std::string> mainKeyed_;  ///< actions that have had F9
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -13,7 +13,7 @@
 #include "host/form.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::desktop {
 
 // --- key edits
 // ------------------------------------------------------------------------------------
@@ -366,4 +366,4 @@ void LabelView::paintEvent(QPaintEvent*) {
   painter.drawText(rect(), Qt::AlignCenter, ChipText(label_));
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -10,12 +10,14 @@
 
 class QStackedLayout;
 
-namespace orvane {
-
+namespace orvane::host {
 struct TAction;
 class TKeyEdit;
 class TLabel;
 class TPageControl;
+}  // namespace orvane::host
+
+namespace orvane::desktop {
 
 class KeyEditView final : public QWidget, public ControlView {
  public:
@@ -99,4 +101,4 @@ class LabelView final : public QWidget, public ControlView {
   TLabel& label_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

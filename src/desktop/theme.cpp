@@ -5,7 +5,7 @@
 #include <QtWidgets/QStyleFactory>
 #include <iterator>
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 struct RoleRow {
@@ -104,4 +104,4 @@ int CharWidth() {
   return ScreenMetrics().averageCharWidth();
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -8,9 +8,11 @@
 #include <QtGui/QFontMetrics>
 #include <cstdint>
 
+#include "packet/floors.h"
+
 class QApplication;
 
-namespace orvane {
+namespace orvane::desktop {
 
 enum class Theme : std::uint8_t { Light, Dark };
 
@@ -69,4 +71,4 @@ inline constexpr int kRowHeight = 23;
 inline constexpr int kPadding = 7;  ///< between a cell's border and its text
 inline constexpr int kMargin = 8;   ///< between the parts of a form
 
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,7 +7,7 @@
 
 #include "desktop/theme.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 constexpr int kQuietMs = 60;       // no pump for so long: the call is over
@@ -109,4 +109,4 @@ bool WaitPump::eventFilter(QObject* watched, QEvent* event) {
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

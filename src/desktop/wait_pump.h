@@ -11,11 +11,13 @@
 #include <memory>
 #include <vector>
 
+#include "packet/floors.h"
+
 class QEvent;
 class QLabel;
 class QWidget;
 
-namespace orvane {
+namespace orvane::desktop {
 
 class WaitPump final : public QObject {
  public:
@@ -52,4 +54,4 @@ class WaitPump final : public QObject {
   bool escaped_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::desktop

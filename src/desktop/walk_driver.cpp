@@ -17,7 +17,7 @@
 #include "desktop/theme.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 void Send(QWidget& widget, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers,
@@ -256,4 +256,4 @@ void QtWalkDriver::Picture(std::string_view name) {
   if (PictureOf(windows).save(pictures_ + "/" + file)) taken_.push_back(Utf8(file));
 }
 
-}  // namespace orvane
+}  // namespace orvane::desktop

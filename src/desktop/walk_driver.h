@@ -18,7 +18,7 @@
 
 class QWidget;
 
-namespace orvane {
+namespace orvane::desktop {
 
 class FormView;
 class QtToolkit;
@@ -72,4 +72,4 @@ void TypeKeys(QWidget& widget, std::string_view character);
 /// Clicks at a place of a widget.
 void Click(QWidget& widget, const QRect& place, bool twice = false);
 
-}  // namespace orvane
+}  // namespace orvane::desktop

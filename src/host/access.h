@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <initializer_list>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
 
 /// The four rights that a module point gives to the screens opened from it.
 enum PointAccessRight : std::uint8_t { paOpen = 1, paEdit = 2, paInsert = 4, paDelete = 8 };
@@ -32,4 +34,4 @@ class TPointAccess {
   std::uint8_t bits_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -15,7 +15,7 @@
 #include "host/access.h"
 #include "host/keys.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 
@@ -66,4 +66,4 @@ inline constexpr std::string_view kAtCombo = "*combo";
 /// While any key edit has the focus.
 inline constexpr std::string_view kAtKeyEdit = "*key";
 
-}  // namespace orvane
+}  // namespace orvane::host

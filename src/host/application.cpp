@@ -8,7 +8,7 @@
 #include "host/form.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr std::int64_t kParamsKeptMicros = 60'000'000;
@@ -333,4 +333,4 @@ VariantArray VosApplication::ConnectionInfo() const {
           program.machineName, program.version};
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -20,7 +20,7 @@
 #include "packet/application_server.h"
 #include "packet/clock.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 class VosApplication;
@@ -207,4 +207,4 @@ class VosApplication {
   std::vector<std::unique_ptr<TVosBaseForm>> openForms_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

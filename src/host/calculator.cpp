@@ -12,7 +12,7 @@
 #include "host/small_controls.h"
 #include "packet/typed_number.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr int kDecimals = 6;
@@ -208,4 +208,4 @@ void RunCalculator(TVosBaseForm& owner) {
   calculator.ShowModal();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

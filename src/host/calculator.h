@@ -8,7 +8,7 @@
 #include "packet/decimal.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 
@@ -20,4 +20,4 @@ Answer<Decimal> Calculate(std::string_view text);
 /// Shows the calculator over `owner`; returns when it is closed.
 void RunCalculator(TVosBaseForm& owner);
 
-}  // namespace orvane
+}  // namespace orvane::host

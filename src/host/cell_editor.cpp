@@ -6,7 +6,7 @@
 #include "host/combo.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// Names typed into a lookup are not bound by the size of the code.
@@ -157,4 +157,4 @@ void CellEditor::Accept(std::string text) {
   if (combo_ != nullptr) combo_->TextChanged(text_);
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

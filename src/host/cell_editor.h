@@ -6,7 +6,7 @@
 #include "data/client_dataset.h"
 #include "data/picture_mask.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosMTCombo;
 
@@ -63,4 +63,4 @@ class CellEditor {
   TVosMTCombo* combo_ = nullptr;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -8,7 +8,7 @@
 #include "host/search_dialog.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// Entries listed at once; more come when the highlight reaches the end.
@@ -257,4 +257,4 @@ void TVosMTCombo::OpenNomenclature() {
   if (table_.LocateKey(chosen)) host->TakeFromCombo(chosen);
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -12,7 +12,7 @@
 
 #include "data/lookup_table.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class Control;
 class TVosBaseForm;
@@ -114,4 +114,4 @@ class TVosMTCombo {
   std::uint64_t listVersion_ = 1;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

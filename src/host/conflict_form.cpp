@@ -6,7 +6,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr std::string_view kTitle = "Променен от друг потребител";
@@ -245,4 +245,4 @@ ReconcileAction RunConflictForm(TVosBaseForm& form, TVosClientDataSet& dataSet,
   return chosen;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

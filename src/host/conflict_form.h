@@ -5,7 +5,7 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 
@@ -16,4 +16,4 @@ class TVosBaseForm;
 ReconcileAction RunConflictForm(TVosBaseForm& form, TVosClientDataSet& dataSet,
                                 const ReconcileError& error);
 
-}  // namespace orvane
+}  // namespace orvane::host

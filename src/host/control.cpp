@@ -4,7 +4,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::host {
 
 Control::Control(TVosBaseForm& form, std::string_view name, ControlKind kind)
     : form_(form), name_(name), kind_(kind) {
@@ -29,4 +29,4 @@ std::size_t Control::LookHash() const {
   return LookHasher().Add(visible ? 1U : 0U).Value();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -10,7 +10,7 @@
 #include "host/keys.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 class CellEditor;
@@ -106,4 +106,4 @@ class LookHasher {
   std::size_t hash_ = 14695981039346656037ULL;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -7,7 +7,7 @@
 #include "host/conflict_form.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr int kWarningQuestion = 3;
@@ -124,4 +124,4 @@ ReconcileAction HandleReconcileError(TVosBaseForm& form, TVosClientDataSet& data
   return cancel ? ReconcileAction::Cancel : ReconcileAction::Correct;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -8,7 +8,7 @@
 #include "data/client_dataset.h"
 #include "host/toolkit.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 class VosApplication;
@@ -52,4 +52,4 @@ ReconcileAction HandleReconcileError(TVosBaseForm& form, TVosClientDataSet& data
                                      const ReconcileError& error,
                                      AfterRefusal afterRefusal = AfterRefusal::Correct);
 
-}  // namespace orvane
+}  // namespace orvane::host

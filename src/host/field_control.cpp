@@ -4,7 +4,7 @@
 #include "host/combo.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr int kListJump = 10;  // entries that PageUp and PageDown pass
@@ -266,4 +266,4 @@ std::size_t FieldControl::LookHash() const {
   return hasher.Value();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -11,7 +11,7 @@
 #include "host/cell_editor.h"
 #include "host/control.h"
 
-namespace orvane {
+namespace orvane::host {
 
 enum class CellKind : unsigned char { Text, Check, Memo, Password };
 
@@ -88,4 +88,4 @@ class FieldControl : public Control {
   bool committing_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -10,7 +10,7 @@
 #include "host/login_form.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr std::string_view kUnsaved =
@@ -435,4 +435,4 @@ std::string TVosBaseForm::FocusName() const {
   return combo != nullptr ? combo->Name() : activeControl_->Name();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -22,7 +22,7 @@
 #include "host/dialogs.h"
 #include "host/layout.h"
 
-namespace orvane {
+namespace orvane::host {
 
 // --- events -------------------------------------------------------------------------------------
 
@@ -296,4 +296,4 @@ void AddHostActions(TVosBaseForm& form);
 /// Adds only acExit, for dialogs: Escape closes it beside Alt+F4.
 void AddDialogExit(TVosBaseForm& form);
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -5,7 +5,7 @@
 #include "host/grid.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// A function object of many functions, one per kind of event.
@@ -92,4 +92,4 @@ void TVosBaseForm::HandlePointed(const Pointed& event) {
   if (const TAction* action = LiveActionFor(KeyCode::Enter)) Execute(action->name);
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -8,7 +8,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 CellKind KindOf(ColumnKind kind) {
@@ -426,4 +426,4 @@ std::size_t TVosDBGrid::LookHash() const {
   return hasher.Value();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -12,7 +12,7 @@
 #include "data/client_dataset.h"
 #include "host/field_control.h"
 
-namespace orvane {
+namespace orvane::host {
 
 enum class ColumnKind : unsigned char { Text, Check, Memo };
 
@@ -126,4 +126,4 @@ class TVosDBGrid : public FieldControl {
   int currentColumn_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

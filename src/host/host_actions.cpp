@@ -5,7 +5,7 @@
 #include "host/form.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr std::string_view kWaitingAction = "acWaiting";
@@ -183,4 +183,4 @@ FormIdentity DialogIdentity(TVosBaseForm& owner) {
   return identity;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -7,7 +7,7 @@
 #include "host/form.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr std::string_view kBullet = "•";
@@ -223,4 +223,4 @@ std::size_t TVosDataInspector::LookHash() const {
   return hasher.Value();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -10,7 +10,7 @@
 #include "data/client_dataset.h"
 #include "host/field_control.h"
 
-namespace orvane {
+namespace orvane::host {
 
 enum class ItemKind : unsigned char { Text, Check, Memo, Password };
 
@@ -84,4 +84,4 @@ class TVosDataInspector : public FieldControl {
   int currentItem_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// In the order of KeyCode, after None.
@@ -55,4 +55,4 @@ std::optional<KeyStroke> ParseKey(std::string_view text) {
   return std::nullopt;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

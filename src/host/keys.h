@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
 
 enum class KeyCode : std::uint8_t {
   None,
@@ -108,4 +110,4 @@ std::string KeyText(KeyStroke key);
 /// Reads what KeyText writes; empty for anything else.
 std::optional<KeyStroke> ParseKey(std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -10,7 +10,9 @@
 #include <string_view>
 #include <vector>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
 
 class Control;
 struct TAction;
@@ -54,4 +56,4 @@ inline LayoutNode RowOf(std::vector<LayoutNode> children, int weight = 0) {
   return {LayoutKind::Row, std::move(children), nullptr, {}, weight};
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -6,7 +6,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr auto Login = String("Login", 10, Plain, "Потребител");
@@ -149,4 +149,4 @@ bool RunLoginAgain(TVosBaseForm& owner) {
   return dialog.LoggedIn();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "packet/floors.h"
+
 // Logging in: user and password; where the company is a demonstration, its users with their
 // passwords to pick from.
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 class VosApplication;
@@ -16,4 +18,4 @@ bool RunLogin(VosApplication& app);
 /// he gave up.
 bool RunLoginAgain(TVosBaseForm& owner);
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -7,7 +7,7 @@
 #include "host/form.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 Align AlignOf(ValueKind kind) {
@@ -158,4 +158,4 @@ void GenerateReport(TVosBaseForm& form, ReportKey key, const TVosDBGrid& grid,
   app.Toolkit().PreviewReport(form, std::move(report));
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -13,7 +13,7 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TVosBaseForm;
 class TVosDBGrid;
@@ -103,4 +103,4 @@ std::unique_ptr<IReportSource> RowsOf(TVosClientDataSet& dataSet, std::vector<st
 void GenerateReport(TVosBaseForm& form, ReportKey key, const TVosDBGrid& grid,
                     std::string_view caption = {});
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -7,7 +7,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 // A row in the file: its length in bytes, then its cells. A cell: a tag, the value, and its text
@@ -266,4 +266,4 @@ ReportRow ReportSnapshot::Reader::Next() {
   return row;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

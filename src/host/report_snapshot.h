@@ -19,7 +19,7 @@
 #include "host/report.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class ReportSnapshot {
  public:
@@ -95,4 +95,4 @@ class ReportSnapshot {
 /// Shared by all who show it.
 using TakenReport = std::shared_ptr<const ReportSnapshot>;
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -7,7 +7,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 struct MatchRow {
@@ -314,4 +314,4 @@ std::optional<NamedValues> RunSearchDialog(TVosBaseForm& owner, const SearchSpec
   return std::move(dialog.chosen);
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -22,9 +22,11 @@
 #include "data/search_template.h"
 #include "host/form.h"
 
-namespace orvane {
-
+namespace orvane::data {
 class TLookupTable;
+}  // namespace orvane::data
+
+namespace orvane::host {
 
 /// What is searched and how the dialog opens.
 struct SearchSpec {
@@ -54,4 +56,4 @@ SearchSpec SearchOf(TLookupTable& table);
 /// columns of the answer, or empty when the user left without choosing.
 std::optional<NamedValues> RunSearchDialog(TVosBaseForm& owner, const SearchSpec& spec);
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -1,6 +1,6 @@
 #include "host/shell_form.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 constexpr auto Name = String("Name", 60, Key);
@@ -66,4 +66,4 @@ void TfVosShell::OpenCurrent() {
   if (!cdsPoints_.IsEmpty()) App().OpenPoint(cdsPoints_[Name].AsString(), GetLanguageNumber());
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

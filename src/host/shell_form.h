@@ -5,7 +5,7 @@
 #include "host/form.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class TfVosShell : public TVosBaseForm {
  public:
@@ -30,4 +30,4 @@ class TfVosShell : public TVosBaseForm {
   TVosDBGrid gPoints_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

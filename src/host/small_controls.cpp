@@ -6,7 +6,7 @@
 #include "host/form.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::host {
 
 // --- the key edit
 // ---------------------------------------------------------------------------------
@@ -131,4 +131,4 @@ std::size_t TLabel::LookHash() const {
   return LookHasher().Add(Control::LookHash()).Add(text).Add(chip ? 1U : 0U).Value();
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

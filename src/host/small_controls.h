@@ -10,7 +10,7 @@
 #include "host/cell_editor.h"
 #include "host/control.h"
 
-namespace orvane {
+namespace orvane::host {
 
 /// An edit that holds a document's key (identifier, version). Enter ends the in-place edit.
 class TKeyEdit : public Control {
@@ -87,4 +87,4 @@ class TLabel : public Control {
   std::size_t LookHash() const override;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
 
 class TVosBaseForm;
 struct ReportDocument;
@@ -52,4 +54,4 @@ class IToolkit {
   virtual void SetClipboard(const std::string& text) = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -13,7 +13,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 template <class FormClass>
 struct ActionRow {
@@ -54,4 +54,4 @@ bool When(const TVosBaseForm& form) {
   return (action_table_detail::FormOf(form, Rule).*Rule)();
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

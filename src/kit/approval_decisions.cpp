@@ -1,6 +1,6 @@
 #include "kit/approval_decisions.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 int ReadInt(TVosClientDataSet& dataSet, std::string_view field) {
@@ -61,4 +61,4 @@ bool CanUnConfDoc(TVosClientDataSet& rows, const ApprovalFields& fields, int own
   return true;
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -9,7 +9,7 @@
 #include "contract/workflow.h"
 #include "data/client_dataset.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// Fields of a document's approval rows.
 struct ApprovalFields {
@@ -47,4 +47,4 @@ bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, Decision deci
 /// No level above the user's own has approved: walks the rows from the highest level down.
 bool CanUnConfDoc(TVosClientDataSet& rows, const ApprovalFields& fields, int ownLevel);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -5,7 +5,7 @@
 #include "host/form.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 bool Leaves(const HandOver& row, KeyStroke key) {
@@ -46,4 +46,4 @@ void HandOverColumns(TVosDBGrid& grid, std::vector<HandOver> table) {
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -13,9 +13,11 @@
 
 #include "host/action.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// One column and where its keys lead. The first row of the table that fits is taken; where none
 /// does, the grid goes its own way.
@@ -33,4 +35,4 @@ struct HandOver {
 /// as everywhere.
 void HandOverColumns(TVosDBGrid& grid, std::vector<HandOver> table);
 
-}  // namespace orvane
+}  // namespace orvane::kit

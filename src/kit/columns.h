@@ -12,7 +12,7 @@
 #include "host/grid.h"
 #include "host/inspector.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 struct Column : GridColumn {
   Column(std::string_view fieldName, int widthChars, std::string_view columnTitle) {
@@ -107,4 +107,4 @@ struct SearchBy : SearchField {
   }
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

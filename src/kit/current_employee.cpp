@@ -2,7 +2,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 constexpr int kFirstCategoryWithEmployee = 3;
@@ -17,4 +17,4 @@ void RequireEmployee(TVosBaseForm& form, std::string_view text) {
   form.RefuseIf(form.App().vCurrentEmployee.IsNull() && NeedsEmployee(form.App()), text);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -2,10 +2,14 @@
 
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosBaseForm;
 class VosApplication;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// Whether a user of this level may not work without an employee record.
 bool NeedsEmployee(const VosApplication& app);
@@ -14,4 +18,4 @@ bool NeedsEmployee(const VosApplication& app);
 /// has none.
 void RequireEmployee(TVosBaseForm& form, std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -5,7 +5,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadApplyRules rules)
     : form_(form), head_(head), rules_(std::move(rules)) {
@@ -22,7 +22,7 @@ DocumentHead::DocumentHead(TVosBaseForm& form, TVosClientDataSet& head, HeadAppl
       rules_.reloadSaved(head_.FieldByName(rules_.savedIdentifier).Value(), PostExistingRecord);
     }
   };
-  head_.OnReconcileError = [this](const orvane::ReconcileError& error) { return Reconcile(error); };
+  head_.OnReconcileError = [this](const data::ReconcileError& error) { return Reconcile(error); };
   form_.Keeps(head_, [this] { Apply(); });
 }
 
@@ -59,7 +59,7 @@ void DocumentHead::Apply() {
   if (dropped_) rules_.reloadDropped();
 }
 
-ReconcileAction DocumentHead::Reconcile(const orvane::ReconcileError& error) {
+ReconcileAction DocumentHead::Reconcile(const data::ReconcileError& error) {
   // Of a new document the server holds nothing to show instead: what was typed stays.
   const bool entered = error.kind == ChangeKind::Insert;
   const ReconcileAction action = HandleReconcileError(
@@ -79,4 +79,4 @@ void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientData
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

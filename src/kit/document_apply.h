@@ -13,9 +13,11 @@
 #include "host/dialogs.h"
 #include "kit/immediate_apply.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// What differs between the heads of documents.
 struct HeadApplyRules {
@@ -55,7 +57,7 @@ class DocumentHead {
 
  private:
   void Apply();
-  ReconcileAction Reconcile(const orvane::ReconcileError& error);
+  ReconcileAction Reconcile(const data::ReconcileError& error);
 
   TVosBaseForm& form_;
   TVosClientDataSet& head_;
@@ -68,4 +70,4 @@ class DocumentHead {
 void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,
                      ImmediateApply how = {.maxErrors = -1, .form = ApplyForm::Repeated});
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -6,7 +6,7 @@
 #include "data/abort.h"
 #include "data/connection_scope.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 void CallOperations(TVosSQLConnection& connection, std::string_view method, VariantArray& data) {
   ConnectionScope scope(&connection);
@@ -60,4 +60,4 @@ void TakeShownNames(TVosClientDataSet& head, std::initializer_list<ShownName> na
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -10,7 +10,7 @@
 #include "data/lookup_table.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// Asks a method of a document's own class that only reads: `data` gives way to the answer. The
 /// connection is open while the call runs.
@@ -53,4 +53,4 @@ struct ShownName {
 /// shows in both languages.
 void TakeShownNames(TVosClientDataSet& head, std::initializer_list<ShownName> names);
 
-}  // namespace orvane
+}  // namespace orvane::kit

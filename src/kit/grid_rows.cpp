@@ -3,7 +3,7 @@
 #include "host/dialogs.h"
 #include "host/grid.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 void OfferRows(const OfferedRows& rows, bool writable, bool mayInsert) {
   rows.grid.readOnly = !writable;
@@ -24,4 +24,4 @@ void DeleteAsked(TVosBaseForm& form, TVosDBGrid& grid) {
   grid.DataSet().Delete();
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -5,10 +5,14 @@
 
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosBaseForm;
 class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// A grid of rows as the document offers it.
 struct OfferedRows {
@@ -27,4 +31,4 @@ bool HasRowToDelete(const TVosDBGrid& grid);
 /// Deletes the current row after the host's question; nothing happens without rows.
 void DeleteAsked(TVosBaseForm& form, TVosDBGrid& grid);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -3,7 +3,7 @@
 #include "data/abort.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 constexpr int kWarning = 2;
@@ -71,4 +71,4 @@ void ApplyAtOnce(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply 
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -7,9 +7,11 @@
 #include "data/client_dataset.h"
 #include "host/dialogs.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// How often the log is sent: once, or again until nothing is left in it.
 enum class ApplyForm : unsigned char { Once, Repeated };
@@ -37,4 +39,4 @@ void ApplyAtOnce(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply 
 /// conflict is a new attempt of his and goes at once, whatever the form.
 void ApplyChanges(TVosBaseForm& form, TVosClientDataSet& dataSet, ImmediateApply how);
 
-}  // namespace orvane
+}  // namespace orvane::kit

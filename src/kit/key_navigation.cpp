@@ -5,7 +5,7 @@
 #include "host/form.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 struct MoveRow {
@@ -62,4 +62,4 @@ void KeyNavigation::Refresh(LoadCode lastLoad, bool oneDocument) {
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

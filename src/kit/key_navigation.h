@@ -9,11 +9,14 @@
 #include <string_view>
 
 #include "contract/workflow.h"
+#include "packet/floors.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
 class TKeyEdit;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// The six moves of one key edit. Their names end in a suffix of their own ("Y"), so that a screen
 /// with two key edits has two sets on the same keys.
@@ -41,4 +44,4 @@ class KeyNavigation {
   Load load_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

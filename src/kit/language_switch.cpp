@@ -7,7 +7,7 @@
 #include "host/cell_editor.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 NamedValues KeyOfCurrentRow(TVosClientDataSet& dataSet) {
@@ -51,4 +51,4 @@ void LanguageSwitch::Settle() {
   form_.RefreshActions();
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -12,9 +12,11 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 class LanguageSwitch {
  public:
@@ -35,4 +37,4 @@ class LanguageSwitch {
   bool shownFirst_;  ///< the language that the rows came in
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -4,7 +4,7 @@
 
 #include "kit/columns.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 void SetUpLookup(TVosMTCombo& combo, LookupSetup setup) {
   combo.mode = setup.mode;
@@ -26,4 +26,4 @@ std::vector<SearchField> CodeAndNames(std::string_view code, std::string_view al
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -11,7 +11,7 @@
 #include "data/search_template.h"
 #include "host/combo.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 struct LookupSetup {
   std::string caption = {};           ///< of its search dialog
@@ -36,4 +36,4 @@ void SetUpLookup(TVosMTCombo& combo, LookupSetup setup);
 /// before the columns where the template needs it.
 std::vector<SearchField> CodeAndNames(std::string_view code, std::string_view alias = {});
 
-}  // namespace orvane
+}  // namespace orvane::kit

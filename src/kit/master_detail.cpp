@@ -4,7 +4,7 @@
 #include "data/connection_scope.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 MasterDetail::MasterDetail(TVosBaseForm& form, TVosClientDataSet& master, TVosClientDataSet& detail,
                            const MasterDetailFields& fields)
@@ -57,4 +57,4 @@ void MasterDetail::Adopt() {
   detail_.FieldByName(fields_.detailKey).Set(master_.FieldByName(fields_.masterKey).Value());
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

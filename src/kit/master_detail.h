@@ -11,9 +11,11 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 struct MasterDetailFields {
   std::string_view masterKey;  ///< of the master's row
@@ -55,4 +57,4 @@ class MasterDetail {
   Variant shown_;  ///< key of the master whose details are shown; Null: none
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -1,6 +1,6 @@
 #include "kit/message_text.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 std::string Filled(std::string_view text, std::initializer_list<std::string_view> values) {
   std::string filled;
@@ -13,4 +13,4 @@ std::string Filled(std::string_view text, std::initializer_list<std::string_view
   return filled.append(text);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

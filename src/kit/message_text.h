@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::kit {
 
 /// The text with each %s replaced by the next value, in order.
 std::string Filled(std::string_view text, std::initializer_list<std::string_view> values);
 
-}  // namespace orvane
+}  // namespace orvane::kit

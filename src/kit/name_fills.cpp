@@ -8,7 +8,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 /// A row without a name in the second language shows its first one, as the server does.
@@ -69,4 +69,4 @@ int NamesLanguage(const TVosBaseForm& form) {
   return form.App().AppNotMultiLang() || form.FirstLanguage() ? 1 : 2;
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

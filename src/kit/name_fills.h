@@ -14,9 +14,11 @@
 #include "data/client_dataset.h"
 #include "data/lookup_table.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// A code, the list it is chosen from, and the field that shows its name.
 struct NameFill {
@@ -37,4 +39,4 @@ void FillNames(TVosBaseForm& form, TVosClientDataSet& rows, const std::vector<Na
 /// The language of names that the server joins to rows: 1 first, 2 second (parameter LNG).
 int NamesLanguage(const TVosBaseForm& form);
 
-}  // namespace orvane
+}  // namespace orvane::kit

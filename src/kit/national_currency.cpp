@@ -4,7 +4,7 @@
 #include "host/inspector.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 bool IsLev(std::string_view currencyName) {
   const std::string name = Fold(Trim(currencyName));
@@ -33,4 +33,4 @@ void ShowByCurrency(TVosDataInspector& head, TVosDataInspector& sums, const Curr
       foreign ? NationalCaption(items.lev, items.plain, name) : std::string(items.plain);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

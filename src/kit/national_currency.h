@@ -4,10 +4,17 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::data {
 class TLookupTable;
+}  // namespace orvane::data
+
+namespace orvane::host {
 class TVosDataInspector;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// Whether a currency of this name ("Лев", "Български лев", "BGN") is the lev.
 bool IsLev(std::string_view currencyName);
@@ -31,4 +38,4 @@ struct CurrencyItems {
 void ShowByCurrency(TVosDataInspector& head, TVosDataInspector& sums, const CurrencyItems& items,
                     bool foreign, const TLookupTable& currencies, std::int64_t nationalCurrency);
 
-}  // namespace orvane
+}  // namespace orvane::kit

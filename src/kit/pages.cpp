@@ -3,7 +3,7 @@
 #include "host/grid.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 bool ShowNextPage(TPageControl& pages) {
   for (auto next = static_cast<std::size_t>(pages.active) + 1; next < pages.pages.size(); ++next) {
@@ -21,4 +21,4 @@ void OfferPageWithRows(TPageControl& pages, std::string_view name) {
   if (shown && !page.visible) pages.active = 0;
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -2,9 +2,13 @@
 
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TPageControl;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// Shows and focuses the next visible page behind the active one; false when there is none.
 bool ShowNextPage(TPageControl& pages);
@@ -13,4 +17,4 @@ bool ShowNextPage(TPageControl& pages);
 /// first page is shown.
 void OfferPageWithRows(TPageControl& pages, std::string_view name);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -3,7 +3,7 @@
 #include "host/form.h"
 #include "packet/decimal.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 std::int64_t ParamNumber(const TVosBaseForm& form, int group, int number) {
   const Variant value = form.App().GetParam(form.ModuleNo(), form.PointNo(), group, number);
@@ -36,4 +36,4 @@ std::string UnsignedSumMask(int wholeDigits, int decimals) {
   return WithDecimals("[*" + std::to_string(wholeDigits) + "[#]]", decimals);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

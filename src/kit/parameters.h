@@ -6,9 +6,13 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// A whole number; 0 when the parameter is unset, blank, or no whole number.
 std::int64_t ParamNumber(const TVosBaseForm& form, int group, int number);
@@ -23,4 +27,4 @@ std::string SumMask(int decimals);
 /// The same without a sign or blanks: "[*8[#]][;.[#[*1[#]]]]" for eight digits and two decimals.
 std::string UnsignedSumMask(int wholeDigits, int decimals);
 
-}  // namespace orvane
+}  // namespace orvane::kit

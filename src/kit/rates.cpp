@@ -1,6 +1,6 @@
 #include "kit/rates.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 constexpr int kRateDecimals = 7;
@@ -35,4 +35,4 @@ void SetRateOfExchange(const RateRule& rule) {
   rate.Set(found.IsNull() ? kRateOne : found);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

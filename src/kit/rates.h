@@ -4,7 +4,7 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// Where a document keeps its currency, and who publishes the rates.
 struct RateRule {
@@ -24,4 +24,4 @@ void ShowOrderRate(TField& rate);
 /// bank's rate, asked for with one call, or 1 when there is none or currency or day is missing yet.
 void SetRateOfExchange(const RateRule& rule);
 
-}  // namespace orvane
+}  // namespace orvane::kit

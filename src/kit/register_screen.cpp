@@ -10,7 +10,7 @@
 #include "host/inspector.h"
 #include "kit/grid_rows.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 namespace {
 
@@ -202,4 +202,4 @@ void ChooseLanguageTexts(const TVosBaseForm& form, TVosDBGrid& grid,
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -24,10 +24,12 @@
 #include "host/grid.h"
 #include "host/report.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
 class TVosDataInspector;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// The combo in use has a search: it offers the rows of a register, not a nomenclature's few.
 bool AtSearchableCombo(const TVosBaseForm& form);
@@ -157,4 +159,4 @@ void ChooseLanguageTexts(const TVosBaseForm& form, TVosDBGrid& grid,
                          std::initializer_list<std::string_view> fields,
                          LanguageMark mark = LanguageMark::Parentheses);
 
-}  // namespace orvane
+}  // namespace orvane::kit

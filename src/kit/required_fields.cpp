@@ -9,7 +9,7 @@
 #include "host/inspector.h"
 #include "kit/message_text.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 std::string TitleOf(TVosDBGrid& grid, std::string_view field) {
@@ -65,4 +65,4 @@ void RefuseAt(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view
   Refuse(form, inspector, field, text, kind);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -6,11 +6,15 @@
 #include <initializer_list>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
 
+namespace orvane::host {
 class TVosBaseForm;
 class TVosDBGrid;
 class TVosDataInspector;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// Kinds of message.
 inline constexpr int kErrorMessage = 0;
@@ -29,4 +33,4 @@ void RequireFields(TVosBaseForm& form, TVosDataInspector& inspector, std::string
 [[noreturn]] void RefuseAt(TVosBaseForm& form, TVosDataInspector& inspector, std::string_view field,
                            std::string_view text, int kind = kWarningMessage);
 
-}  // namespace orvane
+}  // namespace orvane::kit

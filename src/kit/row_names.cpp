@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-namespace orvane {
+namespace orvane::kit {
 
 void NameRows(TVosClientDataSet& rows, std::vector<RowWord> words) {
   rows.OnNameRow = [&rows, words = std::move(words)](const RowReader& row) {
@@ -16,4 +16,4 @@ void NameRows(TVosClientDataSet& rows, std::vector<RowWord> words) {
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -5,7 +5,7 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// A word and the field of the key whose value follows it.
 struct RowWord {
@@ -17,4 +17,4 @@ struct RowWord {
 /// 2, ред 3".
 void NameRows(TVosClientDataSet& rows, std::vector<RowWord> words);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -2,7 +2,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 void TakeKey(TAction& action, KeyStroke key) {
@@ -30,4 +30,4 @@ void SettleKey(TVosBaseForm& form, const SharedKey& shared) {
   if (form.FindAction(shared.owners[0])->shortcut == second.shortcut) TakeKey(second, shared.key);
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -10,10 +10,13 @@
 #include <string_view>
 
 #include "host/keys.h"
+#include "packet/floors.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// A key and the two actions that share it. They are never live together.
 struct SharedKey {
@@ -25,4 +28,4 @@ struct SharedKey {
 /// key then and hints at it: "Запис (F9)". While neither is live the key stays where it is.
 void SettleKey(TVosBaseForm& form, const SharedKey& shared);
 
-}  // namespace orvane
+}  // namespace orvane::kit

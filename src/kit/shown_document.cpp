@@ -11,7 +11,7 @@
 #include "kit/required_fields.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 constexpr std::string_view kUnsavedHead = "Документът не е записан. Да се запише ли?";
@@ -105,4 +105,4 @@ std::int32_t ShownDocument::TypedIdentifier() const {
   return *id;
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

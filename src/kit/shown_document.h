@@ -18,10 +18,12 @@
 #include "data/client_dataset.h"
 #include "kit/document_apply.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TKeyEdit;
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// A whole number typed as a key; empty when the text is none.
 std::optional<std::int32_t> ReadKey(std::string_view text);
@@ -92,4 +94,4 @@ class ShownDocument {
   bool givesUp_ = false;  ///< the event gives the head's typing up
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

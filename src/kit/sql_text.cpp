@@ -1,6 +1,6 @@
 #include "kit/sql_text.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 std::string Padded(int number, std::size_t width) {
@@ -23,4 +23,4 @@ std::string MSSQLDATE_Client(Date day) {
   return "'" + Padded(day.Year(), 4) + Padded(day.Month(), 2) + Padded(day.Day(), 2) + "'";
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -7,7 +7,7 @@
 
 #include "packet/date.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// "'ivanova'", quotes inside doubled.
 std::string QuotedSql(std::string_view text);
@@ -15,4 +15,4 @@ std::string QuotedSql(std::string_view text);
 /// A day in the form every server reads alike: "'20260305'".
 std::string MSSQLDATE_Client(Date day);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 constexpr std::int64_t kBlock = 100;
@@ -45,4 +45,4 @@ void NarrowUnits(TLookupTable& units, const std::string& clause) {
   units.SetTemplate(std::move(lines));
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

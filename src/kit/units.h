@@ -10,7 +10,7 @@
 #include "data/client_dataset.h"
 #include "data/lookup_table.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// Units of a row's item, as its dataset names them.
 struct UnitFields {
@@ -31,4 +31,4 @@ std::string UnitsClause(TVosClientDataSet& rows, const UnitFields& fields, bool 
 /// and fetched when one is needed.
 void NarrowUnits(TLookupTable& units, const std::string& clause);
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -8,7 +8,7 @@
 #include "data/connection.h"
 #include "host/application.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 namespace {
 
@@ -61,4 +61,4 @@ TurnCounted::~TurnCounted() {
   if (gained != 0) Show(app_, std::max<std::int64_t>(0, app_.waiting.documents + gained));
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

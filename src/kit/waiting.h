@@ -8,10 +8,13 @@
 #include <vector>
 
 #include "contract/workflow.h"
+#include "packet/floors.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class VosApplication;
+}  // namespace orvane::host
+
+namespace orvane::kit {
 
 /// "1 документ чака Вас", "2 документа чакат Вас"; empty for none.
 std::string WaitingText(std::int64_t documents);
@@ -42,4 +45,4 @@ class TurnCounted {
   bool hadTurn_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::kit

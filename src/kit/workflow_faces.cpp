@@ -1,6 +1,6 @@
 #include "kit/workflow_faces.h"
 
-namespace orvane {
+namespace orvane::kit {
 namespace {
 
 PointAccessRight RightAtPoint(Right right) {
@@ -48,4 +48,4 @@ bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption, std::strin
   return Confirmed(form, form.caption, "Потвърдете операция \"" + std::string(caption) + "\" !");
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

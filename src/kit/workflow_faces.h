@@ -22,7 +22,7 @@
 #include "kit/approval_decisions.h"
 #include "kit/waiting.h"
 
-namespace orvane {
+namespace orvane::kit {
 
 /// What of a loaded document decides over its moves.
 struct DocumentFacts {
@@ -130,4 +130,4 @@ void RefreshDecisionFaces(const FormClass& form, const DecisionFace<FormClass> (
     form.FindAction(face.action)->enabled = offered && (form.*face.may)();
 }
 
-}  // namespace orvane
+}  // namespace orvane::kit

@@ -5,6 +5,8 @@
 #include <utility>
 #include <variant>
 
+#include "packet/floors.h"
+
 namespace orvane {
 
 /// Why the server did not do what it was asked. The list is closed and the same in-process and over

@@ -13,7 +13,7 @@
 #include "server/providers/select_statement.h"
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// More fetches than any screen sends together.
@@ -228,4 +228,4 @@ Answer<VariantArray> OrvaneServer::Call(const Caller& caller, const MethodCall& 
   });
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -23,7 +23,7 @@
 #include "server/providers/work.h"
 #include "server/sessions/sessions.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct ServerOptions {
   SessionOptions sessions;
@@ -80,4 +80,4 @@ class OrvaneServer final : public IApplicationServer {
   std::atomic<std::int64_t> claimsRefused_{0};
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

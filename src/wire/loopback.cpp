@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 /// An IPv6 address has several colons, one with a port has brackets.
@@ -33,4 +33,4 @@ std::string AddressOf(std::string_view host, int port) {
   return (IsBareIpv6(host) ? '[' + bare + ']' : bare) + ':' + std::to_string(port);
 }
 
-}  // namespace orvane
+}  // namespace orvane::wire

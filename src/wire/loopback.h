@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::wire {
 
 /// True when the host (a name or an address, without port) is this machine itself, which nobody can
 /// listen to on the way.
@@ -15,4 +15,4 @@ std::string_view HostOf(std::string_view address);
 /// Host and port as an address; an IPv6 host gets its brackets.
 std::string AddressOf(std::string_view host, int port);
 
-}  // namespace orvane
+}  // namespace orvane::wire

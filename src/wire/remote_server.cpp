@@ -16,7 +16,7 @@
 #include "wire/metadata.h"
 #include "wire/text_file.h"
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 using SystemTime = std::chrono::system_clock;
@@ -311,4 +311,4 @@ Answer<VariantArray> RemoteServer::Call(const Caller& caller, const MethodCall& 
                                                  &v1::ApplicationServer::Stub::AsyncCall);
 }
 
-}  // namespace orvane
+}  // namespace orvane::wire

@@ -11,7 +11,7 @@
 #include "packet/application_server.h"
 #include "packet/faulty_door.h"
 
-namespace orvane {
+namespace orvane::wire {
 
 struct RemoteOptions {
   std::string address{};  ///< "host:port"
@@ -63,4 +63,4 @@ class RemoteServer final : public IApplicationServer {
   std::unique_ptr<Link> link_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::wire

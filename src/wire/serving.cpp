@@ -18,7 +18,7 @@
 #include "wire/metadata.h"
 #include "wire/text_file.h"
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 /// Threads of the transport itself.
@@ -208,4 +208,4 @@ Answer<std::unique_ptr<RunningServer>> StartServing(IApplicationServer& server,
   return std::unique_ptr<RunningServer>(std::move(running));
 }
 
-}  // namespace orvane
+}  // namespace orvane::wire

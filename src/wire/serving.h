@@ -18,7 +18,7 @@
 
 #include "packet/application_server.h"
 
-namespace orvane {
+namespace orvane::wire {
 
 struct ServingOptions {
   std::string address = "127.0.0.1";
@@ -74,4 +74,4 @@ class RunningServer {
 Answer<std::unique_ptr<RunningServer>> StartServing(IApplicationServer& server,
                                                     const ServingOptions& options);
 
-}  // namespace orvane
+}  // namespace orvane::wire

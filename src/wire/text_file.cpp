@@ -3,7 +3,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace orvane {
+namespace orvane::wire {
 
 std::optional<std::string> ReadTextFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -12,4 +12,4 @@ std::optional<std::string> ReadTextFile(const std::string& path) {
   return content.str();
 }
 
-}  // namespace orvane
+}  // namespace orvane::wire

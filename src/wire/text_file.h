@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
-namespace orvane {
+namespace orvane::wire {
 
 /// The whole file; empty when it cannot be read.
 std::optional<std::string> ReadTextFile(const std::string& path);
 
-}  // namespace orvane
+}  // namespace orvane::wire

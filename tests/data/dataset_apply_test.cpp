@@ -8,7 +8,7 @@
 #include "data/abort.h"
 #include "data/fake_server.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 using enum ReconcileAction;
@@ -114,7 +114,7 @@ TEST(Reconcile, EveryAnswerDoesWhatItSays) {
     bool closed = false;
     desk.items.AfterApplyUpdates = [&](const Variant&) { closed = true; };
     if (row.action == Abort) {
-      EXPECT_THROW(desk.items.ApplyUpdates(0), orvane::Abort);
+      EXPECT_THROW(desk.items.ApplyUpdates(0), data::Abort);
     } else {
       EXPECT_EQ(desk.items.ApplyUpdates(0), 1u);
     }
@@ -426,4 +426,4 @@ TEST(BrokenLink, AFailedFetchLeavesTheRows) {
 }
 
 }  // namespace
-}  // namespace orvane::test
+}  // namespace orvane::data::test

@@ -5,7 +5,7 @@
 #include "data/abort.h"
 #include "data/fake_server.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 /// Does a step and compares the events it made.
@@ -202,4 +202,4 @@ TEST(DatasetEvents, WhatTheUserTypedWrongChangesNothing) {
 }
 
 }  // namespace
-}  // namespace orvane::test
+}  // namespace orvane::data::test

@@ -8,7 +8,7 @@
 #include "data/fake_server.h"
 #include "support/seed.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 /// Runs words like "edit 2 Борис", "insert 9 Жана", "delete 1", "cancel" and returns what would be
@@ -203,4 +203,4 @@ TEST(ChangeLog, TheDeltaCarriedOutIsTheDatasetShown) {
 }
 
 }  // namespace
-}  // namespace orvane::test
+}  // namespace orvane::data::test

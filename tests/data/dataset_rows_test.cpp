@@ -6,7 +6,7 @@
 #include "data/data_module.h"
 #include "data/fake_server.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 std::string Names(const TVosClientDataSet& dataSet) {
@@ -251,4 +251,4 @@ TEST(FetchTogether, IsOneCallAndClosesTheConnections) {
 }
 
 }  // namespace
-}  // namespace orvane::test
+}  // namespace orvane::data::test

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <utility>
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 constexpr std::size_t kColumns = 5;
@@ -239,4 +239,4 @@ std::string TextOf(const Delta& delta) {
   return text;
 }
 
-}  // namespace orvane::test
+}  // namespace orvane::data::test

@@ -13,7 +13,7 @@
 #include "data/client_dataset.h"
 #include "data/connection.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 
 namespace item {
 inline constexpr auto Id = Int32("Id", Key | Required, "Номер");
@@ -95,4 +95,4 @@ std::string Shown(const TVosClientDataSet& dataSet);
 std::string TextOf(const Change& change);
 std::string TextOf(const Delta& delta);
 
-}  // namespace orvane::test
+}  // namespace orvane::data::test

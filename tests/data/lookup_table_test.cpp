@@ -11,7 +11,7 @@
 #include "data/screen_fetch.h"
 #include "packet/fold.h"
 
-namespace orvane::test {
+namespace orvane::data::test {
 namespace {
 
 constexpr auto kPartner = Code19("Partner", Key);
@@ -239,4 +239,4 @@ TEST(LookupCompletion, FetchesWhatAllRowsMissInOneCall) {
 }
 
 }  // namespace
-}  // namespace orvane::test
+}  // namespace orvane::data::test

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 /// Rows: a mask, and what it says to each text: "+" complete, "…" beginning, "-" impossible. "''"
@@ -67,4 +67,4 @@ TEST(PictureMaskDeathTest, AMalformedMaskIsTheProgrammersError) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::data

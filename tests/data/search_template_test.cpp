@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 const std::vector<std::string> kUsers = {"select ShortName,UserName ", "from WSysUsers {$WN}",
@@ -164,4 +164,4 @@ TEST(SearchTemplate, FieldsAreOfferedByLanguage) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::data

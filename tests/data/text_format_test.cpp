@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::data {
 namespace {
 
 TextFormat Of(ValueKind kind, int decimals = -1, bool grouped = false) {
@@ -146,4 +146,4 @@ TEST(TextFormat, TextBecomesTheValueItCameFrom) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::data

@@ -10,7 +10,7 @@
 #include "desktop/screen.h"
 #include "host/dialogs.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 using sample::Screen;
@@ -237,4 +237,4 @@ TEST(DesktopWalk, NamesTheLineAndWhatAPersonWouldHaveSeen) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -9,7 +9,7 @@
 
 #include "desktop/screen.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 using sample::Screen;
@@ -205,4 +205,4 @@ TEST(DesktopKeys, FocusFollowsTheModelAlone) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -16,7 +16,7 @@
 #include "desktop/small_views.h"
 #include "desktop/theme.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 using sample::Screen;
@@ -245,4 +245,4 @@ TEST(DesktopLook, ColumnWidthsAndPlacesAreRemembered) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,7 +7,7 @@
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  orvane::ApplyTheme(application, orvane::Theme::Light);
+  orvane::desktop::ApplyTheme(application, orvane::desktop::Theme::Light);
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();
 }

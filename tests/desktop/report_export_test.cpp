@@ -18,7 +18,7 @@
 #include "desktop/screen.h"
 #include "host/report_fakes.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 std::unique_ptr<const ReportPages> PagesOf(ReportDocument document) {
@@ -262,4 +262,4 @@ TEST(ReportExport, EachKeyOfThePreviewSavesItsKindOfFile) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -9,7 +9,7 @@
 #include "desktop/barcode.h"
 #include "host/report_fakes.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 using Part = ReportPages::Part;
@@ -144,4 +144,4 @@ TEST(DesktopReport, BarcodeSymbolsAreElevenModulesWide) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -3,7 +3,7 @@
 #include "contract/field.h"
 #include "host/dialogs.h"
 
-namespace orvane::sample {
+namespace orvane::desktop::sample {
 namespace {
 
 constexpr auto DocumentDate = Day("DocumentDate", Plain, "Дата на документ");
@@ -304,4 +304,4 @@ void TfSample::PlaceControls() {
   });
 }
 
-}  // namespace orvane::sample
+}  // namespace orvane::desktop::sample

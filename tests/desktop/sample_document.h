@@ -17,7 +17,7 @@
 #include "packet/application_server.h"
 #include "packet/clock.h"
 
-namespace orvane::sample {
+namespace orvane::desktop::sample {
 
 /// Answers logins; the sample fetches nothing.
 class SampleServer final : public IApplicationServer {
@@ -73,4 +73,4 @@ class TfSample : public TVosBaseForm {
   void PlaceControls();
 };
 
-}  // namespace orvane::sample
+}  // namespace orvane::desktop::sample

@@ -20,7 +20,7 @@
 #include "desktop/sample_document.h"
 #include "desktop/walk_driver.h"
 
-namespace orvane::sample {
+namespace orvane::desktop::sample {
 
 class Screen {
  public:
@@ -67,4 +67,4 @@ class Screen {
   std::unique_ptr<TfSample> form;
 };
 
-}  // namespace orvane::sample
+}  // namespace orvane::desktop::sample

@@ -10,7 +10,7 @@
 #include "desktop/screen.h"
 #include "desktop/wait_pump.h"
 
-namespace orvane {
+namespace orvane::desktop {
 namespace {
 
 using sample::Screen;
@@ -83,4 +83,4 @@ TEST(DesktopAccessible, ViewsAreFocusableAndTellPlaceAndValue) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::desktop

@@ -7,7 +7,7 @@
 #include "data/abort.h"
 #include "host/form_fakes.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::Host;
@@ -227,4 +227,4 @@ TEST_F(ApplicationTest, AClassRegisteredAgainKeepsItsPlace) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 TEST(Calculator, WorksOutSumsAsTheyAreWritten) {
@@ -53,4 +53,4 @@ TEST(Calculator, SaysWhatCannotBeWorkedOut) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

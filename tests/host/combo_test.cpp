@@ -6,7 +6,7 @@
 
 #include "host/editing_screen.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::EditingScreen;
@@ -255,4 +255,4 @@ TEST(ComboTest, BehindAPortionTypingAsksTheServerAndKeysAreFetchedOneByOne) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

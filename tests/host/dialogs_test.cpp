@@ -12,7 +12,7 @@
 #include "host/search_dialog.h"
 #include "host/shell_form.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::Host;
@@ -510,4 +510,4 @@ TEST(Shell, TheMenuShowsWhatMayBeOpenedOpensItAndClosesEverything) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

@@ -17,7 +17,7 @@
 #include "host/inspector.h"
 #include "host/small_controls.h"
 
-namespace orvane::fakes {
+namespace orvane::host::fakes {
 
 namespace goods {
 inline constexpr auto Code = Int16("Code", Key | Required, "Код");
@@ -175,4 +175,4 @@ class EditingScreen : public TVosBaseForm {
   FakeToolkit& toolkit_;
 };
 
-}  // namespace orvane::fakes
+}  // namespace orvane::host::fakes

@@ -4,7 +4,7 @@
 #include "data/abort.h"
 #include "host/editing_screen.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::EditingScreen;
@@ -98,4 +98,4 @@ TEST(PageControlTest, APageIsShownWithItsContentFocused) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

@@ -15,7 +15,7 @@
 #include "host/toolkit.h"
 #include "packet/application_server.h"
 
-namespace orvane::fakes {
+namespace orvane::host::fakes {
 
 class FakeServer final : public IApplicationServer {
  public:
@@ -157,4 +157,4 @@ inline void Type(TVosBaseForm& form, std::string_view text) {
   form.Dispatch(TextTyped{std::string(text)});
 }
 
-}  // namespace orvane::fakes
+}  // namespace orvane::host::fakes

@@ -13,7 +13,7 @@
 #include "host/form_fakes.h"
 #include "host/small_controls.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::Host;
@@ -519,4 +519,4 @@ TEST(Keys, WhatIsWrittenIsReadBack) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

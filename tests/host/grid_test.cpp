@@ -6,7 +6,7 @@
 #include "data/abort.h"
 #include "host/editing_screen.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::EditingScreen;
@@ -401,4 +401,4 @@ TEST(GridTest, MessagesNameColumnsWithoutLineBreaks) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

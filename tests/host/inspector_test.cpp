@@ -5,7 +5,7 @@
 
 #include "host/editing_screen.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::EditingScreen;
@@ -140,4 +140,4 @@ TEST(InspectorTest, NamesStandBehindCodesAndPasswordsAreNeverShown) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

@@ -15,7 +15,7 @@
 
 #include "host/report_snapshot.h"
 
-namespace orvane::fakes {
+namespace orvane::host::fakes {
 
 /// Bytes that the program has taken from the heap.
 inline std::int64_t HeldBytes() {
@@ -145,4 +145,4 @@ inline std::vector<std::vector<std::string>> TextsOf(const ReportSnapshot& repor
   return texts;
 }
 
-}  // namespace orvane::fakes
+}  // namespace orvane::host::fakes

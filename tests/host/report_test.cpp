@@ -9,7 +9,7 @@
 #include "host/grid.h"
 #include "host/report_fakes.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 using fakes::Host;
@@ -219,4 +219,4 @@ TEST(ReportSnapshots, AreStoppedBetweenPortions) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::host

@@ -5,7 +5,7 @@
 
 #include "modules/user_screen.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr int kNothing = 0;
@@ -173,4 +173,4 @@ TEST(ModuleStart, RegistersEveryScreenClassInOrder) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -9,7 +9,7 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "support/test_server.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 TEST(OneLanguage, LeavesOutWhatIsOfTheSecond) {
@@ -51,4 +51,4 @@ TEST(OneLanguage, LeavesOutWhatIsOfTheSecond) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -4,7 +4,7 @@
 
 #include "modules/user_screen.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 struct Company {
@@ -146,4 +146,4 @@ TEST(DeputiesScreen, APeriodNeedsAUnitThatIsSaved) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -9,7 +9,7 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "support/test_server.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 class Screen {
@@ -108,4 +108,4 @@ TEST_F(ParametersScreen, ARefusedParameterLosesNothing) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -5,7 +5,7 @@
 
 #include "modules/request_world.h"
 
-namespace orvane::requests {
+namespace orvane::modules::requests {
 namespace {
 
 namespace head = purchase_request::head;
@@ -454,4 +454,4 @@ TEST(PurchaseRequestRules, ABrokenLinkLosesNothingTyped) {
 }
 
 }  // namespace
-}  // namespace orvane::requests
+}  // namespace orvane::modules::requests

@@ -6,7 +6,7 @@
 #include "host/report_fakes.h"
 #include "modules/request_world.h"
 
-namespace orvane::requests {
+namespace orvane::modules::requests {
 namespace {
 
 Document InCurrency(int id, int kind, int currency) {
@@ -464,4 +464,4 @@ TEST(PurchaseRequestScreen, OneGivenRequestIsShownAndNothingElse) {
 }
 
 }  // namespace
-}  // namespace orvane::requests
+}  // namespace orvane::modules::requests

@@ -6,7 +6,7 @@
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
 #include "modules/request_world.h"
 
-namespace orvane::requests {
+namespace orvane::modules::requests {
 namespace {
 
 namespace pr = purchase_request;
@@ -423,4 +423,4 @@ TEST(PurchaseRequestReport, ReturnsWhatWasChosenOrMade) {
 }
 
 }  // namespace
-}  // namespace orvane::requests
+}  // namespace orvane::modules::requests

@@ -7,7 +7,7 @@
 #include "contract/parameters.h"
 #include "contract/system.h"
 
-namespace orvane::requests {
+namespace orvane::modules::requests {
 
 using namespace purchase_request;
 
@@ -518,4 +518,4 @@ void World::StartNew() {
   Type("KindSupply", "4");
 }
 
-}  // namespace orvane::requests
+}  // namespace orvane::modules::requests

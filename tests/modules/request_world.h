@@ -19,7 +19,7 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-namespace orvane::requests {
+namespace orvane::modules::requests {
 
 using fakes::FakeToolkit;
 
@@ -128,4 +128,4 @@ class World {
   std::int64_t callsSeen_ = 0;
 };
 
-}  // namespace orvane::requests
+}  // namespace orvane::modules::requests

@@ -4,7 +4,7 @@
 
 #include "host/combo.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 std::string Quoted(std::string_view name) {
@@ -36,7 +36,7 @@ bool Names(const std::vector<std::string>& statement, std::string_view name) {
 
 }  // namespace
 
-ScreenFindings::ScreenFindings(TVosBaseForm& form, const std::vector<ServerClass>& classes)
+ScreenFindings::ScreenFindings(TVosBaseForm& form, const std::vector<server::ServerClass>& classes)
     : form_(form), classes_(classes) {
   for (Control* control : form.Controls()) {
     if (auto* grid = dynamic_cast<TVosDBGrid*>(control)) CheckGrid(*grid);
@@ -106,13 +106,13 @@ void ScreenFindings::CheckCombo(TVosMTCombo& combo) {
 void ScreenFindings::CheckDataSet(TVosClientDataSet& rows, const TDataSource* source) {
   if (rows.Connection() == nullptr || !seen_.insert(&rows).second) return;
   const FetchRequest request = rows.MakeFetchRequest();
-  const auto own =
-      std::ranges::find(classes_, std::string_view(request.serverClass), &ServerClass::Name);
+  const auto own = std::ranges::find(classes_, std::string_view(request.serverClass),
+                                     &server::ServerClass::Name);
   if (own == classes_.end())
     return Add("S002", rows.Name(), "there is no server class " + request.serverClass);
   if (!own->UseFrom(form_.PointNo()))
     Add("S011", rows.Name(), request.serverClass + " is not for this point");
-  const ProviderRow* provider = own->FindProvider(request.provider);
+  const server::ProviderRow* provider = own->FindProvider(request.provider);
   if (rows.OnFetchPortion) return;  // the answers of a method
   if (provider == nullptr) return Add("S002", rows.Name(), "no provider " + request.provider);
   if (provider->search) return;
@@ -174,4 +174,4 @@ void ScreenFindings::CheckKeysAt(const std::string& place) {
     Add("S009", place, keys);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -18,11 +18,11 @@
 #include "host/inspector.h"
 #include "server/providers/server_class.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class ScreenFindings {
  public:
-  ScreenFindings(TVosBaseForm& form, const std::vector<ServerClass>& classes);
+  ScreenFindings(TVosBaseForm& form, const std::vector<server::ServerClass>& classes);
 
   /// "S001 TfDepartment.gDepartment: 'Chef' names no field of cdsDepartment", in the order found.
   const std::vector<std::string>& All() const { return all_; }
@@ -43,10 +43,10 @@ class ScreenFindings {
   void CheckKeysAt(const std::string& place);
 
   TVosBaseForm& form_;
-  const std::vector<ServerClass>& classes_;
+  const std::vector<server::ServerClass>& classes_;
   std::set<std::string> placed_;
   std::set<const void*> seen_;
   std::vector<std::string> all_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -13,7 +13,7 @@
 #include "modules/user_screen.h"
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 /// A server of two languages with one user who may do everything.
@@ -147,4 +147,4 @@ TEST(EveryScreen, OfAWrongOneTellsEachMistakeByNumber) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

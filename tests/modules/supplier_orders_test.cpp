@@ -8,7 +8,7 @@
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 #include "modules/user_screen.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 using namespace supplier_order;
@@ -340,4 +340,4 @@ TEST(OrderScreen, ShowsOneGivenOrderToBeReadOnly) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -6,7 +6,7 @@
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 #include "modules/user_screen.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr int kCapital = 1;
@@ -203,4 +203,4 @@ TEST(ContractScreen, WithOneLanguageHasOneTextOfEach) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -14,7 +14,7 @@
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "support/test_server.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class UserScreen {
  public:
@@ -66,4 +66,4 @@ class UserScreen {
   std::unique_ptr<TfOrvaneMain> main_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -2,7 +2,7 @@
 
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Applying : public ServerCase {
@@ -407,4 +407,4 @@ TEST_P(Applying, TwoProvidersTravelTogetherAndAPostIsFewStatements) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

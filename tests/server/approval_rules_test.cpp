@@ -9,7 +9,7 @@
 #include "server/approval/decision.h"
 #include "server/approval/levels.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Calls `check` with every combination of statuses of up to `most` levels; each level is decided
@@ -276,4 +276,4 @@ TEST(ApprovalRules, WhoeverHeadsNothingAnyMoreTakesBackButDoesNotExchange) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "server/check/check.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kGiven = ApprovalGiven;
@@ -541,4 +541,4 @@ TEST_P(Approval, SendingAgainstAChangeOfARowEqualsOneBeforeTheOther) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class CapExPlan : public ServerCase {
@@ -79,4 +79,4 @@ TEST_P(CapExPlan, CodesAreOneOfEachAndTheRightsAreThePoints) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "support/demo_rows.h"
 #include "support/engine_steps.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 NamedValues RowAt(const DataPacket& rows, const DemoTable& table, std::size_t row) {
@@ -108,4 +108,4 @@ void DemoClerk::Apply(std::string_view provider, Change change) {
   EXPECT_FALSE(outcome.failure) << Where() << ", " << provider << ": " << outcome.failure->message;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

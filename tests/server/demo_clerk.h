@@ -12,7 +12,7 @@
 #include "server/demo/demo_tables.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A row's value; fails the test when the row has no such column.
 const Variant& At(const NamedValues& row, std::string_view column);
@@ -54,4 +54,4 @@ class DemoClerk {
   Point point_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -23,7 +23,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::int64_t kDocuments = 3000;
@@ -421,4 +421,4 @@ TEST_P(DemoCompany, TwentyThousandRequestsAreMade) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "contract/purchase_request.h"
 #include "server/demo_clerk.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -255,4 +255,4 @@ TEST_P(DemoEntry, RequestsEnteredByTheirRequestersAreTheRowsOfTheDemonstration) 
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

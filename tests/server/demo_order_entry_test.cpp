@@ -7,7 +7,7 @@
 #include "contract/supplier_order.h"
 #include "server/demo_clerk.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::int64_t kRequests = 100;
@@ -108,4 +108,4 @@ TEST_P(DemoOrderEntry, OrdersEnteredByTheirBuyerAreTheRowsOfTheDemonstration) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 TEST(DemoText, NamesAreTransliteratedAsTheLawSays) {
@@ -40,4 +40,4 @@ TEST(DemoText, CheckDigitsOfCompanyNumbers) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

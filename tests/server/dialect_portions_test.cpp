@@ -6,7 +6,7 @@
 #include "packet/fold.h"
 #include "server/dialect_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kRows = 1000;
@@ -197,4 +197,4 @@ TEST_P(DialectOnEngine, APortionThatEndsWithTheLastRowPromisesNothing) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

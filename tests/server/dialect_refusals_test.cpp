@@ -4,7 +4,7 @@
 
 #include "server/dialect/search.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 const NamedValues kParams = {{"Text", "стоки"}, {"Number", 5}, {"List", VariantArray{1, 2}}};
@@ -227,4 +227,4 @@ TEST(DialectRefusals, TablesAreReadOnlyFromWhereTheyMayBe) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/dialect_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Search {
@@ -367,4 +367,4 @@ TEST_P(DialectOnEngine, HiddenRowsAnswerNeitherByErrorsNorByTime) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "packet/fold.h"
 #include "server/dialect_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct SchemaColumn {
@@ -135,4 +135,4 @@ TEST_P(DialectOnEngine, NomenclaturesAreFoundInTheMigratedDatabase) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/dialect_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Template {
@@ -476,4 +476,4 @@ TEST(DialectPlans, AListOpensWithoutReadingMoreThanItsPage) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::string TypeOf(ValueKind kind, Engine engine) {
@@ -255,4 +255,4 @@ std::string RowsOf(const DataPacket& packet) {
   return rows;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

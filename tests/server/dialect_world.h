@@ -13,7 +13,7 @@
 #include "server/dialect/search.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// How a test asks. Without more it is somebody who may read and see everything on 05.03.2026.
 struct Asking {
@@ -60,4 +60,4 @@ std::string RowsOf(const DataPacket& packet);
 
 class DialectOnEngine : public testing::TestWithParam<Engine> {};
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "server/check/check.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Durability : public ServerCase {};
@@ -208,4 +208,4 @@ TEST_P(Durability, AUserWhoHeadsADepartmentIsNotRemoved) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "contract/supplier_order.h"
 #include "server/many_requests.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kFew = 1'000;
@@ -229,4 +229,4 @@ TEST_P(GrowthCounts, OfAHundredThousandRequestsAreThoseOfAThousand) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "server/providers/value_text.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 int retriesWanted = 0;
@@ -139,4 +139,4 @@ TEST(ValueText, ReadsBackExactly) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

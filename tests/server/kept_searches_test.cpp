@@ -5,7 +5,7 @@
 
 #include "server/dialect_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr char kEntries[] =
@@ -164,4 +164,4 @@ TEST(KeptSearches, TakeUpNoMoreThanTheyMay) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

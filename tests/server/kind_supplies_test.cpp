@@ -2,7 +2,7 @@
 
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class KindSupplies : public ServerCase {
@@ -71,4 +71,4 @@ TEST_P(KindSupplies, AKindInUseSaysByWhatItIsKept) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 #include "server/approval/levels.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 LevelRow Range(int from, int to) {
@@ -127,4 +127,4 @@ TEST_P(LevelsApproval, AGapIsToldAndWhatWasEnteredStays) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,6 +1,6 @@
 #include "server/many_requests.h"
 
-namespace orvane {
+namespace orvane::server {
 
 void FillManyRequests(RequestWorld& world, int count) {
   ASSERT_EQ(world.AddOrder(20, 1000), kRareOrder);
@@ -68,4 +68,4 @@ void FillManyRequests(RequestWorld& world, int count) {
   ASSERT_TRUE(analyzed) << analyzed.GetFailure().text;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -14,7 +14,7 @@
 
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What requests 1 to 5 name in their first row.
 inline constexpr std::int64_t kRareOrder = 1;
@@ -22,4 +22,4 @@ inline constexpr std::int64_t kRareOrder = 1;
 /// Writes requests 1 to `count` and refreshes the engine's statistics.
 void FillManyRequests(RequestWorld& world, int count);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "server/order_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Orders : public OrderCase {
@@ -313,4 +313,4 @@ TEST_P(Orders, OfTwoWhoEnterTheSameEntryOneDoes) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

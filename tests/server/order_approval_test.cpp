@@ -6,7 +6,7 @@
 #include "server/check/check.h"
 #include "server/order_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kWaiting = ApprovalWaiting;
@@ -307,4 +307,4 @@ TEST_P(OrderApproval, TheCheckFindsStatusesAndSumsThatAreNotTheirRows) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 
 #include "server/order_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -274,4 +274,4 @@ TEST_P(OrderLoads, RequestsAgainstAnOrderAreShownToThoseWhoSeeThem) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

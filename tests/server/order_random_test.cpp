@@ -8,7 +8,7 @@
 #include "server/order_world.h"
 #include "support/seed.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kOperations = 500;
@@ -138,4 +138,4 @@ TEST_P(RandomOrders, WhateverIsDoneWhatIsStoredStaysTrue) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "contract/supplier_order.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using namespace supplier_order;
@@ -136,4 +136,4 @@ TEST_P(OrderReport, OpensWithTheCostCentresOfTheAskerAndTheNamesOfStatuses) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

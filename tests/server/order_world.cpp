@@ -2,7 +2,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -182,4 +182,4 @@ std::string OrderWorld::OrderSums(std::int64_t id) {
          Column("select SumManifacOrder" + from, ValueKind::Amount);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "contract/supplier_order.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 
 class OrderWorld : public RequestWorld {
  public:
@@ -55,4 +55,4 @@ class OrderCase : public testing::TestWithParam<Engine> {
   OrderWorld world;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "contract/structure_deputies.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Register {
@@ -333,4 +333,4 @@ TEST_P(OrganisationRegisters, EveryRegisterAsksForTheRightOfItsOwnPoint) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

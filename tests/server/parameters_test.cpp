@@ -2,7 +2,7 @@
 
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Parameters : public ServerCase {
@@ -93,4 +93,4 @@ TEST_P(Parameters, AValueChangedMeanwhileIsToldAndKept) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -18,7 +18,7 @@
 #include "packet/clock.h"
 #include "wire/remote_server.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Program : public testing::Test {
@@ -275,7 +275,7 @@ TEST_F(Program, TheStepsOfReadmeEndWithAUserWhoEntersARequest) {
         << file;
   }
 
-  auto remote = RemoteServer::Open({.address = "127.0.0.1:" + said});
+  auto remote = wire::RemoteServer::Open({.address = "127.0.0.1:" + said});
   ASSERT_TRUE(remote);
   LoginRequest login;
   login.login = "ivanova";
@@ -344,4 +344,4 @@ TEST_F(Program, AServerStopsAtItsEaseWhenAskedTo) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -10,7 +10,7 @@
 #include "server/server_case.h"
 #include "support/seed.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kOperations = 2000;
@@ -323,4 +323,4 @@ TEST_P(Random, ThingsComeOutAsTheRulesSay) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class RequestHeads : public RequestCase {
@@ -358,4 +358,4 @@ TEST_P(RequestHeads, ARepeatedChangeIsAnsweredAsTheFirstTime) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

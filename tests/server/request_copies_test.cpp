@@ -5,7 +5,7 @@
 #include "packet/faulty_door.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class RequestCopies : public RequestCase {
@@ -222,4 +222,4 @@ TEST_P(RequestCopies, TwoNewVersionsAtOnceMakeOne) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

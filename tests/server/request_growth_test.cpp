@@ -5,7 +5,7 @@
 #include "server/documents/request_document.h"
 #include "server/many_requests.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kManyRequests = 20'000;
@@ -97,4 +97,4 @@ TEST_P(RequestGrowth, MovesAmongManyFindTheNearestSeen) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

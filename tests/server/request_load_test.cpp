@@ -3,7 +3,7 @@
 
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class RequestLoads : public RequestCase {
@@ -325,4 +325,4 @@ TEST_P(RequestLoads, RatesComeByDataRequestAndRequestersByParameter) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/documents/values.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Decimal Number(const char* text) {
@@ -430,4 +430,4 @@ TEST_P(RequestRows, AFailedRowOfManyLeavesTheSumRight) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -312,4 +312,4 @@ std::string RequestWorld::Rows(std::int64_t id, int version) {
       ValueKind::String);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

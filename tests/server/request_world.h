@@ -21,7 +21,7 @@
 #include "contract/purchase_request.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 
 class RequestWorld {
  public:
@@ -89,4 +89,4 @@ class RequestCase : public testing::TestWithParam<Engine> {
   RequestWorld world;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,6 +1,6 @@
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Requests : public ServerCase {
@@ -127,4 +127,4 @@ TEST_P(Requests, SearchAndProviderMayTravelTogether) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -10,7 +10,7 @@
 #include "server/providers/server_class.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct OwnPoint {
@@ -192,4 +192,4 @@ TEST_P(Rights, AreThoseOfTheTableForEveryProviderAndMethodFromEveryPoint) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include <optional>
 #include <thread>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// One user's search in a thread of its own; notes its name when its turn comes.
@@ -56,4 +56,4 @@ TEST(SearchTurns, OneOfEachBesideAReserve) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

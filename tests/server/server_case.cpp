@@ -1,6 +1,6 @@
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::string Departments(TestServer& server) {
   const Statement select{"select Code, Name, Chief from Department order by Code",
@@ -48,4 +48,4 @@ std::string Outcome(const ChangeOutcome& outcome) {
   return outcome.applied ? "ok" : "-";
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

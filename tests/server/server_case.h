@@ -7,7 +7,7 @@
 #include "support/test_databases.h"
 #include "support/test_server.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A case of the server that holds on every engine.
 class ServerCase : public testing::TestWithParam<Engine> {};
@@ -38,4 +38,4 @@ std::string Outcome(const Answer<T>& answer) {
 /// "ok", "Refused: …", or "-" for a change that was not tried.
 std::string Outcome(const ChangeOutcome& outcome);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 #include "server/log/log_text.h"
 #include "server/server_case.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class SessionCase : public ServerCase {};
@@ -362,4 +362,4 @@ TEST(Log, AnothersTextsAreOneShortLineAndNoPassword) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "contract/supplies_contract.h"
 #include "server/request_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace contract = supplies_contract;
@@ -382,4 +382,4 @@ TEST_P(SuppliesContracts, AskForTheRightsOfTheirPoint) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 #include "contract/system.h"
 #include "server/order_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Waiting : public OrderCase {
@@ -78,4 +78,4 @@ TEST_P(Waiting, EndsWhenTheDocumentIsTakenBack) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

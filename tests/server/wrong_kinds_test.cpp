@@ -7,7 +7,7 @@
 #include "server/classes/server_classes.h"
 #include "server/order_world.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Question {
@@ -204,4 +204,4 @@ TEST_P(WrongKinds, InParametersOfFetchesAndInChangesAreToldByTheirName) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

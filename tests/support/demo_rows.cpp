@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::support {
 
 DataPacket ReadDemoTable(Database& database, const DemoTable& table, const std::string& where) {
   std::string names;
@@ -25,4 +25,4 @@ DataPacket ReadDemoTable(Database& database, const DemoTable& table, const std::
   return {};
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

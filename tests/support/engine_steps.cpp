@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::support {
 
 Statement Sql(std::string text, VariantArray params, std::vector<ResultColumn> columns) {
   return {std::move(text), std::move(params), std::move(columns)};
@@ -61,4 +61,4 @@ std::string NameOf(EngineErrorKind kind) {
   return "Other";
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

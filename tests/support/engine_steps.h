@@ -7,8 +7,9 @@
 #include <vector>
 
 #include "server/engine/database.h"
+#include "support/floors.h"
 
-namespace orvane {
+namespace orvane::support {
 
 Statement Sql(std::string text, VariantArray params = {}, std::vector<ResultColumn> columns = {});
 /// Runs it in a transaction of its own; the failure is the test's.
@@ -28,4 +29,4 @@ std::string Outcome(const EngineAnswer<T>& answer) {
   return NameOf(error.kind) + (error.constraint.empty() ? "" : " " + error.constraint);
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

@@ -4,7 +4,9 @@
 #include <iostream>
 #include <string>
 
-namespace orvane {
+#include "support/floors.h"
+
+namespace orvane::support {
 
 /// What the random tests begin with: ORVANE_TEST_SEED of the environment, or always the same. It is
 /// printed, so that a failure can be repeated.
@@ -15,4 +17,4 @@ inline unsigned Seed() {
   return seed;
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

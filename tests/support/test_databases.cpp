@@ -15,7 +15,7 @@
 
 #include "server/schema/migrate.h"
 
-namespace orvane {
+namespace orvane::support {
 namespace {
 
 std::string ServerInfo() {
@@ -231,4 +231,4 @@ std::string LocationOf(Database& database) {
   return dynamic_cast<OwnedDatabase&>(database).Location();
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

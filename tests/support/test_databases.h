@@ -15,8 +15,9 @@
 #include <vector>
 
 #include "server/engine/database.h"
+#include "support/floors.h"
 
-namespace orvane {
+namespace orvane::support {
 
 using TestEngine = Engine;
 
@@ -43,4 +44,4 @@ std::unique_ptr<Database> OpenAgain(Database& database);
 /// Path of the file, or conninfo, of one of the first two.
 std::string LocationOf(Database& database);
 
-}  // namespace orvane
+}  // namespace orvane::support

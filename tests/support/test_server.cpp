@@ -4,7 +4,7 @@
 
 #include <atomic>
 
-namespace orvane {
+namespace orvane::support {
 namespace {
 
 /// Thursday, 5 March 2026, 09:00 in Sofia.
@@ -127,4 +127,4 @@ Change DeleteOf(NamedValues before) {
   return {ChangeKind::Delete, NewClientKey(), std::move(before), {}};
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

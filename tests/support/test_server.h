@@ -20,9 +20,10 @@
 #include "packet/clock.h"
 #include "server/orvane_server.h"
 #include "server/sessions/user_admin.h"
+#include "support/floors.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::support {
 
 /// Somebody who is logged in.
 struct TestSession {
@@ -86,4 +87,4 @@ Change InsertOf(NamedValues after);
 Change UpdateOf(NamedValues before, NamedValues after);
 Change DeleteOf(NamedValues before);
 
-}  // namespace orvane
+}  // namespace orvane::support

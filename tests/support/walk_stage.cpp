@@ -13,7 +13,7 @@
 #include "server/demo/demo_users.h"
 #include "server/sessions/user_admin.h"
 
-namespace orvane {
+namespace orvane::support {
 namespace {
 
 constexpr int kEighthOfMarch2026 = 20520;  // days since 1970; walks set their own clock
@@ -92,4 +92,4 @@ std::string RunScriptedWalk(const std::string& name, std::string_view text, Walk
   return runner.FailureText().value_or("");
 }
 
-}  // namespace orvane
+}  // namespace orvane::support

@@ -10,11 +10,12 @@
 #include "packet/clock.h"
 #include "packet/faulty_door.h"
 #include "server/orvane_server.h"
+#include "support/floors.h"
 #include "support/test_databases.h"
 #include "wire/remote_server.h"
 #include "wire/serving.h"
 
-namespace orvane {
+namespace orvane::support {
 
 /// How the screens reach the server.
 enum class WalkWay { InProcess, OverWire };
@@ -46,4 +47,4 @@ std::string ReadWalkFile(const std::string& path);
 /// Runs a walk with the scripted toolkit; the problem's text, empty when all went well.
 std::string RunScriptedWalk(const std::string& name, std::string_view text, WalkStage& stage);
 
-}  // namespace orvane
+}  // namespace orvane::support

@@ -14,6 +14,8 @@
 
 namespace orvane::torture {
 
+using namespace apps;  // troubles every floor
+
 /// Where a company lives and what may be done to it.
 struct Place {
   std::string engine;    ///< "SQLite", "PostgreSQL"

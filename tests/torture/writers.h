@@ -17,6 +17,8 @@
 
 namespace orvane::torture {
 
+using namespace apps;  // troubles every floor
+
 inline constexpr char kLogin[] = "ivanova";
 inline constexpr char kPassword[] = "парола-изпитание";
 

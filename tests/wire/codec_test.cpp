@@ -9,7 +9,7 @@
 
 #include "wire/fake_server.h"
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 /// The value after a journey as bytes; empty when it was refused on arrival.
@@ -125,4 +125,4 @@ TEST(Codec, RefusesRequestsThatCannotBeMeant) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::wire

@@ -9,7 +9,7 @@
 
 #include "packet/application_server.h"
 
-namespace orvane {
+namespace orvane::wire {
 
 /// Keeps what it was asked, answers what it was told to, and can be made to wait inside a call.
 class FakeServer final : public IApplicationServer {
@@ -124,4 +124,4 @@ inline VariantArray EveryValue() {
   return values;
 }
 
-}  // namespace orvane
+}  // namespace orvane::wire

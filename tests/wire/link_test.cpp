@@ -15,7 +15,7 @@
 #include "wire/remote_server.h"
 #include "wire/serving.h"
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 using std::chrono::milliseconds;
@@ -471,4 +471,4 @@ TEST_F(TlsTest, FilesThatAreNoCertificateAreNamed) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::wire

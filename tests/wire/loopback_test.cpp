@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 TEST(Loopback, IsThisMachineAndNothingThatLooksLikeIt) {
@@ -32,4 +32,4 @@ TEST(Loopback, IsThisMachineAndNothingThatLooksLikeIt) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::wire

@@ -21,7 +21,7 @@
 #include "wire/remote_server.h"
 #include "wire/serving.h"
 
-namespace orvane {
+namespace orvane::wire {
 namespace {
 
 using std::chrono::milliseconds;
@@ -237,4 +237,4 @@ TEST(Peers, AreToldApartByAddressAndPort) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::wire

@@ -11,7 +11,7 @@
 #include "wire/remote_server.h"
 #include "wire/serving.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 namespace fs = std::filesystem;
@@ -148,4 +148,4 @@ Answer<std::unique_ptr<Backend>> OpenBackend(const BackendOptions& options, cons
   return options.server.empty() ? OpenInner(options, clock) : OpenFar(options);
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

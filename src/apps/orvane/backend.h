@@ -11,7 +11,11 @@
 #include "packet/clock.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
+class Database;
+}  // namespace orvane::server
+
+namespace orvane::apps {
 
 /// Where the data is. Exactly one of server, database and demo is given.
 struct BackendOptions {
@@ -28,8 +32,6 @@ struct BackendOptions {
   std::function<std::int64_t()> steady{};
 };
 
-class Database;
-
 class Backend {
  public:
   virtual ~Backend() = default;
@@ -44,4 +46,4 @@ class Backend {
 /// is the inner server's and outlives the backend.
 Answer<std::unique_ptr<Backend>> OpenBackend(const BackendOptions& options, const Clock& clock);
 
-}  // namespace orvane
+}  // namespace orvane::apps

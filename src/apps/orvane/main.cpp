@@ -22,7 +22,7 @@
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr int kFailed = 1;
@@ -128,14 +128,14 @@ int Run(CommandLine& line, QApplication& application) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::apps
 
 int main(int argc, char** argv) {
-  orvane::theQtHandler = qInstallMessageHandler(&orvane::TellWhatMatters);
+  orvane::apps::theQtHandler = qInstallMessageHandler(&orvane::apps::TellWhatMatters);
   QApplication application(argc, argv);
   CLI::App options("Orvane – управление на покупките");
-  orvane::CommandLine line;
-  orvane::AddOptions(options, line);
+  orvane::apps::CommandLine line;
+  orvane::apps::AddOptions(options, line);
   CLI11_PARSE(options, argc, argv);
   const bool placed = !line.backend.server.empty() || !line.backend.database.empty() ||
                       line.backend.demo || !line.walk.file.empty();
@@ -143,5 +143,5 @@ int main(int argc, char** argv) {
     std::cerr << "Посочете --server, --database или --demo; --help показва всичко.\n";
     return 2;
   }
-  return orvane::Run(line, application);
+  return orvane::apps::Run(line, application);
 }

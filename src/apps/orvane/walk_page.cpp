@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr std::string_view kHead =
@@ -87,4 +87,4 @@ std::string WalkPage(std::string_view walk, const std::vector<std::string>& pict
   return story.End(problem);
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace orvane {
+namespace orvane::apps {
 
 /// A page that tells a walk as a story: its comments as text, its pictures where they were taken,
 /// the steps between them folded away. `pictures` are file names beside the page, in the order in
@@ -12,4 +12,4 @@ namespace orvane {
 std::string WalkPage(std::string_view walk, const std::vector<std::string>& pictures,
                      std::string_view problem);
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -14,7 +14,7 @@
 #include "server/demo/demo_users.h"
 #include "server/sessions/user_admin.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr int kFifthOfMarch2026 = 20517;  // days since 1970; walks set their own clock
@@ -64,4 +64,4 @@ std::string RunWalkFile(QtToolkit& toolkit, const WalkOptions& walk, BackendOpti
   return problem;
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

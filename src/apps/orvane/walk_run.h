@@ -4,9 +4,11 @@
 
 #include "apps/orvane/backend.h"
 
-namespace orvane {
-
+namespace orvane::desktop {
 class QtToolkit;
+}  // namespace orvane::desktop
+
+namespace orvane::apps {
 
 struct WalkOptions {
   std::string file;
@@ -17,4 +19,4 @@ struct WalkOptions {
 /// all went well.
 std::string RunWalkFile(QtToolkit& toolkit, const WalkOptions& walk, BackendOptions backend);
 
-}  // namespace orvane
+}  // namespace orvane::apps

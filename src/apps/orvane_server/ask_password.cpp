@@ -5,7 +5,7 @@
 
 #include <iostream>
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 /// Keeps the terminal from showing what is typed.
@@ -53,4 +53,4 @@ Answer<std::string> AskPassword(const std::string& login) {
   return password;
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -4,9 +4,9 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::apps {
 
 /// Reads a password: twice and unseen from a terminal, one line from anything else.
 Answer<std::string> AskPassword(const std::string& login);
 
-}  // namespace orvane
+}  // namespace orvane::apps

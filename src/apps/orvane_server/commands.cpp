@@ -25,7 +25,7 @@
 #include "wire/loopback.h"
 #include "wire/serving.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr int kGraceMs = 10'000;
@@ -296,4 +296,4 @@ Answer<Done> Check(const Settings& settings) {
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -9,7 +9,7 @@
 #include "apps/orvane_server/settings.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::apps {
 
 struct UserArguments {
   std::string login;
@@ -40,4 +40,4 @@ Answer<Done> Import(const Settings& settings, const std::string& folder);
 /// Refused when something was found; what it is was printed.
 Answer<Done> Check(const Settings& settings);
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -13,7 +13,7 @@
 #include "packet/fold.h"
 #include "server/log/log_text.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr char kDefaultFile[] = "orvane-server.toml";
@@ -155,22 +155,22 @@ int Complain(const std::string& sentence) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::apps
 
 int main(int argc, char** argv) {
   CLI::App app("Сървър на Orvane", "orvane-server");
-  orvane::CommandLine line;
-  orvane::AddCommands(app, line);
+  orvane::apps::CommandLine line;
+  orvane::apps::AddCommands(app, line);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) return app.exit(error);  // help
-    return orvane::Complain(orvane::Sentence(error) + " Помощ: orvane-server --help");
+    return orvane::apps::Complain(orvane::apps::Sentence(error) + " Помощ: orvane-server --help");
   }
-  const auto done = orvane::Run(app, line);
+  const auto done = orvane::apps::Run(app, line);
   if (done) return EXIT_SUCCESS;
   std::string sentence = done.GetFailure().message;
   const std::string_view mark = orvane::kRefusalMark;
   if (sentence.starts_with(mark)) sentence.erase(0, mark.size());
-  return orvane::Complain(sentence);
+  return orvane::apps::Complain(sentence);
 }

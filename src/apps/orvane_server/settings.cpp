@@ -7,7 +7,7 @@
 
 #include "wire/loopback.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 constexpr SettingRow kSettings[] = {
@@ -179,4 +179,4 @@ bool IsPostgres(std::string_view database) {
          database.find('=') != std::string_view::npos;
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

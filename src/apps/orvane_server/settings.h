@@ -12,7 +12,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::apps {
 
 struct Settings {
   std::string database = "orvane.db";  ///< path of an SQLite file, or PostgreSQL's conninfo
@@ -64,4 +64,4 @@ std::optional<ListenAddress> ParseListen(std::string_view text);
 /// Whether the database is PostgreSQL's conninfo or address rather than the path of a file.
 bool IsPostgres(std::string_view database);
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -10,7 +10,7 @@
 
 #include "packet/clock.h"
 
-namespace orvane {
+namespace orvane::apps {
 namespace {
 
 namespace fs = std::filesystem;
@@ -75,4 +75,4 @@ Answer<std::string> CheckTlsFiles(const std::string& certificate, const std::str
   return warning;
 }
 
-}  // namespace orvane
+}  // namespace orvane::apps

@@ -5,7 +5,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::host {
 
 void ScriptedToolkit::Show(TVosBaseForm& form) {
   shown_.push_back(&form);
@@ -100,4 +100,4 @@ std::vector<TakenReport> ScriptedToolkit::TakeReports() {
   return std::exchange(reports_, {});
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

@@ -10,7 +10,7 @@
 #include "host/toolkit.h"
 #include "host/walk/walk_runner.h"
 
-namespace orvane {
+namespace orvane::host {
 
 class ScriptedToolkit final : public IToolkit, public IWalkDriver {
  public:
@@ -55,4 +55,4 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   std::string clipboard_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

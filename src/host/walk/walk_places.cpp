@@ -6,7 +6,7 @@
 #include "host/small_controls.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 std::optional<FieldPlace> PlaceIn(Control& control, std::string_view name) {
@@ -84,4 +84,4 @@ TVosDBGrid* FindGrid(const TVosBaseForm& form, std::string_view name) {
   return nullptr;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

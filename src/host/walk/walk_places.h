@@ -6,7 +6,9 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
 
 class Control;
 class TVosBaseForm;
@@ -30,4 +32,4 @@ std::optional<std::string> ReadValue(const TVosBaseForm& form, std::string_view 
 /// The grid of that name, or the focused one for an empty name; null when there is none.
 TVosDBGrid* FindGrid(const TVosBaseForm& form, std::string_view name);
 
-}  // namespace orvane
+}  // namespace orvane::host

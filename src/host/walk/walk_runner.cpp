@@ -11,7 +11,7 @@
 #include "host/walk/walk_places.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// A step that could not be done or an expectation that did not hold.
@@ -520,4 +520,4 @@ void WalkRunner::ExpectValue(const Words& words) {
   Compare(words[1], WordAt(words, 2), *value);
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

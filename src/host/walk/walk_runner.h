@@ -21,7 +21,7 @@
 #include "packet/clock.h"
 #include "packet/faulty_door.h"
 
-namespace orvane {
+namespace orvane::host {
 
 /// How steps reach the screens.
 class IWalkDriver {
@@ -152,4 +152,4 @@ class WalkRunner {
   std::optional<std::string> failure_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::host

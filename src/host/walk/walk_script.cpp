@@ -4,7 +4,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::host {
 namespace {
 
 /// The word in quotes that begins at `at`, which moves behind it; a quote in it stands behind a
@@ -79,4 +79,4 @@ std::string CompanyOfWalk(const std::vector<WalkStep>& steps) {
   return name;
 }
 
-}  // namespace orvane
+}  // namespace orvane::host

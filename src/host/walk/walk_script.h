@@ -16,7 +16,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::host {
 
 struct WalkStep {
   int line = 0;
@@ -30,4 +30,4 @@ Answer<std::vector<WalkStep>> ParseWalk(std::string_view text);
 /// Name of the company that a walk asks for at its head ("one language"); empty when it names none.
 std::string CompanyOfWalk(const std::vector<WalkStep>& steps);
 
-}  // namespace orvane
+}  // namespace orvane::host

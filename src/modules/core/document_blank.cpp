@@ -5,7 +5,7 @@
 #include "host/dialogs.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
                           std::string_view title, std::string number) {
@@ -71,4 +71,4 @@ void TellNoDocument(TVosBaseForm& owner, std::int64_t id) {
   VosMessageDlg(owner, 0, owner.caption, "Документ " + std::to_string(id) + " не е намерен!");
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -12,9 +12,11 @@
 #include "host/report.h"
 #include "packet/data_packet.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 /// One column of a printed table.
 struct PrintedColumn {
@@ -47,4 +49,4 @@ ReportTable PrintedTable(std::string_view caption, TVosClientDataSet& rows,
 /// Tells the user that the server has no such document for him.
 void TellNoDocument(TVosBaseForm& owner, std::int64_t id);
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -9,7 +9,7 @@
 #include "host/small_controls.h"
 #include "kit/columns.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr auto Code = Int16("Code", Key, "Мярка");
@@ -157,4 +157,4 @@ std::optional<std::int64_t> GetQuant(TVosBaseForm& owner, const Variant& measure
   return dialog.chosen;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

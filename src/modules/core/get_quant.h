@@ -8,9 +8,11 @@
 
 #include "data/client_dataset.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 /// Asks over `owner` for a quantity in whole smallest units. The dialog opens on `quantity`, taken
 /// apart into the units of `units` (Code, Name, Name2, Numerator), largest first, the row's own
@@ -18,4 +20,4 @@ class TVosBaseForm;
 std::optional<std::int64_t> GetQuant(TVosBaseForm& owner, const Variant& measure,
                                      std::int64_t quantity, TVosClientDataSet& units);
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -4,7 +4,7 @@
 
 #include "kit/columns.h"
 
-namespace orvane::core {
+namespace orvane::modules::core {
 namespace {
 
 constexpr int kMostLanguages = 10;
@@ -154,4 +154,4 @@ LookupSetup NomInOfLanguage() {
   return setup;
 }
 
-}  // namespace orvane::core
+}  // namespace orvane::modules::core

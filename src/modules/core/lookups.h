@@ -9,7 +9,7 @@
 #include "contract/field.h"
 #include "kit/lookup_setup.h"
 
-namespace orvane::core {
+namespace orvane::modules::core {
 
 /// A code with a name in two languages.
 inline constexpr auto Code = Int16("Code", Key, "Код");
@@ -82,4 +82,4 @@ LookupSetup NomIn();
 /// The same with one name, in the language of the parameter NomInLanguage; the number is NomIn.
 LookupSetup NomInOfLanguage();
 
-}  // namespace orvane::core
+}  // namespace orvane::modules::core

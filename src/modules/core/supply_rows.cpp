@@ -7,7 +7,7 @@
 #include "kit/units.h"
 #include "modules/core/get_quant.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kQuantity = "Quantity";
@@ -113,4 +113,4 @@ void SupplyRows::AskQuantity(TVosBaseForm& form, TVosDBGrid& grid) {
   Set(kQuantity, static_cast<double>(*chosen));
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

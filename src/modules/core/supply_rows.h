@@ -15,10 +15,12 @@
 #include "data/lookup_table.h"
 #include "packet/quantity.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
 class TVosDBGrid;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 /// Fields of a document's rows; those without a choice here are called alike everywhere
 /// (Measure, Quantity, RowNumerator, Numerator, OrdinaryFraction, InventoryId, ServiceCode).
@@ -82,4 +84,4 @@ class SupplyRows {
   TLookupTable& measures_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

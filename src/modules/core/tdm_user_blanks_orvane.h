@@ -7,9 +7,11 @@
 
 #include "packet/variant.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 /// Document codes of the print forms.
 inline constexpr int kPurchaseOrderBlank = 25;
@@ -34,4 +36,4 @@ class TdmUserBlanksOrvane {
   TVosBaseForm& owner_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

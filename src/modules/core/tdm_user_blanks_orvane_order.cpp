@@ -15,7 +15,7 @@
 #include "modules/core/supply_rows.h"
 #include "modules/core/tdm_user_blanks_orvane.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 namespace so = supplier_order;
@@ -173,4 +173,4 @@ void TdmUserBlanksOrvane::PrintManifactureOrder(int documentCode, const Variant&
   owner_.App().Toolkit().PreviewReport(owner_, blank.Document(variant));
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

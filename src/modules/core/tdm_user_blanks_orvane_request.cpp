@@ -19,7 +19,7 @@
 #include "modules/core/supply_rows.h"
 #include "modules/core/tdm_user_blanks_orvane.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 namespace pr = purchase_request;
@@ -235,4 +235,4 @@ void TdmUserBlanksOrvane::PrintPurchaseOrder(int documentCode, const Variant& ki
   owner_.App().Toolkit().PreviewReport(owner_, blank.Document(variant));
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 bool IsRejected(const ApprovalRow& row) {
@@ -67,4 +67,4 @@ std::vector<RoleRow> RolesOf(const RoleFacts& facts) {
   return roles;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

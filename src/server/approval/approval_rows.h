@@ -12,7 +12,7 @@
 #include "contract/workflow.h"
 #include "packet/data_packet.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct ApprovalRow {
   int level = 0;
@@ -61,4 +61,4 @@ std::vector<RoleRow> RolesOf(const RoleFacts& facts);
 /// Decisions are taken only in these statuses of requests and orders.
 inline constexpr StatusSet kDecidableStatuses{Rejected, ForApproval, PartlyApproved, Approved};
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::string_view kPlaces =
@@ -143,4 +143,4 @@ ApproversOfCostCenter ReadApprovers(const DataPacket& places, const DataPacket& 
   return all;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "packet/date.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct Approver {
   std::int64_t employee = 0;
@@ -62,4 +62,4 @@ std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedV
 /// From the two answers, in their order.
 ApproversOfCostCenter ReadApprovers(const DataPacket& places, const DataPacket& people);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Failure WentOn(const std::string& sentence) {
@@ -123,4 +123,4 @@ Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked
   return decided;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/approval/approval_rows.h"
 #include "server/approval/approvers.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The document a decision is about, as it is on disk, locked.
 struct DecisionFacts {
@@ -52,4 +52,4 @@ struct DecidedRow {
 /// Conflict when the document went on since the asker saw it; Refused when a rule says no.
 Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked& asked);
 
-}  // namespace orvane
+}  // namespace orvane::server

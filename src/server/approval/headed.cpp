@@ -2,7 +2,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 // {1}, {2} and {3} stand where the kind of head may be told.
@@ -47,4 +47,4 @@ std::string HeadedByKind() {
   return WithKinds(std::string(kByEmployee) + std::string(kByLogin), true);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace orvane {
+namespace orvane::server {
 
 /// Subselect of the cost centres of :Employee and :Login on :Today; without an employee only those
 /// of a department's head are asked for, and only :Login is named.
@@ -14,4 +14,4 @@ std::string HeadedCostCenters(bool employed);
 /// The same with the kind of head (ApproverKind) before each cost centre.
 std::string HeadedByKind();
 
-}  // namespace orvane
+}  // namespace orvane::server

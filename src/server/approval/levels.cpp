@@ -5,7 +5,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::string LevelsOf(const SendingFacts& facts) {
@@ -94,4 +94,4 @@ Answer<std::vector<ApprovalRow>> PlanApproval(const SendingFacts& facts) {
   return rows;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

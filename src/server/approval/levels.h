@@ -12,7 +12,7 @@
 #include "server/approval/approval_rows.h"
 #include "server/approval/approvers.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A row of the register for one kind of document and kind of supply. Both bounds are included.
 struct LevelRow {
@@ -56,4 +56,4 @@ struct SendingFacts {
 /// nobody to decide, or an order's kind has no levels.
 Answer<std::vector<ApprovalRow>> PlanApproval(const SendingFacts& facts);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/order_head.h"
 #include "server/documents/request_head.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Few documents are on their way at a time, however many there are: they are found by status. The
@@ -58,4 +58,4 @@ Answer<VariantArray> CountWaiting(Work& work, const VariantArray&) {
   return VariantArray{Variant(all), Variant(std::move(waiting))};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

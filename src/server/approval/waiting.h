@@ -5,7 +5,7 @@
 #include "server/documents/document_head.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Heads (alias p) of a kind with the approval row (alias a) whose turn it is: tables and condition
 /// of a select.
@@ -15,4 +15,4 @@ std::string WaitingRows(const StoredDocument& document, std::string_view join = 
 /// arguments; answer [0]: the number, 0 for a user without an employee record.
 Answer<VariantArray> CountWaiting(Work& work, const VariantArray& arguments);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "server/sessions/sessions.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using Findings = std::vector<std::string>;
@@ -219,4 +219,4 @@ Answer<Done> CheckDurability(Database& database) {
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

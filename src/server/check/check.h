@@ -11,7 +11,7 @@
 #include "server/engine/database.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// One Bulgarian sentence per thing that is not as it should be now, under these options.
 Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
@@ -20,4 +20,4 @@ Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
 /// Refused when the engine's settings let something be lost that was acknowledged.
 Answer<Done> CheckDurability(Database& database);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "server/documents/values.h"
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using Findings = std::vector<std::string>;
@@ -177,4 +177,4 @@ Answer<std::vector<std::string>> CheckDocuments(Database& database) {
   return findings;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using Findings = std::vector<std::string>;
@@ -403,4 +403,4 @@ Answer<std::vector<std::string>> CheckHistory(Database& database) {
   return findings;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

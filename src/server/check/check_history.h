@@ -6,7 +6,7 @@
 #include "packet/failure.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Replays history and compares the rows with what it tells. What was loaded in bulk (the
 /// demonstration, rows of before a migration) has no history of its own: such a row is taken as it
@@ -14,4 +14,4 @@ namespace orvane {
 /// more than a handful of them per table.
 Answer<std::vector<std::string>> CheckHistory(Database& database);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/documents/request_head.h"
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Answer<std::vector<DataPacket>> Read(Database& database, std::span<const Statement> statements) {
@@ -112,4 +112,4 @@ Answer<std::vector<std::string>> CheckWaiting(Database& database, Date today,
   return std::move(check).Findings();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

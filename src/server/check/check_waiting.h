@@ -8,11 +8,11 @@
 #include "server/engine/database.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Documents that wait for a decision which nobody can make today. A sentence per kind of document,
 /// cost centre and kind of approver, with the first such document and the register to be mended.
 Answer<std::vector<std::string>> CheckWaiting(Database& database, Date today,
                                               DocumentOptions options);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/providers/change_writer.h"
 #include "server/providers/row_checks.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace levels_approval;
 
@@ -152,4 +152,4 @@ WriteRules LevelsApprovalRules() {
           .afterWrite = &AfterWrite};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "packet/decimal.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using parameters::ModuleParameter;
 using parameters::Refers;
@@ -103,4 +103,4 @@ Answer<Done, Setback> NotInParameters(Transaction& transaction, Refers refers, s
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

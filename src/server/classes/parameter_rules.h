@@ -9,7 +9,7 @@
 #include "packet/failure.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// "Параметърът „Допустима разлика за сума“".
 std::string ParameterName(const parameters::ModuleParameter& parameter);
@@ -28,4 +28,4 @@ std::optional<Statement> ReferredRow(const Work& work, const parameters::ModuleP
 Answer<Done, Setback> NotInParameters(Transaction& transaction, parameters::Refers refers,
                                       std::int64_t code, std::string_view what);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,6 +1,6 @@
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::vector<ServerClass> MakeServerClasses() {
   return {
@@ -22,4 +22,4 @@ std::vector<ServerClass> MakeServerClasses() {
   };
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 
 #include "server/providers/server_class.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Every server class of the installation. A new class is a line here and a file in this folder.
 std::vector<ServerClass> MakeServerClasses();
@@ -25,4 +25,4 @@ ServerClass TsmSuppManifacOrder();
 ServerClass TsmSuppManifacOrderReport();
 ServerClass TsmSuppliesContracts();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,7 +1,7 @@
 #include "contract/admissible_notifiers.h"
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace admissible_notifiers;
 
@@ -32,4 +32,4 @@ ServerClass TsmAdmissibleNotifiers() {
       .Provider(dspAdmissibleNotifiers, kSelect, {.unique = kUnique, .references = kReferences});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/providers/row_checks.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace cap_ex_plan;
 using namespace cap_ex_plan::get_record;
@@ -137,4 +137,4 @@ ServerClass TsmCapExPlan() {
       .Operation(get_record::kName, Rule::Open, &GetRecord);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

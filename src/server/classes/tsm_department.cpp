@@ -1,7 +1,7 @@
 #include "contract/department.h"
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr char kSelect[] = "select Code, Name, Name2, Chief from Department order by Code";
@@ -33,4 +33,4 @@ ServerClass TsmDepartment() {
                 {.unique = kUnique, .references = kReferences, .usedBy = kUsedBy});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

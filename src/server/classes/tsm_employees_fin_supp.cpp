@@ -3,7 +3,7 @@
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace employees_fin_supp;
 
@@ -55,4 +55,4 @@ ServerClass TsmEmployeesFinSupp() {
                 {.unique = kUnique, .references = kReferences, .beforeWrite = &BeforeWrite}, {LNG});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

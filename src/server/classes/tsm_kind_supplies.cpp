@@ -4,7 +4,7 @@
 #include "server/providers/row_checks.h"
 #include "server/providers/row_lock.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace kind_supplies;
 
@@ -70,4 +70,4 @@ ServerClass TsmKindSupplies() {
                 {.unique = kUnique, .usedBy = kUsedBy, .beforeWrite = &BeforeWrite});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr char kSelect[] =
@@ -48,4 +48,4 @@ ServerClass TsmLevelsApproval() {
       .Operation(system::kCountWaiting, Rule::Session, &CountWaiting);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using parameters::ModuleParameter;
 
@@ -154,4 +154,4 @@ ServerClass TsmParameters() {
       .Operation(system::kSetParam, Rule::Edit, &SetParam);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

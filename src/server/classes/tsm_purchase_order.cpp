@@ -6,7 +6,7 @@
 #include "server/documents/request_sums.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -49,4 +49,4 @@ ServerClass TsmPurchaseOrder() {
       .Operation(request::kOperations, Rule::Open, &Operations);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

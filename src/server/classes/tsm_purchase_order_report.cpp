@@ -3,7 +3,7 @@
 #include "server/documents/request_copies.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -25,4 +25,4 @@ ServerClass TsmPurchaseOrderReport() {
       .Operation(request::kOperations, Rule::Insert, &Operations);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,7 +1,7 @@
 #include "contract/system.h"
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::server {
 
 // Any screen searches; what a session may read is decided table by table (dialect/catalogue.h).
 ServerClass TsmSQL() {
@@ -11,4 +11,4 @@ ServerClass TsmSQL() {
       .SearchProvider(system::kDialogSearchProvider);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

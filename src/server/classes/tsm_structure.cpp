@@ -1,7 +1,7 @@
 #include "contract/structure.h"
 #include "server/classes/server_classes.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace structure;
 
@@ -38,4 +38,4 @@ ServerClass TsmStructure() {
       .Provider(dspStructure, kSelect, {.unique = kUnique, .references = kReferences}, {LNG});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/providers/work.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace structure_deputies;
 
@@ -223,4 +223,4 @@ ServerClass TsmStructureDeputies() {
       .ReadOnly(dspStructDeptMaxId, kSelectMaxId);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

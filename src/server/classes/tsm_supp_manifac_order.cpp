@@ -5,7 +5,7 @@
 #include "server/documents/order_load.h"
 #include "server/documents/rates.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -35,4 +35,4 @@ ServerClass TsmSuppManifacOrder() {
       .Operation(order::get_record::kName, Rule::Open, &GetOrder);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 #include "server/classes/server_classes.h"
 #include "server/documents/order_report.h"
 
-namespace orvane {
+namespace orvane::server {
 
 ServerClass TsmSuppManifacOrderReport() {
   return ServerClass(supplier_order::kReportClass)
@@ -11,4 +11,4 @@ ServerClass TsmSuppManifacOrderReport() {
       .Operation(supplier_order::get_report::kName, Rule::Open, &GetOrderReport);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

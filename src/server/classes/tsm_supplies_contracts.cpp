@@ -3,7 +3,7 @@
 #include "server/documents/contract_apply.h"
 #include "server/documents/contract_document.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace supplies_contract;
 
@@ -25,4 +25,4 @@ ServerClass TsmSuppliesContracts() {
       .Operation(kOperations, Rule::Open, &Operations);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Kind {
@@ -35,4 +35,4 @@ Answer<DemoOptions> DemoCompanyNamed(std::string_view name) {
                                            names + "."};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "packet/failure.h"
 #include "server/demo/demo_company.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What makes the company of that name; an empty name is the demonstration. Refused, with the names
 /// there are, when there is none.
@@ -20,4 +20,4 @@ namespace orvane {
 ///   "without parameters"  the settings of the purchases module were never filled in
 Answer<DemoOptions> DemoCompanyNamed(std::string_view name);
 
-}  // namespace orvane
+}  // namespace orvane::server

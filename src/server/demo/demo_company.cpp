@@ -11,7 +11,7 @@
 #include "server/sessions/statements.h"
 #include "server/sessions/user_admin.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr char kNameCompany[] =
@@ -82,4 +82,4 @@ Answer<Done> MakeDemoCompany(Database& database, const Clock& clock, const DemoO
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -12,7 +12,7 @@
 #include "server/engine/database.h"
 #include "server/sessions/passwords.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoOptions {
   std::uint32_t seed = 1;
@@ -35,4 +35,4 @@ struct DemoOptions {
 /// Fills a migrated database that holds nothing yet; refused when it already has users.
 Answer<Done> MakeDemoCompany(Database& database, const Clock& clock, const DemoOptions& options);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "server/demo/demo_random.h"
 #include "server/demo/demo_tables.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Subject {
@@ -115,4 +115,4 @@ void AddContracts(DemoWriter& writer, const std::vector<DemoContract>& contracts
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/demo/demo_partners.h"
 #include "server/demo/demo_writer.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoContract {
   std::int32_t id = 0;
@@ -34,4 +34,4 @@ std::vector<DemoContract> DemoContracts(const std::vector<DemoPartner>& partners
 
 void AddContracts(DemoWriter& writer, const std::vector<DemoContract>& contracts);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -10,7 +10,7 @@
 #include "server/demo/demo_tables.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kRequestKind = static_cast<int>(DocumentKind::PurchaseRequest);
@@ -238,4 +238,4 @@ EngineAnswer<Done> WriteDocuments(Database& database, const DemoWorld& world,
   return SetCounters(database);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/demo/demo_world.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoDocuments {
   std::int64_t requests = 0;
@@ -21,4 +21,4 @@ struct DemoDocuments {
 EngineAnswer<Done> WriteDocuments(Database& database, const DemoWorld& world,
                                   const DemoDocuments& documents);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "server/demo/demo_text.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Materials that differ by size. `sizes` are parted by '|'; each next one is dearer.
@@ -321,4 +321,4 @@ std::int64_t DemoPriceOn(const DemoEntry& entry, Date day) {
   return (entry.priceCents * kPricePercents[at] + 50) / 100;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 
 #include "packet/date.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Kinds of supply, by their codes.
 enum DemoKind : std::int16_t {
@@ -66,4 +66,4 @@ std::span<const Date> DemoPriceDays();
 /// Price in force on a day, in hundredths of a euro; the first one before all of them.
 std::int64_t DemoPriceOn(const DemoEntry& entry, Date day);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/demo/demo_goods.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr ApproverKind kCenter = ApproverKind::CostCenterHead;
@@ -38,4 +38,4 @@ std::span<const DemoLevel> DemoLevels(DocumentKind document, int kindSupply) {
   return {};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

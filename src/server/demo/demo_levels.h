@@ -7,7 +7,7 @@
 
 #include "contract/workflow.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Heads of `approver` decide at `level` from `fromSum` (whole national currency) upwards.
 struct DemoLevel {
@@ -22,4 +22,4 @@ inline constexpr std::int64_t kMostApproved = 99'999'999;
 /// Levels of a document of this kind and this kind of supply, ascending; none: approved at once.
 std::span<const DemoLevel> DemoLevels(DocumentKind document, int kindSupply);
 
-}  // namespace orvane
+}  // namespace orvane::server

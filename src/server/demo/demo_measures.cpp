@@ -4,7 +4,7 @@
 #include <cassert>
 #include <iterator>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr DemoMeasure kMeasures[] = {
@@ -56,4 +56,4 @@ const DemoMeasure& DemoMeasureOf(std::int16_t code) {
   return *found;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/demo/demo_partners.h"
 #include "server/demo/demo_random.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kRatePlaces = 7;
@@ -103,4 +103,4 @@ Decimal DemoRateOn(const std::vector<DemoRate>& rates, std::int16_t currency, Da
   return std::prev(after)->rate;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

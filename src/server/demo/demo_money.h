@@ -11,7 +11,7 @@
 #include "packet/date.h"
 #include "packet/decimal.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoCurrency {
   std::int16_t code;
@@ -37,4 +37,4 @@ std::int64_t EuroInLevs(std::int64_t euro);
 /// The latest rate not later than `day`; 1 for the national currency. `rates` are ascending.
 Decimal DemoRateOn(const std::vector<DemoRate>& rates, std::int16_t currency, Date day);
 
-}  // namespace orvane
+}  // namespace orvane::server

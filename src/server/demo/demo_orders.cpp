@@ -10,7 +10,7 @@
 #include "server/demo/demo_tables.h"
 #include "server/demo/demo_units.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::int64_t kUsedOrders = 24;
@@ -180,4 +180,4 @@ void AddOrders(DemoWriter& writer, const DemoWorld& world, const std::vector<Dem
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

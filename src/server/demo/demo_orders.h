@@ -8,7 +8,7 @@
 #include "server/demo/demo_world.h"
 #include "server/demo/demo_writer.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoOrderRow {
   const DemoEntry* entry = nullptr;
@@ -38,4 +38,4 @@ std::int64_t DemoOrdersUsed(std::int64_t documents);
 
 void AddOrders(DemoWriter& writer, const DemoWorld& world, const std::vector<DemoOrder>& orders);
 
-}  // namespace orvane
+}  // namespace orvane::server

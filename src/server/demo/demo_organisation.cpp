@@ -10,7 +10,7 @@
 #include "server/demo/demo_tables.h"
 #include "server/demo/demo_units.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Param {
@@ -256,4 +256,4 @@ void AddOrganisation(DemoWriter& writer, const DemoWorld& world) {
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/demo/demo_random.h"
 #include "server/demo/demo_text.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr DemoTown kTowns[] = {
@@ -201,4 +201,4 @@ std::vector<const DemoEntry*> DemoOffer(const DemoPartner& supplier) {
   return offer;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

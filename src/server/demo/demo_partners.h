@@ -8,7 +8,7 @@
 
 #include "server/demo/demo_goods.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Kinds of currency, by their codes.
 enum DemoCurrencyCode : std::int16_t {
@@ -59,4 +59,4 @@ std::int32_t DemoInvoiceDescr(DemoKind kind);
 /// Entries of his trade that a supplier sells: some thirty, or all when there are fewer.
 std::vector<const DemoEntry*> DemoOffer(const DemoPartner& supplier);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/demo/demo_users.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr DemoPerson kPeople[] = {
@@ -51,4 +51,4 @@ std::vector<DemonstrationUser> DemonstrationUsers() {
   return users;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

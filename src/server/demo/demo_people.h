@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// Somebody of the demonstration company who may log in.
 struct DemoPerson {
@@ -24,4 +24,4 @@ struct DemoPerson {
 
 std::span<const DemoPerson> DemoPeople();
 
-}  // namespace orvane
+}  // namespace orvane::server

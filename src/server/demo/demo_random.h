@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// A stream of numbers of its own for every (seed, subject, number), so that what one part of the
 /// company draws does not move what another part draws.
@@ -50,4 +50,4 @@ class DemoRandom {
   std::uint64_t state_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

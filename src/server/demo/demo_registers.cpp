@@ -7,7 +7,7 @@
 #include "packet/date.h"
 #include "server/demo/demo_tables.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct CodeNames {
@@ -201,4 +201,4 @@ void AddGoods(DemoWriter& writer, const DemoWorld& world) {
   AddOffers(writer, world);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

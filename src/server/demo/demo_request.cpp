@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr Date kFirstDay{20094};            // Monday, 6 January 2025
@@ -286,4 +286,4 @@ std::vector<DemoRequest> DemoRequests::Make(std::int64_t number) const {
   return versions;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -18,7 +18,7 @@
 #include "server/demo/demo_units.h"
 #include "server/demo/demo_world.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoRequestRow {
   const DemoEntry* entry = nullptr;
@@ -125,4 +125,4 @@ void FollowWorkflow(DemoRequest& request, DemoRandom& random);
 /// Delivery schedule and payment plan.
 void PlanRequest(DemoRequest& request, DemoRandom& random);
 
-}  // namespace orvane
+}  // namespace orvane::server

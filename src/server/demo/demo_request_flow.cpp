@@ -4,7 +4,7 @@
 
 #include "server/demo/demo_levels.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::int64_t kMinute = 60'000'000;
@@ -129,4 +129,4 @@ void PlanRequest(DemoRequest& request, DemoRandom& random) {
   if (cents > advance) Pay(request, planned.PlusDays(1), cents - advance, false);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

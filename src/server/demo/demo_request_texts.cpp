@@ -5,7 +5,7 @@
 
 #include "server/demo/demo_text.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Texts in two languages; "%s" is a number of an order, a machine or a room.
@@ -79,4 +79,4 @@ void DescribeRequest(DemoRequest& request, DemoRandom& random) {
   request.rationale2 = rationale.text2;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

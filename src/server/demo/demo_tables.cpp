@@ -1,6 +1,6 @@
 #include "server/demo/demo_tables.h"
 
-namespace orvane::demo {
+namespace orvane::server::demo {
 namespace {
 
 constexpr DemoColumn Bit(std::string_view name) {
@@ -290,4 +290,4 @@ std::span<const DemoTable* const> AllTables() {
   return kAllTables;
 }
 
-}  // namespace orvane::demo
+}  // namespace orvane::server::demo

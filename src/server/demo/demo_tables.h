@@ -7,7 +7,7 @@
 
 #include "server/demo/demo_writer.h"
 
-namespace orvane::demo {
+namespace orvane::server::demo {
 
 extern const DemoTable kEmployees;
 extern const DemoTable kDepartment;
@@ -59,4 +59,4 @@ extern const DemoTable kDeliveryRows;
 /// All of them.
 std::span<const DemoTable* const> AllTables();
 
-}  // namespace orvane::demo
+}  // namespace orvane::server::demo

@@ -3,7 +3,7 @@
 #include <cassert>
 #include <cstddef>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct Letter {
@@ -75,4 +75,4 @@ std::string Filled(std::string_view pattern, std::string_view text) {
          std::string(pattern.substr(mark + 2));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

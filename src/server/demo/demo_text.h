@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// A Bulgarian name in Latin letters, as the country's law on transliteration writes it; other
 /// letters stay.
@@ -16,4 +16,4 @@ std::string WithCheckDigit(std::string_view eightDigits);
 /// `pattern` with its one "%s" replaced; without one, as it is.
 std::string Filled(std::string_view pattern, std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <cassert>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 // Employees who head something; demo_people.cpp has them all.
@@ -117,4 +117,4 @@ std::int64_t DemoHead(const DemoCostCenter& center, int kind) {
   return kDepartments[section.department - 1].chiefsEmployee;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

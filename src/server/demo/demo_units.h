@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoDepartment {
   std::int32_t code;
@@ -42,4 +42,4 @@ const DemoSection& DemoSectionOf(const DemoCostCenter& center);
 /// Head of the cost centre (kind 1), of its section (2) or of its department (3), as an employee.
 std::int64_t DemoHead(const DemoCostCenter& center, int kind);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,9 +4,9 @@
 
 #include "packet/application_server.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Users of the demonstration company with their passwords, as its login screen shows them.
 std::vector<DemonstrationUser> DemonstrationUsers();
 
-}  // namespace orvane
+}  // namespace orvane::server

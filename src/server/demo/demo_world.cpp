@@ -9,7 +9,7 @@
 #include "server/demo/demo_text.h"
 #include "server/demo/demo_units.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 __extension__ typedef __int128 Wide;
@@ -115,4 +115,4 @@ std::int64_t DemoInNational(std::int64_t currCents, Decimal rate) {
   return RoundedQuotient(Wide(currCents) * rate.Mantissa(), kRateOne);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -14,7 +14,7 @@
 #include "server/demo/demo_units.h"
 #include "server/demo/demo_writer.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoEmployee {
   std::int64_t code = 0;
@@ -75,4 +75,4 @@ void AddPartners(DemoWriter& writer, const DemoWorld& world);
 /// Units, materials, services, stores, the supply lists and who supplies what.
 void AddGoods(DemoWriter& writer, const DemoWorld& world);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "packet/fold.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Rows of one statement; what is left over goes row by row.
@@ -108,4 +108,4 @@ EngineAnswer<Done> DemoWriter::Flush(Transaction& transaction) {
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -17,7 +17,7 @@
 #include "packet/variant.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DemoColumn {
   std::string_view name;
@@ -66,4 +66,4 @@ class DemoWriter {
   std::int64_t written_ = 0;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

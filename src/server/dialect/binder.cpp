@@ -14,7 +14,7 @@
 #include "server/dialect/given_values.h"
 #include "server/dialect/like_pattern.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 class Binder {
@@ -696,4 +696,4 @@ Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& in
   return Binder(input, statement.literals, until).Run(statement);
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -10,7 +10,7 @@
 #include "server/dialect/syntax.h"
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 struct BoundSearch {
   TypedSelect select;
@@ -36,4 +36,4 @@ inline constexpr std::size_t kMostWritten = std::size_t{256} * 1024;
 Answer<BoundSearch> Bind(const SyntaxStatement& statement, const SearchInput& input,
                          std::chrono::steady_clock::time_point until);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -7,7 +7,7 @@
 #include "server/documents/active_contract.h"
 #include "server/documents/order_remainder.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using Column = CatalogueColumn;
@@ -441,4 +441,4 @@ const CatalogueTable* FindCatalogueTable(std::string_view name) {
   return found == std::end(kTables) ? nullptr : found;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

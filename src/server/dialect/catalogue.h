@@ -11,7 +11,7 @@
 #include "contract/points.h"
 #include "packet/value_kind.h"
 
-namespace orvane {
+namespace orvane::server {
 
 enum CatalogueFlags : std::uint8_t {
   kPlainColumn = 0,
@@ -69,4 +69,4 @@ std::span<const CatalogueTable> SearchCatalogue();
 /// Null pointer when the table is not listed; case does not matter.
 const CatalogueTable* FindCatalogueTable(std::string_view name);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 bool Holds(int order, const std::string& sign) {
@@ -222,4 +222,4 @@ ConditionPtr ListOf(const std::vector<ConditionPtr>& equal) {
   return Shared(std::move(list));
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -12,7 +12,7 @@
 #include "server/dialect/syntax.h"
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Kinds that compare with each other.
 enum class Sort : unsigned char { Number, Amount, Rate, Real, Day, Moment, Text };
@@ -48,4 +48,4 @@ ConditionPtr NullTest(const TermPtr& term);
 /// Equalities of one term with constants, as a list.
 ConditionPtr ListOf(const std::vector<ConditionPtr>& equal);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -6,7 +6,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 constexpr std::size_t kLongest = 64 * 1024;
@@ -131,4 +131,4 @@ std::optional<VariantArray> ReadContinuation(std::string_view text, std::uint64_
   return values;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -9,7 +9,7 @@
 #include "packet/variant.h"
 #include "server/dialect/search.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// A portion's last order values as a text for the client to send back.
 std::string WriteContinuation(std::uint64_t fingerprint, std::span<const Variant> values);
@@ -19,4 +19,4 @@ std::string WriteContinuation(std::uint64_t fingerprint, std::span<const Variant
 std::optional<VariantArray> ReadContinuation(std::string_view text, std::uint64_t fingerprint,
                                              std::span<const ValueKind> kinds);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 constexpr std::string_view kHead = "documentHead";
@@ -33,4 +33,4 @@ RowPredicate PredicateOf(const CatalogueTable& table,
   return predicate;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 bool SameColumn(const Term& left, const Term& right) {
@@ -94,4 +94,4 @@ std::vector<ConditionPtr> RowConditions(const TypedSelect& select) {
   return all;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

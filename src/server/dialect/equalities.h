@@ -7,7 +7,7 @@
 
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 class Equalities {
  public:
@@ -69,4 +69,4 @@ bool Equalities::IsDetermined(const TypedTable& table, const Known& known) const
   return true;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

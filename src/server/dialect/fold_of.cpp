@@ -7,7 +7,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// A stored name that stands for a name of another table, chosen by a column of the row.
@@ -196,4 +196,4 @@ TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables, bool
   return fold ? fold : term;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -4,7 +4,7 @@
 
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// The fold of a text term: its stored fold, or the same shape over stored folds. A null pointer
 /// for what is no text. The name that an entry of the base supply list goes by, chosen by the
@@ -16,4 +16,4 @@ TermPtr FoldOf(const TermPtr& text, const std::vector<TypedTable>& tables);
 /// stand for several wholes.
 TermPtr OrderOf(const TermPtr& term, const std::vector<TypedTable>& tables, bool distinct);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

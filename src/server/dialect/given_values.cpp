@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// The condition with its constant, part 1, open.
@@ -73,4 +73,4 @@ std::vector<bool> GivenValues::Open() const {
   return open;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -8,7 +8,7 @@
 
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 class GivenValues {
  public:
@@ -54,4 +54,4 @@ class GivenValues {
   int deciding_ = 0;
 };
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

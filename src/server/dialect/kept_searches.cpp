@@ -6,7 +6,7 @@
 #include "server/dialect/lexer.h"
 #include "server/dialect/shape.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Of one key: values that decide come in few combinations.
@@ -78,4 +78,4 @@ std::size_t KeptSearches::Entry::Bytes() const {
   return bytes;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -21,11 +21,11 @@
 
 #include "server/dialect/search.h"
 
-namespace orvane {
-
-namespace dialect {
+namespace orvane::server::dialect {
 struct Shape;
-}  // namespace dialect
+}  // namespace orvane::server::dialect
+
+namespace orvane::server {
 
 /// Thread-safe. Keeps the statements that were asked for last.
 class KeptSearches {
@@ -64,4 +64,4 @@ class KeptSearches {
   std::atomic<std::int64_t> read_{0};
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 bool IsLetter(char c) {
@@ -185,4 +185,4 @@ Answer<std::vector<Token>> Tokenise(std::string_view sql) {
   return Lexer(sql).Run();
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

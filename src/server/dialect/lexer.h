@@ -9,7 +9,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Where something stands in the statement: line and column, counted from 1, in code points.
 struct Place {
@@ -50,4 +50,4 @@ inline constexpr std::size_t kLongestStatement = 32 * 1024;
 /// UTF-8, or hold a character that no token begins with.
 Answer<std::vector<Token>> Tokenise(std::string_view sql);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -4,7 +4,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// A run of literal text, or (when `wild` is not 0) one % or _.
@@ -84,4 +84,4 @@ std::optional<LikePattern> ReadLikePattern(std::string_view pattern, bool folded
   return general;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

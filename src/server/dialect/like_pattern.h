@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 enum class LikeKind : unsigned char {
   Exact,      ///< the whole text is `text`
@@ -23,4 +23,4 @@ struct LikePattern {
 /// other sets of characters, and beyond 4 KB, which no engine takes.
 std::optional<LikePattern> ReadLikePattern(std::string_view pattern, bool folded);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

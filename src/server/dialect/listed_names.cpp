@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 constexpr std::string_view kEntries = "BaseSupplyList";
@@ -78,4 +78,4 @@ void UseListedNames(TypedSelect& select) {
   select.where = Rewritten(select.where, select, equalities);
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -8,7 +8,7 @@
 #include "server/dialect/equalities.h"
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// The kept fold of the joined list that leaves fewest rows, or `term` itself when it is no entry's
 /// name or no list of the rows keeps it.
@@ -17,4 +17,4 @@ TermPtr ListedName(const TermPtr& term, const TypedSelect& select, const Equalit
 /// The same in the conditions that rows meet.
 void UseListedNames(TypedSelect& select);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

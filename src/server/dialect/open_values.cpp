@@ -6,7 +6,7 @@
 #include "packet/fold.h"
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 std::optional<Variant> ReadWhole(const OpenValue& open, const Variant& given,
@@ -55,4 +55,4 @@ std::optional<Variant> NumberConstant(std::string_view text, bool whole) {
   return whole ? Variant(number->Mantissa()) : Variant(*number);
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

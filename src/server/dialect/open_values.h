@@ -12,7 +12,7 @@
 #include "packet/variant.h"
 #include "server/dialect/like_pattern.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 enum class OpenReading : unsigned char {
   Whole,         ///< as a value of `kind`, or its fold
@@ -39,4 +39,4 @@ std::optional<Variant> PlainParameter(const Variant& value);
 /// Digits, with or without a point, as a constant; empty beyond what a number may be.
 std::optional<Variant> NumberConstant(std::string_view text, bool whole);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

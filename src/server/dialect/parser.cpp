@@ -8,7 +8,7 @@
 
 #include "packet/variant.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// Words that cannot be names: those of the dialect, and those with which another dialect would go
@@ -601,4 +601,4 @@ Answer<SyntaxStatement> Parse(std::vector<Token> tokens) {
   return Parser(std::move(tokens)).Run();
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

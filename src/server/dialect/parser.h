@@ -6,7 +6,7 @@
 #include "server/dialect/lexer.h"
 #include "server/dialect/syntax.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Nothing nests deeper, and no statement has more parts than this.
 inline constexpr int kDeepestNesting = 32;
@@ -19,4 +19,4 @@ inline constexpr std::size_t kMostColumns = 256;
 /// line and column.
 Answer<SyntaxStatement> Parse(std::vector<Token> tokens);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

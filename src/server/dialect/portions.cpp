@@ -8,7 +8,7 @@
 #include "server/dialect/fold_of.h"
 #include "server/dialect/listed_names.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 std::set<int> TablesOf(const Condition& condition) {
@@ -241,4 +241,4 @@ bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder
   });
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

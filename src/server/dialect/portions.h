@@ -7,7 +7,7 @@
 
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Takes out outer joined single-row tables of which nothing is read: their values are known.
 void DropUnusedSettings(TypedSelect& select);
@@ -26,4 +26,4 @@ std::vector<TypedOrder> PortionOrder(const TypedSelect& select);
 /// the portion is then found by walking the order or by sorting the few.
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

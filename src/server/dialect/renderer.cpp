@@ -12,7 +12,7 @@
 #include "server/dialect/binder.h"
 #include "server/dialect/seen_first.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// PostgreSQL's type of a kind. SQLite needs none: its columns keep whole numbers, reals and texts.
@@ -604,4 +604,4 @@ std::optional<Rendered> Render(const TypedSelect& select, const std::vector<Type
   return Renderer(rendering).Run(select, order);
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -6,7 +6,7 @@
 #include "server/dialect/search.h"
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Writes a typed statement for an engine: one portion of at most `rowLimit` rows and one more,
 /// behind the row whose order values are `after` (empty: from the beginning).
@@ -41,4 +41,4 @@ struct Rendered {
 std::optional<Rendered> Render(const TypedSelect& select, const std::vector<TypedOrder>& order,
                                const Rendering& rendering);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

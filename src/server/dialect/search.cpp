@@ -7,7 +7,7 @@
 #include "server/dialect/lexer.h"
 #include "server/dialect/shape.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 void CutColumn(PacketColumn& column, std::size_t rows) {
@@ -57,4 +57,4 @@ DataPacket FinishPortion(const RenderedSearch& search, DataPacket packet) {
   return packet;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

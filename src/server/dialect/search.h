@@ -25,7 +25,7 @@
 #include "server/dialect/catalogue.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A portion never has more rows than this, also when no limit was asked for.
 inline constexpr std::int32_t kMostSearchRows = 5000;
@@ -84,4 +84,4 @@ void CutRows(DataPacket& packet, std::size_t rows);
 /// rows follow. `packet` is the statement's answer.
 DataPacket FinishPortion(const RenderedSearch& search, DataPacket packet);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "server/dialect/equalities.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 bool AllTellNothing(const std::vector<TermPtr>& parts,
@@ -94,4 +94,4 @@ bool TellsNothing(const Condition& condition) {
   return false;
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -12,11 +12,11 @@
 
 #include "server/dialect/typed.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Whether a condition, a value, may be worked out for rows that the asker does not see: it cannot
 /// fail, and how long it takes tells nothing.
 bool TellsNothing(const Condition& condition);
 bool TellsNothing(const Term& term);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

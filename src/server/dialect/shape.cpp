@@ -12,7 +12,7 @@
 #include "server/dialect/parser.h"
 #include "server/dialect/portions.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 /// A hash, eight bytes at a time, of everything that decides which rows the search has, and in
@@ -267,4 +267,4 @@ std::optional<RenderedSearch> Fill(const Shape& shape, const std::vector<Token>&
   return Filler(shape, tokens, input).Run();
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -16,7 +16,7 @@
 #include "server/dialect/renderer.h"
 #include "server/dialect/search.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 /// Everything in which tokens must agree beside their values, and what else decides the rendering
 /// and is no value: the engine, the rows asked for, the zone.
@@ -55,4 +55,4 @@ Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input);
 std::optional<RenderedSearch> Fill(const Shape& shape, const std::vector<Token>& tokens,
                                    const SearchInput& input);
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

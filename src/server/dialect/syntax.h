@@ -10,7 +10,7 @@
 
 #include "server/dialect/lexer.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 struct SyntaxSelect;
 
@@ -111,4 +111,4 @@ struct SyntaxStatement {
   SyntaxSelect select;
 };
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

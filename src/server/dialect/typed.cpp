@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 namespace {
 
 ConditionPtr Join(ConditionKind kind, std::vector<ConditionPtr> parts) {
@@ -248,4 +248,4 @@ std::vector<ConditionPtr> Conjuncts(const ConditionPtr& condition) {
   return {condition};
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -15,7 +15,7 @@
 #include "server/dialect/search.h"
 #include "server/dialect/syntax.h"
 
-namespace orvane::dialect {
+namespace orvane::server::dialect {
 
 struct Term;
 struct Condition;
@@ -180,4 +180,4 @@ void VisitColumns(const Condition& condition, const Visit& visit) {
   if (condition.select) VisitColumns(*condition.select, visit);
 }
 
-}  // namespace orvane::dialect
+}  // namespace orvane::server::dialect

@@ -8,7 +8,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// 1 for a row of SuppliesContracts (alias {t}) that is signed, not blocked, and either not ended
 /// on the day ({today}) or renewed by itself; otherwise 0.
@@ -22,4 +22,4 @@ inline std::string ActiveContract(std::string_view alias, std::string_view today
   return Replaced(Replaced(kActiveContract, "{t}", alias), "{today}", today);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "contract/document_rows.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::size_t kMostCostCenters = 1000;
@@ -27,4 +27,4 @@ Variant AdmissibleCenters(DataPacket rows) {
   return rows.rowCount > kMostCostCenters ? Variant() : Variant(std::move(rows));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

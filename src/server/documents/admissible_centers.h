@@ -9,7 +9,7 @@
 #include "packet/variant.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Rows of own_rows::kCostCenter, by code; of too many one too many.
 Statement SelectAdmissibleCenters(std::int64_t employee);
@@ -17,4 +17,4 @@ Statement SelectAdmissibleCenters(std::int64_t employee);
 /// The packet to be sent; Null when there are too many.
 Variant AdmissibleCenters(DataPacket rows);
 
-}  // namespace orvane
+}  // namespace orvane::server

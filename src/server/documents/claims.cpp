@@ -2,7 +2,7 @@
 
 #include <spdlog/spdlog.h>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Failure Denied(const Work& work, std::string_view what) {
@@ -25,4 +25,4 @@ Answer<Done> CheckClaims(const Work& work, const Claims& claims) {
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

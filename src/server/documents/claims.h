@@ -4,7 +4,7 @@
 #include "packet/variant.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What a request says of its asker beside the ticket. Missing parts are Null.
 struct Claims {
@@ -27,4 +27,4 @@ inline bool HasFullAccess(const Work& work) {
   return work.Who().userLevel == 0;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

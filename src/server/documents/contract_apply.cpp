@@ -10,7 +10,7 @@
 #include "server/documents/settings.h"
 #include "server/providers/row_lock.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using namespace supplies_contract;
 
@@ -198,4 +198,4 @@ WriteRules ContractRules() {
   return {.references = kReferences, .beforeWrite = &BeforeContracts};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

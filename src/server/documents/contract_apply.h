@@ -2,10 +2,10 @@
 
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What happens around the writing of a supplies contract: a new one gets its identifier, codes
 /// must be known, kinds bought by supply list name one, and a contract that documents use stays.
 WriteRules ContractRules();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "server/documents/active_contract.h"
 #include "server/providers/arguments.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace contract = supplies_contract;
@@ -89,4 +89,4 @@ Answer<VariantArray> GetSuppliesContract(Work& work, const VariantArray& ask) {
   return tell;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

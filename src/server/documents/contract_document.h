@@ -2,7 +2,7 @@
 
 #include "server/documents/document.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Supplies contracts. The parts are the rows behind its codes: supplier and plan line.
 const Document& SuppliesContract();
@@ -11,4 +11,4 @@ const Document& SuppliesContract();
 /// snapshot. Names come in both languages. Positions in contract/supplies_contract.h.
 Answer<VariantArray> GetSuppliesContract(Work& work, const VariantArray& ask);
 
-}  // namespace orvane
+}  // namespace orvane::server

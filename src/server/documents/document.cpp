@@ -2,7 +2,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 
 namespace {
 
@@ -67,4 +67,4 @@ Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const 
   return loaded;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -14,7 +14,7 @@
 #include "server/documents/visibility.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Rows that travel with a load. The select answers the provider's fields in their order for the
 /// key that was found ({id}, {version}); {Name}, {UserName} and the like in braces become the
@@ -52,4 +52,4 @@ struct LoadedDocument {
 Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
                                     Language language, std::span<const Statement> further);
 
-}  // namespace orvane
+}  // namespace orvane::server

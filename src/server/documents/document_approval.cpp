@@ -7,7 +7,7 @@
 #include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 // Columns of approval rows, whatever the document.
@@ -203,4 +203,4 @@ Answer<Done, Setback> AfterDecisions(const ApprovalSteps& steps, WriteContext& c
   return SettleDecision(steps, context, *std::any_cast<DocumentHead>(&context.kept));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/documents/server_writes.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct ApprovalSteps {
   const StoredDocument& document;
@@ -54,4 +54,4 @@ Answer<Done, Setback> BeforeDecisions(const ApprovalSteps& steps, WriteContext& 
                                       std::span<PreparedChange> changes);
 Answer<Done, Setback> AfterDecisions(const ApprovalSteps& steps, WriteContext& context);
 
-}  // namespace orvane
+}  // namespace orvane::server

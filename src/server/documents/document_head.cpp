@@ -4,7 +4,7 @@
 #include "server/documents/named_statement.h"
 #include "server/providers/change_writer.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::string_view kStatusNames[] = {"Анулиран",     "Отхвърлен",        "Въведен",
@@ -225,4 +225,4 @@ bool IsRequester(const Work& work, const DocumentHead& head) {
   return HasFullAccess(work) || work.Who().Employee() == head.notifier;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -14,7 +14,7 @@
 #include "server/documents/visibility.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Documents without versions have version 0.
 struct DocumentKey {
@@ -157,4 +157,4 @@ bool IsOwner(const Work& work, const DocumentHead& head);
 /// The asker requested it, or may complete whatever order.
 bool IsRequester(const Work& work, const DocumentHead& head);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/documents/values.h"
 #include "server/providers/server_class.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// What the second hook needs to know of a change of a head.
@@ -341,4 +341,4 @@ std::string DocumentHeadWord(std::string_view column, const Variant& value) {
   return std::string(StatusName(static_cast<int>(*value.AsInt())));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "server/documents/head_facts.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Registers that every head names.
 inline constexpr ReferenceRule kHeadReferences[] = {
@@ -59,4 +59,4 @@ Right DocumentHeadRight(const Work& work, const Change& change);
 /// The name of a status.
 std::string DocumentHeadWord(std::string_view column, const Variant& value);
 
-}  // namespace orvane
+}  // namespace orvane::server

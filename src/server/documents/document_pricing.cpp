@@ -6,7 +6,7 @@
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
 
-namespace orvane {
+namespace orvane::server {
 
 DocumentRow DocumentRowOf(NamedValues values) {
   const auto number = [&](std::string_view column) {
@@ -97,4 +97,4 @@ std::string EntryName(std::int64_t serial, const std::map<std::int64_t, EntryFac
   return name + "“";
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/documents/document_head.h"
 #include "server/documents/entries.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DocumentRow {
   int number = 0;
@@ -51,4 +51,4 @@ std::optional<DocumentSums> SumsOf(std::span<const DocumentRow> rows, Decimal ra
 /// "„20 Ламарина“", the bare number for an entry that is not known.
 std::string EntryName(std::int64_t serial, const std::map<std::int64_t, EntryFacts>& entries);
 
-}  // namespace orvane
+}  // namespace orvane::server

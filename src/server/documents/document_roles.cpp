@@ -1,6 +1,6 @@
 #include "server/documents/document_roles.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::vector<RoleRow> RolesInDocument(const Work& work, const DocumentInApproval& document) {
   RoleFacts facts;
@@ -22,4 +22,4 @@ bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64
   return createdFrom == work.Who().login || work.Who().Employee() == notifier;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

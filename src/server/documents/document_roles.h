@@ -9,7 +9,7 @@
 #include "server/approval/approvers.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DocumentInApproval {
   int status = Entered;
@@ -24,4 +24,4 @@ std::vector<RoleRow> RolesInDocument(const Work& work, const DocumentInApproval&
 /// The asker created or requested it, and the configuration forbids deciding on one's own.
 bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64_t notifier);
 
-}  // namespace orvane
+}  // namespace orvane::server

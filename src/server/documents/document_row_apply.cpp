@@ -8,7 +8,7 @@
 #include "server/documents/values.h"
 #include "server/providers/change_check.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// What the second hook needs of what the first one read.
@@ -261,4 +261,4 @@ std::string RowName(const StoredDocument& document, DocumentKey key, const Docum
   return NameOf(document, key) + ", ред " + std::to_string(row.number) + ": ";
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -14,7 +14,7 @@
 #include "server/documents/entry_terms.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Makes "<what> in (…)": the values of a column in the changes and in the rows they change.
 class WantedValues {
@@ -62,4 +62,4 @@ std::vector<const DocumentRow*> ChangedRows(const std::vector<DocumentRow>& rows
 /// "Искане за покупка 17, версия 2, ред 3: ".
 std::string RowName(const StoredDocument& document, DocumentKey key, const DocumentRow& row);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 #include "packet/quantity.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::optional<Failure> WhyHeadNotSent(const SentDocument& sent) {
@@ -95,4 +95,4 @@ const DocumentOwners* WhoMayNotDecide(const Work& work, const DocumentOwners& ow
   return work.Options().mayApproveOwn ? nullptr : &owners;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "server/documents/entry_terms.h"
 #include "server/documents/head_facts.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct SentDocument {
   const StoredDocument& document;
@@ -38,4 +38,4 @@ std::optional<Failure> WhyNotSent(const SentDocument& sent);
 /// otherwise. For PlanApproval.
 const DocumentOwners* WhoMayNotDecide(const Work& work, const DocumentOwners& owners);
 
-}  // namespace orvane
+}  // namespace orvane::server

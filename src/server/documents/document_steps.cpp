@@ -4,7 +4,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::optional<DocumentKey> KeyIn(const StoredDocument& document, const Change& change) {
@@ -83,4 +83,4 @@ Setback BadRequest(std::string sentence) {
   return {{FailureKind::BadRequest, std::move(sentence)}, false};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/documents/document_head.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The document whose parts a batch of changes belongs to. BadRequest when they belong to several,
 /// or when a change would move its row to another document.
@@ -35,4 +35,4 @@ Statement NextNumber(std::string_view table);
 Setback Refusal(Failure failure);
 Setback BadRequest(std::string sentence);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/named_statement.h"
 #include "server/documents/values.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kPriceDecimals = 4;
@@ -123,4 +123,4 @@ std::map<std::int64_t, EntryFacts> ReadEntries(const DataPacket& entries,
   return facts;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "server/documents/settings.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct EntryFacts {
   std::int64_t serial = 0;
@@ -46,4 +46,4 @@ std::vector<Statement> SelectEntries(const EntriesAsked& asked);
 std::map<std::int64_t, EntryFacts> ReadEntries(const DataPacket& entries,
                                                const DataPacket& lastDeliveries);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Units are kept in blocks of a hundred, within which they convert into each other.
@@ -54,4 +54,4 @@ std::map<std::int64_t, EntryTerms> ReadEntryTerms(const DataPacket& packet) {
   return terms;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 
 #include "server/documents/document_pricing.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct EntryTerms {
   std::int64_t own = 0;          ///< unit of the list
@@ -27,4 +27,4 @@ Statement SelectEntryTerms(const std::string& wanted, const std::string& day,
 /// By serial number.
 std::map<std::int64_t, EntryTerms> ReadEntryTerms(const DataPacket& packet);
 
-}  // namespace orvane
+}  // namespace orvane::server

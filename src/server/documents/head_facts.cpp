@@ -4,7 +4,7 @@
 #include "server/documents/document_steps.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::vector<Statement> SelectHeadFacts(const Work& work, const Change& change,
                                        const NamedValues& present) {
@@ -56,4 +56,4 @@ std::optional<std::string> WhyContractRefused(const StoredDocument& document,
   return std::nullopt;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -12,7 +12,7 @@
 #include "server/documents/document_head.h"
 #include "server/documents/settings.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What the registers say of what a head says.
 struct HeadFacts {
@@ -39,4 +39,4 @@ std::optional<std::string> WhyContractRefused(const StoredDocument& document,
                                               std::optional<std::int64_t> supplier,
                                               std::optional<std::int64_t> kind);
 
-}  // namespace orvane
+}  // namespace orvane::server

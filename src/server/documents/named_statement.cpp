@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 bool IsNameCharacter(char c) {
@@ -63,4 +63,4 @@ std::string Replaced(std::string_view text, std::string_view mark, std::string_v
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -13,7 +13,7 @@
 #include "packet/variant.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Every :Name of the text must be among the values (asserted); a value that the text does not name
 /// is left out.
@@ -26,4 +26,4 @@ std::vector<ResultColumn> ColumnsOf(const ProviderDef& provider);
 /// The text with every `mark` replaced.
 std::string Replaced(std::string_view text, std::string_view mark, std::string_view by);
 
-}  // namespace orvane
+}  // namespace orvane::server

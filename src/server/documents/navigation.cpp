@@ -7,7 +7,7 @@
 
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Beyond every identifier and version.
@@ -208,4 +208,4 @@ LoadCode LoadCodeOf(const DataPacket& found) {
   return LoadCode::Between;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/documents/visibility.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Where a load goes. Steps count for Nav::Step only.
 struct Place {
@@ -49,4 +49,4 @@ LoadCode LoadCodeOf(const DataPacket& found);
 inline constexpr std::string_view kKeptId = "orvane_kept('DocumentId')";
 inline constexpr std::string_view kKeptVersion = "orvane_kept('DocumentVersion')";
 
-}  // namespace orvane
+}  // namespace orvane::server

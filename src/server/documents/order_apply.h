@@ -4,10 +4,10 @@
 
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 WriteRules OrderHeadRules();
 WriteRules OrderRowRules();
 WriteRules OrderApprovalRules();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -10,7 +10,7 @@
 #include "server/documents/order_remainder.h"
 #include "server/providers/server_class.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -120,4 +120,4 @@ WriteRules OrderApprovalRules() {
           .decisions = true};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -3,7 +3,7 @@
 #include "contract/supplier_order.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -156,4 +156,4 @@ const std::string& Requests() {
 
 }  // namespace order_select
 
-}  // namespace orvane
+}  // namespace orvane::server

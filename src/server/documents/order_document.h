@@ -4,7 +4,7 @@
 
 #include "server/documents/document.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Positions of the parts behind the head.
 enum OrderPart : std::uint8_t {
@@ -32,4 +32,4 @@ const std::string& Approvals();
 const std::string& Requests();
 }  // namespace order_select
 
-}  // namespace orvane
+}  // namespace orvane::server

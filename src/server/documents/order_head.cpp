@@ -2,7 +2,7 @@
 
 #include "contract/supplier_order.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -89,4 +89,4 @@ const StoredDocument& StoredOrder() {
   return kStored;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,8 +4,8 @@
 
 #include "server/documents/document_head.h"
 
-namespace orvane {
+namespace orvane::server {
 
 const StoredDocument& StoredOrder();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "server/documents/order_moves.h"
 #include "server/providers/row_checks.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace field = supplier_order::head;
@@ -101,4 +101,4 @@ WriteRules OrderHeadRules() {
           .word = &DocumentHeadWord};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

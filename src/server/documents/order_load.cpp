@@ -10,7 +10,7 @@
 #include "server/documents/order_document.h"
 #include "server/providers/arguments.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace order = supplier_order;
@@ -205,4 +205,4 @@ Answer<VariantArray> GetOrder(Work& work, const VariantArray& ask) {
   return tell;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

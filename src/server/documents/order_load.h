@@ -4,7 +4,7 @@
 #include "packet/variant.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// "GetParams": what the screen of orders asks once. Positions in contract/supplier_order.h.
 Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask);
@@ -14,4 +14,4 @@ Answer<VariantArray> GetOrderParams(Work& work, const VariantArray& ask);
 /// contract/supplier_order.h.
 Answer<VariantArray> GetOrder(Work& work, const VariantArray& ask);
 
-}  // namespace orvane
+}  // namespace orvane::server

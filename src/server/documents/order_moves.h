@@ -6,9 +6,9 @@
 #include "server/documents/document_head.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The head carries the move's status already.
 Answer<Done, Setback> OrderMoved(WriteContext& context, DocumentKey key, const Move& move);
 
-}  // namespace orvane
+}  // namespace orvane::server

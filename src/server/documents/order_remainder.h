@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// Asked of an order's row (alias {t}) by current requests that were sent and not annulled, in
 /// smallest units.
@@ -34,4 +34,4 @@ inline constexpr std::string_view kTakenFromOrder =
     " and p.POVersion = d.PurchaseOrderVer where d.SuppManifacOrderId = {order}"
     " and p.OldVersion = 0 and p.AnnulOn is null and p.Status between 3 and 7";
 
-}  // namespace orvane
+}  // namespace orvane::server

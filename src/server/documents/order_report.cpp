@@ -12,7 +12,7 @@
 #include "server/providers/arguments.h"
 #include "server/providers/change_check.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace report = supplier_order::report;
@@ -194,4 +194,4 @@ Answer<VariantArray> GetOrderReportParams(Work& work, const VariantArray& ask) {
   return tell;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// "GetParams": what the report opens with.
 Answer<VariantArray> GetOrderReportParams(Work& work, const VariantArray& ask);
@@ -13,4 +13,4 @@ Answer<VariantArray> GetOrderReportParams(Work& work, const VariantArray& ask);
 /// identifier.
 Answer<VariantArray> GetOrderReport(Work& work, const VariantArray& ask);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/order_apply.h"
 #include "server/documents/order_head.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// An order holds an entry once: what it leaves is counted by entry.
@@ -49,4 +49,4 @@ WriteRules OrderRowRules() {
   return {.beforeWrite = &BeforeRows, .afterWrite = &AfterRows};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "server/documents/named_statement.h"
 #include "server/documents/settings.h"
 
-namespace orvane {
+namespace orvane::server {
 
 inline constexpr std::string_view kRateOnDay =
     "select CurrencyRate1 from RatesOfExchange where Partner = :Bank and KindCurrency = :Currency"
@@ -21,4 +21,4 @@ inline Statement SelectRate(const DocumentSettings& settings, std::int64_t curre
                {{"CurrencyRate1", ValueKind::Rate, 0}});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

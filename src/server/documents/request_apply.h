@@ -4,7 +4,7 @@
 
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 WriteRules RequestHeadRules();
 WriteRules RequestRowRules();
@@ -12,4 +12,4 @@ WriteRules RequestScheduleRules();
 WriteRules RequestPlanRules();
 WriteRules RequestApprovalRules();
 
-}  // namespace orvane
+}  // namespace orvane::server

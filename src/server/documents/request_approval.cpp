@@ -12,7 +12,7 @@
 #include "server/documents/request_rows.h"
 #include "server/documents/values.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::string_view kOrdersNamed =
@@ -171,4 +171,4 @@ WriteRules RequestApprovalRules() {
           .decisions = true};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

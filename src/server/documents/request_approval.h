@@ -6,7 +6,7 @@
 #include "server/documents/document_head.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Sends a request whose head has status 3: checks that it is whole, makes its approval rows, or
 /// approves it by service, and takes its quantities from the supplier orders.
@@ -17,4 +17,4 @@ Answer<Done, Setback> SendRequest(WriteContext& context, DocumentKey key);
 Answer<Done, Setback> DecideOnRequest(WriteContext& context, DocumentKey key,
                                       const DecisionAsked& asked);
 
-}  // namespace orvane
+}  // namespace orvane::server

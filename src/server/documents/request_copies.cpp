@@ -12,7 +12,7 @@
 #include "server/providers/arguments.h"
 #include "server/providers/client_keys.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -260,4 +260,4 @@ Answer<VariantArray> MakeRequestFrom(Work& work, const VariantArray& ask) {
       });
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "packet/variant.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// "NewRec": makes a new version of a request, or a copy. Positions in contract/purchase_request.h.
 ///
@@ -13,4 +13,4 @@ namespace orvane {
 /// orders, and nothing of it is delivered, settled or decided.
 Answer<VariantArray> MakeRequestFrom(Work& work, const VariantArray& ask);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include "contract/purchase_request.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -95,4 +95,4 @@ const Document& PurchaseRequest() {
   return kDocument;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

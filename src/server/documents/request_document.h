@@ -2,7 +2,7 @@
 
 #include "server/documents/document.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Positions of the parts behind the head.
 enum RequestPart : std::uint8_t {
@@ -19,4 +19,4 @@ enum RequestPart : std::uint8_t {
 /// Purchase requests.
 const Document& PurchaseRequest();
 
-}  // namespace orvane
+}  // namespace orvane::server

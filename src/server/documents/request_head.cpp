@@ -1,6 +1,6 @@
 #include "server/documents/request_head.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -67,4 +67,4 @@ std::string NameOf(DocumentKey request) {
   return NameOf(kStored, request);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

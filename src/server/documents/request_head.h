@@ -5,7 +5,7 @@
 #include "contract/purchase_request.h"
 #include "server/documents/document_head.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Under whose name a request without approval levels was approved.
 inline constexpr auto kRequestServiceEmployee = Code19("ServiceEmployee");
@@ -14,4 +14,4 @@ const StoredDocument& StoredRequest();
 /// "Искане за покупка 17, версия 2".
 std::string NameOf(DocumentKey request);
 
-}  // namespace orvane
+}  // namespace orvane::server

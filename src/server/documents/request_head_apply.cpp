@@ -4,7 +4,7 @@
 #include "server/documents/request_head.h"
 #include "server/documents/request_moves.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace field = purchase_request::head;
@@ -65,4 +65,4 @@ WriteRules RequestHeadRules() {
           .word = &DocumentHeadWord};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

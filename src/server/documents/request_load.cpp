@@ -9,7 +9,7 @@
 #include "server/documents/request_document.h"
 #include "server/providers/arguments.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -91,4 +91,4 @@ Answer<VariantArray> GetPurchaseRequest(Work& work, const VariantArray& ask) {
   return tell;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "server/documents/request_head.h"
 #include "server/documents/server_writes.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace request = purchase_request;
@@ -70,4 +70,4 @@ Answer<Done, Setback> RequestMoved(WriteContext& context, DocumentKey key, const
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

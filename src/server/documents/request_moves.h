@@ -7,7 +7,7 @@
 #include "server/documents/document_head.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The head carries the move's status already.
 Answer<Done, Setback> RequestMoved(WriteContext& context, DocumentKey key, const Move& move);
@@ -21,4 +21,4 @@ Answer<Done, Setback> WriteRequestStatus(WriteContext& context, const DocumentHe
 /// Orders that the request's rows name get the status that the requests against them give.
 Answer<Done, Setback> SettleOrders(WriteContext& context, DocumentKey key);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/server_writes.h"
 #include "server/documents/settings.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace del = purchase_request::del;
@@ -106,4 +106,4 @@ WriteRules RequestPlanRules() {
   return {.beforeWrite = &BeforePlan};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/request_head.h"
 #include "server/documents/request_rows.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace det = purchase_request::det;
@@ -53,4 +53,4 @@ WriteRules RequestRowRules() {
   return {.beforeWrite = &BeforeRows, .afterWrite = &AfterRows};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/documents/order_remainder.h"
 #include "server/documents/request_head.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr ValueKind kQuantity = ValueKind::Double;
@@ -113,4 +113,4 @@ std::optional<Failure> WhyOrdersRefuse(const DocumentHead& head, std::span<const
   return std::nullopt;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 
 #include "server/documents/document_pricing.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A supplier order and what it still leaves of its entries to requests of status 3 to 7.
 struct OrderFacts {
@@ -35,4 +35,4 @@ std::optional<Failure> WhyOrdersRefuse(const DocumentHead& head, std::span<const
                                        const std::map<std::int64_t, OrderFacts>& orders,
                                        const std::map<std::int64_t, EntryFacts>& entries);
 
-}  // namespace orvane
+}  // namespace orvane::server

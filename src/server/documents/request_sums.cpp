@@ -7,7 +7,7 @@
 #include "server/documents/values.h"
 #include "server/providers/arguments.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using purchase_request::sum_check::At;
@@ -97,4 +97,4 @@ Answer<VariantArray> CheckRequestSums(Work& work, const VariantArray& ask) {
   return tell;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "packet/variant.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// "GetSumCheck": whether the payment plan agrees with the request. Positions in
 /// contract/purchase_request.h; the two totals come back equal when the plan is empty or the
@@ -21,4 +21,4 @@ struct SumCheck {
   SumCheck WithinTolerance(Decimal tolerance) const;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

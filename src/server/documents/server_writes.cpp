@@ -4,7 +4,7 @@
 
 #include "server/providers/change_check.h"
 
-namespace orvane {
+namespace orvane::server {
 
 void ServerWrites::Add(const ProviderDef& table, const Change& change) {
   statements_.push_back(WriteStatement(table, change));
@@ -91,4 +91,4 @@ void Impose(PreparedChange& change, const NamedValues& present, std::string_view
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

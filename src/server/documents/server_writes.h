@@ -9,7 +9,7 @@
 #include "server/providers/change_writer.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 class ServerWrites {
  public:
@@ -50,4 +50,4 @@ NamedValues After(NamedValues row, const Change& change);
 void Impose(PreparedChange& change, const NamedValues& present, std::string_view name,
             const Variant& value);
 
-}  // namespace orvane
+}  // namespace orvane::server

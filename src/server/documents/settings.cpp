@@ -3,7 +3,7 @@
 #include "contract/parameters.h"
 #include "contract/system.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kMostAmountDecimals = 4;
@@ -56,4 +56,4 @@ DocumentSettings ReadSettings(const DataPacket& rows) {
   return settings;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "packet/decimal.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct DocumentSettings {
   int amountDecimals = 2;  ///< also while the parameter is empty
@@ -41,4 +41,4 @@ struct DocumentSettings {
 Statement SelectSettings();
 DocumentSettings ReadSettings(const DataPacket& rows);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,6 +1,6 @@
 #include "server/documents/values.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kQuantityDecimals = 6;
@@ -47,4 +47,4 @@ Failure TooGreat(const std::string& what) {
   return Refused(what + " е твърде голяма стойност. Проверете количеството, цената и курса.");
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "packet/decimal.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// price × quantity ÷ numerator ÷ rate. The price is in national currency for `numerator` smallest
 /// units; the quantity is in smallest units at six decimals. Empty when it does not fit.
@@ -27,4 +27,4 @@ Decimal AsAmount(Decimal value);
 /// The refusal in the place of an amount that does not fit.
 Failure TooGreat(const std::string& what);
 
-}  // namespace orvane
+}  // namespace orvane::server

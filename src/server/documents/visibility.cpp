@@ -4,7 +4,7 @@
 #include "server/documents/claims.h"
 #include "server/documents/named_statement.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Cost centres for which the asker is an admissible requester.
@@ -172,4 +172,4 @@ RowPredicate SearchVisibility(const Work& work, std::string_view table) {
   return {"1 = 0", {}};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

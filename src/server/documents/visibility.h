@@ -16,7 +16,7 @@
 #include "server/dialect/search.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What of an asker decides which documents he sees.
 struct Sight {
@@ -141,4 +141,4 @@ std::string SeenBySession(const SeenTable& table, std::string_view alias);
 /// documents here shows nothing.
 RowPredicate SearchVisibility(const Work& work, std::string_view table);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -17,7 +17,7 @@
 
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 template <class Connection>
 class ConnectionPool {
@@ -94,4 +94,4 @@ class ConnectionPool {
   Open open_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

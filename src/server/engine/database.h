@@ -23,7 +23,7 @@
 #include "packet/failure.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::server {
 
 enum class Engine : std::uint8_t { Sqlite, Postgres };
 
@@ -168,4 +168,4 @@ struct PostgresOptions {
 /// Connects to PostgreSQL through a pool; prepared statements, pipeline mode.
 EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& options);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::string Unfit(const PacketColumn& column, std::string_view value) {
@@ -44,4 +44,4 @@ FillError FillText(PacketColumn& column, std::string_view text) {
   return std::nullopt;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

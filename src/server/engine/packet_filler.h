@@ -12,7 +12,7 @@
 #include "packet/data_packet.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// An empty packet with the columns of a statement.
 DataPacket PacketFor(std::span<const ResultColumn> columns);
@@ -26,4 +26,4 @@ FillError FillStored(PacketColumn& column, std::int64_t value);
 FillError FillReal(PacketColumn& column, double value);
 FillError FillText(PacketColumn& column, std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::server

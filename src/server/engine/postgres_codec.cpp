@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <variant>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 // Object identifiers of the built-in types, which PostgreSQL never changes.
@@ -255,4 +255,4 @@ NumberedText WithNumberedParams(std::string_view text) {
   return numbered;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

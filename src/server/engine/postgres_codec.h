@@ -12,7 +12,7 @@
 #include "server/engine/database.h"
 #include "server/engine/packet_filler.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using PostgresType = std::uint32_t;
 
@@ -38,4 +38,4 @@ struct NumberedText {
 /// Texts in quotes and comments are left alone.
 NumberedText WithNumberedParams(std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::server

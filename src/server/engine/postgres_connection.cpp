@@ -9,7 +9,7 @@
 
 #include "server/engine/postgres_errors.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Filters make many texts; beyond so many the kept statements are dropped and prepared anew.
@@ -392,4 +392,4 @@ EngineError PostgresConnection::Broken() {
   return {kind, "", std::string("the connection is lost: ") + PQerrorMessage(handle_.get())};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -18,7 +18,7 @@
 struct pg_conn;
 struct pg_result;
 
-namespace orvane {
+namespace orvane::server {
 
 struct ClosePostgres {
   void operator()(pg_conn* handle) const;
@@ -109,4 +109,4 @@ class PostgresConnection {
   std::unordered_map<std::string, KeptText> kept_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/engine/postgres_connection.h"
 #include "server/engine/search_fence.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 using Pool = ConnectionPool<PostgresConnection>;
@@ -302,4 +302,4 @@ EngineAnswer<std::unique_ptr<Database>> OpenPostgres(const PostgresOptions& opti
   return std::unique_ptr<Database>(std::move(database));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct StateRow {
@@ -88,4 +88,4 @@ EngineError PostgresErrorOf(const pg_result* result) {
   return error;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

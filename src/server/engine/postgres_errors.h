@@ -6,10 +6,10 @@
 
 struct pg_result;
 
-namespace orvane {
+namespace orvane::server {
 
 EngineErrorKind KindOfSqlState(std::string_view state);
 /// The failure that a result of PostgreSQL reports.
 EngineError PostgresErrorOf(const pg_result* result);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "packet/variant.h"
 #include "server/dialect/catalogue.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 struct ReadColumn {
@@ -74,4 +74,4 @@ bool MayBeCalledBySearch(std::string_view function) {
                              [&](std::string_view name) { return SameName(name, function); });
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

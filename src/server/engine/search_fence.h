@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// The PostgreSQL role under which search statements run.
 inline constexpr std::string_view kSearchRole = "orvane_search";
@@ -26,4 +26,4 @@ bool MayBeSearched(std::string_view table, std::string_view column);
 /// Whether a search may call that SQL function of SQLite. Case does not matter.
 bool MayBeCalledBySearch(std::string_view function);
 
-}  // namespace orvane
+}  // namespace orvane::server

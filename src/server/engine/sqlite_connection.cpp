@@ -14,7 +14,7 @@
 #include "server/engine/packet_filler.h"
 #include "server/engine/search_fence.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Filters make many texts; beyond so many the kept statements are dropped and prepared anew.
@@ -425,4 +425,4 @@ EngineError SqliteConnection::LastError() const {
   return error;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

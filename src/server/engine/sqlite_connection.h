@@ -17,7 +17,7 @@
 struct sqlite3;
 struct sqlite3_stmt;
 
-namespace orvane {
+namespace orvane::server {
 
 enum class SqliteUse : std::uint8_t {
   Write,   ///< the one connection that writes
@@ -95,4 +95,4 @@ class SqliteConnection {
   KeptStatements keptSearches_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/engine/database.h"
 #include "server/engine/sqlite_connection.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kReaders = 8;
@@ -290,4 +290,4 @@ EngineAnswer<std::unique_ptr<Database>> OpenSqlite(const std::string& path,
   return std::unique_ptr<Database>(new SqliteDatabase(path, *std::move(writer), longestWait));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class Reader {
@@ -74,4 +74,4 @@ Answer<std::vector<CsvRow>> ReadCsv(std::string_view text) {
   return Reader(text).All();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

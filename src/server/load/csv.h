@@ -6,7 +6,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A row of a CSV file and the line it begins on.
 struct CsvRow {
@@ -19,4 +19,4 @@ struct CsvRow {
 /// Refused, naming the line, when a quote is not closed or a row is not as wide as the first.
 Answer<std::vector<CsvRow>> ReadCsv(std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -12,7 +12,7 @@
 #include "server/providers/change_writer.h"
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 namespace fs = std::filesystem;
@@ -193,4 +193,4 @@ Answer<std::int64_t> LoadRegisters(Database& database, const Clock& clock,
   return rows;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

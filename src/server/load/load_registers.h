@@ -12,11 +12,11 @@
 #include "packet/failure.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Number of rows. Refused, naming file and line, when a file is of no register, a value is none of
 /// its column, or the row contradicts what is there; nothing was written then.
 Answer<std::int64_t> LoadRegisters(Database& database, const Clock& clock,
                                    const std::string& folder);
 
-}  // namespace orvane
+}  // namespace orvane::server

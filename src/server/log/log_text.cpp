@@ -8,7 +8,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::size_t kLongestValue = 100;  ///< code points
@@ -93,4 +93,4 @@ void GuardLog() {
   spdlog::set_formatter(std::move(formatter));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// In quotes, cut to 100 code points; controls, quotes and what is no UTF-8 as \xNN.
 std::string LogText(std::string_view value);
@@ -18,4 +18,4 @@ std::string WithoutPasswords(std::string_view text);
 /// Has every line of the log written without controls and passwords, and cut.
 void GuardLog();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 #include "server/providers/refusals.h"
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Why a batch was not written.
@@ -303,4 +303,4 @@ Answer<ApplyAnswer> ApplyDelta(Work& work, const ServerClass& serverClass,
   return Applying(work, serverClass, provider, request).Run();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "server/providers/server_class.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// More changes than any screen collects.
 inline constexpr std::size_t kMostChanges = 5000;
@@ -15,4 +15,4 @@ inline constexpr std::size_t kMostChanges = 5000;
 Answer<ApplyAnswer> ApplyDelta(Work& work, const ServerClass& serverClass,
                                const ProviderRow& provider, const ApplyRequest& request);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -1,6 +1,6 @@
 #include "server/providers/arguments.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Failure Misgiven(std::string_view method, std::string_view sentence) {
@@ -43,4 +43,4 @@ Answer<Done> CheckArguments(std::string_view method, std::span<const Argument> t
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

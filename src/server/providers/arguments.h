@@ -11,7 +11,7 @@
 #include "packet/value_kind.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::server {
 
 enum class Need : std::uint8_t {
   Optional,
@@ -30,4 +30,4 @@ struct Argument {
 Answer<Done> CheckArguments(std::string_view method, std::span<const Argument> taken,
                             const VariantArray& given, std::size_t size = 0);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Failure Malformed(std::string sentence) {
@@ -143,4 +143,4 @@ Answer<Change> CheckChange(const ProviderDef& provider, const Change& change) {
   return kept;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "packet/delta.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The change as the provider's fields keep it: names spelled as in the contract, values of the
 /// fields' kinds, stamped fields dropped. Fails with BadRequest when the change is malformed
@@ -18,4 +18,4 @@ const FieldDef* FindField(const ProviderDef& provider, std::string_view name);
 /// "Поле „Име“: " and the sentence.
 std::string AboutField(const FieldDef& field, std::string_view sentence);
 
-}  // namespace orvane
+}  // namespace orvane::server

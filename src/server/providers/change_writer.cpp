@@ -5,7 +5,7 @@
 #include "packet/fold.h"
 #include "server/providers/change_check.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 enum class StampValue { Login, Now };
@@ -219,4 +219,4 @@ NamedValues RowValues(const DataPacket& packet, std::size_t row) {
   return values;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -11,7 +11,7 @@
 #include "server/engine/database.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Who writes, for stamps and history.
 struct Writer {
@@ -40,4 +40,4 @@ Statement LastChange(const ProviderDef& provider, const Change& change);
 /// Names and values of a packet's row.
 NamedValues RowValues(const DataPacket& packet, std::size_t row);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "server/sessions/passwords.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr char kSelectAnswers[] =
@@ -146,4 +146,4 @@ Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const M
   return answer;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -15,7 +15,7 @@
 #include "server/providers/work.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 inline constexpr std::size_t kLongestClientKey = 64;
 
@@ -45,4 +45,4 @@ using MethodBody = std::function<Answer<VariantArray, Setback>(Transaction&, con
 /// Carries the called method out under its key, once: a repetition gets the kept answer.
 Answer<VariantArray> WriteOnce(Work& work, std::vector<Statement> first, const MethodBody& body);
 
-}  // namespace orvane
+}  // namespace orvane::server

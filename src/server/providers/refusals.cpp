@@ -6,7 +6,7 @@
 #include "server/providers/change_check.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::uint16_t kLongestShown = 120;
@@ -164,4 +164,4 @@ Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, co
   return {FailureKind::Conflict, "Редът междувременно е променен от " + who + "." + fields};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/engine/database.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// The sentence for a change that the engine refused: the first of the provider's rules that the
 /// change breaks, looked for in the transaction (after the change was undone). A general sentence
@@ -18,4 +18,4 @@ Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
 Failure ExplainConflict(const ProviderDef& provider, const WriteRules& rules, const Change& change,
                         const ChangeOutcome& outcome);
 
-}  // namespace orvane
+}  // namespace orvane::server

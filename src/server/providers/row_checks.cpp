@@ -2,7 +2,7 @@
 
 #include "packet/decimal.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 bool IsWithin(const Variant& value, const RangeRule& rule) {
@@ -30,4 +30,4 @@ Variant AfterChange(const Change& change, const NamedValues& row, const FieldDef
   return present ? *present : Variant();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

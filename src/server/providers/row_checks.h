@@ -10,7 +10,7 @@
 #include "server/providers/work.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A number lies between two bounds, both included.
 struct RangeRule {
@@ -27,4 +27,4 @@ Answer<Done, Setback> WithinRanges(std::span<const PreparedChange> changes,
 /// The value that the row has after the change: the new one, else the present one of `row`.
 Variant AfterChange(const Change& change, const NamedValues& row, const FieldDef& field);
 
-}  // namespace orvane
+}  // namespace orvane::server

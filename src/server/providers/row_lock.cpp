@@ -4,7 +4,7 @@
 
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 Answer<Done, Setback> LockRow(WriteContext& context, std::string_view table,
                               std::string_view keyColumn, const Variant& key) {
@@ -19,4 +19,4 @@ Answer<Done, Setback> LockRow(WriteContext& context, std::string_view table,
   return Done{};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

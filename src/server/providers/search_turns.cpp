@@ -1,6 +1,6 @@
 #include "server/providers/search_turns.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Places that stay free when a user's second search begins.
@@ -64,4 +64,4 @@ void SearchTurns::Call() {
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -19,7 +19,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// Thread-safe.
 class SearchTurns {
@@ -69,4 +69,4 @@ class SearchTurns {
   std::map<std::string, Asker> askers_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 #include "server/providers/change_check.h"
 #include "server/providers/value_text.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 Failure Malformed(std::string sentence) {
@@ -188,4 +188,4 @@ void CutPortion(const ProviderRow& provider, std::int32_t rowLimit, DataPacket& 
   packet.continuation = EncodeValue(Variant(std::move(last)));
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

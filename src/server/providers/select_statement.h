@@ -8,7 +8,7 @@
 #include "server/providers/server_class.h"
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A provider's select with its parameters, ready to run. With a row limit the statement reads one
 /// row more than the limit, in the order of the key, after the continuation's key. Fails with
@@ -20,4 +20,4 @@ Answer<Statement> SelectStatement(const Work& work, const ProviderRow& provider,
 /// Takes the row beyond the limit off, and tells how to go on when there was one.
 void CutPortion(const ProviderRow& provider, std::int32_t rowLimit, DataPacket& packet);
 
-}  // namespace orvane
+}  // namespace orvane::server

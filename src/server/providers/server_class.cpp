@@ -7,7 +7,7 @@
 
 #include "server/providers/work.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// "в „Дирекции“", or the bare number for a point that is not known.
@@ -177,4 +177,4 @@ Answer<Done> CheckRule(const Work& work, const ServerClass& serverClass, Rule ru
   return CheckRight(work, serverClass, Use::Whole, Right::Delete);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

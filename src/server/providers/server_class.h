@@ -22,7 +22,7 @@
 #include "packet/application_server.h"
 #include "server/providers/write_rules.h"
 
-namespace orvane {
+namespace orvane::server {
 
 class Work;
 
@@ -118,4 +118,4 @@ Right RightFor(ChangeKind kind);
 /// NoRight when the method's rule is not met.
 Answer<Done> CheckRule(const Work& work, const ServerClass& serverClass, Rule rule);
 
-}  // namespace orvane
+}  // namespace orvane::server

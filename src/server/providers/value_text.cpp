@@ -3,7 +3,7 @@
 #include <bit>
 #include <charconv>
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 // A value is a letter, a number, a colon, and for texts and arrays that many bytes or values:
@@ -141,4 +141,4 @@ std::optional<Variant> DecodeValue(std::string_view text) {
   return value;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

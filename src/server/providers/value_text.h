@@ -9,10 +9,10 @@
 
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::string EncodeValue(const Variant& value);
 /// Empty when the text is no encoded value, or more than one.
 std::optional<Variant> DecodeValue(std::string_view text);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 
 #include "server/sessions/engine_failures.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr int kWriteAttempts = 4;
@@ -94,4 +94,4 @@ Answer<Done> Work::TakeGuard(Packets& packets) {
   return SessionEndedFailure();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

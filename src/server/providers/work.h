@@ -18,7 +18,7 @@
 #include "server/engine/database.h"
 #include "server/sessions/sessions.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using Packets = std::vector<DataPacket>;
 
@@ -90,4 +90,4 @@ class Work {
   bool stale_ = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

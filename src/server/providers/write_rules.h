@@ -15,7 +15,7 @@
 #include "packet/delta.h"
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 class Transaction;
 class Work;
@@ -96,4 +96,4 @@ struct WriteRules {
   ValueWord word = nullptr;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

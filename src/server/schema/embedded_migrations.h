@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-namespace orvane {
+namespace orvane::server {
 
 /// One migration: `0007_department_chief_index.sql` has number 7, name "department_chief_index" and
 /// the file's text.
@@ -19,4 +19,4 @@ struct EmbeddedMigration {
 std::span<const EmbeddedMigration> SqliteMigrations();
 std::span<const EmbeddedMigration> PostgresMigrations();
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -7,7 +7,7 @@
 #include "server/schema/embedded_migrations.h"
 #include "server/schema/postgres_extras.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::string_view kHasTableSqlite =
@@ -141,4 +141,4 @@ Answer<int> Migrate(Database& database) {
   return count;
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

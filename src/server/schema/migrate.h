@@ -7,7 +7,7 @@
 #include "packet/failure.h"
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct SchemaState {
   int applied = 0;  ///< number of the last migration the database has; 0 is an empty database
@@ -26,4 +26,4 @@ Answer<SchemaState> CurrentSchema(Database& database);
 /// refused. On PostgreSQL it also sees to the role under which search statements run.
 Answer<int> Migrate(Database& database);
 
-}  // namespace orvane
+}  // namespace orvane::server

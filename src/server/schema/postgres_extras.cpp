@@ -5,7 +5,7 @@
 #include "packet/fold.h"
 #include "server/engine/search_fence.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 std::string Utf8(unsigned point) {
@@ -78,4 +78,4 @@ std::string PostgresSearchRole() {
   return NewRole() + Grants();
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace orvane {
+namespace orvane::server {
 
 /// What a PostgreSQL database needs beside its tables, written from the same lists that SQLite
 /// obeys. Both scripts may be run any number of times, by one server at a time.
@@ -12,4 +12,4 @@ std::string PostgresFoldFunction();
 /// Creates the role of search statements and grants it what the fence leaves open.
 std::string PostgresSearchRole();
 
-}  // namespace orvane
+}  // namespace orvane::server

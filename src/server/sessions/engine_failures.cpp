@@ -2,7 +2,7 @@
 
 #include <spdlog/spdlog.h>
 
-namespace orvane {
+namespace orvane::server {
 
 Failure ToFailure(const EngineError& error, std::string_view doing) {
   const bool expected =
@@ -41,4 +41,4 @@ Failure ToFailure(const EngineError& error, std::string_view doing) {
           "Сървърът не можа да изпълни заявката. Подробностите са в дневника му."};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// Hashes take much memory; logins of a whole morning wait for each other instead.
@@ -96,4 +96,4 @@ std::string TicketHash(std::string_view ticket) {
   return Hexadecimal(hash);
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

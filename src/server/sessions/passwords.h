@@ -10,7 +10,7 @@
 
 #include "packet/failure.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// What one hash costs. The default takes 64 MB and some tens of milliseconds.
 struct PasswordCost {
@@ -38,4 +38,4 @@ std::string NewSessionName();
 /// What is kept of a ticket: the hash of its text, as 64 hexadecimal digits.
 std::string TicketHash(std::string_view ticket);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -5,7 +5,7 @@
 
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 
 std::int64_t MachineSteadyMicros() {
   using std::chrono::duration_cast;
@@ -33,4 +33,4 @@ Statement RunningTime::Note() {
   return Command("update RunningTime set Elapsed = ?1 where Elapsed < ?1", {Now()});
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -12,7 +12,7 @@
 
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 using SteadyMicros = std::function<std::int64_t()>;
 
@@ -41,4 +41,4 @@ class RunningTime {
   std::int64_t readAt_ = steady_();
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -12,7 +12,7 @@
 #include "packet/application_server.h"
 #include "packet/date.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct Session {
   std::string ticketHash;
@@ -55,4 +55,4 @@ struct Company {
   bool demonstration = false;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

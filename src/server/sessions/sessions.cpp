@@ -10,7 +10,7 @@
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 constexpr std::int64_t kSecond = 1'000'000;
@@ -502,4 +502,4 @@ void Sessions::Sweep() {
   if (!(*transaction)->Commit()) spdlog::warn("sweeping failed at its commit");
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

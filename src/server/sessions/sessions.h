@@ -27,7 +27,7 @@
 #include "server/sessions/running_time.h"
 #include "server/sessions/session.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct SessionOptions {
   PasswordCost passwordCost;
@@ -107,4 +107,4 @@ Failure OtherSchemaFailure();
 /// The installation's company; Internal when the database has none.
 Answer<Company> ReadCompany(Database& database);
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -9,7 +9,7 @@
 
 #include "server/engine/database.h"
 
-namespace orvane {
+namespace orvane::server {
 
 /// A statement without a result.
 inline Statement Command(std::string_view text, VariantArray params = {}) {
@@ -21,4 +21,4 @@ inline Statement Select(std::string_view text, VariantArray params,
   return {std::string(text), std::move(params), std::move(columns)};
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -8,7 +8,7 @@
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 /// What history names as the author of changes from the command line.
@@ -272,4 +272,4 @@ Answer<Done> UserAdmin::SetBlocked(const std::string& login, bool blocked) {
                   "blocking a user");
 }
 
-}  // namespace orvane
+}  // namespace orvane::server

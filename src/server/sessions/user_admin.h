@@ -14,7 +14,7 @@
 #include "server/engine/database.h"
 #include "server/sessions/passwords.h"
 
-namespace orvane {
+namespace orvane::server {
 
 struct NewUser {
   std::string login;  ///< up to 10 letters, digits, '.', '_' or '-'; unique whatever the case
@@ -68,4 +68,4 @@ class UserAdmin {
   const PasswordCost cost_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class EngineSearch : public testing::TestWithParam<TestEngine> {
@@ -211,4 +211,4 @@ TEST_P(ServerSearch, TheSearchRoleReadsExactlyWhatTheFenceLeavesOpen) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

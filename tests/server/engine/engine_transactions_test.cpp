@@ -10,7 +10,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class EngineTransactions : public testing::TestWithParam<TestEngine> {
@@ -321,4 +321,4 @@ TEST_P(ServerTransactions, ALostConnectionIsReplacedAndLosesOnlyItsTransaction) 
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class EngineValues : public testing::TestWithParam<TestEngine> {};
@@ -178,4 +178,4 @@ TEST_P(EngineValues, TheEnginesFoldEveryLetterAsThePacketDoes) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "contract/supplies_contract.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class DocumentTables : public testing::TestWithParam<Engine> {};
@@ -40,4 +40,4 @@ TEST_P(DocumentTables, HaveAColumnForEveryFieldThatIsSent) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -10,7 +10,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 int CountOf(TestEngine engine) {
@@ -152,4 +152,4 @@ TEST(MigrationOfBothEngines, MakesTheSameTablesAndColumns) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -4,7 +4,7 @@
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 
-namespace orvane {
+namespace orvane::server {
 namespace {
 
 class RegisterTables : public testing::TestWithParam<TestEngine> {
@@ -109,4 +109,4 @@ TEST_P(RegisterTables, ThereIsOneSettingOfTheSupplyListAtMost) {
 }
 
 }  // namespace
-}  // namespace orvane
+}  // namespace orvane::server

@@ -6,7 +6,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplies_contract;
 
@@ -143,4 +143,4 @@ void TdmSuppliesContracts::SetNoticeParams() {
   suppCNoticeDescr.SetParam("KindInvoice", kind);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

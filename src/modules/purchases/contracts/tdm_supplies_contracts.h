@@ -11,7 +11,7 @@
 #include "data/lookup_table.h"
 #include "kit/document_apply.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfSuppliesContracts;
 
@@ -74,4 +74,4 @@ class TdmSuppliesContracts : public TVosDataModule {
   TfSuppliesContracts& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -10,7 +10,7 @@
 #include "kit/register_screen.h"
 #include "kit/required_fields.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplies_contract;
 
@@ -228,4 +228,4 @@ void TfSuppliesContracts::ShowNeighbour(std::int64_t id) {
   VisibleParamItems();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -16,7 +16,7 @@
 #include "kit/shown_document.h"
 #include "modules/purchases/contracts/tdm_supplies_contracts.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfSuppliesContracts : public TVosDBForm {
  public:
@@ -83,4 +83,4 @@ class TfSuppliesContracts : public TVosDBForm {
   KeyNavigation identifiers_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

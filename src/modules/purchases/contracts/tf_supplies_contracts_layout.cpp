@@ -6,7 +6,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplies_contract;
 
@@ -155,4 +155,4 @@ void TfSuppliesContracts::SetUpRibbon() {
   });
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

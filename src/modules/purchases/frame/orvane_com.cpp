@@ -3,7 +3,7 @@
 #include "host/combo.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 /// Later than any document: no date limit.
@@ -99,4 +99,4 @@ std::vector<std::string> SetSuppListsSQL(int kind, const Variant& kindList, TVos
   return lines;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -11,9 +11,11 @@
 #include "packet/date.h"
 #include "packet/variant.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosMTCombo;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 inline constexpr std::string_view _rBaseSuppList = "Търсене - Основен списък за доставка";
 inline constexpr std::string_view _rBaseSuppListDates =
@@ -30,4 +32,4 @@ enum class SupplyChoice : int { None = 0, ByList = 1, ByListOnDate = 2, ByListUp
 std::vector<std::string> SetSuppListsSQL(int kind, const Variant& kindList, TVosMTCombo& combo,
                                          std::optional<Date> onDate);
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -6,7 +6,7 @@
 
 #include "kit/message_text.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 inline constexpr std::string_view _rCannotWork =
     "Нямате права за работа с екрана. Липсва информация за Вас в таблица \"Служители\"";
@@ -37,4 +37,4 @@ inline constexpr std::string_view _rRemarks = "Бележки";
 inline constexpr std::string_view _rBGLanguageName = " <Български>";
 inline constexpr std::string_view _rDocNotFound = "Документ %s не е намерен!";
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -23,7 +23,7 @@
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order_report.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 template <class FormClass>
@@ -150,4 +150,4 @@ std::unique_ptr<TfOrvaneMain> StartOrvaneModule(VosApplication& app) {
   }
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -5,10 +5,15 @@
 #include <memory>
 #include <string_view>
 
-namespace orvane {
+#include "packet/floors.h"
+
+namespace orvane::host {
+class VosApplication;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 class TfOrvaneMain;
-class VosApplication;
 
 /// Keys of the two sibling modules that the documents call into.
 inline constexpr std::string_view kSuppliesModule = "Supplies";
@@ -22,4 +27,4 @@ void RegisterOrvaneModule(VosApplication& app);
 /// (the user was told why).
 std::unique_ptr<TfOrvaneMain> StartOrvaneModule(VosApplication& app);
 
-}  // namespace orvane
+}  // namespace orvane::modules

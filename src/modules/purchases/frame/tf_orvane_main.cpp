@@ -8,7 +8,7 @@
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kGeneratorModule = "MiVosGenerator";
@@ -78,4 +78,4 @@ void TfOrvaneMain::FindCurrentEmployee() {
   if (App().vCurrentEmployee == Variant(-1)) Refuse(Filled(kTwoEmployees, {App().UserName()}));
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

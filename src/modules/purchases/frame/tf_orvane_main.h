@@ -8,7 +8,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 /// The report generator's data module, one per main form, named after its module and point so that
 /// several instances never share a name.
@@ -34,4 +34,4 @@ class TfOrvaneMain : public TVosModuleForm {
   std::unique_ptr<TdmMiVosGenerator> dmMiVosGenerator_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -8,7 +8,7 @@
 #include "contract/workflow.h"
 #include "packet/variant.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 struct PurchaseOrderValues {
   // --- parameters, read when the screen is created; unset is 0
@@ -65,4 +65,4 @@ struct PurchaseOrderValues {
   }
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -13,7 +13,7 @@
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -356,10 +356,10 @@ void TdmPurchaseOrder::KindCurrencyChange() {
 }
 
 void TdmPurchaseOrder::SetRateOfExchange() {
-  orvane::SetRateOfExchange({.head = cdsPurchaseOrder,
-                             .cdsRatesOfExchange = cdsRatesOfExchange,
-                             .centralBank = form_.values._cpCentralBank,
-                             .nationalCurrency = form_.values._cpBGNKindCurrency});
+  kit::SetRateOfExchange({.head = cdsPurchaseOrder,
+                          .cdsRatesOfExchange = cdsRatesOfExchange,
+                          .centralBank = form_.values._cpCentralBank,
+                          .nationalCurrency = form_.values._cpBGNKindCurrency});
 }
 
 void TdmPurchaseOrder::GetMaxTermOfPayment() {
@@ -391,4 +391,4 @@ void TdmPurchaseOrder::SetUpKPL() {
                                   form_.cbKPL, cdsPurchaseOrder[head::DocumentDate].AsDate()));
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -14,7 +14,7 @@
 #include "kit/document_apply.h"
 #include "modules/core/supply_rows.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfPurchaseOrder;
 
@@ -148,4 +148,4 @@ class TdmPurchaseOrder : public TVosDataModule {
   TfPurchaseOrder& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -7,7 +7,7 @@
 #include "kit/sql_text.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 namespace pr = purchase_request;
 
@@ -164,4 +164,4 @@ std::optional<RequestKey> TdmPurchaseOrderReport::NewRec(int kind, RequestKey of
   return RequestKey{answer[1].AsInt().value_or(0), static_cast<int>(answer[2].AsInt().value_or(0))};
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

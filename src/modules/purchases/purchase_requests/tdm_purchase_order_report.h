@@ -11,7 +11,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 /// A request by identifier and version.
 struct RequestKey {
@@ -60,4 +60,4 @@ class TdmPurchaseOrderReport : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

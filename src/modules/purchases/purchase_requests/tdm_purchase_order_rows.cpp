@@ -9,7 +9,7 @@
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 #include "packet/quantity.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -251,4 +251,4 @@ void TdmPurchaseOrder::SearchGroup() {
   cdsPurchaseOrderDet[det::SerialNumber].Set(*serial);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

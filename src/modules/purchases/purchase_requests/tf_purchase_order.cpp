@@ -16,7 +16,7 @@
 #include "modules/purchases/purchase_requests/tf_purchase_order_report.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -408,4 +408,4 @@ void TfPurchaseOrder::OpenReport(int kind) {
   FocusControl(edit);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -23,7 +23,7 @@
 #include "modules/purchases/purchase_requests/purchase_order_values.h"
 #include "modules/purchases/purchase_requests/tdm_purchase_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 inline constexpr std::string_view kDocumentName = "Искане за покупка";
 inline constexpr std::string_view _rFieldNotFilled = "Поле \"%s\" не е попълнено!";
@@ -156,4 +156,4 @@ class TfPurchaseOrder : public TVosDBForm {
   std::vector<GridColumn> MSGridCols;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

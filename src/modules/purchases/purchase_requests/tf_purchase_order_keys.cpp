@@ -9,7 +9,7 @@
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -126,4 +126,4 @@ void TfPurchaseOrder::ShowDeliveriesPage() {
   OfferPageWithRows(pcTables, "tsDeliveries");
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

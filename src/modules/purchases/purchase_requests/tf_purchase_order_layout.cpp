@@ -7,7 +7,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -183,4 +183,4 @@ void TfPurchaseOrder::ChooseLanguages() {
   ChooseLanguageTexts(*this, gPurchaseOrderDet, {"Remarks"});
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -12,7 +12,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/frame/orvane_com.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 using purchase_request::new_rec::kCopy;
@@ -254,4 +254,4 @@ void TfPurchaseOrderReport::acNewExecute() {
   diFilter.SetCurrentItem(0);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

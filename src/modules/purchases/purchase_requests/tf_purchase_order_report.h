@@ -11,7 +11,7 @@
 #include "host/inspector.h"
 #include "modules/purchases/purchase_requests/tdm_purchase_order_report.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 /// Mode of the report that only chooses; the others are the kinds of the server's "NewRec".
 inline constexpr int kReportSearch = 1;
@@ -56,4 +56,4 @@ class TfPurchaseOrderReport : public TVosDBForm {
   std::vector<GridColumn> gridSelected;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -4,7 +4,7 @@
 #include "host/dialogs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace purchase_request;
 
@@ -144,4 +144,4 @@ void TfPurchaseOrder::DecideApproval(Decision decision) {
   dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

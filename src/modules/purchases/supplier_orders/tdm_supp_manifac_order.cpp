@@ -8,7 +8,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -190,4 +190,4 @@ HeadApplyRules TdmSuppManifacOrder::MakeHeadRules() {
   return rules;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

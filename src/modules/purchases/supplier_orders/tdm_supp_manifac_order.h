@@ -15,7 +15,7 @@
 #include "kit/document_apply.h"
 #include "modules/core/supply_rows.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfSuppManifacOrder;
 
@@ -141,4 +141,4 @@ class TdmSuppManifacOrder : public TVosDataModule {
   std::int64_t lastRowNumber_ = 0;  ///< highest of the loaded order
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -6,7 +6,7 @@
 #include "kit/document_load.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -95,4 +95,4 @@ void TdmSuppManifacOrderReport::EmptyFilter() {
   cdsFilter.Insert();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

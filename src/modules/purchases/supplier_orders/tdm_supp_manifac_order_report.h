@@ -7,7 +7,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmSuppManifacOrderReport : public TVosDataModule {
  public:
@@ -41,4 +41,4 @@ class TdmSuppManifacOrderReport : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -6,7 +6,7 @@
 #include "modules/purchases/frame/orvane_com.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -130,10 +130,10 @@ void TdmSuppManifacOrder::cdsSuppManifacOrderKindCurrencyChange() {
 }
 
 void TdmSuppManifacOrder::SetRateOfExchange() {
-  orvane::SetRateOfExchange({.head = cdsSuppManifacOrder,
-                             .cdsRatesOfExchange = cdsRatesOfExchange,
-                             .centralBank = parameters.centralBank,
-                             .nationalCurrency = parameters.nationalCurrency});
+  kit::SetRateOfExchange({.head = cdsSuppManifacOrder,
+                          .cdsRatesOfExchange = cdsRatesOfExchange,
+                          .centralBank = parameters.centralBank,
+                          .nationalCurrency = parameters.nationalCurrency});
 }
 
 // --- rows ---------------------------------------------------------------------------------------
@@ -183,4 +183,4 @@ void TdmSuppManifacOrder::RefreshMeasure() {
   supplyRows.RefreshMeasure(parameters.ownMeasuresOnly);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -16,7 +16,7 @@
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order_report.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -391,4 +391,4 @@ void TfSuppManifacOrder::acReportExecute() {
   FocusControl(&eIdNumber);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

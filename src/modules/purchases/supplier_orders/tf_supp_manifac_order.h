@@ -21,7 +21,7 @@
 #include "kit/workflow_faces.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfSuppManifacOrder : public TVosDBForm {
  public:
@@ -130,4 +130,4 @@ class TfSuppManifacOrder : public TVosDBForm {
   LanguageSwitch language_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

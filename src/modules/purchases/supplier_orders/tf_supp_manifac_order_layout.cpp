@@ -9,7 +9,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -146,4 +146,4 @@ void TfSuppManifacOrder::SetUpPages() {
   });
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

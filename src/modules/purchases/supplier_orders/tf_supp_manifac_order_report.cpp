@@ -9,7 +9,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -150,4 +150,4 @@ void TfSuppManifacOrderReport::acNewExecute() {
   di.SetCurrentItem(0);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

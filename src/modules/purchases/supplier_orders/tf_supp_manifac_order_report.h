@@ -11,7 +11,7 @@
 #include "host/small_controls.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order_report.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfSuppManifacOrderReport : public TVosDBForm {
  public:
@@ -51,4 +51,4 @@ class TfSuppManifacOrderReport : public TVosDBForm {
   TVosDataInspector diDescription;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -4,7 +4,7 @@
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace supplier_order;
 
@@ -107,4 +107,4 @@ void TfSuppManifacOrder::DecideApproval(Decision decision) {
   dmSuppManifacOrder->GetRecord(Nav::ByKey, 0, eIdNumber.Text());
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -9,7 +9,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/admissible_notifiers/tf_admissible_notifiers.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace admissible_notifiers;
 
@@ -44,4 +44,4 @@ void TdmAdmissibleNotifiers::cdsAdmissibleNotifiersBeforePost() {
            kErrorMessage);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

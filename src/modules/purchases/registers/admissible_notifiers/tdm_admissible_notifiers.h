@@ -6,7 +6,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfAdmissibleNotifiers;
 
@@ -32,4 +32,4 @@ class TdmAdmissibleNotifiers : public TVosDataModule {
   TfAdmissibleNotifiers& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

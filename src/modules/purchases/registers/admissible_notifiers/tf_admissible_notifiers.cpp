@@ -6,7 +6,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/structure_deputies/open_structure_deputies.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kCostCenterGroup = "Център на разход";
@@ -48,4 +48,4 @@ std::span<const LiveRow> TfAdmissibleNotifiers::LiveRows() const {
   return kLive;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

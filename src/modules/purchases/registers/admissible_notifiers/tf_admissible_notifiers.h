@@ -11,7 +11,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/admissible_notifiers/tdm_admissible_notifiers.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfAdmissibleNotifiers : public TVosDBForm {
  public:
@@ -37,4 +37,4 @@ class TfAdmissibleNotifiers : public TVosDBForm {
   RegisterScreen register_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -8,7 +8,7 @@
 #include "kit/immediate_apply.h"
 #include "packet/fold.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace cap_ex_plan;
 
@@ -64,4 +64,4 @@ void TdmCapExPlan::StartPosition(const std::string& code) {
   cdsCapExPlan[Code].Set(*number);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

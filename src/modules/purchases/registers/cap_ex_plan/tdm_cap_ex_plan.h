@@ -10,7 +10,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmCapExPlan : public TVosDataModule {
  public:
@@ -35,4 +35,4 @@ class TdmCapExPlan : public TVosDataModule {
   TDataSource dsCapExPlan;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -9,7 +9,7 @@
 #include "kit/parameters.h"
 #include "kit/required_fields.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace cap_ex_plan;
 
@@ -226,4 +226,4 @@ void TfCapExPlan::Search(std::string_view field, bool partial) {
   state_ = dmCapExPlan->GetRecord(Nav::ByKey, 0, FindValue(*chosen, Code.name)->ToText());
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -13,7 +13,7 @@
 #include "kit/key_navigation.h"
 #include "modules/purchases/registers/cap_ex_plan/tdm_cap_ex_plan.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfCapExPlan : public TVosDBForm {
  public:
@@ -62,4 +62,4 @@ class TfCapExPlan : public TVosDBForm {
   LoadCode state_ = LoadCode::Between;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -6,7 +6,7 @@
 #include "data/screen_fetch.h"
 #include "kit/immediate_apply.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace department;
 
@@ -44,4 +44,4 @@ void TdmDepartment::cdsDepartmentBeforePost() {
   form_.RefuseIf(cdsDepartment[Name].IsBlank(), "Попълнете стойност в поле 'Име'");
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

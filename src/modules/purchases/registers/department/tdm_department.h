@@ -6,7 +6,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmDepartment : public TVosDataModule {
  public:
@@ -28,4 +28,4 @@ class TdmDepartment : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -2,7 +2,7 @@
 
 #include "kit/columns.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kChiefGroup = "Началник(В.И.Д.)";
@@ -54,4 +54,4 @@ void TfDepartment::VosBaseFormShow() {
   dmDepartment->Fetch();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

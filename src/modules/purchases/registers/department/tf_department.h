@@ -9,7 +9,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/department/tdm_department.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfDepartment : public TVosDBForm {
  public:
@@ -31,4 +31,4 @@ class TfDepartment : public TVosDBForm {
   RegisterScreen register_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

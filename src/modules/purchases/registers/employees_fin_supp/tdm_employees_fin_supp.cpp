@@ -9,7 +9,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/employees_fin_supp/tf_employees_fin_supp.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace employees_fin_supp;
 
@@ -58,4 +58,4 @@ void TdmEmployeesFinSupp::cdsEmployeesFinSuppBeforePost() {
            kErrorMessage);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

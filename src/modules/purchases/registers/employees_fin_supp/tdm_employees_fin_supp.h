@@ -6,7 +6,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfEmployeesFinSupp;
 
@@ -33,4 +33,4 @@ class TdmEmployeesFinSupp : public TVosDataModule {
   TfEmployeesFinSupp& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -7,7 +7,7 @@
 #include "kit/lookup_setup.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kEmployeeGroup = "Служител";
@@ -53,4 +53,4 @@ std::span<const LiveRow> TfEmployeesFinSupp::LiveRows() const {
   return kLive;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -12,7 +12,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/employees_fin_supp/tdm_employees_fin_supp.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfEmployeesFinSupp : public TVosDBForm {
  public:
@@ -42,4 +42,4 @@ class TfEmployeesFinSupp : public TVosDBForm {
       *this, {&dmEmployeesFinSupp->cdsEmployeesFinSupp}, [this] { dmEmployeesFinSupp->Fetch(); }};
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -3,7 +3,7 @@
 #include "contract/kind_supplies.h"
 #include "kit/immediate_apply.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace kind_supplies;
 
@@ -24,4 +24,4 @@ void TdmKindSupplies::Fetch() {
   FetchTogether({&cdKindSupplies});
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -5,7 +5,7 @@
 #include "data/data_module.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmKindSupplies : public TVosDataModule {
  public:
@@ -22,4 +22,4 @@ class TdmKindSupplies : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -3,7 +3,7 @@
 #include "kit/columns.h"
 #include "kit/lookup_setup.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kNameMask = "[*40[@]]";
@@ -37,4 +37,4 @@ void TfKindSupplies::VosBaseFormShow() {
   dmKindSupplies->Fetch();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

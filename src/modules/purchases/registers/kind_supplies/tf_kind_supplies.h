@@ -9,7 +9,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/kind_supplies/tdm_kind_supplies.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfKindSupplies : public TVosDBForm {
  public:
@@ -30,4 +30,4 @@ class TfKindSupplies : public TVosDBForm {
   RegisterScreen register_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -7,7 +7,7 @@
 #include "kit/name_fills.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace levels_approval;
 
@@ -113,4 +113,4 @@ std::int64_t TdmLevelsApproval::GetCurremtEmployee(std::string_view userName) {
   return answer.empty() ? 0 : answer.front().AsInt().value_or(0);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -10,7 +10,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmLevelsApproval : public TVosDataModule {
  public:
@@ -50,4 +50,4 @@ class TdmLevelsApproval : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

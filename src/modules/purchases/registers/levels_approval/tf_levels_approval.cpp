@@ -11,7 +11,7 @@
 #include "kit/parameters.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kSupplyGroup = "Вид покупка";
@@ -112,4 +112,4 @@ Variant TfLevelsApproval::GetCurremtEmployee() {
   return employee == 0 ? Variant() : Variant(employee);
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

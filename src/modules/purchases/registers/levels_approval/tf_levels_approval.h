@@ -12,7 +12,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/levels_approval/tdm_levels_approval.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfLevelsApproval : public TVosDBForm {
  public:
@@ -49,4 +49,4 @@ class TfLevelsApproval : public TVosDBForm {
       *this, {&dmLevelsApproval->cdsLevelsApproval}, [this] { dmLevelsApproval->Fetch(); }};
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

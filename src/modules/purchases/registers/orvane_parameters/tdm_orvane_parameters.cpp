@@ -8,7 +8,7 @@
 #include "data/screen_fetch.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using parameters::kModuleParameters;
 using parameters::ModuleParameter;
@@ -177,4 +177,4 @@ void TdmOrvaneParameters::Cancel() {
   cdsParameters.Post();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -12,7 +12,7 @@
 #include "host/form.h"
 #include "kit/lookup_setup.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 /// A list from which one parameter is chosen.
 struct ParameterList {
@@ -68,4 +68,4 @@ class TdmOrvaneParameters : public TVosDataModule {
   std::vector<Stored> stored_;  ///< by the order of the parameters
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -5,7 +5,7 @@
 #include "kit/register_screen.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace parameters;
 
@@ -146,4 +146,4 @@ void TfOrvaneParameters::acCancelExecute() {
   if (!UndoInEditor()) dmOrvaneParameters->Cancel();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

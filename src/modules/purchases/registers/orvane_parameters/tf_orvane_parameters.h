@@ -11,7 +11,7 @@
 #include "host/inspector.h"
 #include "modules/purchases/registers/orvane_parameters/tdm_orvane_parameters.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfOrvaneParameters : public TVosDBForm {
  public:
@@ -40,4 +40,4 @@ class TfOrvaneParameters : public TVosDBForm {
   TVosDataInspector di;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

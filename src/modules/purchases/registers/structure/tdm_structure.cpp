@@ -7,7 +7,7 @@
 #include "kit/name_fills.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace structure;
 
@@ -37,4 +37,4 @@ void TdmStructure::Fetch() {
   FetchTogether({&costCenters, &departments, &sections}, {&cdsStructure});
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

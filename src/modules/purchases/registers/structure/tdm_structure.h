@@ -6,7 +6,7 @@
 #include "data/lookup_table.h"
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TdmStructure : public TVosDataModule {
  public:
@@ -30,4 +30,4 @@ class TdmStructure : public TVosDataModule {
   TVosDBForm& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -7,7 +7,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/structure_deputies/open_structure_deputies.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 constexpr std::string_view kCostCenterGroup = "Център на разход";
@@ -89,4 +89,4 @@ bool TfStructure::MayPrint() const {
   return IsBesideCostCenter() && !dmStructure->cdsStructure.IsEmpty();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -12,7 +12,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/structure/tdm_structure.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfStructure : public TVosDBForm {
  public:
@@ -42,4 +42,4 @@ class TfStructure : public TVosDBForm {
   LanguageSwitch language_{*this, {&dmStructure->cdsStructure}, [this] { dmStructure->Fetch(); }};
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

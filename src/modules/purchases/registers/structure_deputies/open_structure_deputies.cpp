@@ -2,7 +2,7 @@
 
 #include "host/form.h"
 
-namespace orvane {
+namespace orvane::modules {
 namespace {
 
 void OpenStructureDeputies(TVosBaseForm& opener) {
@@ -25,4 +25,4 @@ TAction StructureDeputiesAction(TVosBaseForm& opener) {
   return action;
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

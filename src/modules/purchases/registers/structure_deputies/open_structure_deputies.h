@@ -2,12 +2,14 @@
 
 #include "host/action.h"
 
-namespace orvane {
-
+namespace orvane::host {
 class TVosBaseForm;
+}  // namespace orvane::host
+
+namespace orvane::modules {
 
 /// F8 of the registers that lead to the deputies: opens their screen over `opener`, at its point
 /// and with its access, until it is closed.
 TAction StructureDeputiesAction(TVosBaseForm& opener);
 
-}  // namespace orvane
+}  // namespace orvane::modules

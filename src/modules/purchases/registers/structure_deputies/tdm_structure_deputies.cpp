@@ -9,7 +9,7 @@
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace structure_deputies;
 
@@ -95,4 +95,4 @@ void TdmStructureDeputies::cdsStructDepDatesBeforePost() {
   periodsOfUnit.Adopt();
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

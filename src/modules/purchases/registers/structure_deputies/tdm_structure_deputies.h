@@ -7,7 +7,7 @@
 #include "host/form.h"
 #include "kit/master_detail.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfStructureDeputies;
 
@@ -45,4 +45,4 @@ class TdmStructureDeputies : public TVosDataModule {
   TfStructureDeputies& form_;
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules

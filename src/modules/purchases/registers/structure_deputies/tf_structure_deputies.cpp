@@ -6,7 +6,7 @@
 #include "kit/lookup_setup.h"
 #include "modules/core/lookups.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 using namespace structure_deputies;
 
@@ -117,4 +117,4 @@ void TfStructureDeputies::RefuseUnitWithPeriods() {
            "забранено!");
 }
 
-}  // namespace orvane
+}  // namespace orvane::modules

@@ -13,7 +13,7 @@
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/structure_deputies/tdm_structure_deputies.h"
 
-namespace orvane {
+namespace orvane::modules {
 
 class TfStructureDeputies : public TVosDBForm {
  public:
@@ -53,4 +53,4 @@ class TfStructureDeputies : public TVosDBForm {
       [this] { dmStructureDeputies->Fetch(); }};
 };
 
-}  // namespace orvane
+}  // namespace orvane::modules
