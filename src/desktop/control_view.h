@@ -7,7 +7,7 @@
 #include <QtWidgets/QWidget>
 #include <cstdint>
 
-#include "host/control.h"
+#include "host/controls/control.h"
 
 namespace orvane::desktop {
 

@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "desktop/cell_edit.h"
-#include "desktop/list_popup.h"
+#include "desktop/grids/cell_edit.h"
+#include "desktop/grids/list_popup.h"
 
 class QBoxLayout;
 

@@ -14,7 +14,7 @@
 #include "desktop/long_work.h"
 #include "desktop/message_view.h"
 #include "desktop/qt_text.h"
-#include "desktop/report_preview.h"
+#include "desktop/reports/report_preview.h"
 #include "host/form.h"
 
 namespace orvane::desktop {

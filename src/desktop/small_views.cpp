@@ -10,8 +10,8 @@
 
 #include "desktop/qt_text.h"
 #include "desktop/theme.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/small_controls.h"
 
 namespace orvane::desktop {
 

@@ -11,11 +11,11 @@
 #include "desktop/qt_keys.h"
 #include "desktop/qt_text.h"
 #include "desktop/qt_toolkit.h"
-#include "desktop/report_preview.h"
+#include "desktop/reports/report_preview.h"
 #include "desktop/ribbon_view.h"
 #include "desktop/small_views.h"
 #include "desktop/theme.h"
-#include "host/small_controls.h"
+#include "host/controls/small_controls.h"
 
 namespace orvane::desktop {
 namespace {

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "data/text_format.h"
+#include "host/controls/small_controls.h"
 #include "host/dialogs.h"
 #include "host/form.h"
-#include "host/small_controls.h"
 #include "packet/typed_number.h"
 
 namespace orvane::host {

@@ -1,10 +1,10 @@
 #include "host/conflict_form.h"
 
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/dialogs.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 
 namespace orvane::host {
 namespace {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <exception>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/dialogs.h"
-#include "host/grid.h"
-#include "host/inspector.h"
 #include "host/login_form.h"
-#include "host/small_controls.h"
 
 namespace orvane::host {
 namespace {

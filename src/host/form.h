@@ -18,7 +18,7 @@
 #include "host/access.h"
 #include "host/action.h"
 #include "host/application.h"
-#include "host/control.h"
+#include "host/controls/control.h"
 #include "host/dialogs.h"
 #include "host/layout.h"
 

@@ -1,9 +1,9 @@
 // How a form handles each kind of event: who gets a key, what pointing does.
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/small_controls.h"
 
 namespace orvane::host {
 namespace {

@@ -1,9 +1,9 @@
 // What the host gives every form: its actions, the texts of the status bar, a dialog's identity.
 
 #include "host/calculator.h"
+#include "host/controls/grid.h"
 #include "host/dialogs.h"
 #include "host/form.h"
-#include "host/grid.h"
 
 namespace orvane::host {
 namespace {

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "data/connection_scope.h"
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 
 namespace orvane::host {
 namespace {

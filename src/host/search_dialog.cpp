@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "data/lookup_table.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 
 namespace orvane::host {
 namespace {

@@ -2,8 +2,8 @@
 
 // The host's menu: the module's points that the user may open, one a row.
 
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 
 namespace orvane::host {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 
 namespace orvane::kit {
 namespace {

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "data/search_template.h"
-#include "host/grid.h"
-#include "host/inspector.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 
 namespace orvane::kit {
 

@@ -1,7 +1,7 @@
 #include "kit/grid_rows.h"
 
+#include "host/controls/grid.h"
 #include "host/dialogs.h"
-#include "host/grid.h"
 
 namespace orvane::kit {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/small_controls.h"
 
 namespace orvane::kit {
 namespace {

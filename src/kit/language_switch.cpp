@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "host/cell_editor.h"
+#include "host/controls/cell_editor.h"
 #include "host/form.h"
 
 namespace orvane::kit {

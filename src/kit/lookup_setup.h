@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "data/search_template.h"
-#include "host/combo.h"
+#include "host/controls/combo.h"
 
 namespace orvane::kit {
 

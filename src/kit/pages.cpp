@@ -1,7 +1,7 @@
 #include "kit/pages.h"
 
-#include "host/grid.h"
-#include "host/small_controls.h"
+#include "host/controls/grid.h"
+#include "host/controls/small_controls.h"
 
 namespace orvane::kit {
 

@@ -4,10 +4,10 @@
 #include <utility>
 
 #include "data/abort.h"
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/inspector.h"
 #include "host/dialogs.h"
 #include "host/form.h"
-#include "host/inspector.h"
 #include "kit/grid_rows.h"
 
 namespace orvane::kit {

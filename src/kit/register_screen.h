@@ -21,7 +21,7 @@
 #include <vector>
 
 #include "host/action.h"
-#include "host/grid.h"
+#include "host/controls/grid.h"
 #include "host/report.h"
 
 namespace orvane::host {

@@ -3,10 +3,10 @@
 #include <string>
 
 #include "data/abort.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 #include "host/dialogs.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/inspector.h"
 #include "kit/message_text.h"
 
 namespace orvane::kit {

@@ -9,8 +9,8 @@
 #include <set>
 
 #include "desktop/form_parts.h"
-#include "desktop/grid_view.h"
-#include "desktop/inspector_view.h"
+#include "desktop/grids/grid_view.h"
+#include "desktop/grids/inspector_view.h"
 #include "desktop/ribbon_view.h"
 #include "desktop/screen.h"
 #include "desktop/small_views.h"

@@ -1,7 +1,7 @@
 // Reports as files: real numbers and days in workbooks, what a spreadsheet makes of the text, and
 // nothing half written.
 
-#include "desktop/report_export.h"
+#include "desktop/reports/report_export.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@
 #include <QtWidgets/QFileDialog>
 
 #include "desktop/qt_text.h"
-#include "desktop/report_xlsx.h"
+#include "desktop/reports/report_xlsx.h"
 #include "desktop/screen.h"
 #include "host/report_fakes.h"
 

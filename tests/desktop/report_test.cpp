@@ -1,12 +1,12 @@
 // Reports on paper: nothing lost between pages, headings repeated, sums under their columns.
 
-#include "desktop/report_pages.h"
+#include "desktop/reports/report_pages.h"
 
 #include <gtest/gtest.h>
 
 #include <numeric>
 
-#include "desktop/barcode.h"
+#include "desktop/reports/barcode.h"
 #include "host/report_fakes.h"
 
 namespace orvane::desktop {

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "data/lookup_table.h"
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 #include "packet/application_server.h"
 #include "packet/clock.h"
 

@@ -1,6 +1,6 @@
 // Lookup combos: what the list offers while typing, what a text means, the searches, the register
 // behind the list.
-#include "host/combo.h"
+#include "host/controls/combo.h"
 
 #include <gtest/gtest.h>
 

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "data/lookup_table.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 #include "host/form_fakes.h"
-#include "host/grid.h"
-#include "host/inspector.h"
 #include "host/login_form.h"
 #include "host/search_dialog.h"
 #include "host/shell_form.h"

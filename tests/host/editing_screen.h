@@ -11,11 +11,11 @@
 #include <sstream>
 
 #include "data/lookup_table.h"
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form_fakes.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 
 namespace orvane::host::fakes {
 

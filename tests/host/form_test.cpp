@@ -7,11 +7,11 @@
 #include <stdexcept>
 
 #include "data/lookup_table.h"
-#include "host/cell_editor.h"
-#include "host/combo.h"
+#include "host/controls/cell_editor.h"
+#include "host/controls/combo.h"
+#include "host/controls/small_controls.h"
 #include "host/dialogs.h"
 #include "host/form_fakes.h"
-#include "host/small_controls.h"
 
 namespace orvane::host {
 namespace {

@@ -1,5 +1,5 @@
 // The grid by keyboard: where each key leads, when rows are posted, dropped and appended.
-#include "host/grid.h"
+#include "host/controls/grid.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The inspector by keyboard, and what it shows.
-#include "host/inspector.h"
+#include "host/controls/inspector.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "data/abort.h"
+#include "host/controls/grid.h"
 #include "host/form_fakes.h"
-#include "host/grid.h"
 #include "host/report_fakes.h"
 
 namespace orvane::host {

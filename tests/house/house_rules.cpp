@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 #include <span>
 #include <sstream>
@@ -12,6 +13,14 @@ namespace {
 
 constexpr int kFunctionLines = 70;
 constexpr int kFileLines = 700;
+constexpr int kFolderFiles = 40;
+
+/// The server's folders from the ground up.
+constexpr std::string_view kServerFolders[] = {
+    "catalogue", "engine",    "log",      "schema",    "sessions", "statements",
+    "dialect",   "providers", "approval", "documents", "orders",   "requests",
+    "contracts", "queue",     "classes",  "demo",      "load",     "check",
+};
 
 struct Floor {
   std::string_view name;
@@ -310,6 +319,80 @@ Findings CheckUnreadHeaders(const Files& files) {
   for (const SourceFile& file : files) {
     if (!IsHeader(file) || !file.path.starts_with("src/") || read.contains(file.path)) continue;
     findings.push_back(At(file, 1, "no other file includes it", "use it or remove it"));
+  }
+  return findings;
+}
+
+namespace {
+
+/// "src/server/orders/x.h" → 10; the end for what stands above all folders.
+std::size_t ServerStorey(std::string_view path) {
+  constexpr std::string_view kServer = "src/server/";
+  if (!path.starts_with(kServer)) return std::size(kServerFolders);
+  path.remove_prefix(kServer.size());
+  const auto* found = std::ranges::find(kServerFolders, path.substr(0, path.find('/')));
+  return static_cast<std::size_t>(found - std::begin(kServerFolders));
+}
+
+/// The name that a line at the margin defines a class, struct or enumeration by; empty when it
+/// defines none, or one inside another ("class Sessions::State").
+std::string_view TypeDefinedBy(std::string_view line) {
+  for (const std::string_view word : {"class ", "struct ", "enum class "}) {
+    if (!line.starts_with(word)) continue;
+    const std::string_view rest = line.substr(word.size());
+    const std::size_t end = rest.find_first_of(" ;<:{");
+    const bool defined = rest.find('{') != std::string_view::npos && rest.substr(end, 2) != "::";
+    return defined ? rest.substr(0, end) : std::string_view();
+  }
+  return {};
+}
+
+}  // namespace
+
+Findings CheckServerFolders(const Files& files) {
+  Findings findings;
+  for (const SourceFile& file : files) {
+    const std::size_t own = ServerStorey(file.path);
+    for (std::size_t i = 0; i < file.includes.size(); ++i) {
+      const std::string_view included = file.includes[i];
+      if (!included.starts_with("\"server/") || own == std::size(kServerFolders)) continue;
+      const std::size_t other = ServerStorey("src/" + std::string(included.substr(1)));
+      if (other <= own) continue;
+      findings.push_back(At(file, file.includeLines[i], "#include " + file.includes[i],
+                            "stands above " + std::string(kServerFolders[own])));
+    }
+  }
+  return findings;
+}
+
+Findings CheckFolderSizes(const Files& files) {
+  std::map<std::string, int, std::less<>> sizes;
+  for (const SourceFile& file : files)
+    if (file.path.starts_with("src/")) ++sizes[file.path.substr(0, file.path.rfind('/'))];
+  Findings findings;
+  for (const auto& [folder, size] : sizes) {
+    if (size <= kFolderFiles) continue;
+    findings.push_back(folder + ": a folder of " + std::to_string(size) + " files → at most " +
+                       std::to_string(kFolderFiles) + ": divide it by subject");
+  }
+  return findings;
+}
+
+Findings CheckTypeNames(const Files& files) {
+  std::map<std::string, std::string, std::less<>> known;
+  Findings findings;
+  for (const SourceFile& file : files) {
+    if (!file.path.starts_with("src/") || !IsHeader(file)) continue;
+    std::istringstream lines{file.code};
+    std::string line;
+    for (int number = 1; std::getline(lines, line); ++number) {
+      const std::string_view type = TypeDefinedBy(line);
+      if (type.empty()) continue;
+      const auto [place, isNew] = known.emplace(type, file.path);
+      if (isNew) continue;
+      findings.push_back(At(file, number, "a second type " + place->first,
+                            "another name: the first stands in " + place->second));
+    }
   }
   return findings;
 }

@@ -26,6 +26,15 @@ Findings CheckHeaders(const Files& files);
 /// Headers of src that no other file reads.
 Findings CheckUnreadHeaders(const Files& files);
 
+/// Each folder of the server includes what stands before it in the order of its folders.
+Findings CheckServerFolders(const Files& files);
+
+/// At most 40 files straight in a folder of src.
+Findings CheckFolderSizes(const Files& files);
+
+/// A type of src has one name and one definition, in whichever floor.
+Findings CheckTypeNames(const Files& files);
+
 /// Words that stand for something better.
 Findings CheckWords(const Files& files);
 

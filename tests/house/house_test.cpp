@@ -25,6 +25,15 @@ TEST(House, EachFloorIncludesOnlyWhatStandsBelowIt) {
   ExpectNone(CheckFloors(Tree()));
 }
 
+TEST(House, FoldersOfTheServerStandInTheirOrderAndFoldersStaySmall) {
+  ExpectNone(CheckServerFolders(Tree()));
+  ExpectNone(CheckFolderSizes(Tree()));
+}
+
+TEST(House, ATypeNameHasOneDefinition) {
+  ExpectNone(CheckTypeNames(Tree()));
+}
+
 TEST(House, HeadersAreReadOnceAndFirstByTheirOwnUnit) {
   ExpectNone(CheckHeaders(Tree()));
 }
@@ -78,6 +87,27 @@ TEST(HouseRules, ATrespassBetweenFloorsIsFound) {
                    {"src/extra/a.h", "", "src/extra/a.h:1: belongs to no floor"},
                    {"tests/data/a.cpp", "#include \"host/form.h\"\n", ""},
                });
+}
+
+TEST(HouseRules, WhatRunsUpAndWhatIsNamedTwiceIsFound) {
+  CheckPlanted(&CheckServerFolders,
+               {
+                   {"src/server/orders/a.h", "#include \"server/documents/b.h\"\n", ""},
+                   {"src/server/documents/a.h", "\n#include \"server/orders/b.h\"\n",
+                    "src/server/documents/a.h:2: #include \"server/orders/b.h\""},
+                   {"src/server/orvane_server.cpp", "#include \"server/orders/b.h\"\n", ""},
+                   {"tests/server/a.cpp", "#include \"server/check/b.h\"\n", ""},
+               });
+  CheckPlanted(&CheckTypeNames,
+               {
+                   {"src/server/a.h", "struct A;\nclass A final {\n  struct B {\n", ""},
+                   {"src/kit/a.h", "class A {\n};\nstruct A {\n", "src/kit/a.h:3: a second"},
+                   {"src/kit/a.h", "class A {\nstruct A::B {\n", ""},
+                   {"src/kit/a.cpp", "class A {\nstruct A {\n", ""},
+               });
+  const Files many(41, ReadSource("src/kit/a.h", ""));
+  EXPECT_EQ(CheckFolderSizes(many).size(), 1U);
+  EXPECT_TRUE(CheckFolderSizes(Files(many.begin(), many.end() - 1)).empty());
 }
 
 TEST(HouseRules, HeadersAreWatched) {

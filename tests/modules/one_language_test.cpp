@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/grid.h"
-#include "host/inspector.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 #include "host/walk/scripted_toolkit.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"

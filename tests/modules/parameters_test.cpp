@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/inspector.h"
+#include "host/controls/inspector.h"
 #include "host/walk/scripted_toolkit.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"

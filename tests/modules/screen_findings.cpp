@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
 
 namespace orvane::modules {
 namespace {

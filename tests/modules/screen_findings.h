@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/inspector.h"
 #include "server/providers/server_class.h"
 
 namespace orvane::modules {

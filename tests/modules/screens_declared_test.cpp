@@ -6,7 +6,7 @@
 #include "contract/parameters.h"
 #include "contract/system.h"
 #include "data/lookup_table.h"
-#include "host/combo.h"
+#include "host/controls/combo.h"
 #include "kit/columns.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order_report.h"
 #include "modules/screen_findings.h"

@@ -1,8 +1,8 @@
 // The supplies contracts screen on the real server: what walks/contracts.walk cannot show of its
 // rules, tried in every combination.
 
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 #include "modules/user_screen.h"
 

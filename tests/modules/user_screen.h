@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "host/grid.h"
+#include "host/controls/grid.h"
 #include "host/walk/scripted_toolkit.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/frame/tf_orvane_main.h"

@@ -2,8 +2,8 @@
 // walks a table that grows.
 
 #include "server/documents/navigation.h"
-#include "server/documents/request_document.h"
 #include "server/many_requests.h"
+#include "server/requests/request_document.h"
 
 namespace orvane::server {
 namespace {
@@ -68,7 +68,7 @@ TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
                           {Nav::Last, 0, 0, {}},       {Nav::Step, 10, 500, {}},
                           {Nav::ByKey, 0, 500, 1},     {Nav::Next, 0, 500, 1}};
   for (const Sight& sight : sights) {
-    const Visibility visibility(kSeenRequests, sight);
+    const AskerVisibility visibility(kSeenRequests, sight);
     for (const Place& place : places) {
       for (const Engine form : {Engine::Sqlite, Engine::Postgres}) {
         const Statement find = FindDocument(kSeenRequests, visibility, place, form);

@@ -1,9 +1,9 @@
 #include "host/walk/walk_places.h"
 
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 #include "packet/variant.h"
 
 namespace orvane::host {

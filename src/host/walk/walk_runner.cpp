@@ -4,10 +4,10 @@
 #include <charconv>
 #include <utility>
 
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/dialogs.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 #include "host/walk/walk_places.h"
 #include "packet/fold.h"
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "host/controls/grid.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/grid.h"
-#include "host/small_controls.h"
 #include "kit/columns.h"
 
 namespace orvane::modules {

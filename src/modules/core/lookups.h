@@ -75,7 +75,7 @@ LookupSetup Suppliers();
 LookupSetup Contracts(std::string_view kindParam, std::string_view condition = {});
 /// The supply list (supply_list::kEntry); its statement follows the document.
 LookupSetup SupplyList();
-/// The third line of the statement gives way to the units of a row (kit/units.h).
+/// The third line of the statement gives way to the units of a row (kit/documents/units.h).
 LookupSetup Measures();
 /// Elements of one nomenclature, by parameter Nom.
 LookupSetup NomIn();

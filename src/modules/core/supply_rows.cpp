@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/grid.h"
-#include "kit/units.h"
+#include "host/controls/grid.h"
+#include "kit/documents/units.h"
 #include "modules/core/get_quant.h"
 
 namespace orvane::modules {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

@@ -4,11 +4,11 @@
 #include <map>
 
 #include "packet/fold.h"
+#include "server/catalogue/catalogue.h"
 #include "server/check/check_documents.h"
 #include "server/check/check_history.h"
 #include "server/check/check_waiting.h"
 #include "server/classes/server_classes.h"
-#include "server/dialect/catalogue.h"
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/sessions.h"
 #include "server/sessions/statements.h"

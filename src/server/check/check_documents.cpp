@@ -1,12 +1,12 @@
 #include "server/check/check_documents.h"
 
 #include "server/approval/approval_rows.h"
-#include "server/documents/named_statement.h"
-#include "server/documents/order_head.h"
-#include "server/documents/order_remainder.h"
-#include "server/documents/request_head.h"
+#include "server/catalogue/order_remainder.h"
 #include "server/documents/values.h"
+#include "server/orders/order_head.h"
+#include "server/requests/request_head.h"
 #include "server/sessions/engine_failures.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

@@ -7,9 +7,9 @@
 #include <set>
 
 #include "server/classes/server_classes.h"
-#include "server/documents/order_head.h"
-#include "server/documents/request_head.h"
+#include "server/orders/order_head.h"
 #include "server/providers/change_check.h"
+#include "server/requests/request_head.h"
 #include "server/sessions/engine_failures.h"
 #include "server/sessions/statements.h"
 

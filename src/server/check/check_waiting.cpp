@@ -3,11 +3,11 @@
 #include <map>
 
 #include "server/approval/approvers.h"
-#include "server/approval/waiting.h"
-#include "server/documents/named_statement.h"
-#include "server/documents/order_head.h"
-#include "server/documents/request_head.h"
+#include "server/orders/order_head.h"
+#include "server/queue/waiting.h"
+#include "server/requests/request_head.h"
 #include "server/sessions/engine_failures.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

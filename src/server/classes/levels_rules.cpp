@@ -4,10 +4,10 @@
 
 #include "contract/levels_approval.h"
 #include "server/approval/levels.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/settings.h"
 #include "server/providers/change_writer.h"
 #include "server/providers/row_checks.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 

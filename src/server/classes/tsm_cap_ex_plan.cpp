@@ -5,11 +5,11 @@
 #include "contract/workflow.h"
 #include "packet/fold.h"
 #include "server/classes/server_classes.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/navigation.h"
 #include "server/providers/arguments.h"
 #include "server/providers/row_checks.h"
 #include "server/providers/work.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 

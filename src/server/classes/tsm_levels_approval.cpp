@@ -1,10 +1,10 @@
 #include "contract/levels_approval.h"
 #include "contract/system.h"
-#include "server/approval/waiting.h"
 #include "server/classes/levels_rules.h"
 #include "server/classes/server_classes.h"
 #include "server/providers/arguments.h"
 #include "server/providers/work.h"
+#include "server/queue/waiting.h"
 #include "server/sessions/statements.h"
 
 namespace orvane::server {

@@ -1,10 +1,10 @@
 #include "contract/purchase_request.h"
 #include "server/classes/server_classes.h"
 #include "server/documents/rates.h"
-#include "server/documents/request_apply.h"
-#include "server/documents/request_load.h"
-#include "server/documents/request_sums.h"
 #include "server/providers/work.h"
+#include "server/requests/request_apply.h"
+#include "server/requests/request_load.h"
+#include "server/requests/request_sums.h"
 
 namespace orvane::server {
 namespace {

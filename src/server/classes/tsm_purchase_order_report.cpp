@@ -1,7 +1,7 @@
 #include "contract/purchase_request.h"
 #include "server/classes/server_classes.h"
-#include "server/documents/request_copies.h"
 #include "server/providers/work.h"
+#include "server/requests/request_copies.h"
 
 namespace orvane::server {
 namespace {

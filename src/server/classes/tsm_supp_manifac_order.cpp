@@ -1,9 +1,9 @@
 #include "contract/supplier_order.h"
 #include "server/classes/server_classes.h"
-#include "server/documents/order_apply.h"
-#include "server/documents/order_document.h"
-#include "server/documents/order_load.h"
 #include "server/documents/rates.h"
+#include "server/orders/order_apply.h"
+#include "server/orders/order_document.h"
+#include "server/orders/order_load.h"
 
 namespace orvane::server {
 namespace {

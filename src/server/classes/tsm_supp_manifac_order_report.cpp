@@ -1,6 +1,6 @@
 #include "contract/supplier_order.h"
 #include "server/classes/server_classes.h"
-#include "server/documents/order_report.h"
+#include "server/orders/order_report.h"
 
 namespace orvane::server {
 

@@ -1,7 +1,7 @@
 #include "contract/supplies_contract.h"
 #include "server/classes/server_classes.h"
-#include "server/documents/contract_apply.h"
-#include "server/documents/contract_document.h"
+#include "server/contracts/contract_apply.h"
+#include "server/contracts/contract_document.h"
 
 namespace orvane::server {
 

@@ -22,7 +22,7 @@
 #include "packet/date.h"
 #include "packet/failure.h"
 #include "packet/variant.h"
-#include "server/dialect/catalogue.h"
+#include "server/catalogue/catalogue.h"
 #include "server/engine/database.h"
 
 namespace orvane::server {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "packet/variant.h"
-#include "server/dialect/catalogue.h"
+#include "server/catalogue/catalogue.h"
 #include "server/dialect/open_values.h"
 #include "server/dialect/search.h"
 #include "server/dialect/syntax.h"

@@ -1,6 +1,6 @@
 #include "server/documents/document.h"
 
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 
@@ -44,11 +44,11 @@ Statement PartStatement(const DocumentPart& part, Language language, Date today)
   return Named(InLanguage(keyed, language), {{"Today", today}}, ColumnsOf(part.def));
 }
 
-Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
+Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Destination& place,
                                     Language language, std::span<const Statement> further) {
   std::vector<Statement> statements;
-  statements.push_back(FindDocument(document.seen, Visibility(document.seen, SightOf(work)), place,
-                                    work.EngineKind()));
+  statements.push_back(FindDocument(document.seen, AskerVisibility(document.seen, SightOf(work)),
+                                    place, work.EngineKind()));
   statements.push_back(PartStatement(document.head, language, work.Today()));
   for (const DocumentPart& part : document.parts)
     statements.push_back(PartStatement(part, language, work.Today()));

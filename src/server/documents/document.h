@@ -49,7 +49,7 @@ struct LoadedDocument {
 
 /// Finds and reads a document in one snapshot and one round trip. `further` run behind the parts
 /// and may name the kept key.
-Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Place& place,
+Answer<LoadedDocument> LoadDocument(Work& work, const Document& document, const Destination& place,
                                     Language language, std::span<const Statement> further);
 
 }  // namespace orvane::server

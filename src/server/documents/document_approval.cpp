@@ -5,7 +5,7 @@
 
 #include "server/documents/document_roles.h"
 #include "server/documents/document_steps.h"
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
@@ -32,7 +32,7 @@ void AddTurns(ServerWrites& writes, const StoredDocument& document, DocumentKey 
 
 /// A decision that was judged: the row as it is, and as it becomes.
 struct Judged {
-  DocumentHead head;
+  StoredHead head;
   NamedValues row;
   NamedValues values;
 };
@@ -81,7 +81,7 @@ Answer<Judged, Setback> Judge(const StoredDocument& document, WriteContext& cont
 
 /// After the row was written: the status that all rows give, and who is next.
 Answer<Done, Setback> SettleDecision(const ApprovalSteps& steps, WriteContext& context,
-                                     const DocumentHead& head) {
+                                     const StoredHead& head) {
   const StoredDocument& document = steps.document;
   std::vector<Statement> statements = {SelectApprovalRows(document, head.key)};
   for (Statement& statement :
@@ -131,7 +131,7 @@ Statement SelectApprovalRows(const StoredDocument& document, DocumentKey key) {
 }
 
 void AddSending(ServerWrites& writes, const Work& work, const StoredDocument& document,
-                const DocumentHead& head, std::span<const ApprovalRow> plan,
+                const StoredHead& head, std::span<const ApprovalRow> plan,
                 const ApproversOfCostCenter& approvers, NamedValues more) {
   const std::int64_t sending = head.sending + 1;
   more.push_back({std::string(stored::kSendingNumber.name), sending});
@@ -160,7 +160,7 @@ Answer<Done, Setback> DropApprovalRows(WriteContext& context, const StoredDocume
 }
 
 Answer<bool, Setback> WriteStatus(WriteContext& context, const StoredDocument& document,
-                                  const DocumentHead& head, DocumentStatus status) {
+                                  const StoredHead& head, DocumentStatus status) {
   ServerWrites writes(context.work);
   writes.Update(document.head, head.row, {{std::string(kStatus), static_cast<int>(status)}});
   if (writes.Empty()) return false;
@@ -200,7 +200,7 @@ Answer<Done, Setback> BeforeDecisions(const ApprovalSteps& steps, WriteContext& 
 }
 
 Answer<Done, Setback> AfterDecisions(const ApprovalSteps& steps, WriteContext& context) {
-  return SettleDecision(steps, context, *std::any_cast<DocumentHead>(&context.kept));
+  return SettleDecision(steps, context, *std::any_cast<StoredHead>(&context.kept));
 }
 
 }  // namespace orvane::server

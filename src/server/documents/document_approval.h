@@ -17,11 +17,11 @@ struct ApprovalSteps {
   const StoredDocument& document;
   /// An approved document ceases to be one: refused when something stands on it. Null pointer when
   /// its status says so.
-  Answer<Done, Setback> (*leavesApproved)(WriteContext& context, const DocumentHead& head);
+  Answer<Done, Setback> (*leavesApproved)(WriteContext& context, const StoredHead& head);
   /// A rejected document comes back; null pointer when nothing is asked then.
-  Answer<Done, Setback> (*leavesRejected)(WriteContext& context, const DocumentHead& head);
+  Answer<Done, Setback> (*leavesRejected)(WriteContext& context, const StoredHead& head);
   /// The one place where the document's status is written beside its moves.
-  Answer<Done, Setback> (*writeStatus)(WriteContext& context, const DocumentHead& head,
+  Answer<Done, Setback> (*writeStatus)(WriteContext& context, const StoredHead& head,
                                        DocumentStatus status);
 };
 
@@ -33,7 +33,7 @@ Statement SelectApprovalRows(const StoredDocument& document, DocumentKey key);
 /// The writes of a sending: its number, who sent and when, what else the head is told, the rows of
 /// the plan and whose turn it is.
 void AddSending(ServerWrites& writes, const Work& work, const StoredDocument& document,
-                const DocumentHead& head, std::span<const ApprovalRow> plan,
+                const StoredHead& head, std::span<const ApprovalRow> plan,
                 const ApproversOfCostCenter& approvers, NamedValues more = {});
 
 /// Takes all approval rows away; history keeps them.
@@ -42,7 +42,7 @@ Answer<Done, Setback> DropApprovalRows(WriteContext& context, const StoredDocume
 
 /// Writes the status of a head where it is another one, and tells the client. Whether it did.
 Answer<bool, Setback> WriteStatus(WriteContext& context, const StoredDocument& document,
-                                  const DocumentHead& head, DocumentStatus status);
+                                  const StoredHead& head, DocumentStatus status);
 
 /// A decision on a level, carried out whole in the transaction of `context`. Where it moved the
 /// document's status, context.headMoved says so.

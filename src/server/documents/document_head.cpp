@@ -1,8 +1,8 @@
 #include "server/documents/document_head.h"
 
 #include "server/documents/claims.h"
-#include "server/documents/named_statement.h"
 #include "server/providers/change_writer.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
@@ -31,17 +31,17 @@ std::string VerbOf(const Move& move) {
   return "промени документа";
 }
 
-std::string HasStatus(const StoredDocument& document, const DocumentHead& head) {
+std::string HasStatus(const StoredDocument& document, const StoredHead& head) {
   return NameOf(document, head.key) + " е със статус „" + std::string(StatusName(head.status)) +
          "“";
 }
 
-std::string OnlyOwner(const StoredDocument& document, const DocumentHead& head) {
+std::string OnlyOwner(const StoredDocument& document, const StoredHead& head) {
   return NameOf(document, head.key) + ": само създателят „" + head.createdFrom + "“ може да ";
 }
 
 /// Why the asker is not the one to make the move.
-std::optional<Failure> WhyNotHis(const StoredDocument& document, const DocumentHead& head,
+std::optional<Failure> WhyNotHis(const StoredDocument& document, const StoredHead& head,
                                  const Move& move, const MoveAsked& asked) {
   const std::string name = NameOf(document, head.key);
   if (move.who == Who::ChiefOrRequester && !asked.chiefOrRequester) {
@@ -92,7 +92,7 @@ std::string KeyCondition(const SeenTable& table) {
 }  // namespace
 
 Statement LockHead(const Work& work, const StoredDocument& document, DocumentKey key) {
-  const Visibility visibility(document.seen, SightOf(work));
+  const AskerVisibility visibility(document.seen, SightOf(work));
   std::string text = "select ";
   std::vector<ResultColumn> columns = ColumnsOf(document.head);
   for (const ResultColumn& column : columns)
@@ -107,7 +107,7 @@ Statement LockHead(const Work& work, const StoredDocument& document, DocumentKey
   return Named(text, params, std::move(columns));
 }
 
-std::optional<DocumentHead> ReadHead(const StoredDocument& document, const DataPacket& packet) {
+std::optional<StoredHead> ReadHead(const StoredDocument& document, const DataPacket& packet) {
   if (packet.rowCount == 0) return std::nullopt;
   const auto at = [&](std::string_view column) { return packet.At(0, column); };
   const auto number = [&](std::string_view column) { return at(column).AsInt().value_or(0); };
@@ -115,7 +115,7 @@ std::optional<DocumentHead> ReadHead(const StoredDocument& document, const DataP
     return at(column).AsDecimal().value_or(Decimal());
   };
   const SeenTable& table = document.seen;
-  DocumentHead head;
+  StoredHead head;
   head.key.id = number(table.id);
   if (!table.version.empty()) {
     head.key.version = number(table.version);
@@ -174,7 +174,7 @@ std::string_view StatusName(int status) {
 }
 
 std::optional<Failure> WhyClosed(const StoredDocument& document,
-                                 const std::optional<DocumentHead>& head, DocumentKey key) {
+                                 const std::optional<StoredHead>& head, DocumentKey key) {
   const std::string name = NameOf(document, key);
   if (!head || !head->seen) return Refused(name + " не съществува.");
   if (head->old) {
@@ -187,7 +187,7 @@ std::optional<Failure> WhyClosed(const StoredDocument& document,
 }
 
 std::optional<Failure> WhyNotEditable(const Work& work, const StoredDocument& document,
-                                      const std::optional<DocumentHead>& head, DocumentKey key) {
+                                      const std::optional<StoredHead>& head, DocumentKey key) {
   if (auto closed = WhyClosed(document, head, key)) return closed;
   if (head->status == Entered) {
     if (!document.ownersOnly || IsOwner(work, *head)) return std::nullopt;
@@ -200,7 +200,7 @@ std::optional<Failure> WhyNotEditable(const Work& work, const StoredDocument& do
   return Refused(HasStatus(document, *head) + " и не се променя. " + std::string(wayOut));
 }
 
-Answer<const Move*> JudgeMove(const StoredDocument& document, const DocumentHead& head,
+Answer<const Move*> JudgeMove(const StoredDocument& document, const StoredHead& head,
                               const MoveAsked& asked) {
   for (const Move& move : document.moves) {
     const bool annuls = move.name == "annul";
@@ -217,11 +217,11 @@ Answer<const Move*> JudgeMove(const StoredDocument& document, const DocumentHead
   return Refused(has + " и не може да получи статус „" + std::string(StatusName(asked.to)) + "“.");
 }
 
-bool IsOwner(const Work& work, const DocumentHead& head) {
+bool IsOwner(const Work& work, const StoredHead& head) {
   return work.Who().userLevel < kFirstBoundLevel || work.Who().login == head.createdFrom;
 }
 
-bool IsRequester(const Work& work, const DocumentHead& head) {
+bool IsRequester(const Work& work, const StoredHead& head) {
   return HasFullAccess(work) || work.Who().Employee() == head.notifier;
 }
 

@@ -87,7 +87,7 @@ struct StoredDocument {
   bool keepsDecider = false;  ///< a withdrawn decision keeps who had decided, and when
 };
 
-struct DocumentHead {
+struct StoredHead {
   DocumentKey key;
   NamedValues row;  ///< every stored column, for old values
   Date documentDate;
@@ -120,7 +120,7 @@ std::string OfHead(const StoredDocument& document, std::string_view part);
 /// Reads the head and holds its row until the transaction ends.
 Statement LockHead(const Work& work, const StoredDocument& document, DocumentKey key);
 /// Empty when there is no such document.
-std::optional<DocumentHead> ReadHead(const StoredDocument& document, const DataPacket& packet);
+std::optional<StoredHead> ReadHead(const StoredDocument& document, const DataPacket& packet);
 /// A column of the head of the document :Id, :Version, as a scalar subselect.
 std::string HeadColumn(const StoredDocument& document, std::string_view column);
 
@@ -135,10 +135,10 @@ std::string_view StatusName(int status);
 /// Why nothing at all may happen to the document; nothing when something may: it is not there for
 /// the asker, an old version, or annulled.
 std::optional<Failure> WhyClosed(const StoredDocument& document,
-                                 const std::optional<DocumentHead>& head, DocumentKey key);
+                                 const std::optional<StoredHead>& head, DocumentKey key);
 /// Why its head and rows cannot be changed: closed, not at status 2, or its creator's alone.
 std::optional<Failure> WhyNotEditable(const Work& work, const StoredDocument& document,
-                                      const std::optional<DocumentHead>& head, DocumentKey key);
+                                      const std::optional<StoredHead>& head, DocumentKey key);
 
 /// What a change of the status, or an annulment, would be, and what the asker is to the document.
 struct MoveAsked {
@@ -149,12 +149,12 @@ struct MoveAsked {
   bool requester = false;
 };
 /// The move, or why it is not allowed. The document is not closed.
-Answer<const Move*> JudgeMove(const StoredDocument& document, const DocumentHead& head,
+Answer<const Move*> JudgeMove(const StoredDocument& document, const StoredHead& head,
                               const MoveAsked& asked);
 
 /// The asker created the document, or is of a level that may change everybody's.
-bool IsOwner(const Work& work, const DocumentHead& head);
+bool IsOwner(const Work& work, const StoredHead& head);
 /// The asker requested it, or may complete whatever order.
-bool IsRequester(const Work& work, const DocumentHead& head);
+bool IsRequester(const Work& work, const StoredHead& head);
 
 }  // namespace orvane::server

@@ -6,10 +6,10 @@
 #include "server/approval/approvers.h"
 #include "server/documents/document_pricing.h"
 #include "server/documents/document_steps.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
 #include "server/providers/server_class.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
@@ -95,7 +95,7 @@ Answer<HeadApply, Setback> BeforeInsert(const HeadSteps& steps, WriteContext& co
 
 /// The move that a change is, if it is one. Judged by what is on disk.
 Answer<const Move*, Setback> MoveIn(const HeadSteps& steps, const Work& work,
-                                    const DocumentHead& head, const Change& change,
+                                    const StoredHead& head, const Change& change,
                                     const ApproversOfCostCenter& approvers) {
   const StoredDocument& document = steps.document;
   const Variant* status = FindValue(change.after, stored::kStatus);
@@ -119,7 +119,7 @@ Answer<const Move*, Setback> MoveIn(const HeadSteps& steps, const Work& work,
 }
 
 Answer<Done, Setback> Reprice(const StoredDocument& document, WriteContext& context,
-                              const DocumentHead& head, const DocumentSettings& settings,
+                              const StoredHead& head, const DocumentSettings& settings,
                               PreparedChange& prepared, HeadApply& apply) {
   const Change& change = prepared.change;
   if (!Changes(change, kPriceColumns)) return Done{};
@@ -159,7 +159,7 @@ Answer<Done, Setback> Reprice(const StoredDocument& document, WriteContext& cont
 }
 
 /// Takes out of the change what only the server writes.
-void DropServerColumns(const HeadSteps& steps, Change& change, const DocumentHead& head) {
+void DropServerColumns(const HeadSteps& steps, Change& change, const StoredHead& head) {
   for (const std::string_view column : steps.serverColumns)
     Drop(change.after, column);
   for (const std::string_view column : {steps.document.currencySum, steps.document.nationalSum})
@@ -171,7 +171,7 @@ void DropServerColumns(const HeadSteps& steps, Change& change, const DocumentHea
   }
 }
 
-void ImposeMove(const HeadSteps& steps, const Work& work, const DocumentHead& head,
+void ImposeMove(const HeadSteps& steps, const Work& work, const StoredHead& head,
                 const Change& asked, PreparedChange& prepared) {
   if (!IsAnnulment(asked)) {
     Drop(prepared.change.after, stored::kAnnulFrom);
@@ -189,7 +189,7 @@ bool IsAmendment(const Move& move, const Change& asked) {
 }
 
 /// The client may have stamped an amendment that is none: it is told what stands.
-void KeepAmendment(const DocumentHead& head, PreparedChange& prepared) {
+void KeepAmendment(const StoredHead& head, PreparedChange& prepared) {
   for (const std::string_view column : {stored::kAmendFrom, stored::kAmendOn}) {
     Drop(prepared.change.after, column);
     const Variant* present = FindValue(head.row, column);
@@ -198,7 +198,7 @@ void KeepAmendment(const DocumentHead& head, PreparedChange& prepared) {
 }
 
 /// Somebody moved the document since it was loaded: a conflict, which is told with the present row.
-bool MovedMeanwhile(const DocumentHead& head, const Change& change) {
+bool MovedMeanwhile(const StoredHead& head, const Change& change) {
   const Variant* before = FindValue(change.before, stored::kStatus);
   return before && before->AsInt() != head.status;
 }

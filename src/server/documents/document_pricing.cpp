@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "server/documents/named_statement.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 

@@ -3,17 +3,17 @@
 #include <algorithm>
 
 #include "server/documents/document_steps.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/server_writes.h"
 #include "server/documents/values.h"
 #include "server/providers/change_check.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
 
 /// What the second hook needs of what the first one read.
 struct RowsApply {
-  DocumentHead head;
+  StoredHead head;
   DocumentSums sums;
 };
 

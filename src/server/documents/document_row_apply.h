@@ -32,7 +32,7 @@ class WantedValues {
 
 /// Facts behind the rows of a batch, read in one trip behind the head's lock.
 struct RowFacts {
-  DocumentHead head;
+  StoredHead head;
   DocumentSettings settings;
   std::vector<DocumentRow> rows;  ///< as they are
   std::map<std::int64_t, EntryFacts> entries;

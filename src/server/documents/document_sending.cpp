@@ -1,13 +1,13 @@
 #include "server/documents/document_sending.h"
 
 #include "packet/quantity.h"
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
 
 std::optional<Failure> WhyHeadNotSent(const SentDocument& sent) {
-  const DocumentHead& head = sent.head;
+  const StoredHead& head = sent.head;
   const std::string name = NameOf(sent.document, head.key) + ": ";
   const auto value = [&](std::string_view column) {
     const Variant* found = FindValue(head.row, column);
@@ -56,7 +56,7 @@ std::optional<Failure> WhyRowNotSent(const SentDocument& sent, const DocumentRow
 }  // namespace
 
 std::vector<Statement> SelectSent(const Work& work, const StoredDocument& document,
-                                  const DocumentHead& head) {
+                                  const StoredHead& head) {
   const NamedValues params = KeyParams(head.key);
   const std::string named = EntriesNamed(document);
   std::vector<Statement> statements = SelectHeadFacts(work, {}, head.row);
@@ -68,7 +68,7 @@ std::vector<Statement> SelectSent(const Work& work, const StoredDocument& docume
   return statements;
 }
 
-SentDocument ReadSent(const StoredDocument& document, const DocumentHead& head,
+SentDocument ReadSent(const StoredDocument& document, const StoredHead& head,
                       std::span<const DataPacket> packets) {
   const auto rest = packets.subspan(kHeadFactStatements);
   return {document,

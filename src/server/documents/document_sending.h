@@ -17,7 +17,7 @@ namespace orvane::server {
 
 struct SentDocument {
   const StoredDocument& document;
-  const DocumentHead& head;
+  const StoredHead& head;
   HeadFacts facts;
   std::vector<DocumentRow> rows;
   std::map<std::int64_t, EntryFacts> entries;
@@ -26,9 +26,9 @@ struct SentDocument {
 
 /// Read it, behind the lock of its head.
 std::vector<Statement> SelectSent(const Work& work, const StoredDocument& document,
-                                  const DocumentHead& head);
+                                  const StoredHead& head);
 inline constexpr std::size_t kSentStatements = kHeadFactStatements + kEntryStatements + 2;
-SentDocument ReadSent(const StoredDocument& document, const DocumentHead& head,
+SentDocument ReadSent(const StoredDocument& document, const StoredHead& head,
                       std::span<const DataPacket> packets);
 
 /// Why the document does not go for approval; the sentence names document, row and way out.

@@ -2,8 +2,8 @@
 
 #include "contract/parameters.h"
 #include "contract/system.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/values.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

@@ -1,6 +1,6 @@
 #include "server/documents/entry_terms.h"
 
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {

@@ -1,8 +1,8 @@
 #include "server/documents/head_facts.h"
 
-#include "server/documents/active_contract.h"
+#include "server/catalogue/active_contract.h"
 #include "server/documents/document_steps.h"
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <limits>
 
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
@@ -20,7 +20,7 @@ struct Track {
   std::function<std::string(std::string_view)> previous;
 };
 
-Track DocumentTrack(const SeenTable& table, const Visibility& visibility) {
+Track DocumentTrack(const SeenTable& table, const AskerVisibility& visibility) {
   const std::string id(table.id);
   return {"(select p." + id + " from " + std::string(table.table) + " p where p." + id +
               " = :Position and " + Replaced(table.current, "{t}", "p") + " and " +
@@ -29,7 +29,7 @@ Track DocumentTrack(const SeenTable& table, const Visibility& visibility) {
           [&](std::string_view position) { return visibility.Previous(position); }};
 }
 
-Track VersionTrack(const SeenTable& table, const Visibility& visibility) {
+Track VersionTrack(const SeenTable& table, const AskerVisibility& visibility) {
   const std::string version(table.version);
   const std::string seen = " from " + std::string(table.table) + " p where p." +
                            std::string(table.id) + " = :Id and " + visibility.Among("p") +
@@ -120,7 +120,7 @@ Target WalkedOnce(const Track& track, bool forward, int steps) {
   return target;
 }
 
-Target TargetOf(const Track& track, const Place& place, Engine engine) {
+Target TargetOf(const Track& track, const Destination& place, Engine engine) {
   const auto walked = engine == Engine::Postgres ? &WalkedOnce : &WalkedInPlace;
   switch (place.nav) {
     case Nav::ByKey:
@@ -148,7 +148,7 @@ std::optional<Nav> NavOf(const Variant& number) {
   return static_cast<Nav>(*value);
 }
 
-Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
+Answer<Destination> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
   const Variant none;
   const Variant& version = at.version ? ask[*at.version] : none;
   const auto nav = NavOf(ask[at.nav]);
@@ -158,7 +158,7 @@ Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
   if (!nav || !readable) {
     return Failure{FailureKind::BadRequest, "Методът „GetRec“ очаква посока, стъпка и номера."};
   }
-  Place place;
+  Destination place;
   place.nav = *nav;
   place.step = static_cast<int>(ask[at.step].AsInt().value_or(0));
   // No document has a number beyond these, which the engines count with.
@@ -171,8 +171,8 @@ Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at) {
   return place;
 }
 
-Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place,
-                       Engine engine) {
+Statement FindDocument(const SeenTable& table, const AskerVisibility& visibility,
+                       const Destination& place, Engine engine) {
   const bool versions = place.version.has_value();
   const Track track = versions ? VersionTrack(table, visibility) : DocumentTrack(table, visibility);
   const Target target = TargetOf(track, place, engine);

@@ -14,7 +14,7 @@
 namespace orvane::server {
 
 /// Where a load goes. Steps count for Nav::Step only.
-struct Place {
+struct Destination {
   Nav nav = Nav::ByKey;
   int step = 0;
   std::int64_t id = 0;
@@ -35,12 +35,12 @@ struct PlaceAt {
 
 /// The place a load asks for. BadRequest when the move is none, or a number is no number; Null is
 /// 0.
-Answer<Place> ReadPlace(const VariantArray& ask, const PlaceAt& at);
+Answer<Destination> ReadPlace(const VariantArray& ask, const PlaceAt& at);
 
 /// Keeps "DocumentId" and "DocumentVersion" (both null when nothing may be seen) and answers them
 /// with IsFirst and IsLast. A step beyond an end finds the end.
-Statement FindDocument(const SeenTable& table, const Visibility& visibility, const Place& place,
-                       Engine engine);
+Statement FindDocument(const SeenTable& table, const AskerVisibility& visibility,
+                       const Destination& place, Engine engine);
 
 /// What the statement's row says: a sole document is the last one.
 LoadCode LoadCodeOf(const DataPacket& found);

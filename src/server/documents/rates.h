@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "packet/date.h"
-#include "server/documents/named_statement.h"
 #include "server/documents/settings.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 

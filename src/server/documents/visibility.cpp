@@ -2,7 +2,7 @@
 
 #include "server/approval/headed.h"
 #include "server/documents/claims.h"
-#include "server/documents/named_statement.h"
+#include "server/statements/named_statement.h"
 
 namespace orvane::server {
 namespace {
@@ -18,7 +18,7 @@ std::string ColumnOf(std::string_view alias, std::string_view column) {
 }  // namespace
 
 /// Up or down the identifiers.
-struct Visibility::Direction {
+struct AskerVisibility::Direction {
   std::string_view compare;
   std::string_view nearest;
   std::string_view order;
@@ -29,7 +29,7 @@ Sight SightOf(const Work& work) {
   return {who.userLevel, who.login, who.Employee(), work.Today(), who.ReadsReceived()};
 }
 
-Visibility::Visibility(const SeenTable& table, const Sight& sight)
+AskerVisibility::AskerVisibility(const SeenTable& table, const Sight& sight)
     : table_(table),
       everything_(table.everyone || sight.level < kFirstBoundLevel),
       employed_(sight.employee.has_value()),
@@ -63,30 +63,30 @@ Visibility::Visibility(const SeenTable& table, const Sight& sight)
   condition_ += ")";
 }
 
-std::string Visibility::Headed() const {
+std::string AskerVisibility::Headed() const {
   return HeadedCostCenters(employed_);
 }
 
 /// The asker's turns (alias t) at documents of this kind.
-std::string Visibility::Turns() const {
+std::string AskerVisibility::Turns() const {
   return "t.Employee = :Employee and t.KindRegister = " +
          std::to_string(static_cast<int>(table_.kind));
 }
 
-std::string Visibility::On(std::string_view alias) const {
+std::string AskerVisibility::On(std::string_view alias) const {
   return Replaced(condition_, "{t}", alias);
 }
 
-std::string Visibility::Tables() const {
+std::string AskerVisibility::Tables() const {
   return everything_ ? "" : "headed (CostCenter) as (" + Headed() + "), ";
 }
 
-std::string Visibility::Among(std::string_view alias) const {
+std::string AskerVisibility::Among(std::string_view alias) const {
   return Replaced(Replaced(condition_, Headed(), "select h.CostCenter from headed h"), "{t}",
                   alias);
 }
 
-std::string Visibility::Nearest(const Direction& direction, std::string_view position) const {
+std::string AskerVisibility::Nearest(const Direction& direction, std::string_view position) const {
   const std::string id = ColumnOf("p", table_.id);
   const std::string from = " from " + std::string(table_.table) + " p where ";
   const std::string current = Replaced(table_.current, "{t}", "p");
@@ -138,15 +138,15 @@ std::string Visibility::Nearest(const Direction& direction, std::string_view pos
   return "(select " + nearest + "(Id) " + plain + " from (" + reasons + ") reasons)";
 }
 
-std::string Visibility::Next(std::string_view position) const {
+std::string AskerVisibility::Next(std::string_view position) const {
   return Nearest({">", "min", ""}, position);
 }
 
-std::string Visibility::Previous(std::string_view position) const {
+std::string AskerVisibility::Previous(std::string_view position) const {
   return Nearest({"<", "max", " desc"}, position);
 }
 
-RowPredicate Visibility::AsRowPredicate() const {
+RowPredicate AskerVisibility::AsRowPredicate() const {
   if (everything_) return {};
   Statement statement = Named(condition_, params_);
   return {std::move(statement.text), std::move(statement.params)};
@@ -156,7 +156,7 @@ std::string SeenBySession(const SeenTable& table, std::string_view alias) {
   Sight anybody;
   anybody.level = kFirstBoundLevel;
   anybody.employee = 0;
-  std::string seen = Visibility(table, anybody).On(alias);
+  std::string seen = AskerVisibility(table, anybody).On(alias);
   for (const int status : table.receivedStatuses) {
     seen += " or (:SessionReadsReceived = 1 and " + ColumnOf(alias, "Status") + " = " +
             std::to_string(status) + ")";
@@ -167,7 +167,7 @@ std::string SeenBySession(const SeenTable& table, std::string_view alias) {
 
 RowPredicate SearchVisibility(const Work& work, std::string_view table) {
   for (const SeenTable* seen : {&kSeenRequests, &kSeenOrders, &kSeenDeliveries}) {
-    if (SameName(seen->table, table)) return Visibility(*seen, SightOf(work)).AsRowPredicate();
+    if (SameName(seen->table, table)) return AskerVisibility(*seen, SightOf(work)).AsRowPredicate();
   }
   return {"1 = 0", {}};
 }

@@ -54,9 +54,9 @@ struct SeenTable {
 };
 
 /// The reasons why an asker sees rows of a table.
-class Visibility {
+class AskerVisibility {
  public:
-  Visibility(const SeenTable& table, const Sight& sight);
+  AskerVisibility(const SeenTable& table, const Sight& sight);
 
   /// Levels 0 to 2 see everything.
   bool Everything() const { return everything_; }

@@ -2,10 +2,10 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "server/catalogue/search_fence.h"
 #include "server/engine/connection_pool.h"
 #include "server/engine/database.h"
 #include "server/engine/postgres_connection.h"
-#include "server/engine/search_fence.h"
 
 namespace orvane::server {
 namespace {

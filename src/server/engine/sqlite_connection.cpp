@@ -11,8 +11,8 @@
 #include <variant>
 
 #include "packet/fold.h"
+#include "server/catalogue/search_fence.h"
 #include "server/engine/packet_filler.h"
-#include "server/engine/search_fence.h"
 
 namespace orvane::server {
 namespace {

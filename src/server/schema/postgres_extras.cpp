@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "packet/fold.h"
-#include "server/engine/search_fence.h"
+#include "server/catalogue/search_fence.h"
 
 namespace orvane::server {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "server/engine/search_fence.h"
+#include "server/catalogue/search_fence.h"
 #include "support/engine_steps.h"
 #include "support/test_databases.h"
 

@@ -1,7 +1,7 @@
 #include "modules/purchases/contracts/tdm_supplies_contracts.h"
 
 #include "contract/system.h"
-#include "kit/document_load.h"
+#include "kit/documents/document_load.h"
 #include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"

@@ -9,7 +9,7 @@
 #include "contract/workflow.h"
 #include "data/data_module.h"
 #include "data/lookup_table.h"
-#include "kit/document_apply.h"
+#include "kit/documents/document_apply.h"
 
 namespace orvane::modules {
 

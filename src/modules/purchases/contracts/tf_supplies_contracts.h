@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "kit/documents/shown_document.h"
 #include "kit/key_navigation.h"
-#include "kit/shown_document.h"
 #include "modules/purchases/contracts/tdm_supplies_contracts.h"
 
 namespace orvane::modules {

@@ -1,6 +1,6 @@
 #include "modules/purchases/frame/orvane_com.h"
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 
 namespace orvane::modules {

@@ -6,7 +6,7 @@
 #include "data/abort.h"
 #include "host/application.h"
 #include "host/dialogs.h"
-#include "kit/waiting.h"
+#include "kit/documents/waiting.h"
 #include "modules/purchases/contracts/tf_supplies_contracts.h"
 #include "modules/purchases/frame/tf_orvane_main.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"

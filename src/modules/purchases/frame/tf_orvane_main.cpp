@@ -3,8 +3,8 @@
 #include "contract/points.h"
 #include "contract/system.h"
 #include "host/dialogs.h"
+#include "kit/documents/waiting.h"
 #include "kit/message_text.h"
-#include "kit/waiting.h"
 #include "modules/purchases/frame/screens.h"
 #include "modules/purchases/registers/levels_approval/tf_levels_approval.h"
 

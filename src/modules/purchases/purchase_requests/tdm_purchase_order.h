@@ -11,7 +11,7 @@
 #include "data/data_module.h"
 #include "data/lookup_table.h"
 #include "host/form.h"
-#include "kit/document_apply.h"
+#include "kit/documents/document_apply.h"
 #include "modules/core/supply_rows.h"
 
 namespace orvane::modules {

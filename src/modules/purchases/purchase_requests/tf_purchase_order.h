@@ -12,14 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "host/combo.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
+#include "kit/documents/shown_document.h"
+#include "kit/documents/workflow_faces.h"
 #include "kit/key_navigation.h"
 #include "kit/language_switch.h"
-#include "kit/shown_document.h"
-#include "kit/workflow_faces.h"
 #include "modules/purchases/purchase_requests/purchase_order_values.h"
 #include "modules/purchases/purchase_requests/tdm_purchase_order.h"
 

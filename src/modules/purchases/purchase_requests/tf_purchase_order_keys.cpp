@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "host/dialogs.h"
+#include "kit/documents/national_currency.h"
 #include "kit/grid_rows.h"
-#include "kit/national_currency.h"
 #include "kit/pages.h"
 #include "modules/purchases/frame/orvane_msgs.h"
 #include "modules/purchases/purchase_requests/tf_purchase_order.h"

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "host/combo.h"
-#include "host/grid.h"
-#include "host/inspector.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
 #include "modules/purchases/purchase_requests/tdm_purchase_order_report.h"
 
 namespace orvane::modules {

@@ -3,7 +3,7 @@
 #include "contract/document_rows.h"
 #include "contract/system.h"
 #include "kit/current_employee.h"
-#include "kit/document_load.h"
+#include "kit/documents/document_load.h"
 #include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"

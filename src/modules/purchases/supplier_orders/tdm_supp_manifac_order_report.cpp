@@ -3,7 +3,7 @@
 #include "contract/supplier_order.h"
 #include "contract/system.h"
 #include "data/connection_scope.h"
-#include "kit/document_load.h"
+#include "kit/documents/document_load.h"
 #include "modules/core/lookups.h"
 
 namespace orvane::modules {

@@ -2,7 +2,7 @@
 
 #include "data/abort.h"
 #include "kit/current_employee.h"
-#include "kit/rates.h"
+#include "kit/documents/rates.h"
 #include "modules/purchases/frame/orvane_com.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"
 

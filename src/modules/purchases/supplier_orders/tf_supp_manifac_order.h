@@ -11,14 +11,14 @@
 #include <string>
 #include <vector>
 
-#include "host/combo.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
+#include "kit/documents/shown_document.h"
+#include "kit/documents/workflow_faces.h"
 #include "kit/key_navigation.h"
 #include "kit/language_switch.h"
-#include "kit/shown_document.h"
-#include "kit/workflow_faces.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order.h"
 
 namespace orvane::modules {

@@ -2,9 +2,9 @@
 
 #include "kit/column_hand_over.h"
 #include "kit/columns.h"
+#include "kit/documents/rates.h"
 #include "kit/lookup_setup.h"
 #include "kit/parameters.h"
-#include "kit/rates.h"
 #include "kit/register_screen.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/supplier_orders/tf_supp_manifac_order.h"

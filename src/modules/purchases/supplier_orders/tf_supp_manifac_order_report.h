@@ -5,10 +5,10 @@
 
 #include <memory>
 
-#include "host/combo.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "modules/purchases/supplier_orders/tdm_supp_manifac_order_report.h"
 
 namespace orvane::modules {

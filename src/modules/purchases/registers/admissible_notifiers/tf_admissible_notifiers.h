@@ -5,9 +5,9 @@
 
 #include <memory>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/admissible_notifiers/tdm_admissible_notifiers.h"
 

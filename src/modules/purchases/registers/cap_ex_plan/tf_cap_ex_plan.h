@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
 #include "kit/key_navigation.h"
 #include "modules/purchases/registers/cap_ex_plan/tdm_cap_ex_plan.h"
 

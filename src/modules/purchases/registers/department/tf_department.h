@@ -3,9 +3,9 @@
 // The register of departments ("Дирекции"): one grid, saved row by row. The simplest screen of the
 // module and the pattern of all registers.
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/department/tdm_department.h"
 

@@ -5,9 +5,9 @@
 
 #include <memory>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 #include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/employees_fin_supp/tdm_employees_fin_supp.h"

@@ -4,8 +4,8 @@
 
 #include <memory>
 
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/kind_supplies/tdm_kind_supplies.h"
 

@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/inspector.h"
 #include "host/form.h"
-#include "host/inspector.h"
 #include "modules/purchases/registers/orvane_parameters/tdm_orvane_parameters.h"
 
 namespace orvane::modules {

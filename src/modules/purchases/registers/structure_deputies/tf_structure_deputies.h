@@ -6,9 +6,9 @@
 #include <memory>
 #include <string_view>
 
-#include "host/combo.h"
+#include "host/controls/combo.h"
+#include "host/controls/grid.h"
 #include "host/form.h"
-#include "host/grid.h"
 #include "kit/language_switch.h"
 #include "kit/register_screen.h"
 #include "modules/purchases/registers/structure_deputies/tdm_structure_deputies.h"
