@@ -153,7 +153,7 @@ TEST(DialectRefusals, NameLineAndColumn) {
        "1:457", "твърде дълга"},
       {"SELECT Code" + Repeated(" + Code", 30) + " A FROM KindSupplies WHERE A = 1" +
            Repeated(" OR A = 1", 400),
-       "1:978", "твърде дълга"},
+       "1:429", "твърде дълга"},
       {"SELECT a1.Code FROM Measures a1 " +
            [] {
              std::string joins;

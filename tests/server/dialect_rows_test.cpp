@@ -308,6 +308,36 @@ TEST_P(DialectOnEngine, QuantitiesAreAddedAlikeOnBothEngines) {
             "1 1234567890.123457 1234567890.023457 1234567890.123457; 2 0 -0.1 0; 3 0.3 0.2 0.3");
 }
 
+TEST_P(DialectOnEngine, ASumBeyondSixtyFourBitsIsNull) {
+  DialectWorld world(GetParam());
+  world.Fill("PurchaseOrder", R"(
+    POIdNumber | POVersion | CostCenter | Supplier             | CurrSumPurchaseOrder  | SumPurchaseOrder
+    1          | 1         | 1          | 9223372036854775807  | 922337203685477.5807  | 0.0001
+    2          | 1         | 1          | 9223372036854775806  | 922337203685477.5806  | 0.0001
+    3          | 1         | 2          | -9223372036854775807 | -922337203685477.5807 | -0.0002
+    4          | 1         | 2          | -                    | -                     | 1
+  )");
+  const std::string all =
+      "SELECT POIdNumber, Supplier + CostCenter c, CurrSumPurchaseOrder + SumPurchaseOrder a ";
+  const std::string rest = "FROM PurchaseOrder ";
+  EXPECT_EQ(Finds(world, all + rest),
+            "1 - -; 2 9223372036854775807 922337203685477.5807; 3 -9223372036854775805 -; 4 - -");
+  const Search kSearches[] = {
+      {"WHERE Supplier + CostCenter IS NULL", "1; 4"},
+      {"WHERE Supplier + Supplier > 0 OR NOT (Supplier + Supplier > 0)", ""},
+      {"WHERE ISNULL(Supplier + CostCenter - CostCenter, 0) = 0", "1; 4"},
+      {"WHERE Supplier - CostCenter < 0", ""},
+      {"WHERE Supplier - 1 < 0", "3"},
+      {"WHERE SumPurchaseOrder - CurrSumPurchaseOrder > 0", "3"},
+      {"WHERE 2 IN (SELECT MAX(d.Supplier + d.Supplier) FROM PurchaseOrder d)", ""},
+      {"ORDER BY Supplier + CostCenter DESC", "2; 3; 4; 1"},
+  };
+  for (const Search& search : kSearches) {
+    SCOPED_TRACE(search.rest);
+    EXPECT_EQ(Finds(world, "SELECT POIdNumber " + rest + search.rest), search.rows);
+  }
+}
+
 TEST_P(DialectOnEngine, HiddenRowsAnswerNeitherByErrorsNorByTime) {
   DialectWorld world(GetParam());
   world.Fill("CostCenters", "CostCenter | Name\n 1 | Цех\n 77 | Тайна");

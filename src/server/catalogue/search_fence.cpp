@@ -51,9 +51,13 @@ ReadableColumns CollectReadable() {
 }
 
 constexpr std::string_view kFunctions[] = {
-    "abs",   "avg",   "coalesce", "count",     "iif", "ifnull", "instr",       "length",
-    "like",  "lower", "ltrim",    "max",       "min", "nullif", "orvane_fold", "orvane_quantity",
-    "round", "rtrim", "substr",   "substring", "sum", "total",  "trim",        "upper",
+    "abs",          "avg",    "coalesce",    "count",
+    "iif",          "ifnull", "instr",       "length",
+    "like",         "lower",  "ltrim",       "max",
+    "min",          "nullif", "orvane_fold", "orvane_quantity",
+    "orvane_whole", "round",  "rtrim",       "substr",
+    "substring",    "sum",    "total",       "trim",
+    "upper",
 };
 
 }  // namespace

@@ -338,7 +338,7 @@ class Binder {
     const TermPtr inner = BindTerm(*syntax.parts[0]);
     if (!inner) return nullptr;
     if (inner->IsNull()) return MakeTyped({}, ValueKind::Int32, 0);
-    const TermPtr typed = Typed(inner);
+    TermPtr typed = Typed(inner);
     if (SortOf(typed->type) != Sort::Number) {
       return Refuse(syntax.place, "само цяло число става на INT");
     }
@@ -473,7 +473,7 @@ class Binder {
   }
 
   TermPtr BindNegate(const SyntaxExpr& syntax) {
-    const TermPtr inner = BindTerm(*syntax.parts[0]);
+    TermPtr inner = BindTerm(*syntax.parts[0]);
     if (!inner) return nullptr;
     if (!inner->IsConstant() || inner->typed) {
       return Refuse(syntax.place, "знак минус се допуска само пред число");
@@ -517,7 +517,8 @@ class Binder {
       if (!sum) return Refuse(syntax.place, "числото е извън допустимото");
       return MakeConstant(*sum, syntax.place);
     }
-    term.mayBeNull = parts[0]->mayBeNull || parts[1]->mayBeNull;
+    // What does not fit 64 bits has no sum.
+    term.mayBeNull = sort != Sort::Real || parts[0]->mayBeNull || parts[1]->mayBeNull;
     term.parts = std::move(parts);
     return Shared(std::move(term));
   }

@@ -9,7 +9,7 @@
 namespace orvane::server::dialect {
 namespace {
 
-constexpr std::size_t kLongest = 64 * 1024;
+constexpr std::size_t kLongest = std::size_t{64} * 1024;
 constexpr std::int64_t kMicrosOfDay = 86'400'000'000;
 
 /// A value as the number that a packet's column would hold.

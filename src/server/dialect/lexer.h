@@ -44,7 +44,7 @@ struct Token {
 std::string Unquoted(std::string_view text);
 
 /// Longest statement, in bytes.
-inline constexpr std::size_t kLongestStatement = 32 * 1024;
+inline constexpr std::size_t kLongestStatement = std::size_t{32} * 1024;
 
 /// Tokens of the statement, the last of kind End. Refuses statements that are too long, are not
 /// UTF-8, or hold a character that no token begins with.

@@ -136,6 +136,7 @@ class Renderer {
   void WritePlain(const TypedSelect& select, const std::vector<TermPtr>& hidden,
                   const std::vector<TypedOrder>& order) {
     std::vector<OrderValue> values;
+    values.reserve(order.size());
     for (const TypedOrder& one : order)
       values.push_back({one.value, {}, one.descending});
     Add("SELECT ");
@@ -490,21 +491,49 @@ class Renderer {
     Add(")");
   }
 
-  /// Quantities are added at six decimals, the same digits on both engines; whole numbers of any
-  /// size as the widest.
   void WriteSum(const Term& term) {
-    const bool quantity = term.type == ValueKind::Double;
-    if (quantity) Add(postgres_ ? "(round(" : "orvane_quantity");
-    Add("(");
-    const bool widen = postgres_ && term.type == ValueKind::Code;
-    if (widen) Add("CAST(");
+    if (term.type != ValueKind::Double)
+      return postgres_ ? WriteFittingSum(term) : WriteCheckedSum(term);
+    // Quantities are added at six decimals, the same digits on both engines.
+    Add(postgres_ ? "(round((" : "orvane_quantity(");
+    WriteOperands(term, "");
+    Add(")");
+    if (postgres_) Add(" * CAST(1e6 AS double precision)) / CAST(1e6 AS double precision))");
+  }
+
+  void WriteOperands(const Term& term, std::string_view type) {
+    if (!type.empty()) Add("CAST(");
     Write(*term.parts[0]);
-    if (widen) Add(" AS bigint)");
+    if (!type.empty()) Add(" AS " + std::string(type) + ")");
     Add(term.kind == TermKind::Add ? " + " : " - ");
     Write(*term.parts[1]);
+  }
+
+  /// SQLite goes on with a real where 64 bits end; the function answers null for it.
+  void WriteCheckedSum(const Term& term) {
+    Add("orvane_whole(");
+    WriteOperands(term, "");
     Add(")");
-    if (quantity && postgres_)
-      Add(" * CAST(1e6 AS double precision)) / CAST(1e6 AS double precision))");
+  }
+
+  /// PostgreSQL fails where 64 bits end. Its numeric does not: what is beyond an end is brought to
+  /// one beyond it, and that is null.
+  void WriteFittingSum(const Term& term) {
+    const int scale = RowOf(term.type).scale;
+    const std::string above = Pointed("9223372036854775808", scale);
+    const std::string below = Pointed("-9223372036854775809", scale);
+    const bool whole = term.type == ValueKind::Code;
+    if (whole) Add("CAST(");
+    Add("nullif(nullif(greatest(least(");
+    WriteOperands(term, "numeric");
+    Add(", " + above + "), " + below + "), " + above + "), " + below + ")");
+    if (whole) Add(" AS bigint)");
+  }
+
+  /// A number of smallest units with its point.
+  static std::string Pointed(std::string digits, int scale) {
+    if (scale > 0) digits.insert(digits.size() - static_cast<std::size_t>(scale), ".");
+    return digits;
   }
 
   void WriteSubselect(const TypedSelect& select) {

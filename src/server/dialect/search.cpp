@@ -33,9 +33,9 @@ void CutRows(DataPacket& packet, std::size_t rows) {
 }
 
 Answer<RenderedSearch> RenderSearch(const SearchInput& input) {
-  auto tokens = dialect::Tokenise(input.sql);
+  const auto tokens = dialect::Tokenise(input.sql);
   if (!tokens) return tokens.GetFailure();
-  auto shape = dialect::MakeShape(*std::move(tokens), input);
+  auto shape = dialect::MakeShape(*tokens, input);
   if (!shape) return shape.GetFailure();
   return std::move(shape->search);
 }

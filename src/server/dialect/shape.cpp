@@ -210,7 +210,7 @@ std::string ShapeKey(const std::vector<Token>& tokens, const SearchInput& input)
   return key;
 }
 
-Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input) {
+Answer<Shape> MakeShape(const std::vector<Token>& tokens, const SearchInput& input) {
   const auto until =
       std::chrono::steady_clock::now() + std::chrono::milliseconds(input.readMilliseconds);
   Answer<SyntaxStatement> statement = Parse(tokens);
@@ -236,6 +236,7 @@ Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input) {
   const std::uint64_t fingerprint = Fingerprint(input);
   if (!input.continuation.empty()) {
     std::vector<ValueKind> kinds;
+    kinds.reserve(order.size());
     for (const TypedOrder& one : order)
       kinds.push_back(one.value->type);
     std::optional<VariantArray> after = ReadContinuation(input.continuation, fingerprint, kinds);

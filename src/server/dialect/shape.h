@@ -48,7 +48,7 @@ struct Shape {
 };
 
 /// Reads and renders a statement. Failures as of RenderSearch.
-Answer<Shape> MakeShape(std::vector<Token> tokens, const SearchInput& input);
+Answer<Shape> MakeShape(const std::vector<Token>& tokens, const SearchInput& input);
 
 /// The statement with other values of the same ShapeKey; empty when with these it is another one,
 /// or may not be asked.

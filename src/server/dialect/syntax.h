@@ -53,8 +53,8 @@ struct SyntaxExpr {
   std::vector<std::unique_ptr<SyntaxExpr>> parts;
   std::unique_ptr<SyntaxSelect> select;
 
-  SyntaxExpr(SyntaxKind kind_, Place place_, std::string text_ = {})
-      : kind(kind_), place(place_), text(std::move(text_)) {}
+  SyntaxExpr(SyntaxKind ofKind, Place at, std::string said = {})
+      : kind(ofKind), place(at), text(std::move(said)) {}
 };
 using SyntaxPtr = std::unique_ptr<SyntaxExpr>;
 

@@ -84,7 +84,9 @@ std::optional<Variant> Wrapped(const std::optional<T>& value) {
 
 TermPtr Shared(Term term) {
   constexpr std::size_t kOfAny = 24;
-  term.weight = kOfAny + WeightOfParts(term);
+  constexpr std::size_t kOfSum = 180;
+  const bool sum = term.kind == TermKind::Add || term.kind == TermKind::Subtract;
+  term.weight = (sum ? kOfSum : kOfAny) + WeightOfParts(term);
   if (term.kind == TermKind::Column) {
     term.weight += std::max(term.column->name.size(), term.column->expression.size());
   }

@@ -189,6 +189,12 @@ void QuantityFunction(sqlite3_context* context, int, sqlite3_value** arguments) 
                         std::nearbyint(sqlite3_value_double(arguments[0]) * kScale) / kScale);
 }
 
+/// orvane_whole(sum): a whole number; null for a sum that did not fit 64 bits, as on PostgreSQL.
+void WholeFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) != SQLITE_INTEGER) return sqlite3_result_null(context);
+  sqlite3_result_int64(context, sqlite3_value_int64(arguments[0]));
+}
+
 std::string_view TextArgument(sqlite3_value* argument) {
   const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(argument));
   return {text == nullptr ? "" : text, static_cast<std::size_t>(sqlite3_value_bytes(argument))};
@@ -260,6 +266,8 @@ EngineAnswer<Done> SqliteConnection::Configure(SqliteUse use) {
                              nullptr, nullptr, nullptr);
   sqlite3_create_function_v2(handle_.get(), "orvane_quantity", 1, functionFlags, nullptr,
                              &QuantityFunction, nullptr, nullptr, nullptr);
+  sqlite3_create_function_v2(handle_.get(), "orvane_whole", 1, functionFlags, nullptr,
+                             &WholeFunction, nullptr, nullptr, nullptr);
   if (use != SqliteUse::Search) {
     sqlite3_create_function_v2(handle_.get(), "orvane_keep", 2, SQLITE_UTF8 | SQLITE_DIRECTONLY,
                                &keptNumbers_, &KeepFunction, nullptr, nullptr, nullptr);

@@ -161,9 +161,11 @@ sqlite3* MakeDatabase() {
     script += "create table " + std::string(table.stored) + " (" + columns + ");";
   }
   Must(sqlite3_exec(database, script.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK);
-  const auto quantity = [](sqlite3_context*, int, sqlite3_value**) {};
-  Must(sqlite3_create_function(database, "orvane_quantity", 1, SQLITE_UTF8, nullptr, quantity,
-                               nullptr, nullptr) == SQLITE_OK);
+  const auto nothing = [](sqlite3_context*, int, sqlite3_value**) {};
+  for (const char* name : {"orvane_quantity", "orvane_whole"}) {
+    Must(sqlite3_create_function(database, name, 1, SQLITE_UTF8, nullptr, nothing, nullptr,
+                                 nullptr) == SQLITE_OK);
+  }
   sqlite3_set_authorizer(database, &MayRead, nullptr);
   return database;
 }
