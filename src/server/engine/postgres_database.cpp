@@ -203,7 +203,9 @@ class PostgresDatabase final : public Database {
       commands.push_back({&statement, true});
     if (!alone) commands.push_back({&commit, true});
     counters_.statements += static_cast<std::int64_t>(statements.size());
-    return PacketsOf(RunReading(pool_, commands, longestWait_, EngineErrorKind::Late),
+    auto connection = pool_.Lend(In(longestWait_));
+    if (!connection) return connection.GetFailure();
+    return PacketsOf(RunReading(*connection, commands, longestWait_, EngineErrorKind::Late),
                      alone ? 0 : 1, statements.size());
   }
 
@@ -238,13 +240,16 @@ class PostgresDatabase final : public Database {
     commands.push_back({&rollback, true});
     counters_.statements += static_cast<std::int64_t>(statements.size()) + 1;
 
-    const auto allowed = std::chrono::milliseconds(limits.milliseconds);
+    auto connection = searchers_.Lend(In(longestWait_));
+    if (!connection) return connection.GetFailure();
+    // That it waited for a connection says nothing of the search.
     const auto start = std::chrono::steady_clock::now();
-    auto replies = RunReading(searchers_, commands, allowed + kOutsideMargin,
-                              EngineErrorKind::Limit, limits.bytes);
+    const auto allowed = std::chrono::milliseconds(limits.milliseconds) + kOutsideMargin;
+    auto replies = RunReading(*connection, commands, allowed, EngineErrorKind::Limit, limits.bytes);
     if (std::chrono::steady_clock::now() - start > slowSearch_) slow_.Add(statements);
     if (!replies) return replies.GetFailure();
     std::vector<DataPacket> packets;
+    packets.reserve(places.size());
     for (const std::size_t place : places)
       packets.push_back(std::move((*replies)[place].packet));
     return packets;
@@ -267,21 +272,18 @@ class PostgresDatabase final : public Database {
            std::to_string(SearchLimits().milliseconds);
   }
 
-  /// `allowed` is counted from when there is a connection.
-  Replies RunReading(Pool& pool, std::span<const PostgresCommand> commands,
+  Replies RunReading(Pool::Loan& connection, std::span<const PostgresCommand> commands,
                      std::chrono::milliseconds allowed, EngineErrorKind late,
                      std::int64_t bytes = kHighest64) {
-    auto connection = pool.Lend(In(longestWait_));
-    if (!connection) return connection.GetFailure();
     ++counters_.roundTrips;
     const auto deadline = In(allowed);
-    Replies replies = (*connection)->Run(commands, deadline, late, bytes);
+    Replies replies = connection->Run(commands, deadline, late, bytes);
     const bool lost = !replies && replies.GetFailure().kind == EngineErrorKind::LinkDown;
-    if (lost && (*connection)->IsBroken() && connection->Renew()) {
+    if (lost && connection->IsBroken() && connection.Renew()) {
       ++counters_.roundTrips;
-      replies = (*connection)->Run(commands, deadline, late, bytes);
+      replies = connection->Run(commands, deadline, late, bytes);
     }
-    if (!replies && (*connection)->RollBack()) ++counters_.roundTrips;
+    if (!replies && connection->RollBack()) ++counters_.roundTrips;
     return replies;
   }
 

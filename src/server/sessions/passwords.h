@@ -15,7 +15,7 @@ namespace orvane::server {
 /// What one hash costs. The default takes 64 MB and some tens of milliseconds.
 struct PasswordCost {
   std::uint64_t operations = 2;
-  std::size_t bytes = 64 * 1024 * 1024;
+  std::size_t bytes = std::size_t{64} * 1024 * 1024;
 
   /// The least that the library accepts, for tests.
   static PasswordCost Lowest() { return {1, 8192}; }

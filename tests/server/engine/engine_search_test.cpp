@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <future>
+#include <thread>
 
 #include "server/catalogue/search_fence.h"
 #include "support/engine_steps.h"
@@ -166,6 +168,24 @@ TEST_P(ServerSearch, WhatTookLongIsPlannedForItsValues) {
   EXPECT_EQ(planOf(slow, false), "force_custom_plan");
   EXPECT_EQ(planOf(quick, true), "force_custom_plan");
   EXPECT_EQ(planOf(quick, false), "force_generic_plan") << "a mode ends with its search";
+}
+
+TEST_P(ServerSearch, WaitingForAConnectionMakesNoSearchSlow) {
+  const Statement plan =
+      Sql("select current_setting('plan_cache_mode') || ' '", {}, {{"V", ValueKind::Memo, 0}});
+  for (int round = 0; round < 3; ++round) {
+    std::vector<std::future<std::string>> others;
+    for (int i = 0; i < kSearchPlaces; ++i) {
+      others.push_back(
+          std::async(std::launch::async, [&] { return Search({"select pg_sleep(0.8)::text"}); }));
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const auto packets = database_->Search(guard_, {&plan, 1}, {});
+    ASSERT_TRUE(packets) << packets.GetFailure().text;
+    EXPECT_EQ((*packets)[1].At(0, "V").ToText(), "force_generic_plan ");
+    for (auto& other : others)
+      EXPECT_EQ(other.get(), "-");
+  }
 }
 
 TEST_P(ServerSearch, ALimitOrAModeThatASearchSetsEndsWithIt) {
