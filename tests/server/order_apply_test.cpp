@@ -1,9 +1,11 @@
 // Heads and rows of supplier orders: what the server puts in the client's place, what it refuses,
 // amounts and sums, and every move from every status by everyone.
 
+#include <set>
 #include <thread>
 
 #include "server/order_world.h"
+#include "server/sessions/user_admin.h"
 
 namespace orvane::server {
 namespace {
@@ -276,6 +278,48 @@ TEST_P(Orders, EveryMoveFromEveryStatusByEveryone) {
     }
   }
   EXPECT_EQ(allowed, 3 * (2 * 2 + 2 * 2) + 2 * 2 * 2) << "annul, send, correct; complete, reopen";
+}
+
+TEST_P(Orders, ALoginThatDocumentsNameIsNotGivenAgain) {
+  UserAdmin& admin = world.Server().Admin();
+  const auto add = [&](const std::string& login) -> std::string {
+    const auto added =
+        admin.AddUser({login, "Друг човек", "", 3, 1, TestServer::PasswordOf(login)});
+    return added ? "ok" : added.GetFailure().message;
+  };
+  ASSERT_GT(world.NewOrder(), 0);
+  for (const char* login : {"author", "stranger"})
+    ASSERT_TRUE(admin.RemoveUser(login));
+  for (const char* login : {"author", "AUTHOR"}) {
+    EXPECT_EQ(add(login), "!!Err_Потребителското име „" + std::string(login) +
+                              "“ е било на друг потребител и документи го помнят: те щяха да "
+                              "станат на новия. Изберете друго име.");
+  }
+  EXPECT_EQ(add("author2"), "ok");
+  EXPECT_EQ(add("stranger"), "ok") << "nothing is his";
+  // One who only stamped a document is remembered as well, in whatever column.
+  for (const LoginColumn& one : LoginColumns()) {
+    const std::string set = "update " + std::string(one.table) + " set " + std::string(one.column);
+    if (one.table != "SuppManifacOrder") continue;
+    world.RunSql(set + " = 'stranger'");
+    ASSERT_TRUE(admin.RemoveUser("stranger"));
+    EXPECT_NE(add("stranger"), "ok") << one.column;
+    world.RunSql(set + " = 'kolev'");
+    EXPECT_EQ(add("stranger"), "ok") << one.column;
+  }
+  if (GetParam() != Engine::Sqlite) return;
+  std::set<std::string> sorted;
+  for (const LoginColumn& one : LoginColumns())
+    sorted.insert(std::string(one.table) + "." + std::string(one.column));
+  std::string listed;
+  for (const std::string& one : sorted)
+    listed += (listed.empty() ? "" : " ") + one;
+  EXPECT_EQ(world.Column("select m.name || '.' || c.name from sqlite_schema m, "
+                         "pragma_table_info(m.name) c where m.type = 'table' and lower(c.type) = "
+                         "'text' and c.name glob '[A-Z]*From' order by 1",
+                         ValueKind::Memo),
+            listed)
+      << "every column that keeps a login is asked";
 }
 
 TEST_P(Orders, ARowIsPostedInAsManyStatementsAsARequests) {

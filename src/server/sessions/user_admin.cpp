@@ -27,6 +27,9 @@ constexpr char kHistory[] =
 constexpr char kInsertUser[] =
     "insert into WSysUsers (ShortName, UserName, UserName2, FoldShortName, FoldUserName, "
     "FoldUserName2, Category, Language, PasswordHash) values (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)";
+constexpr char kSelectRemoved[] =
+    "select distinct RowKey from History where TableName = 'WSysUsers' and Kind = 'D' "
+    "and orvane_fold(RowKey) = ?1";
 constexpr char kSelectHeaded[] =
     "select Name from Department where Chief = ?1 order by Code limit 1";
 constexpr char kSelectRights[] = "select Point from UserRights where Login = ?1 order by Point";
@@ -47,6 +50,28 @@ constexpr char kSetPassword[] = "update WSysUsers set PasswordHash = ?1 where Sh
 constexpr char kEndSessions[] =
     "update Session set EndedOn = ?1 where Login = ?2 and EndedOn is null";
 constexpr char kSetBlocked[] = "update WSysUsers set Blocked = ?1 where ShortName = ?2";
+
+constexpr LoginColumn kLoginColumns[] = {
+    {"SuppliesContracts", "CreatedFrom"}, {"SuppliesContracts", "AmendFrom"},
+    {"SuppManifacOrder", "CreatedFrom"},  {"SuppManifacOrder", "AmendFrom"},
+    {"SuppManifacOrder", "AnnulFrom"},    {"SuppManifacOrder", "SentFrom"},
+    {"PurchaseOrder", "CreatedFrom"},     {"PurchaseOrder", "AmendFrom"},
+    {"PurchaseOrder", "AnnulFrom"},       {"PurchaseOrder", "SentFrom"},
+    {"Deliveries", "CreatedFrom"},        {"Deliveries", "AmendFrom"},
+    {"Deliveries", "ConfirmedFrom"},      {"Deliveries", "AnnulFrom"},
+    {"Deliveries", "SentFrom"},           {"SuppInvRegister", "CreatedFrom"},
+    {"SuppInvRegister", "AnnulFrom"},
+};
+
+/// Has a row when a document names the login.
+Statement NamedByDocuments(const Variant& login) {
+  std::string text;
+  for (const LoginColumn& one : kLoginColumns) {
+    text += text.empty() ? "select 1 where exists (select 1 from " : ") or exists (select 1 from ";
+    text.append(one.table).append(" where ").append(one.column).append(" = ?1");
+  }
+  return Select(text + ")", {login}, {{"Named", ValueKind::Int32, 0}});
+}
 
 Answer<Done> CheckLogin(std::string_view login) {
   const bool ascii = std::all_of(login.begin(), login.end(), [](char c) {
@@ -74,11 +99,21 @@ Variant FoldOrNull(const std::string& text) {
   return text.empty() ? Variant() : Variant(Fold(text));
 }
 
+Failure SomebodyElses(const std::string& login) {
+  return Refused("Потребителското име „" + login +
+                 "“ е било на друг потребител и документи го помнят: те щяха да станат на новия. "
+                 "Изберете друго име.");
+}
+
 Failure NoSuchUser(const std::string& login) {
   return Refused("Няма потребител „" + login + "“.");
 }
 
 }  // namespace
+
+std::span<const LoginColumn> LoginColumns() {
+  return kLoginColumns;
+}
 
 /// One statement with what history says of it.
 struct UserAdmin::Entry {
@@ -150,12 +185,26 @@ Answer<Done> UserAdmin::AddUser(const NewUser& user) {
     return Refused("Нивото на потребителя е от 0 до " + std::to_string(kHighestLevel) + ".");
   }
   if (const auto checked = CheckPassword(user.password); !checked) return checked.GetFailure();
+  if (const auto free = CheckNobodyElses(user.login); !free) return free.GetFailure();
   const auto hash = HashPassword(user.password, cost_);
   if (!hash) return hash.GetFailure();
   const Statement insert = Command(
       kInsertUser, {user.login, user.name, TextOrNull(user.name2), Fold(user.login),
                     Fold(user.name), FoldOrNull(user.name2), user.level, user.language, *hash});
   return WriteOne({insert, "WSysUsers", user.login, "ShortName", user.login, "I"}, "adding a user");
+}
+
+Answer<Done> UserAdmin::CheckNobodyElses(const std::string& login) {
+  constexpr char kDoing[] = "looking for a former user";
+  const auto removed =
+      Read(Select(kSelectRemoved, {Fold(login)}, {{"RowKey", ValueKind::Memo, 0}}), kDoing);
+  if (!removed) return removed.GetFailure();
+  for (std::size_t row = 0; row < removed->rowCount; ++row) {
+    const auto named = Read(NamedByDocuments(removed->At(row, "RowKey")), kDoing);
+    if (!named) return named.GetFailure();
+    if (named->rowCount > 0) return SomebodyElses(login);
+  }
+  return Done{};
 }
 
 Answer<Done> UserAdmin::RemoveUser(const std::string& login) {

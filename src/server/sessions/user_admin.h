@@ -34,12 +34,20 @@ struct NewEmployee {
 
 inline constexpr std::int32_t kAllRights = 15;
 
+/// A column of documents that keeps a login: whose they are, and who stamped them.
+struct LoginColumn {
+  std::string_view table;
+  std::string_view column;
+};
+std::span<const LoginColumn> LoginColumns();
+
 class UserAdmin {
  public:
   UserAdmin(Database& database, const Clock& clock, PasswordCost cost)
       : database_(database), clock_(clock), cost_(cost) {}
 
   Answer<Done> NameCompany(const std::string& name);
+  /// Refused when documents name a removed user of that login: they would become the new one's.
   Answer<Done> AddUser(const NewUser& user);
   /// Refused while the user heads a department. His employee record stays, without a login.
   Answer<Done> RemoveUser(const std::string& login);
@@ -61,6 +69,7 @@ class UserAdmin {
   Answer<Done> WriteOne(const Entry& entry, std::string_view doing);
   Answer<DataPacket> Read(const Statement& statement, std::string_view doing);
   Answer<DataPacket> LoginOf(std::int64_t employee);
+  Answer<Done> CheckNobodyElses(const std::string& login);
   Entry GrantEntry(const std::string& login, std::int32_t point, std::int32_t rights) const;
 
   Database& database_;
