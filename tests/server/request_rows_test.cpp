@@ -202,6 +202,36 @@ TEST_P(RequestRows, TheLastDeliverysPriceFallsBackToTheList) {
   EXPECT_EQ(Amounts(second), "10.0000");
 }
 
+TEST_P(RequestRows, TheTextsOfAllRowsStayWithinAMessage) {
+  const std::int64_t id = world.NewRequest();
+  ASSERT_EQ(world.AddRow(id, 1, 20, 1, "10"), "ok");
+  std::string text;
+  for (int i = 0; i < 20'000; ++i)
+    text += "я";
+  // With those of 418 rows there is room for one more in 16 MB.
+  world.RunSql(
+      "insert into PurchaseOrderDet (PurchaseOrderId, PurchaseOrderVer, RowNumber, SerialNumber, "
+      "InventoryId, Measure, Quantity, Numerator, RowNumerator, CurrSumWithoutVAT, Remarks) "
+      "with recursive n(i) as (select 2 union all select i + 1 from n where i < 419) "
+      "select d.PurchaseOrderId, d.PurchaseOrderVer, n.i, d.SerialNumber, d.InventoryId, "
+      "d.Measure, "
+      "d.Quantity, d.Numerator, d.RowNumerator, d.CurrSumWithoutVAT, cast(?1 as text) "
+      "from PurchaseOrderDet d cross join n where d.RowNumber = 1",
+      {text});
+  const auto add = [&](int number) {
+    NamedValues row = RequestWorld::RowValues(id, number, 20, 1, "10");
+    SetValue(row, "Remarks", text);
+    return world.Apply("author", "dspPurchaseOrderDet", InsertOf(row));
+  };
+  EXPECT_EQ(add(500), "ok");
+  EXPECT_EQ(add(501),
+            "!!Err_Искане за покупка 1, версия 1: текстовете на редовете са общо твърде дълги. "
+            "Съкратете бележките.");
+  const VariantArray told = world.Load("author", Nav::ByKey, id);
+  EXPECT_EQ(told[3].AsPacket()->rowCount, 420u) << "what is saved is loaded";
+  EXPECT_EQ(told[3].AsPacket()->At(419, "Remarks"), Variant(text));
+}
+
 TEST_P(RequestRows, RefusalsNameTheRowAndTheWayOut) {
   const std::int64_t order = world.AddOrder(20, 10000);
   const std::int64_t id = world.NewRequest(3);

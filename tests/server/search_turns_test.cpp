@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <deque>
 #include <optional>
 #include <thread>
 
@@ -22,6 +25,7 @@ class Searcher {
   ~Searcher() { End(); }
 
   bool Began() const { return began_; }
+  bool WasRefused() const { return began_ && !*turn_; }
   /// Waits for the turn and ends it.
   void End() {
     if (thread_.joinable()) thread_.join();
@@ -33,6 +37,26 @@ class Searcher {
   std::atomic<bool> began_{false};
   std::thread thread_;
 };
+
+TEST(SearchTurns, EightWaitingOfOneUserHoldUpNobodyElse) {
+  SearchTurns turns(4);
+  std::optional<Answer<SearchTurns::Turn>> first, second;
+  first.emplace(turns.Take("many"));
+  second.emplace(turns.Take("many"));
+  std::deque<Searcher> waiting;
+  for (int i = 0; i < 9; ++i)
+    waiting.emplace_back(turns, "many");
+  const auto refused = [&] { return std::ranges::count_if(waiting, &Searcher::WasRefused); };
+  while (refused() == 0)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  for (const char* other : {"one", "two", "one"})
+    EXPECT_TRUE(turns.Take(other)) << "served at once";
+  EXPECT_EQ(std::ranges::count_if(waiting, &Searcher::Began), 1) << "the one that was refused";
+  first.reset();
+  second.reset();
+  for (Searcher& one : waiting)
+    one.End();
+}
 
 TEST(SearchTurns, OneOfEachBesideAReserve) {
   SearchTurns turns(4);

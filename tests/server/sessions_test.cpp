@@ -232,10 +232,15 @@ TEST_P(SessionCase, AnOldClientIsToldToUpdate) {
   TestServer server(GetParam());
   server.AddUser("ivanova");
   LoginRequest request = Login("ivanova", "ivanova-парола");
-  request.protocolVersion = kProtocolVersion + 1;
-  const auto answer = server->LogIn(request);
-  ASSERT_FALSE(answer);
-  EXPECT_NE(answer.GetFailure().message.find("Обновете програмата"), std::string::npos);
+  for (const int version : {0, 1, kProtocolVersion + 1}) {  // 1 kept its ticket in the messages
+    request.protocolVersion = version;
+    const auto answer = server->LogIn(request);
+    ASSERT_FALSE(answer) << version;
+    EXPECT_EQ(answer.GetFailure().message,
+              "!!Err_Програмата и сървърът са от различни версии (протокол " +
+                  std::to_string(version) + ", а на сървъра " + std::to_string(kProtocolVersion) +
+                  "). Обновете програмата.");
+  }
 }
 
 TEST_P(SessionCase, WhatEndsASessionEndsItAtTheNextRequestOnEveryServer) {
