@@ -8,9 +8,11 @@
 #include <chrono>
 #include <exception>
 #include <iterator>
+#include <map>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "wire/codec.h"
 #include "wire/message_size.h"
@@ -54,6 +56,9 @@ constexpr MessageLimits kCallLimits{
     .items = 0, .changes = 0, .columns = 2'000, .values = 200'000, .cells = 4'000'000};
 constexpr MessageLimits kLogInLimits{
     .items = 0, .changes = 0, .columns = 0, .values = 0, .cells = 8};
+
+/// Programs that say in the message who logs in speak this version, and the server tells them so.
+constexpr std::int32_t kProtocolInMessages = 1;
 
 Failure Damaged() {
   return {FailureKind::BadRequest, "Заявката към сървъра е повредена."};
@@ -137,6 +142,7 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
   void OnCancel() override { givenUp_ = true; }
 
   void OnDone() override {
+    Owe(0);
     {
       const std::lock_guard lock(service_.mutex_);
       service_.open_.erase(this);
@@ -146,9 +152,19 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
 
   /// Whether the other side has been owing a message, or the reading of one, for too long.
   bool IsLate(steady_clock::time_point oldest) const { return since_.load() < oldest; }
-  void Cancel() { context_->TryCancel(); }
+  steady_clock::time_point Since() const { return since_.load(); }
+  /// Of the answer that is on its way.
+  std::size_t UnreadBytes() const { return unread_.load(); }
+  const std::string& Ticket() const { return ticket_; }
+  void Cancel() {
+    Owe(0);
+    context_->TryCancel();
+  }
 
  private:
+  /// So much of an answer is on its way from now on.
+  void Owe(std::size_t bytes) { service_.unread_ += bytes - unread_.exchange(bytes); }
+
   /// Of a caller with a session the message is read.
   void Welcome() {
     if (kind_ == Kind::LogOut) {
@@ -195,7 +211,9 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
     grpc::ByteBuffer buffer(&slice, 1);
     v1::LogInRequest message;
     LoginRequest request;
-    if (bytes.empty() || !Parse(buffer, kLogInLimits, message) || !Decode(message, request)) {
+    if (bytes.empty()) {
+      request.protocolVersion = kProtocolInMessages;
+    } else if (!Parse(buffer, kLogInLimits, message) || !Decode(message, request)) {
       return Damaged();
     }
     auto answer = service_.options_.logIn ? service_.options_.logIn(address, request)
@@ -297,7 +315,9 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
       Finish(written);
       return;
     }
+    service_.MakeRoom(reply_.Length());
     since_ = steady_clock::now();
+    Owe(reply_.Length());
     StartWriteAndFinish(&reply_, grpc::WriteOptions(), grpc::Status::OK);
   }
 
@@ -310,6 +330,7 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
   std::atomic<bool> givenUp_{false};  ///< nobody waits for the answer any more
   /// When the other side began to owe something; far ahead while it owes nothing.
   std::atomic<steady_clock::time_point> since_{steady_clock::time_point::max()};
+  std::atomic<std::size_t> unread_{0};
 };
 
 ExchangeService::ExchangeService(IApplicationServer& server, const ServingOptions& options,
@@ -331,6 +352,30 @@ grpc::ServerGenericBidiReactor* ExchangeService::CreateReactor(
   auto* exchange = new Exchange(*this, context);
   exchange->Begin();
   return exchange;
+}
+
+void ExchangeService::MakeRoom(std::size_t bytes) {
+  if (unread_ + bytes <= options_.maxUnreadBytes) return;
+  const std::lock_guard lock(mutex_);
+  std::vector<Exchange*> writing;
+  std::map<std::string_view, std::size_t> ofSession;
+  for (Exchange* exchange : open_) {
+    if (exchange->UnreadBytes() == 0) continue;
+    writing.push_back(exchange);
+    ofSession[exchange->Ticket()] += exchange->UnreadBytes();
+  }
+  std::ranges::sort(writing, {}, &Exchange::Since);
+  while (unread_ + bytes > options_.maxUnreadBytes && !writing.empty()) {
+    const auto most = std::ranges::max_element(ofSession, {}, [](auto& row) { return row.second; });
+    const auto oldest = std::ranges::find(writing, most->first, &Exchange::Ticket);
+    if (oldest == writing.end()) {  // its answers were read meanwhile
+      ofSession.erase(most);
+      continue;
+    }
+    most->second -= std::min(most->second, (*oldest)->UnreadBytes());
+    (*oldest)->Cancel();
+    writing.erase(oldest);
+  }
 }
 
 void ExchangeService::Tick() {

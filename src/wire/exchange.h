@@ -5,6 +5,7 @@
 
 #include <grpcpp/generic/async_generic_service.h>
 
+#include <atomic>
 #include <functional>
 #include <mutex>
 #include <set>
@@ -41,11 +42,15 @@ class ExchangeService final : public grpc::CallbackGenericService {
  private:
   friend class Exchange;
 
+  /// Before an answer of so many bytes is sent: ends what makes all of them too many.
+  void MakeRoom(std::size_t bytes);
+
   IApplicationServer& server_;
   const ServingOptions options_;
   const Hear hear_;
   std::mutex mutex_;
   std::set<Exchange*> open_;
+  std::atomic<std::size_t> unread_{0};  ///< bytes of answers that are on their way
   Turns work_;
   Turns strangers_;  ///< last, so that what runs there finds the rest
 };

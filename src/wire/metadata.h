@@ -13,6 +13,6 @@ inline constexpr char kLogInMetadata[] = "orvane-log-in-bin";
 /// Bytes of all metadata of a call.
 inline constexpr int kLongestMetadata = 16 * 1024;
 /// Bytes of a login; no name or password comes near it.
-inline constexpr std::size_t kLongestLogIn = 4 * 1024;
+inline constexpr std::size_t kLongestLogIn = std::size_t{4} * 1024;
 
 }  // namespace orvane::wire

@@ -191,7 +191,7 @@ class RemoteServer::Link {
   /// A channel over which a server was reached; null when none is. A request is sent only over such
   /// a one, so that before it nothing can have arrived.
   std::shared_ptr<grpc::Channel> Connected(Waiting& waiting) {
-    const std::shared_ptr<grpc::Channel> channel = UsableChannel();
+    std::shared_ptr<grpc::Channel> channel = UsableChannel();
     const SystemTime::time_point deadline = SystemTime::now() + milliseconds(options_.connectMs);
     auto state = channel->GetState(true);
     while (state != GRPC_CHANNEL_READY) {

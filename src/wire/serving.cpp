@@ -29,9 +29,6 @@ constexpr std::size_t kTransportBytes = 128u << 20;
 constexpr int kCallsOfConnection = 64;
 /// Clients ask in this rhythm whether a silent link still stands.
 constexpr int kShortestPingMs = 10'000;
-/// And so does the server: a link whose other end has vanished is ended.
-constexpr int kPingMs = 60'000;
-constexpr int kPingAnswerMs = 20'000;
 
 /// Requests come on many threads and each takes and gives back some hundred kilobytes. Given back
 /// to the system every time, these cost a fifth of a document's load in page faults.
@@ -116,8 +113,8 @@ class GrpcServer final : public RunningServer {
         {GRPC_ARG_SERVER_HANDSHAKE_TIMEOUT_MS, options.handshakeMs},
         {GRPC_ARG_HTTP2_BDP_PROBE, 0},  // it would let a stranger send megabytes that nobody reads
         {GRPC_ARG_HTTP2_MIN_RECV_PING_INTERVAL_WITHOUT_DATA_MS, kShortestPingMs},
-        {GRPC_ARG_KEEPALIVE_TIME_MS, kPingMs},
-        {GRPC_ARG_KEEPALIVE_TIMEOUT_MS, kPingAnswerMs},
+        {GRPC_ARG_KEEPALIVE_TIME_MS, options.pingMs},
+        {GRPC_ARG_KEEPALIVE_TIMEOUT_MS, options.pingAnswerMs},
         {GRPC_ARG_KEEPALIVE_PERMIT_WITHOUT_CALLS, 1},
         {GRPC_ARG_HTTP2_MAX_PINGS_WITHOUT_DATA, 0}};
     for (const auto& [name, value] : arguments)

@@ -29,6 +29,8 @@ struct ServingOptions {
   std::string keyPath{};
   int maxRequestBytes = 16 * 1024 * 1024;  ///< longest request that is read
   int maxMessageBytes = 64 * 1024 * 1024;  ///< longest answer to a fetch or greeting that is sent
+  /// Of all answers that are on their way. Beyond it the oldest of the session with most ends.
+  std::size_t maxUnreadBytes = std::size_t{96} * 1024 * 1024;
   /// Requests worked on at once. Further ones wait so many milliseconds, sessions taking turns;
   /// then they are turned away and may be sent again.
   int maxConcurrent = 64;
@@ -41,6 +43,10 @@ struct ServingOptions {
   int handshakeMs = 10'000;
   int silentGuestMs = 60'000;
   int slowMessageMs = 120'000;
+  /// How often the other end of a silent link is asked whether it is there, and how long it may
+  /// take to answer.
+  int pingMs = 60'000;
+  int pingAnswerMs = 20'000;
   /// Offers the description of the service to whoever asks.
   bool reflection = false;
   /// Whether a ticket opens a session: from memory alone, and for good. Empty: every ticket does,

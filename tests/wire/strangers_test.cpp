@@ -39,7 +39,12 @@ class Strangers : public testing::Test {
     running = *std::move(started);
     address = "127.0.0.1:" + std::to_string(running->Port());
     remote = Client();
-    channel = grpc::CreateChannel(address, grpc::InsecureChannelCredentials());
+    // What is not read is not taken off the server's hands either.
+    grpc::ChannelArguments arguments;
+    arguments.SetInt(GRPC_ARG_HTTP2_BDP_PROBE, 0);
+    arguments.SetInt(GRPC_ARG_HTTP2_STREAM_LOOKAHEAD_BYTES, 65'536);
+    arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1);
+    channel = grpc::CreateCustomChannel(address, grpc::InsecureChannelCredentials(), arguments);
   }
   std::unique_ptr<RemoteServer> Client() const {
     RemoteOptions options;
@@ -74,6 +79,32 @@ class Strangers : public testing::Test {
     void* tag = nullptr;
     bool ok = false;
     call->StartCall(&status);
+    queue.Next(&tag, &ok);
+    call->Finish(&status, &status);
+    queue.Next(&tag, &ok);
+    return status;
+  }
+
+  /// A Fetch whose answer is not read before `readOn`; what it ended with.
+  grpc::Status FetchAndWait(const std::shared_future<void>& readOn) const {
+    v1::FetchRequest request;
+    request.add_items();
+    const grpc::Slice bytes(request.SerializeAsString());
+    grpc::GenericStub stub(channel);
+    grpc::ClientContext context;
+    context.AddMetadata(wire::kTicketMetadata, kCaller.ticket);
+    grpc::CompletionQueue queue;
+    const auto call = stub.PrepareCall(&context, "/orvane.v1.ApplicationServer/Fetch", &queue);
+    grpc::Status status;
+    grpc::ByteBuffer answer;
+    void* tag = nullptr;
+    bool ok = false;
+    call->StartCall(&status);
+    queue.Next(&tag, &ok);
+    call->WriteLast(grpc::ByteBuffer(&bytes, 1), {}, &status);
+    queue.Next(&tag, &ok);
+    readOn.wait();
+    call->Read(&answer, &status);
     queue.Next(&tag, &ok);
     call->Finish(&status, &status);
     queue.Next(&tag, &ok);
@@ -215,6 +246,73 @@ TEST_F(Strangers, StreamsOverWhichNothingComesEndAndHoldNoPlace) {
   EXPECT_TRUE(remote->Call(kCaller, {}));
   for (auto& stream : streams)
     EXPECT_EQ(stream.get(), grpc::StatusCode::CANCELLED);
+}
+
+TEST_F(Strangers, AnswersThatNobodyReadsEndAndHoldNeitherPlaceNorMemory) {
+  constexpr int kUnread = 10;
+  struct Row {
+    int slowMessageMs;
+    std::size_t maxUnreadBytes;
+    int left;  ///< of the answers
+  };
+  fake.packets.resize(1);
+  fake.packets[0].AddColumn("Text", ValueKind::Memo);
+  fake.packets[0].AppendRow(std::vector<Variant>{std::string(4'000'000, 'a')});
+  // By time, and by size: three of them fit, or two beside somebody else's.
+  for (const Row& row : {Row{500, 1'000'000'000, 0}, Row{60'000, 13'000'000, 2}}) {
+    ServingOptions options;
+    options.maxConcurrent = 4;
+    options.slowMessageMs = row.slowMessageMs;
+    options.maxUnreadBytes = row.maxUnreadBytes;
+    Serve(options);
+    const int before = fake.Calls();
+    std::promise<void> read;
+    const std::shared_future<void> readOn = read.get_future().share();
+    std::vector<std::future<grpc::Status>> answers;
+    for (int i = 0; i < kUnread; ++i)
+      answers.push_back(std::async(std::launch::async, [&] { return FetchAndWait(readOn); }));
+    fake.WaitForCalls(before + kUnread);
+    std::this_thread::sleep_for(seconds(2));  // the last is on its way, and too late by now
+    EXPECT_TRUE(remote->Fetch({"друг", 3, 31}, std::vector<FetchRequest>(1)));
+    read.set_value();
+    int left = 0;
+    for (auto& answer : answers) {
+      const auto code = answer.get().error_code();
+      EXPECT_TRUE(code == grpc::StatusCode::OK || code == grpc::StatusCode::CANCELLED) << code;
+      left += code == grpc::StatusCode::OK ? 1 : 0;
+    }
+    EXPECT_EQ(left, row.left);
+    TearDown();
+  }
+}
+
+TEST_F(Strangers, ALinkWhoseOtherEndHasVanishedEnds) {
+  ServingOptions options;
+  options.pingMs = 300;
+  options.pingAnswerMs = 300;
+  Serve(options);
+  const int vanished = Connect();
+  // The beginning of a conversation, and then not even an answer to a ping.
+  const std::string hello("PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n\0\0\0\4\0\0\0\0\0", 33);
+  ASSERT_EQ(send(vanished, hello.data(), hello.size(), MSG_NOSIGNAL), 33);
+  ASSERT_TRUE(Becomes([&] { return running->Connections() == 1; }));
+  EXPECT_TRUE(Becomes([&] { return running->Connections() == 0; }));
+  EXPECT_TRUE(remote->Greet());
+  close(vanished);
+}
+
+TEST_F(Strangers, AProgramOfBeforeIsToldItsVersion) {
+  Serve({});
+  fake.failure = Failure{FailureKind::Refused, "Обновете програмата."};
+  grpc::ClientContext context;
+  v1::LogInRequest login;
+  login.set_protocol_version(1);
+  login.set_login("ivanova");
+  v1::LogInReply reply;
+  ASSERT_TRUE(v1::ApplicationServer::NewStub(channel)->LogIn(&context, login, &reply).ok());
+  EXPECT_EQ(reply.failure().message(), "Обновете програмата.");
+  EXPECT_EQ(fake.loginSeen.protocolVersion, 1);
+  EXPECT_EQ(fake.loginSeen.login, "") << "what a stranger's message holds is not read";
 }
 
 TEST_F(Strangers, ReflectionIsOffUnlessConfigured) {
