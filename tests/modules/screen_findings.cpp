@@ -3,9 +3,17 @@
 #include <algorithm>
 
 #include "host/controls/combo.h"
+#include "packet/fold.h"
+#include "server/dialect/binder.h"
+#include "server/dialect/fold_of.h"
+#include "server/dialect/lexer.h"
+#include "server/dialect/parser.h"
+#include "support/test_databases.h"
 
 namespace orvane::modules {
 namespace {
+
+using namespace server;
 
 std::string Quoted(std::string_view name) {
   std::string quoted = "'";
@@ -34,10 +42,91 @@ bool Names(const std::vector<std::string>& statement, std::string_view name) {
   return false;
 }
 
+// --- what a statement searches
+
+std::set<std::string> FoldsIn(Database& database) {
+  const bool postgres = database.Kind() == Engine::Postgres;
+  const Statement select{
+      postgres ? "select table_name, column_name from information_schema.columns where "
+                 "column_name like 'fold%'"
+               : "select m.name, x.name from sqlite_schema m, pragma_table_xinfo(m.name) x where "
+                 "m.type = 'table' and x.name like 'Fold%'",
+      {},
+      {{"TableName", ValueKind::Memo, 0}, {"ColumnName", ValueKind::Memo, 0}}};
+  const auto packets = database.ReadSnapshot({&select, 1});
+  std::set<std::string> folds;
+  for (std::size_t row = 0; row < packets->front().rowCount; ++row) {
+    folds.insert(
+        Fold(packets->front().At(row, 0).ToText() + "." + packets->front().At(row, 1).ToText()));
+  }
+  return folds;
+}
+
+/// Values for all parameters that the statement names: the given ones where there are any.
+NamedValues ParametersOf(const std::string& sql, const NamedValues& given) {
+  NamedValues params;
+  const auto tokens = dialect::Tokenise(sql);
+  for (std::size_t i = 0; tokens && i < tokens->size(); ++i) {
+    const dialect::Token& token = (*tokens)[i];
+    if (token.kind != dialect::TokenKind::Variable || token.declared) continue;
+    const std::string name(token.text);
+    const Variant* value = FindValue(given, name);
+    const bool date = name.find("Date") != std::string::npos;
+    params.push_back({name, value != nullptr && !value->IsNull() ? *value
+                            : date                               ? Variant(Date{20'000})
+                                                                 : Variant(1)});
+  }
+  return params;
+}
+
+using Texts = std::vector<const dialect::Term*>;
+
+void Collect(const dialect::Term& term, Texts& texts) {
+  dialect::VisitColumns(term, [&](const dialect::Term& column) {
+    const ValueKind kind = column.column->kind;
+    if (kind == ValueKind::String || kind == ValueKind::Memo) texts.push_back(&column);
+  });
+}
+
+/// Texts that are compared or searched; whether one is there at all needs no fold.
+void Collect(const dialect::Condition& condition, Texts& texts) {
+  if (condition.kind == dialect::ConditionKind::IsNull) return;
+  for (const auto& part : condition.parts)
+    Collect(*part, texts);
+  for (const auto& part : condition.conditions)
+    Collect(*part, texts);
+  if (!condition.select) return;
+  Collect(*condition.select->where, texts);
+  for (const auto& item : condition.select->items)
+    Collect(*item.value, texts);
+}
+
+/// The stored column behind a text; empty when it is derived from folds.
+std::string StoredColumn(const dialect::BoundSearch& bound, const dialect::Term& text) {
+  if (!text.column->expression.empty())
+    return text.column->foldExpression.empty() ? std::string(text.column->name) : "";
+  std::string name;
+  for (const auto& [number, table] : bound.tables) {
+    if (number == text.table) name = table->stored;
+  }
+  return name.append(".Fold").append(text.column->name);
+}
+
 }  // namespace
 
-ScreenFindings::ScreenFindings(TVosBaseForm& form, const std::vector<server::ServerClass>& classes)
-    : form_(form), classes_(classes) {
+std::set<std::string> StoredFolds() {
+  std::set<std::string> folds;
+  for (const TestEngine engine : TestEngines()) {
+    const std::set<std::string> own = FoldsIn(*FreshDatabase(engine));
+    if (folds.empty()) folds = own;
+    std::erase_if(folds, [&](const std::string& fold) { return own.count(fold) == 0; });
+  }
+  return folds;
+}
+
+ScreenFindings::ScreenFindings(TVosBaseForm& form, const std::vector<server::ServerClass>& classes,
+                               const std::set<std::string>& folds)
+    : form_(form), classes_(classes), folds_(folds) {
   for (Control* control : form.Controls()) {
     if (auto* grid = dynamic_cast<TVosDBGrid*>(control)) CheckGrid(*grid);
     if (auto* inspector = dynamic_cast<TVosDataInspector*>(control)) CheckInspector(*inspector);
@@ -101,6 +190,52 @@ void ScreenFindings::CheckCombo(TVosMTCombo& combo) {
     if (!field->IsLookup() && !Names(table.dlgSQL, field->Name()))
       Add("S005", combo.Name(), Quoted(field->Name()) + " is not in its statement");
   }
+  CheckSearch(std::string(combo.Name()), SearchOf(table));
+}
+
+void ScreenFindings::CheckSearch(const std::string& name, const SearchSpec& spec) {
+  for (const SearchField& field : spec.fields) {
+    const auto column = std::ranges::find_if(spec.columns, [&](const FieldDef& def) {
+      return SameName(def.name, WithoutAlias(field.name));
+    });
+    const bool text = column != spec.columns.end() &&
+                      (column->kind == ValueKind::String || column->kind == ValueKind::Memo);
+    if (text) CheckFold(name, spec, field);
+  }
+}
+
+void ScreenFindings::CheckFold(const std::string& name, const SearchSpec& spec,
+                               const SearchField& field) {
+  ComposedSearch search = ComposeSearch(spec.lines, spec.params,
+                                        {{field.name, SearchMatch::Contains, "ян"}}, field.name);
+  const NamedValues params = ParametersOf(search.sql, search.params);
+  SearchInput input{search.sql, params};
+  input.mayRead = [](const CatalogueTable&) { return true; };
+  input.visibility = [](const CatalogueTable&) { return RowPredicate{}; };
+  const auto tokens = dialect::Tokenise(search.sql);
+  const auto syntax = tokens ? dialect::Parse(*tokens) : tokens.GetFailure();
+  const auto bound =
+      syntax ? dialect::Bind(*syntax, input, std::chrono::steady_clock::time_point::max())
+             : syntax.GetFailure();
+  if (!bound) return Add("S012", name, Quoted(field.name) + " " + bound.GetFailure().message);
+  const dialect::TypedSelect& select = bound->select;
+  Texts texts;
+  Collect(*select.where, texts);
+  if (TakesConditions(spec.lines) && texts.empty())
+    Add("S012", name, Quoted(field.name) + " is not searched");
+  std::vector<dialect::TermPtr> order;
+  for (const dialect::TypedOrder& one : select.order)
+    order.push_back(dialect::OrderOf(one.value, select.tables, select.distinct));
+  for (const dialect::TermPtr& one : order)
+    Collect(*one, texts);
+  std::set<std::string> missing;
+  for (const dialect::Term* text : texts) {
+    const std::string stored = StoredColumn(*bound, *text);
+    if (!text->folded || (!stored.empty() && folds_.count(Fold(stored)) == 0))
+      missing.insert(stored);
+  }
+  for (const std::string& stored : missing)
+    Add("S012", name, Quoted(field.name) + " is searched without " + stored);
 }
 
 void ScreenFindings::CheckDataSet(TVosClientDataSet& rows, const TDataSource* source) {

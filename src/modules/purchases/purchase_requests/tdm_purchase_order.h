@@ -11,6 +11,7 @@
 #include "data/data_module.h"
 #include "data/lookup_table.h"
 #include "host/form.h"
+#include "host/search_dialog.h"
 #include "kit/documents/document_apply.h"
 #include "modules/core/supply_rows.h"
 
@@ -60,6 +61,7 @@ class TdmPurchaseOrder : public TVosDataModule {
   void SetOrderParams();
   /// Search by groups of goods among the supplier's entries; the one chosen goes into the row.
   void SearchGroup();
+  SearchSpec GroupSearch();
 
   std::int64_t KindSupply() const;
   bool InNationalCurrency() const;

@@ -224,7 +224,7 @@ void TdmPurchaseOrder::cdsPurchaseOrderPayPlBeforePost() {
 
 // --- search by groups ---------------------------------------------------------------------------
 
-void TdmPurchaseOrder::SearchGroup() {
+SearchSpec TdmPurchaseOrder::GroupSearch() {
   SearchSpec spec;
   spec.caption = "Търсене -Групиране";
   spec.provider = system::kDialogSearchProvider;
@@ -239,7 +239,11 @@ void TdmPurchaseOrder::SearchGroup() {
   };
   spec.columns.assign(std::begin(kGroupColumns), std::end(kGroupColumns));
   spec.startField = "cbName";
-  const auto chosen = RunSearchDialog(form_, spec);
+  return spec;
+}
+
+void TdmPurchaseOrder::SearchGroup() {
+  const auto chosen = RunSearchDialog(form_, GroupSearch());
   const Variant* serial = chosen ? FindValue(*chosen, "SerialNumber") : nullptr;
   if (form_.gPurchaseOrderDet.readOnly || serial == nullptr || serial->IsNull()) return;
   if (!kpl.LocateKey(*serial)) {
