@@ -12,6 +12,7 @@
 
 #include "contract/department.h"
 #include "contract/points.h"
+#include "contract/system.h"
 #include "packet/clock.h"
 #include "server/check/check.h"
 #include "torture/cutting_proxy.h"
@@ -211,13 +212,19 @@ class AtWork {
 
  private:
   void Ask() {
-    const FetchRequest request{
-        std::string(department::kServerClass), "dspDepartment", {}, {}, 0, {}};
+    const std::vector<FetchRequest> requests = {
+        {std::string(department::kServerClass), "dspDepartment", {}, {}, 0, {}},
+        {std::string(system::kSearchClass),
+         std::string(system::kSearchProvider),
+         {},
+         "SELECT Element, Name FROM NomIn WHERE Nomenclature = 250",
+         0,
+         {}}};
     const Caller caller{visitor_->caller.ticket, kOrvaneModuleNo,
                         static_cast<std::int32_t>(Point::Departments)};
     while (!over_) {
       const auto start = Clock::now();
-      const auto answer = visitor_->server->Fetch(caller, {request});
+      const auto answer = visitor_->server->Fetch(caller, requests);
       longest_ = std::max(longest_, std::chrono::duration_cast<milliseconds>(Clock::now() - start));
       if (!answer) ++unanswered_;
       ++asked_;
@@ -261,6 +268,53 @@ Outcome Bombs(const Place& place) {
 
 Outcome Floods(const Place& place) {
   return Besieged(place, [&](const std::string& address) { Flood(address, place.time); });
+}
+
+Outcome HostileUser(const Place& place) {
+  bool letIn = false;
+  Outcome outcome = Besieged(place, [&](const std::string& address) {
+    const auto hostile = LetIn(address, kNewcomerWaits, kHostileLogin);
+    letIn = hostile != nullptr;
+    if (!letIn) return;
+    Caller caller = hostile->caller;
+    caller.pointNo = static_cast<std::int32_t>(Point::Departments);
+    Starve(address, caller, place.time);
+  });
+  return letIn ? outcome : Broken("the hostile user is not let in");
+}
+
+/// Newcomers are let in while the crowd is there and after it has gone, and its files come back.
+Outcome SilentConnections(const Place& place) {
+  constexpr int kMostFiles = 1'000;
+  constexpr int kFewer = 30;
+  int before = 0;
+  int during = 0;
+  int after = 0;
+  ServerProcess server = ServerOf(place);
+  if (!server.Start()) return Broken("the server does not start");
+  std::vector<std::string> wrong;
+  if (!LetIn(server.Address(), kNewcomerWaits)) wrong.emplace_back("nobody is let in");
+  before = server.OpenFiles();
+  for (int times = 0; times < 2; ++times) {
+    const SilentCrowd crowd(server.Address());
+    if (crowd.Count() < 1'024) return Left("this process may not open as many connections");
+    during = std::max(during, server.OpenFiles());
+    if (!LetIn(server.Address(), kNewcomerWaits)) wrong.emplace_back("a newcomer finds no room");
+  }
+  const auto end = Clock::now() + kNewcomerWaits;
+  do {
+    std::this_thread::sleep_for(milliseconds(100));
+    after = server.OpenFiles();
+  } while (after > before + kFewer && Clock::now() < end);
+  if (!LetIn(server.Address(), kNewcomerWaits)) wrong.emplace_back("nobody is let in afterwards");
+  if (during > kMostFiles) wrong.emplace_back("files");
+  if (after > before + kFewer) wrong.emplace_back("files do not come back");
+  const long peak = server.PeakMegabytes();
+  if (peak > kMostMegabytes) wrong.emplace_back("memory");
+  const std::string note = std::to_string(before) + ", at most " + std::to_string(during) +
+                           ", then " + std::to_string(after) + " files; at most " +
+                           std::to_string(peak) + " MB";
+  return wrong.empty() ? Held(note) : Broken(Joined(wrong) + ": " + note);
 }
 
 Outcome HangingDatabase(const Place& place) {
@@ -314,13 +368,16 @@ Outcome HangingDatabase(const Place& place) {
 }  // namespace
 
 std::vector<PromiseRow> Promises() {
-  return {{"a server killed under writers loses, doubles and tears nothing", &KilledServers},
-          {"nor do connections that are cut", &CutConnections},
-          {"a full disk is told and loses nothing", &FullDisk, true},
-          {"a clock that jumps locks nobody out and writes nothing twice", &JumpingClock},
-          {"bombs before login cost little", &Bombs},
-          {"floods of strangers keep nobody out", &Floods},
-          {"calls to a database that hangs end with a sentence", &HangingDatabase}};
+  return {
+      {"a server killed under writers loses, doubles and tears nothing", &KilledServers},
+      {"nor do connections that are cut", &CutConnections},
+      {"a full disk is told and loses nothing", &FullDisk, true},
+      {"a clock that jumps locks nobody out and writes nothing twice", &JumpingClock},
+      {"bombs before login cost little", &Bombs},
+      {"1,100 silent connections keep nobody out and give their files back", &SilentConnections},
+      {"floods of strangers keep nobody out", &Floods},
+      {"one user's searches and unread answers hold nobody up", &HostileUser},
+      {"calls to a database that hangs end with a sentence", &HangingDatabase}};
 }
 
 std::string MakeCompany(const Place& place) {
@@ -329,7 +386,8 @@ std::string MakeCompany(const Place& place) {
   std::ofstream(password) << kPassword << "\n";
   return Shell("cd '" + place.source + "' && " + program + "init && " + program + "user add " +
                kLogin + " --name Мария --employee 101 < '" + password + "' && " + program +
-               "import docs/first-day");
+               "user add " + kHostileLogin + " --name Петър --level 2 < '" + password + "' && " +
+               program + "import docs/first-day");
 }
 
 std::unique_ptr<Database> Look(const Place& place) {

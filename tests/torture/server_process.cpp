@@ -9,7 +9,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -122,6 +124,11 @@ bool ServerProcess::IsAlive() {
 void ServerProcess::Reap() {
   waitpid(process_, nullptr, 0);
   process_ = 0;
+}
+
+int ServerProcess::OpenFiles() const {
+  const std::filesystem::directory_iterator files("/proc/" + std::to_string(process_) + "/fd");
+  return static_cast<int>(std::distance(begin(files), end(files)));
 }
 
 long ServerProcess::PeakMegabytes() const {

@@ -32,6 +32,8 @@ class ServerProcess {
   bool IsAlive();
   int Port() const { return port_; }
   std::string Address() const { return "127.0.0.1:" + std::to_string(port_); }
+  /// Files and connections that it has open.
+  int OpenFiles() const;
   /// Megabytes that it held at most since it was started.
   long PeakMegabytes() const;
 

@@ -48,12 +48,13 @@ bool MayBeSentAgain(FailureKind kind) {
 
 }  // namespace
 
-std::unique_ptr<Visitor> LetIn(const std::string& address, std::chrono::seconds within) {
+std::unique_ptr<Visitor> LetIn(const std::string& address, std::chrono::seconds within,
+                               const std::string& name) {
   const auto end = std::chrono::steady_clock::now() + within;
   auto server = RemoteServer::Open(Options(address));
   if (!server) return nullptr;
   LoginRequest login;
-  login.login = kLogin;
+  login.login = name;
   login.password = kPassword;
   login.machineName = "TORTURE";
   login.programVersion = "0.1.0";

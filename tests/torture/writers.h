@@ -22,12 +22,16 @@ using namespace apps;  // troubles every floor
 inline constexpr char kLogin[] = "ivanova";
 inline constexpr char kPassword[] = "парола-изпитание";
 
-/// A session of that user over a link of its own; empty when he is not let in within the time.
+/// A second user of the company, who means harm; his password is the same.
+inline constexpr char kHostileLogin[] = "petrov";
+
+/// A session of a user over a link of its own; empty when he is not let in within the time.
 struct Visitor {
   std::unique_ptr<RemoteServer> server;
   Caller caller;
 };
-std::unique_ptr<Visitor> LetIn(const std::string& address, std::chrono::seconds within);
+std::unique_ptr<Visitor> LetIn(const std::string& address, std::chrono::seconds within,
+                               const std::string& login = kLogin);
 
 /// The insertion of a request's head, told apart by its description.
 ApplyRequest NewRequest(const std::string& description, const std::string& clientKey);
