@@ -181,7 +181,7 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
     service_.work_.Give(ticket_, [this, work = std::move(work)](bool inTime) {
       if (givenUp_) {
         Finish(grpc::Status::CANCELLED);
-      } else if (inTime) {
+      } else if (inTime && !service_.LeavesUnread(ticket_)) {
         work();
       } else {
         Reply(Busy());
@@ -352,6 +352,17 @@ grpc::ServerGenericBidiReactor* ExchangeService::CreateReactor(
   auto* exchange = new Exchange(*this, context);
   exchange->Begin();
   return exchange;
+}
+
+bool ExchangeService::LeavesUnread(const std::string& ticket) {
+  if (unread_ <= options_.maxUnreadOfSession) return false;
+  const std::lock_guard lock(mutex_);
+  std::size_t bytes = 0;
+  for (const Exchange* exchange : open_) {
+    if (exchange->UnreadBytes() > 0 && exchange->Ticket() == ticket)
+      bytes += exchange->UnreadBytes();
+  }
+  return bytes > options_.maxUnreadOfSession;
 }
 
 void ExchangeService::MakeRoom(std::size_t bytes) {

@@ -44,6 +44,8 @@ class ExchangeService final : public grpc::CallbackGenericService {
 
   /// Before an answer of so many bytes is sent: ends what makes all of them too many.
   void MakeRoom(std::size_t bytes);
+  /// Whether the session has yet to read more than it may leave unread.
+  bool LeavesUnread(const std::string& ticket);
 
   IApplicationServer& server_;
   const ServingOptions options_;
