@@ -142,9 +142,9 @@ void Starve(const std::string& address, const Caller& caller, std::chrono::secon
       AskWithoutReading(address, caller, until);
       return;
     }
-    RemoteOptions options;
+    wire::RemoteOptions options;
     options.address = address;
-    const auto server = RemoteServer::Open(options);
+    const auto server = wire::RemoteServer::Open(options);
     while (server && std::chrono::system_clock::now() < until) {
       const auto answer = (*server)->Fetch(caller, {DearSearch()});
       if (!answer) std::this_thread::sleep_for(std::chrono::milliseconds(20));

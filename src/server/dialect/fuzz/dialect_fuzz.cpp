@@ -16,6 +16,7 @@
 namespace {
 
 using namespace orvane;
+using namespace orvane::server;
 
 void Must(bool holds) {
   if (!holds) std::abort();
