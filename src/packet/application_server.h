@@ -16,7 +16,7 @@
 namespace orvane {
 
 /// Client and server must speak the same version of this door.
-inline constexpr std::int32_t kProtocolVersion = 1;
+inline constexpr std::int32_t kProtocolVersion = 2;
 
 /// A user whose password the login screen may show, because the company is a demonstration.
 struct DemonstrationUser {

@@ -312,6 +312,7 @@ TEST_F(Strangers, AProgramOfBeforeIsToldItsVersion) {
   ASSERT_TRUE(v1::ApplicationServer::NewStub(channel)->LogIn(&context, login, &reply).ok());
   EXPECT_EQ(reply.failure().message(), "Обновете програмата.");
   EXPECT_EQ(fake.loginSeen.protocolVersion, 1);
+  EXPECT_LT(fake.loginSeen.protocolVersion, kProtocolVersion);
   EXPECT_EQ(fake.loginSeen.login, "") << "what a stranger's message holds is not read";
 }
 
