@@ -31,6 +31,8 @@ constexpr std::size_t kStrangersOfOneAddress = 32;
 constexpr int kStrangerWaitMs = 15'000;
 constexpr std::size_t kWaitingPerThread = 4;
 constexpr std::size_t kWaitingOfOneSession = 32;
+/// One of this size ends no other of its session.
+constexpr std::size_t kSmallAnswer = std::size_t{64} * 1024;
 
 enum class Kind { Greet, LogIn, LogOut, Fetch, Apply, Call };
 
@@ -315,7 +317,7 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
       Finish(written);
       return;
     }
-    service_.MakeRoom(reply_.Length());
+    service_.MakeRoom(ticket_, reply_.Length());
     since_ = steady_clock::now();
     Owe(reply_.Length());
     StartWriteAndFinish(&reply_, grpc::WriteOptions(), grpc::Status::OK);
@@ -365,8 +367,8 @@ bool ExchangeService::LeavesUnread(const std::string& ticket) {
   return bytes > options_.maxUnreadOfSession;
 }
 
-void ExchangeService::MakeRoom(std::size_t bytes) {
-  if (unread_ + bytes <= options_.maxUnreadBytes) return;
+void ExchangeService::MakeRoom(const std::string& ticket, std::size_t bytes) {
+  if (unread_ + bytes <= options_.maxUnreadOfSession) return;
   const std::lock_guard lock(mutex_);
   std::vector<Exchange*> writing;
   std::map<std::string_view, std::size_t> ofSession;
@@ -376,8 +378,12 @@ void ExchangeService::MakeRoom(std::size_t bytes) {
     ofSession[exchange->Ticket()] += exchange->UnreadBytes();
   }
   std::ranges::sort(writing, {}, &Exchange::Since);
-  while (unread_ + bytes > options_.maxUnreadBytes && !writing.empty()) {
-    const auto most = std::ranges::max_element(ofSession, {}, [](auto& row) { return row.second; });
+  while (!ofSession.empty()) {
+    auto most = ofSession.find(ticket);
+    const bool own = bytes > kSmallAnswer && most != ofSession.end() &&
+                     most->second + bytes > options_.maxUnreadOfSession;
+    if (!own && unread_ + bytes <= options_.maxUnreadBytes) return;
+    if (!own) most = std::ranges::max_element(ofSession, {}, [](auto& row) { return row.second; });
     const auto oldest = std::ranges::find(writing, most->first, &Exchange::Ticket);
     if (oldest == writing.end()) {  // its answers were read meanwhile
       ofSession.erase(most);

@@ -31,7 +31,7 @@ struct ServingOptions {
   int maxMessageBytes = 64 * 1024 * 1024;  ///< longest answer to a fetch or greeting that is sent
   /// Of all answers that are on their way. Beyond it the oldest of the session with most ends.
   std::size_t maxUnreadBytes = std::size_t{96} * 1024 * 1024;
-  /// Of one session: as long as more are on their way it is turned away.
+  /// Of one session, but for the last: as long as more are on their way it is turned away.
   std::size_t maxUnreadOfSession = std::size_t{32} * 1024 * 1024;
   /// Requests worked on at once. Further ones wait so many milliseconds, sessions taking turns;
   /// then they are turned away and may be sent again.
