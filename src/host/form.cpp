@@ -250,9 +250,7 @@ bool TVosBaseForm::HoldsTyping() const {
 bool TVosBaseForm::HasUnsavedTyping() const {
   if (HoldsTyping()) return true;
   if (IsTyped(MainDataSet()) || IsTyped(KeptDataSet(activeControl_))) return true;
-  if (KeptDataSet(activeControl_) == nullptr) return false;
-  const CellEditor* editor = activeControl_->Editor();
-  return editor != nullptr && editor->IsChanged();
+  return KeptDataSet(activeControl_) != nullptr && IsTypingInEditor();
 }
 
 void TVosBaseForm::DropTyping() {
@@ -422,9 +420,13 @@ void TVosBaseForm::FocusNext(bool backwards) {
   FocusControl(last ? order.front() : *(active + 1));
 }
 
+bool TVosBaseForm::IsTypingInEditor() const {
+  const CellEditor* editor = activeControl_ == nullptr ? nullptr : activeControl_->Editor();
+  return editor != nullptr && editor->IsChanged();
+}
+
 bool TVosBaseForm::UndoInEditor() {
-  CellEditor* editor = activeControl_ == nullptr ? nullptr : activeControl_->Editor();
-  if (editor == nullptr || !editor->IsChanged()) return false;
+  if (!IsTypingInEditor()) return false;
   activeControl_->CancelEditor();
   return true;
 }

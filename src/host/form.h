@@ -158,6 +158,8 @@ class TVosBaseForm {
   void FocusNext(bool backwards = false);
   /// The control that had the focus before the active one; null when there was none.
   Control* CameFrom() const { return cameFrom_; }
+  /// Something was typed into the open editor.
+  bool IsTypingInEditor() const;
   /// Gives up what was typed into the open editor; false when nothing was.
   bool UndoInEditor();
   /// Name of the combo in use, else of the active control.

@@ -1,10 +1,9 @@
 #include "kit/language_switch.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 
-#include "host/controls/cell_editor.h"
 #include "host/form.h"
 
 namespace orvane::kit {
@@ -29,24 +28,22 @@ LanguageSwitch::LanguageSwitch(TVosBaseForm& form, std::vector<TVosClientDataSet
       fetch_(std::move(fetch)),
       shownFirst_(form.FirstLanguage()) {}
 
-bool LanguageSwitch::HoldsTyping() const {
-  Control* active = form_.ActiveControl();
-  const CellEditor* editor = active == nullptr ? nullptr : active->Editor();
-  if (editor != nullptr && editor->IsChanged()) return true;
-  return std::ranges::any_of(dataSets_, [](const TVosClientDataSet* dataSet) {
-    return dataSet->Editing() || dataSet->ChangeCount() > 0;
-  });
-}
-
+/// A dataset that was not fetched stays as it is, with the row that has just been begun in it.
 void LanguageSwitch::Settle() {
-  if (shownFirst_ == form_.FirstLanguage() || HoldsTyping()) return;
+  const bool current = shownFirst_ == form_.FirstLanguage();
+  if (current || form_.HoldsTyping() || form_.IsTypingInEditor()) return;
   shownFirst_ = form_.FirstLanguage();
-  std::vector<NamedValues> keys;
+  struct Place {
+    std::uint64_t generation;
+    NamedValues key;
+  };
+  std::vector<Place> places;
   for (TVosClientDataSet* dataSet : dataSets_)
-    keys.push_back(KeyOfCurrentRow(*dataSet));
+    places.push_back({dataSet->Generation(), KeyOfCurrentRow(*dataSet)});
   fetch_();
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    if (!keys[i].empty()) dataSets_[i]->Locate(keys[i]);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const bool fetched = dataSets_[i]->Generation() != places[i].generation;
+    if (fetched && !places[i].key.empty()) dataSets_[i]->Locate(places[i].key);
   }
   form_.RefreshActions();
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 // Rows whose names come from the server in the screen's language: switched, they are fetched anew,
-// and every dataset stays on its row. What is being typed, or has not reached the server yet, is
-// not touched: the rows come when it is saved or given up.
+// and every dataset stays on its row. While the form holds typing (TVosBaseForm::HoldsTyping) or a
+// cell is being typed into, nothing is touched: the rows come when it is saved or given up.
 //
 //   LanguageSwitch language_{*this, {&cdsStructure}, [this] { dmStructure->Fetch(); }};
 //   void AfterRefreshActions() override { language_.Settle(); }
@@ -29,8 +29,6 @@ class LanguageSwitch {
   void Settle();
 
  private:
-  bool HoldsTyping() const;
-
   TVosBaseForm& form_;
   std::vector<TVosClientDataSet*> dataSets_;
   std::function<void()> fetch_;

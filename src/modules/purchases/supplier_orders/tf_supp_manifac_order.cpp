@@ -93,10 +93,8 @@ bool TfSuppManifacOrder::IsLoaded() const {
 }
 
 bool TfSuppManifacOrder::IsTyping() const {
-  Control* active = ActiveControl();
-  const CellEditor* editor = active == nullptr ? nullptr : active->Editor();
   const TdmSuppManifacOrder& rules = *dmSuppManifacOrder;
-  return (editor != nullptr && editor->IsChanged()) || rules.cdsSuppManifacOrder.Editing() ||
+  return IsTypingInEditor() || rules.cdsSuppManifacOrder.Editing() ||
          rules.cdsSuppManOrderDet.Editing() || HasWaiting();
 }
 
