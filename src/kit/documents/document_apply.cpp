@@ -45,12 +45,8 @@ bool DocumentHead::Stamp(const FieldDef& id, bool amends) {
 bool DocumentHead::Post() {
   ReconcileError = false;  // a head without changes is not applied
   head_.Post();
-  ApplyPending();  // what a broken link left behind
+  if (!ReconcileError) form_.SendWaiting();  // what a broken link left behind
   return !ReconcileError;
-}
-
-void DocumentHead::ApplyPending() {
-  if (head_.ChangeCount() > 0) Apply();
 }
 
 void DocumentHead::Apply() {

@@ -52,8 +52,6 @@ class DocumentHead {
   bool Stamp(const FieldDef& id, bool amends = true);
   /// Posts the head, which applies it and loads the document again; false when it was not applied.
   bool Post();
-  /// Sends what a broken link left behind; nothing happens when there is nothing.
-  void ApplyPending();
 
  private:
   void Apply();

@@ -76,7 +76,7 @@ void TdmSuppliesContracts::Operations(VariantArray& data) {
 }
 
 LoadCode TdmSuppliesContracts::GetRecord(Nav nav, int step, std::int64_t id) {
-  documentHead.ApplyPending();
+  form_.SendWaiting();
   VariantArray data(get_rec::kAskSize);
   data[get_rec::kOperation] = get_rec::kName;
   data[get_rec::kNav] = static_cast<int>(nav);
