@@ -2,6 +2,9 @@
 
 #include "host/controls/grid.h"
 #include "host/dialogs.h"
+#include "host/controls/grid.h"
+#include "host/dialogs.h"
+#include "host/form.h"
 
 namespace orvane::kit {
 
@@ -15,6 +18,13 @@ void OfferRows(const OfferedRows& rows, bool writable, bool mayInsert) {
 bool HasRowToDelete(const TVosDBGrid& grid) {
   return !grid.readOnly && !grid.DataSet().IsEmpty() &&
          grid.DataSet().State() != DataSetState::Insert;
+}
+
+bool CancelRow(TVosBaseForm& form, TVosDBGrid& grid) {
+  if (form.UndoInEditor()) return false;
+  grid.CloseEditor();
+  grid.DataSet().Cancel();
+  return true;
 }
 
 void DeleteAsked(TVosBaseForm& form, TVosDBGrid& grid) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// Rows of a document's grids: whether they may be typed, what an empty grid says, and how one is
+// Rows of grids: whether they may be typed, what an empty grid says, and how one is given up and
 // deleted.
 
 #include <string_view>
@@ -27,6 +27,10 @@ void OfferRows(const OfferedRows& rows, bool writable, bool mayInsert);
 
 /// There is a saved row in the grid that may be deleted.
 bool HasRowToDelete(const TVosDBGrid& grid);
+
+/// "Отказ", the user's own command: what is typed in the open editor is given up first, and then,
+/// without a question, the row in edit. False when it was the editor's.
+bool CancelRow(TVosBaseForm& form, TVosDBGrid& grid);
 
 /// Deletes the current row after the host's question; nothing happens without rows.
 void DeleteAsked(TVosBaseForm& form, TVosDBGrid& grid);

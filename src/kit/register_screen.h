@@ -113,7 +113,6 @@ class RegisterScreen {
 
  private:
   void Delete();
-  void Cancel();
   void Print();
   void Choose();
 

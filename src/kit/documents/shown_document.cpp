@@ -67,6 +67,7 @@ bool ShownDocument::GiveUpHead() {
 }
 
 void ShownDocument::GiveUp() {
+  if (form_.UndoInEditor()) return;
   givesUp_ = true;
   form_.FocusControl(&edit_);
 }

@@ -68,8 +68,8 @@ class ShownDocument {
   /// left behind goes first: it may be the shown document itself, still without an identifier.
   void Reload();
   void KeyEditEnter();
-  /// The user's command to give up what he typed into the head: back to the edit without a
-  /// question.
+  /// The user's command to give up what he typed into the head: first what is typed in the open
+  /// editor, then the rest, back to the edit without a question.
   void GiveUp();
   /// Posts a move of the head: a refused one leaves nothing of it in edit and ends the event.
   void PostMove(DocumentHead& head);

@@ -207,7 +207,7 @@ bool TfSuppliesContracts::SaveContract() {
 }
 
 void TfSuppliesContracts::acCancelExecute() {
-  if (!UndoInEditor()) shown_.GiveUp();
+  shown_.GiveUp();
 }
 
 void TfSuppliesContracts::acDeleteExecute() {

@@ -344,8 +344,9 @@ void TfPurchaseOrder::SaveHead(SavedBy by) {
 }
 
 void TfPurchaseOrder::acCancelExecute() {
-  if (UndoInEditor()) return;
   if (ActiveControl() == &diMainInfo) return shown_.GiveUp();
+  TVosDBGrid* rows = FocusedRows();
+  if (rows != nullptr && !CancelRow(*this, *rows)) return;
   FocusControl(&diMainInfo);
   diMainInfo.SetCurrentItem(0);
 }

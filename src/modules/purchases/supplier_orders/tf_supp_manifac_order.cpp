@@ -355,13 +355,8 @@ void TfSuppManifacOrder::SaveHead() {
 }
 
 void TfSuppManifacOrder::acCancelExecute() {
-  if (UndoInEditor()) return;
-  if (ActiveControl() == &gSuppManOrderDet) {
-    gSuppManOrderDet.CloseEditor();
-    dmSuppManifacOrder->cdsSuppManOrderDet.Cancel();
-    return FocusControl(&di);
-  }
-  shown_.GiveUp();
+  if (ActiveControl() != &gSuppManOrderDet) return shown_.GiveUp();
+  if (CancelRow(*this, gSuppManOrderDet)) FocusControl(&di);
 }
 
 void TfSuppManifacOrder::acDeleteExecute() {
