@@ -73,7 +73,8 @@ void RegisterScreen::AddTo() {
   const bool printed = report_.number != 0;
   Add(form_, "acDelete", "Изтриване", KeyCode::F5, "delete", [this] { Delete(); });
   if (printed) Add(form_, "acPrint", "Печат", KeyCode::F7, "print", [this] { Print(); });
-  Add(form_, "acCancel", "Отказ", Ctrl(KeyCode::Z), "cancel", [this] { CancelRow(form_, GridInUse()); });
+  Add(form_, "acCancel", "Отказ", Ctrl(KeyCode::Z), "cancel",
+      [this] { CancelRow(form_, GridInUse()); });
   Add(form_, kChooseAction, "Избор", KeyCode::F9, "confirm", [this] { Choose(); });
   TAction& choose = *form_.FindAction(kChooseAction);
   choose.visible = false;

@@ -14,7 +14,7 @@ struct RowWord {
 };
 
 /// What people call the rows of a dataset, for sentences about them: "Искане за покупка 17, версия
-/// 2, ред 3".
+/// 2, ред 3". Words whose value is empty are left out.
 void NameRows(TVosClientDataSet& rows, std::vector<RowWord> words);
 
 }  // namespace orvane::kit

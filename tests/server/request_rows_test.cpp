@@ -399,7 +399,9 @@ TEST_P(RequestRows, PlanRowsAreNumberedByTheServer) {
 TEST_P(RequestRows, TheScheduleKeepsItsDatesApartAndDeliveredIsNotTyped) {
   const std::int64_t id = world.NewRequest();
   ASSERT_EQ(world.AddDate(id, 20), "ok");
-  EXPECT_EQ(world.AddDate(id, 20), "!!Err_Вече има доставка на 20.03.2026. Изберете друга дата.");
+  EXPECT_EQ(world.AddDate(id, 20),
+            "!!Err_Искане за покупка " + std::to_string(id) +
+                ", версия 1, вече има доставка на 20.03.2026. Изберете друга дата.");
   const NamedValues before = {{"PurchaseOrderId", id},
                               {"PurchaseOrderVer", 1},
                               {"DeliveryDate", *Date::FromYmd(2026, 3, 20)},

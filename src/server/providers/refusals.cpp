@@ -67,18 +67,6 @@ std::optional<Failure> BrokenUnique(Transaction& transaction, const ProviderDef&
   return std::nullopt;
 }
 
-/// Where no rule of its own tells it: the row by its key, as its fields are called.
-Failure SameKey(const ProviderDef& provider, const Change& change) {
-  std::string key;
-  for (const FieldDef& field : provider.fields) {
-    if (!field.Is(Key)) continue;
-    const std::string label(field.label.empty() ? field.name : field.label);
-    key += (key.empty() ? "„" : ", „") + label + "“ " + ValueIn(change, field.name).ToText();
-  }
-  if (key.empty()) return Refused("Вече има такъв запис. Отворете го или въведете друг.");
-  return Refused("Вече има запис с " + key + ". Въведете други стойности или отворете записа.");
-}
-
 std::optional<Failure> BrokenReference(Transaction& transaction, const WriteRules& rules,
                                        const Change& change) {
   for (const ReferenceRule& rule : rules.references) {
@@ -128,7 +116,7 @@ Failure ExplainRefusal(Transaction& transaction, const ProviderDef& provider,
   std::optional<Failure> broken;
   if (kind == EngineErrorKind::Unique) {
     broken = BrokenUnique(transaction, provider, rules, change);
-    if (!broken) broken = SameKey(provider, change);
+    if (!broken) broken = Refused("Вече има такъв запис. Отворете го или въведете друг.");
   } else if (kind == EngineErrorKind::ForeignKey) {
     if (change.kind != ChangeKind::Delete) broken = BrokenReference(transaction, rules, change);
     if (!broken && change.kind != ChangeKind::Insert) {

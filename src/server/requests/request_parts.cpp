@@ -93,7 +93,9 @@ Answer<Done, Setback> BeforePlan(WriteContext& context, std::span<PreparedChange
 
 constexpr std::string_view kScheduleKey[] = {"PurchaseOrderId", "PurchaseOrderVer", "DeliveryDate"};
 constexpr UniqueRule kScheduleUnique[] = {
-    {kScheduleKey, "Вече има доставка на {DeliveryDate}. Изберете друга дата."},
+    {kScheduleKey,
+     "Искане за покупка {PurchaseOrderId}, версия {PurchaseOrderVer}, вече има доставка на "
+     "{DeliveryDate}. Изберете друга дата."},
 };
 
 }  // namespace

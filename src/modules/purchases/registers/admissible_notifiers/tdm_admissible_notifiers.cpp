@@ -6,6 +6,7 @@
 #include "kit/immediate_apply.h"
 #include "kit/name_fills.h"
 #include "kit/required_fields.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/admissible_notifiers/tf_admissible_notifiers.h"
 
@@ -26,6 +27,8 @@ TdmAdmissibleNotifiers::TdmAdmissibleNotifiers(TfAdmissibleNotifiers& form)
       dsAdmissibleNotifiers(cdsAdmissibleNotifiers),
       form_(form) {
   cdsAdmissibleNotifiers.SetIndexFieldNames("CostCenter;Notifier");
+  NameRows(cdsAdmissibleNotifiers,
+           {{"Заявител", Notifier.name}, {"център на разход", CostCenter.name}});
   ApplyAtOnce(form_, cdsAdmissibleNotifiers, {.maxErrors = -1, .form = ApplyForm::Repeated});
   FillNames(
       form_, cdsAdmissibleNotifiers,

@@ -6,6 +6,7 @@
 #include "contract/system.h"
 #include "kit/columns.h"
 #include "kit/immediate_apply.h"
+#include "kit/row_names.h"
 #include "packet/fold.h"
 
 namespace orvane::modules {
@@ -31,6 +32,7 @@ TdmCapExPlan::TdmCapExPlan(TVosDBForm& form)
       dsCapExPlan(cdsCapExPlan) {
   for (const FieldDef& text : {Name, Name2, Description, Description2})
     cdsCapExPlan[text].OnSetText = &cdsCapExPlanNameSetText;
+  NameRows(cdsCapExPlan, {{"Позиция", Code.name}});
   ApplyAtOnce(form, cdsCapExPlan, {.maxErrors = 0, .form = ApplyForm::Once});
   search.SetTemplate({"SELECT Code, Name, Name2", "FROM CapExPlan WITH(NOLOCK)", "{$W}", "{$O}"});
   search.dlgSearchFields = {

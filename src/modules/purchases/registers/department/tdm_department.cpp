@@ -5,6 +5,7 @@
 #include "data/lookup_completion.h"
 #include "data/screen_fetch.h"
 #include "kit/immediate_apply.h"
+#include "kit/row_names.h"
 
 namespace orvane::modules {
 
@@ -30,6 +31,7 @@ TdmDepartment::TdmDepartment(TVosDBForm& form)
   cdsDepartment.AddLookup(ChiefName, cdsSysUsers, "Chief", "ShortName", "UserName");
   cdsDepartment.AddLookup(ChiefName2, cdsSysUsers, "Chief", "ShortName", "UserName2");
   cdsDepartment.BeforePost = [this] { cdsDepartmentBeforePost(); };
+  NameRows(cdsDepartment, {{"Дирекция", Code.name}});
   ApplyAtOnce(form_, cdsDepartment, {.maxErrors = 0, .form = ApplyForm::Once});
 }
 

@@ -6,6 +6,7 @@
 #include "kit/immediate_apply.h"
 #include "kit/name_fills.h"
 #include "kit/required_fields.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/employees_fin_supp/tf_employees_fin_supp.h"
 
@@ -33,6 +34,7 @@ TdmEmployeesFinSupp::TdmEmployeesFinSupp(TfEmployeesFinSupp& form)
   cdsEmployeesFinSupp.SetIndexFieldNames("LocateKindSection;Employee");
   cdsEmployeesFinSupp.AddLookup(lupKindSectionName, cdsNomIn246, "LocateKindSection", "Element",
                                 "Name");
+  NameRows(cdsEmployeesFinSupp, {{"Служител", Employee.name}, {"отдел", lupKindSectionName.name}});
   ApplyAtOnce(form_, cdsEmployeesFinSupp, {.maxErrors = -1, .form = ApplyForm::Repeated});
   FillNames(form_, cdsEmployeesFinSupp, {{"Employee", employees, "EmpName"}});
   cdsEmployeesFinSupp[LocateKindSection].OnChange = [this] {

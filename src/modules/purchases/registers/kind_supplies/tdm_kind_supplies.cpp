@@ -2,6 +2,7 @@
 
 #include "contract/kind_supplies.h"
 #include "kit/immediate_apply.h"
+#include "kit/row_names.h"
 
 namespace orvane::modules {
 
@@ -17,6 +18,7 @@ TdmKindSupplies::TdmKindSupplies(TVosDBForm& form)
   cdKindSupplies.BeforePost = [this] {
     form_.RefuseIf(cdKindSupplies[Name].IsBlank(), "Попълнете стойност в поле 'Име'");
   };
+  NameRows(cdKindSupplies, {{"Вид покупка", Code.name}});
   ApplyAtOnce(form_, cdKindSupplies, {.maxErrors = 0, .form = ApplyForm::Once});
 }
 

@@ -5,6 +5,7 @@
 #include "data/screen_fetch.h"
 #include "kit/immediate_apply.h"
 #include "kit/name_fills.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 
 namespace orvane::modules {
@@ -54,6 +55,10 @@ TdmLevelsApproval::TdmLevelsApproval(TVosDBForm& form)
   cdsLevelsApproval[ToSum].OnChange = [this] { KeepWithoutSum(ToSum.name); };
   cdsLevelsApproval.AfterScroll = [this] { FilterKindSupplies(); };
   cdsLevelsApproval.BeforePost = [this] { cdsLevelsApprovalBeforePost(); };
+  NameRows(cdsLevelsApproval, {{"Ниво", Level.name},
+                               {"регистър", lupKindRegister.name},
+                               {"вид покупка", KindSupply.name},
+                               {"от сума", FromSum.name}});
   ApplyAtOnce(form_, cdsLevelsApproval,
               {.maxErrors = 0, .form = ApplyForm::Once, .tellsWarnings = true});
   FillNames(form_, cdsLevelsApproval, {{KindSupply.name, kindSupplies, KindSupplyName.name}},

@@ -5,6 +5,7 @@
 #include "data/screen_fetch.h"
 #include "kit/immediate_apply.h"
 #include "kit/name_fills.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 
 namespace orvane::modules {
@@ -25,6 +26,7 @@ TdmStructure::TdmStructure(TVosDBForm& form)
       dsStructure(cdsStructure),
       form_(form) {
   cdsStructure.SetIndexFieldNames("CostCenter");
+  NameRows(cdsStructure, {{"Център на разход", CostCenter.name}});
   ApplyAtOnce(form_, cdsStructure, {.maxErrors = -1, .form = ApplyForm::Repeated});
   FillNames(form_, cdsStructure,
             {{"CostCenter", costCenters, "CCName"},

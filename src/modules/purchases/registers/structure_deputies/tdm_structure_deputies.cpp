@@ -6,6 +6,7 @@
 #include "kit/immediate_apply.h"
 #include "kit/name_fills.h"
 #include "kit/required_fields.h"
+#include "kit/row_names.h"
 #include "modules/core/lookups.h"
 #include "modules/purchases/registers/structure_deputies/tf_structure_deputies.h"
 
@@ -50,6 +51,9 @@ TdmStructureDeputies::TdmStructureDeputies(TfStructureDeputies& form)
   cdsStructDepDates.SetIndexFieldNames("FromDate");
   cdsStructureDeputies.AddLookup(lupStructUTName, cdsNomIn245, "StructuralUnitType", "Element",
                                  "Name");
+  NameRows(cdsStructureDeputies,
+           {{"Център на разход", CCName.name}, {"Отдел", SCName.name}, {"Дирекция", DepName.name}});
+  NameRows(cdsStructDepDates, {{"Заместване от", period::FromDate.name}});
   ApplyAtOnce(form_, cdsStructureDeputies, kEveryRow);
   ApplyAtOnce(form_, cdsStructDepDates, kEveryRow);
   FillNames(form_, cdsStructureDeputies,
