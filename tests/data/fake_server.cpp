@@ -7,26 +7,31 @@
 #include <utility>
 
 namespace orvane::data::test {
-namespace {
 
-constexpr std::size_t kColumns = 5;
-
-std::size_t ColumnOf(std::string_view name) {
-  for (std::size_t i = 0; i < kColumns; ++i) {
-    if (SameName(item::dspItem.fields[i].name, name)) return i;
+std::size_t FakeServer::ColumnOf(std::string_view name) const {
+  for (std::size_t i = 0; i < table_.fields.size(); ++i) {
+    if (SameName(table_.fields[i].name, name)) return i;
   }
   ADD_FAILURE() << "no column " << name;
   return 0;
 }
 
-NamedValues Named(const std::vector<Variant>& values) {
+NamedValues FakeServer::Named(const std::vector<Variant>& values) const {
   NamedValues named;
-  for (std::size_t i = 0; i < kColumns; ++i)
-    named.push_back({std::string(item::dspItem.fields[i].name), values[i]});
+  for (std::size_t i = 0; i < values.size(); ++i)
+    named.push_back({std::string(table_.fields[i].name), values[i]});
   return named;
 }
 
-}  // namespace
+DataPacket FakeServer::Rows(std::string_view column, const Variant& value) const {
+  DataPacket packet;
+  for (const FieldDef& field : table_.fields)
+    packet.AddColumn(field.name, field.kind, field.size);
+  for (const auto& [id, values] : rows) {
+    if (column.empty() || values[ColumnOf(column)] == value) packet.AppendRow(values);
+  }
+  return packet;
+}
 
 FakeServer::FakeServer() {
   Put(1, "Ана");
@@ -50,17 +55,8 @@ Answer<std::vector<DataPacket>> FakeServer::Fetch(const Caller&,
   fetches.push_back(requests);
   if (link != Link::Whole) return Failure{FailureKind::LinkDown, "Няма връзка."};
   std::vector<DataPacket> packets;
-  for (const FetchRequest& request : requests) {
-    if (answers) {
-      packets.push_back(answers(request));
-      continue;
-    }
-    DataPacket& packet = packets.emplace_back();
-    for (const FieldDef& field : item::dspItem.fields)
-      packet.AddColumn(field.name, field.kind, field.size);
-    for (const auto& [id, values] : rows)
-      packet.AppendRow(values);
-  }
+  for (const FetchRequest& request : requests)
+    packets.push_back(answers ? answers(request) : Rows());
   return packets;
 }
 
@@ -111,7 +107,7 @@ ChangeOutcome FakeServer::CarryOut(const Change& change) {
       outcome.failure = Refused("Номерът се използва.");
       return outcome;
     }
-    rows[id].resize(kColumns);
+    rows[id].resize(table_.fields.size());
   }
   const auto row = rows.find(id);
   const bool same =

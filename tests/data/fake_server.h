@@ -1,7 +1,7 @@
 #pragma once
 
-// A server of one table, in memory, for the tests of the client's data floor: it checks old values,
-// carries a client key out once, can be told to refuse, and its link can be cut.
+// A server of one table, in memory, for the tests of the client's data floor and of the kit: it
+// checks old values, carries a client key out once, can be told to refuse, and its link can be cut.
 
 #include <functional>
 #include <map>
@@ -28,7 +28,10 @@ enum class Link { Whole, CutBefore, CutAfter };
 
 class FakeServer final : public IApplicationServer {
  public:
+  /// Of three rows of dspItem.
   FakeServer();
+  /// Of any table whose key is "Id" and whose second field is "Name", without rows.
+  explicit FakeServer(const ProviderDef& table) : table_(table) {}
 
   // --- what tests set ---------------------------------------------------------------------------
   Link link = Link::Whole;
@@ -39,7 +42,7 @@ class FakeServer final : public IApplicationServer {
   std::function<DataPacket(const FetchRequest&)> answers;  ///< instead of the table's rows
 
   // --- what tests read --------------------------------------------------------------------------
-  std::map<std::int64_t, std::vector<Variant>> rows;  ///< values in the order of dspItem
+  std::map<std::int64_t, std::vector<Variant>> rows;  ///< values in the order of the fields
   std::vector<ApplyRequest> applies;
   std::vector<std::vector<FetchRequest>> fetches;
   std::vector<MethodCall> calls;
@@ -56,11 +59,16 @@ class FakeServer final : public IApplicationServer {
                                         const std::vector<FetchRequest>& requests) override;
   Answer<ApplyAnswer> Apply(const Caller& caller, const ApplyRequest& request) override;
   Answer<VariantArray> Call(const Caller& caller, const MethodCall& call) override;
+  /// The rows whose value in that column is the given one; without a column all of them.
+  DataPacket Rows(std::string_view column = {}, const Variant& value = {}) const;
 
  private:
   ApplyAnswer CarryOut(const ApplyRequest& request);
   ChangeOutcome CarryOut(const Change& change);
+  std::size_t ColumnOf(std::string_view name) const;
+  NamedValues Named(const std::vector<Variant>& values) const;
 
+  ProviderDef table_ = item::dspItem;
   std::map<std::string, ChangeOutcome> answered_;
   std::int64_t nextId_ = 100;
 };

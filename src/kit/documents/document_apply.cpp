@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/abort.h"
 #include "host/form.h"
 
 namespace orvane::kit {
@@ -69,6 +70,11 @@ ReconcileAction DocumentHead::Reconcile(const data::ReconcileError& error) {
 void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,
                      ImmediateApply how) {
   ApplyAtOnce(form, rows, how);
+  rows.BeforeInsert = [&form, &head] {
+    if (head.ChangeCount() == 0) return;
+    form.SendWaiting();
+    if (head.Editing()) throw Abort{};  // refused
+  };
   rows.AfterApplyUpdates = [&rows, &head](const Variant&) {
     head.TakeLoaded(rows.HeadMoved());
     rows.Connection()->Close();

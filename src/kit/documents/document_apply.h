@@ -64,7 +64,9 @@ class DocumentHead {
 };
 
 /// Binds a dataset of rows (or approval rows): applied at once, every change by itself, repeatedly
-/// while passes apply something. The head's columns that an apply moved are shown at once.
+/// while passes apply something. The head's columns that an apply moved are shown at once. A head
+/// that a broken link kept back goes before a row is begun: without a number of its own it could
+/// not be told what the row belongs to.
 void ApplyRowsAtOnce(TVosBaseForm& form, TVosClientDataSet& rows, TVosClientDataSet& head,
                      ImmediateApply how = {.maxErrors = -1, .form = ApplyForm::Repeated});
 
