@@ -266,13 +266,18 @@ TEST_P(Orders, EveryMoveFromEveryStatusByEveryone) {
         for (int to = 0; to <= 7; ++to) {
           if (to == status) continue;
           world.RunSql("delete from SuppManOrderAdmin");
-          world.RunSql("update SuppManifacOrder set Status = ?1, AnnulOn = null, AnnulFrom = null",
-                       {status});
+          world.RunSql(
+              "update SuppManifacOrder set Status = ?1, AnnulOn = null, AnnulFrom = null,"
+              " AmendFrom = 'before'",
+              {status});
           const std::string answer =
               to == 0 ? world.AnnulOrder(who, id) : world.MoveOrder(who, id, status, to);
           EXPECT_EQ(answer == "ok", MayMove(to, status, rights, who))
               << who << " with " << rights << " from " << status << " to " << to << ": " << answer;
           allowed += answer == "ok" ? 1 : 0;
+          const bool amends = answer == "ok" && (to == Entered || to == ForApproval);
+          EXPECT_EQ(world.Count("SuppManifacOrder where AmendFrom = 'before'"), amends ? 0 : 1)
+              << who << " from " << status << " to " << to;
         }
       }
     }

@@ -313,13 +313,18 @@ TEST_P(RequestHeads, EveryMoveFromEveryStatusByEveryone) {
       for (int status = 1; status <= 7; ++status) {
         for (int to = 0; to <= 7; ++to) {
           if (to == status) continue;
-          world.RunSql("update PurchaseOrder set Status = ?1, AnnulOn = null, AnnulFrom = null",
-                       {status});
+          world.RunSql(
+              "update PurchaseOrder set Status = ?1, AnnulOn = null, AnnulFrom = null,"
+              " AmendFrom = 'before'",
+              {status});
           const std::string answer =
               to == 0 ? world.Annul(who, id) : world.Move(who, id, status, to);
           EXPECT_EQ(answer == "ok", MayMove(to, status, rights, who))
               << who << " with " << rights << " from " << status << " to " << to << ": " << answer;
           allowed += answer == "ok" ? 1 : 0;
+          const bool amends = answer == "ok" && (to == Entered || to == ForApproval);
+          EXPECT_EQ(world.Count("PurchaseOrder where AmendFrom = 'before'"), amends ? 0 : 1)
+              << who << " from " << status << " to " << to;
           if (answer == "ok" && to > 3) {
             EXPECT_EQ(world.StatusOf(id), to);
           }
