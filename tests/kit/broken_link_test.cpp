@@ -222,7 +222,7 @@ TEST(DocumentHead, ANewRecordThatWasKeptBackStaysNew) {
       desk.server.papers.wholeFailure = Refused("Не сега.");
       screen.Post(screen.cdsLines, "първи", true);
       EXPECT_TRUE(screen.cdsLines.IsEmpty()) << "without a number it gets none";
-      screen.RunInGate([&] { screen.cdsPapers.Post(); });
+      if (screen.cdsPapers.Editing()) screen.RunInGate([&] { screen.cdsPapers.Post(); });
       screen.Post(screen.cdsLines, "първи", true);
     }
     EXPECT_EQ(desk.Messages(), kKept + (one.by == By::Row ? "Не сега.|" : ""));
