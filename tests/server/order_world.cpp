@@ -101,8 +101,9 @@ std::string OrderWorld::AddOrderRow(std::int64_t id, int number, std::int64_t se
 }
 
 std::string OrderWorld::MoveOrder(const std::string& login, std::int64_t id, int from, int to) {
-  return ApplyOrder(login, "dspSuppManifacOrder",
-                    UpdateOf({{"IdNumber", id}, {"Status", from}}, {{"Status", to}}));
+  return ApplyOrder(
+      login, "dspSuppManifacOrder",
+      UpdateOf({{"IdNumber", id}, {"Status", from}}, {{"Status", to}, {"AmendFrom", "somebody"}}));
 }
 
 std::string OrderWorld::AnnulOrder(const std::string& login, std::int64_t id) {

@@ -221,9 +221,9 @@ std::string RequestWorld::AddDate(std::int64_t id, int day) {
 
 std::string RequestWorld::Move(const std::string& login, std::int64_t id, int from, int to,
                                int version) {
-  return Apply(
-      login, "dspPurchaseOrder",
-      UpdateOf({{"POIdNumber", id}, {"POVersion", version}, {"Status", from}}, {{"Status", to}}));
+  return Apply(login, "dspPurchaseOrder",
+               UpdateOf({{"POIdNumber", id}, {"POVersion", version}, {"Status", from}},
+                        {{"Status", to}, {"AmendFrom", "somebody"}}));
 }
 
 std::string RequestWorld::Annul(const std::string& login, std::int64_t id, int version) {
