@@ -4,7 +4,7 @@
 #include "kit/grid_rows.h"
 #include "kit/kit_desk.h"
 
-namespace orvane::papers {
+namespace orvane::kit::papers {
 namespace {
 
 const std::string kKept =
@@ -236,4 +236,4 @@ TEST(DocumentHead, ANewRecordThatWasKeptBackStaysNew) {
 }
 
 }  // namespace
-}  // namespace orvane::papers
+}  // namespace orvane::kit::papers

@@ -20,7 +20,7 @@
 #include "kit/shown_document.h"
 #include "packet/faulty_door.h"
 
-namespace orvane::papers {
+namespace orvane::kit::papers {
 
 inline constexpr auto Id = Int32("Id", Key | Required, "Номер");
 inline constexpr auto Name = String("Name", 20, Plain, "Описание");
@@ -205,4 +205,4 @@ class Document : public Screen {
   }
 };
 
-}  // namespace orvane::papers
+}  // namespace orvane::kit::papers
