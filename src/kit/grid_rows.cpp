@@ -2,8 +2,6 @@
 
 #include "host/controls/grid.h"
 #include "host/dialogs.h"
-#include "host/controls/grid.h"
-#include "host/dialogs.h"
 #include "host/form.h"
 
 namespace orvane::kit {

@@ -10,14 +10,14 @@
 #include <vector>
 
 #include "data/fake_server.h"
+#include "host/controls/grid.h"
+#include "host/controls/inspector.h"
+#include "host/controls/small_controls.h"
 #include "host/form_fakes.h"
-#include "host/grid.h"
-#include "host/inspector.h"
-#include "host/small_controls.h"
-#include "kit/document_load.h"
+#include "kit/documents/document_load.h"
+#include "kit/documents/shown_document.h"
 #include "kit/immediate_apply.h"
 #include "kit/master_detail.h"
-#include "kit/shown_document.h"
 #include "packet/faulty_door.h"
 
 namespace orvane::kit::papers {
