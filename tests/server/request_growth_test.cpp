@@ -63,13 +63,13 @@ TEST_P(RequestGrowth, NoMoveAndNoPartWalksAGrowingTable) {
                           {3, "kolev", 101, today, false},
                           {3, "petrova", 102, today, true},
                           {3, "stranger", 105, today, false}};
-  const Place places[] = {{Nav::ByKey, 0, 500, {}},    {Nav::First, 0, 0, {}},
-                          {Nav::Previous, 0, 500, {}}, {Nav::Next, 0, 500, {}},
-                          {Nav::Last, 0, 0, {}},       {Nav::Step, 10, 500, {}},
-                          {Nav::ByKey, 0, 500, 1},     {Nav::Next, 0, 500, 1}};
+  const Destination places[] = {{Nav::ByKey, 0, 500, {}},    {Nav::First, 0, 0, {}},
+                                {Nav::Previous, 0, 500, {}}, {Nav::Next, 0, 500, {}},
+                                {Nav::Last, 0, 0, {}},       {Nav::Step, 10, 500, {}},
+                                {Nav::ByKey, 0, 500, 1},     {Nav::Next, 0, 500, 1}};
   for (const Sight& sight : sights) {
     const AskerVisibility visibility(kSeenRequests, sight);
-    for (const Place& place : places) {
+    for (const Destination& place : places) {
       for (const Engine form : {Engine::Sqlite, Engine::Postgres}) {
         const Statement find = FindDocument(kSeenRequests, visibility, place, form);
         EXPECT_EQ(Walks(find, {"p", "t"}), "")
