@@ -317,9 +317,9 @@ class Exchange final : public grpc::ServerGenericBidiReactor {
       Finish(written);
       return;
     }
-    service_.MakeRoom(ticket_, reply_.Length());
     since_ = steady_clock::now();
     Owe(reply_.Length());
+    service_.MakeRoomFor(*this);
     StartWriteAndFinish(&reply_, grpc::WriteOptions(), grpc::Status::OK);
   }
 
@@ -367,25 +367,26 @@ bool ExchangeService::LeavesUnread(const std::string& ticket) {
   return bytes > options_.maxUnreadOfSession;
 }
 
-void ExchangeService::MakeRoom(const std::string& ticket, std::size_t bytes) {
-  if (unread_ + bytes <= options_.maxUnreadOfSession) return;
+void ExchangeService::MakeRoomFor(const Exchange& own) {
+  if (unread_ <= std::min(options_.maxUnreadOfSession, options_.maxUnreadBytes)) return;
   const std::lock_guard lock(mutex_);
   std::vector<Exchange*> writing;
   std::map<std::string_view, std::size_t> ofSession;
   for (Exchange* exchange : open_) {
     if (exchange->UnreadBytes() == 0) continue;
-    writing.push_back(exchange);
+    if (exchange != &own) writing.push_back(exchange);
     ofSession[exchange->Ticket()] += exchange->UnreadBytes();
   }
   std::ranges::sort(writing, {}, &Exchange::Since);
   while (!ofSession.empty()) {
-    auto most = ofSession.find(ticket);
-    const bool own = bytes > kSmallAnswer && most != ofSession.end() &&
-                     most->second + bytes > options_.maxUnreadOfSession;
-    if (!own && unread_ + bytes <= options_.maxUnreadBytes) return;
-    if (!own) most = std::ranges::max_element(ofSession, {}, [](auto& row) { return row.second; });
+    auto most = ofSession.find(own.Ticket());
+    const bool itsOwn = own.UnreadBytes() > kSmallAnswer && most != ofSession.end() &&
+                        most->second > options_.maxUnreadOfSession;
+    if (!itsOwn && unread_ <= options_.maxUnreadBytes) return;
+    if (!itsOwn)
+      most = std::ranges::max_element(ofSession, {}, [](auto& row) { return row.second; });
     const auto oldest = std::ranges::find(writing, most->first, &Exchange::Ticket);
-    if (oldest == writing.end()) {  // its answers were read meanwhile
+    if (oldest == writing.end()) {  // none is left but the new one
       ofSession.erase(most);
       continue;
     }

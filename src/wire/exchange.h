@@ -42,8 +42,8 @@ class ExchangeService final : public grpc::CallbackGenericService {
  private:
   friend class Exchange;
 
-  /// Before a session's answer of so many bytes is sent: ends what makes its own, or all, too many.
-  void MakeRoom(const std::string& ticket, std::size_t bytes);
+  /// Before an answer is sent: ends older ones where its session's, or all, are too many.
+  void MakeRoomFor(const Exchange& own);
   /// Whether the session has yet to read more than it may leave unread.
   bool LeavesUnread(const std::string& ticket);
 
