@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <deque>
+#include <list>
 #include <optional>
 #include <thread>
 
@@ -43,7 +43,7 @@ TEST(SearchTurns, EightWaitingOfOneUserHoldUpNobodyElse) {
   std::optional<Answer<SearchTurns::Turn>> first, second;
   first.emplace(turns.Take("many"));
   second.emplace(turns.Take("many"));
-  std::deque<Searcher> waiting;
+  std::list<Searcher> waiting;
   for (int i = 0; i < 9; ++i)
     waiting.emplace_back(turns, "many");
   const auto refused = [&] { return std::ranges::count_if(waiting, &Searcher::WasRefused); };
@@ -54,8 +54,14 @@ TEST(SearchTurns, EightWaitingOfOneUserHoldUpNobodyElse) {
   EXPECT_EQ(std::ranges::count_if(waiting, &Searcher::Began), 1) << "the one that was refused";
   first.reset();
   second.reset();
-  for (Searcher& one : waiting)
-    one.End();
+  while (!waiting.empty()) {  // in the order in which they were called, not in which they began
+    const auto called = std::ranges::find_if(waiting, &Searcher::Began);
+    if (called != waiting.end()) {
+      waiting.erase(called);
+    } else {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
 }
 
 TEST(SearchTurns, OneOfEachBesideAReserve) {
