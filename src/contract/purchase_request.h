@@ -4,6 +4,7 @@
 // and the moves of the document. A request is the pair (POIdNumber, POVersion); one version of each
 // is current.
 
+#include "contract/approval_rows.h"
 #include "contract/document_rows.h"
 #include "contract/field.h"
 #include "contract/workflow.h"
@@ -153,11 +154,13 @@ inline constexpr auto Status = Byte("Status", Required, "Статус");
 inline constexpr auto SendingNumber = Int32("SendingNumber", Key | Required);
 inline constexpr auto ConfLevelLocate = Int32("ConfLevelLocate", Joined);
 inline constexpr auto Approval = Byte("Approval", Plain, "Одобряващ");
+using approval_rows::ApprovalNote;
+using approval_rows::WaitsFor;
 
 inline constexpr auto dspPurchaseOrderAdm =
     Writes("dspPurchaseOrderAdm", "PurchaseOrderAdm", PurchaseOrderId, PurchaseOrderVer,
            ConfirmationLevel, ConfirmedFrom, EmpName, ConfermedOn, UnConfirmedFrom, UnConfirmedOn,
-           Status, SendingNumber, ConfLevelLocate, Approval);
+           Status, SendingNumber, ConfLevelLocate, Approval, ApprovalNote, WaitsFor);
 
 }  // namespace adm
 

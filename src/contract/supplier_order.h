@@ -4,6 +4,7 @@
 // approval rows and the requests that the order covers, the positions of the server methods, and
 // the moves of the document.
 
+#include "contract/approval_rows.h"
 #include "contract/document_rows.h"
 #include "contract/field.h"
 #include "contract/workflow.h"
@@ -114,11 +115,13 @@ inline constexpr auto SendingNumber = Int32("SendingNumber", Key | Required);
 inline constexpr auto ConfirmedFromName = String("ConfirmedFromName", 70, Joined, "Име");
 inline constexpr auto StatusName = String("StatusName", 30, Joined, "Статус");
 inline constexpr auto ApprovalName = String("ApprovalName", 30, Joined, "Одобряващ");
+using approval_rows::ApprovalNote;
+using approval_rows::WaitsFor;
 
 inline constexpr auto dspSuppManOrderAdmin =
     Writes("dspSuppManOrderAdmin", "SuppManOrderAdmin", SuppManOrderId, ConfirmationLevel,
            ConfirmedFrom, ConfermedOn, UnConfirmedFrom, UnConfirmedOn, Status, SendingNumber,
-           ConfirmedFromName, StatusName, ApprovalName);
+           ConfirmedFromName, StatusName, ApprovalName, ApprovalNote, WaitsFor);
 
 }  // namespace adm
 

@@ -6,6 +6,7 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QLineEdit>
 #include <algorithm>
 
 #include "desktop/qt_keys.h"
@@ -23,6 +24,8 @@ constexpr int kLeastWidth = 320;
 constexpr int kButtonHeight = 28;
 constexpr int kButtonWidth = 104;
 constexpr int kButtonGap = 10;
+constexpr int kLineLabel = 22;
+constexpr int kLineHeight = 28;
 
 /// What a kind of message looks like: a shape and a character, beside the colour.
 struct KindRow {
@@ -49,7 +52,7 @@ constexpr LetterRow kLetters[] = {
 
 }  // namespace
 
-MessageView::MessageView(const MessageDialog& dialog)
+MessageView::MessageView(const MessageDialog& dialog, const QuestionLine* line)
     : QWidget(nullptr, Qt::Dialog | Qt::FramelessWindowHint), dialog_(dialog) {
   setWindowTitle(Qs(dialog.caption));
   setWindowModality(Qt::ApplicationModal);
@@ -60,11 +63,39 @@ MessageView::MessageView(const MessageDialog& dialog)
   if (dialog.yesNo) {
     buttons_ = {{kAnswerYes, "Да", "Д"}, {kAnswerNo, "Не", dialog.mayGoBack ? "Н" : "Н, Esc"}};
     if (dialog.mayGoBack) buttons_.push_back({kAnswerBack, "Назад", "Esc"});
-    focused_ = static_cast<int>(buttons_.size()) - 1;
+    focused_ = HarmlessButton();
   } else {
     buttons_ = {{kAnswerOk, "Добре", "Enter"}};
   }
+  if (line != nullptr) AddLine(*line);
   resize(sizeHint());
+}
+
+void MessageView::AddLine(const QuestionLine& line) {
+  lineLabel_ = Qs(line.label);
+  line_ = new QLineEdit(Qs(line.text), this);
+  line_->setFont(ScreenFont());
+  line_->setAccessibleName(lineLabel_);
+  line_->setPlaceholderText(Qs(line.hint));
+  line_->setStyleSheet(QString("QLineEdit { border: 1px solid %1; padding: 0 5px; }"
+                               "QLineEdit:focus { border: 2px solid %2; padding: 0 4px; }")
+                           .arg(ColorOf(Role::Line).name(), ColorOf(Role::Accent).name()));
+  line_->setContextMenuPolicy(Qt::NoContextMenu);
+  line_->selectAll();
+  line_->installEventFilter(this);
+  if (line.first) focused_ = static_cast<int>(buttons_.size());
+}
+
+QString MessageView::LineText() const {
+  return line_ == nullptr ? QString() : line_->text();
+}
+
+void MessageView::TakeFocus() {
+  KeyTarget().setFocus();
+}
+
+QWidget& MessageView::KeyTarget() {
+  return IsInLine() ? static_cast<QWidget&>(*line_) : *this;
 }
 
 void MessageView::Finish(int answer) {
@@ -82,14 +113,26 @@ QSize MessageView::TextSize() const {
       .size();
 }
 
+int MessageView::BodyHeight() const {
+  return std::max(TextSize().height() + 2, kSign);
+}
+
 QSize MessageView::sizeHint() const {
-  const QSize text = TextSize();
+  const QSize text = HasLine() ? QSize(kWidestText, TextSize().height()) : TextSize();
   const int caption = ScreenMetrics(true).horizontalAdvance(Qs(dialog_.caption)) + 2 * kSpace;
   const int buttons = static_cast<int>(buttons_.size()) * (kButtonWidth + kButtonGap) + 2 * kSpace;
   const int width =
       std::max({text.width() + kSign + 3 * kSpace + 2, caption, buttons, kLeastWidth});
-  const int body = std::max(text.height() + 2, kSign);
-  return {width, kTitle + kSpace + body + kSpace + kButtonHeight + kSpace};
+  const int line = HasLine() ? kLineLabel + kLineHeight : 0;
+  return {width, kTitle + kSpace + BodyHeight() + line + kSpace + kButtonHeight + kSpace};
+}
+
+void MessageView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (!HasLine()) return;
+  const int left = kSpace * 2 + kSign;
+  line_->setGeometry(left, kTitle + kSpace + BodyHeight() + kLineLabel, width() - left - kSpace,
+                     kLineHeight);
 }
 
 QRect MessageView::ButtonRect(int index) const {
@@ -116,6 +159,11 @@ void MessageView::paintEvent(QPaintEvent*) {
   const int top = kTitle + kSpace + std::max(0, (kSign - text.height()) / 2);
   painter.drawText(QRect(kSpace * 2 + kSign, top, text.width() + 2, text.height() + 2),
                    Qt::TextWordWrap, Qs(dialog_.text));
+  if (HasLine()) {
+    const QRect line = line_->geometry();
+    painter.setPen(ColorOf(Role::TextDim));
+    painter.drawText(line.adjusted(0, -kLineLabel, 0, -kLineHeight), Qt::AlignVCenter, lineLabel_);
+  }
   for (int i = 0; i < static_cast<int>(buttons_.size()); ++i)
     PaintButton(painter, i);
   painter.setRenderHint(QPainter::Antialiasing, false);
@@ -186,9 +234,41 @@ int MessageView::AnswerOf(const QKeyEvent& event) const {
 }
 
 void MessageView::MoveFocus(int by) {
-  const int count = static_cast<int>(buttons_.size());
-  focused_ = (focused_ + by + count) % count;
+  const int count = static_cast<int>(buttons_.size()) + (HasLine() ? 1 : 0);
+  FocusOn((focused_ + by + count) % count);
+}
+
+void MessageView::FocusOn(int place) {
+  focused_ = place;
+  KeyTarget().setFocus();
   update();
+}
+
+bool MessageView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+    const bool in = event->type() == QEvent::FocusIn;
+    if (in || IsInLine()) focused_ = HarmlessButton() + (in ? 1 : 0);
+    update();
+  }
+  if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
+  const KeyStroke key = StrokeOf(static_cast<QKeyEvent&>(*event));
+  switch (key.code) {
+    case KeyCode::Escape:
+      Finish(HarmlessAnswer());
+      return true;
+    case KeyCode::Enter:
+    case KeyCode::Up:
+      MoveFocus(-1);  // the harmless answer
+      return true;
+    case KeyCode::Down:
+      MoveFocus(1);
+      return true;
+    case KeyCode::Tab:
+      MoveFocus((key.modifiers & ShiftKey) != 0 ? -1 : 1);
+      return true;
+    default:
+      return QWidget::eventFilter(watched, event);
+  }
 }
 
 void MessageView::keyPressEvent(QKeyEvent* event) {
@@ -201,8 +281,10 @@ void MessageView::keyPressEvent(QKeyEvent* event) {
       return Finish(buttons_[static_cast<std::size_t>(focused_)].answer);
     case KeyCode::Escape:
       return Finish(HarmlessAnswer());
-    case KeyCode::Left:
     case KeyCode::Up:
+      if (HasLine()) return FocusOn(static_cast<int>(buttons_.size()));
+      return MoveFocus(-1);
+    case KeyCode::Left:
       return MoveFocus(-1);
     case KeyCode::Right:
     case KeyCode::Down:

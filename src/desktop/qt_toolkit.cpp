@@ -178,9 +178,17 @@ MessageView* QtToolkit::OpenMessage() const {
 }
 
 int QtToolkit::ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) {
+  return Ask(owner, dialog, nullptr);
+}
+
+int QtToolkit::AskLine(TVosBaseForm* owner, const MessageDialog& question, QuestionLine& line) {
+  return Ask(owner, question, &line);
+}
+
+int QtToolkit::Ask(const TVosBaseForm* owner, const MessageDialog& dialog, QuestionLine* line) {
   if (onMessage) onMessage(dialog);
   if (abandoned_) return HarmlessAnswer(dialog);
-  messages_.push_back(std::make_unique<MessageView>(dialog));
+  messages_.push_back(std::make_unique<MessageView>(dialog, line));
   MessageView& message = *messages_.back();
   const QWidget* over = owner == nullptr ? nullptr : ViewOf(*owner);
   if (over == nullptr || over->isHidden()) over = TopWindow();
@@ -193,10 +201,11 @@ int QtToolkit::ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) {
   message.show();
   message.raise();
   message.activateWindow();
-  message.setFocus();
+  message.TakeFocus();
   WorkUntil([&message] { return message.IsAnswered(); });
   message.Finish(message.HarmlessAnswer());
   const int answer = message.Answer();
+  if (line != nullptr) line->text = Utf8(message.LineText());
   // The dialog's own key handler may still be on the stack.
   messages_.back().release()->deleteLater();
   messages_.pop_back();

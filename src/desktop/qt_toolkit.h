@@ -34,6 +34,7 @@ class QtToolkit final : public IToolkit {
   void FormChanged(TVosBaseForm& form) override;
   void FormGone(TVosBaseForm& form) override;
   int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) override;
+  int AskLine(TVosBaseForm* owner, const MessageDialog& question, QuestionLine& line) override;
   void PreviewReport(TVosBaseForm& owner, ReportDocument report) override;
   void SetClipboard(const std::string& text) override;
 
@@ -65,6 +66,8 @@ class QtToolkit final : public IToolkit {
  private:
   FormView& MakeView(TVosBaseForm& form, bool modal);
   QWidget* TopWindow() const;
+  /// Shows the message until it is answered; `line` is the one of a question that has one.
+  int Ask(const TVosBaseForm* owner, const MessageDialog& dialog, QuestionLine* line);
   /// The window a dialog of the form stands over.
   QWidget* OwnerOf(const TVosBaseForm& form) const;
   void FreeClosed();

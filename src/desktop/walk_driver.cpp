@@ -215,8 +215,29 @@ const MessageDialog* QtWalkDriver::Question() const {
 void QtWalkDriver::AnswerQuestion(int answer) {
   MessageView* message = toolkit_.OpenMessage();
   if (message == nullptr) return;
-  if (answer == kAnswerBack) return PressKey(*message, KeyCode::Escape);
-  TypeKeys(*message, answer == kAnswerYes ? "д" : "н");
+  if (answer == kAnswerBack) return PressKey(message->KeyTarget(), KeyCode::Escape);
+  // Letters answer once the line is left.
+  if (&message->KeyTarget() != message) PressKey(message->KeyTarget(), KeyCode::Enter);
+  TypeKeys(message->KeyTarget(), answer == kAnswerYes ? "д" : "н");
+}
+
+std::optional<std::string> QtWalkDriver::LineText() const {
+  const MessageView* message = toolkit_.OpenMessage();
+  if (message == nullptr || !message->HasLine()) return std::nullopt;
+  return Utf8(message->LineText());
+}
+
+void QtWalkDriver::FillLine(std::string_view text) {
+  MessageView* message = toolkit_.OpenMessage();
+  if (message == nullptr || !message->HasLine()) return;
+  if (&message->KeyTarget() == message) PressKey(*message, KeyCode::Up);
+  PressKey(message->KeyTarget(), Ctrl(KeyCode::A));
+  PressKey(message->KeyTarget(), KeyCode::Delete);
+  for (std::size_t at = 0; at < text.size();) {
+    const std::string_view character = NextCharacter(text, at);
+    at += character.size();
+    TypeKeys(message->KeyTarget(), character);
+  }
 }
 
 std::vector<MessageDialog> QtWalkDriver::TakeMessages() {

@@ -43,6 +43,8 @@ class QtWalkDriver final : public IWalkDriver {
   void Choose(TVosBaseForm& form, std::string_view action) override;
   const MessageDialog* Question() const override;
   void AnswerQuestion(int answer) override;
+  std::optional<std::string> LineText() const override;
+  void FillLine(std::string_view text) override;
   std::vector<MessageDialog> TakeMessages() override;
   std::vector<TakenReport> TakeReports() override;
   void Picture(std::string_view name) override;

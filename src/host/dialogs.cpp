@@ -5,7 +5,9 @@
 
 #include "data/abort.h"
 #include "host/conflict_form.h"
+#include "host/controls/cell_editor.h"
 #include "host/form.h"
+#include "packet/fold.h"
 
 namespace orvane::host {
 namespace {
@@ -76,6 +78,19 @@ int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::s
 
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text) {
   return VosMessageDlg(form, 1, caption, text, DialogButtons::YesNo) == kAnswerYes;
+}
+
+bool ConfirmedWithLine(TVosBaseForm& form, std::string_view caption, std::string_view text,
+                       const FieldDef& field, QuestionLine& line) {
+  const MessageDialog question{
+      .kind = 1, .caption = std::string(caption), .text = std::string(text), .yesNo = true};
+  for (;;) {
+    const int answer = form.App().Toolkit().AskLine(&form, question, line);
+    line.text = Trim(OneLine(line.text));
+    if (answer != kAnswerYes) return false;
+    if (Utf8Length(line.text) <= field.size) return true;
+    VosMessageDlg(form, 0, caption, TooLong(line.label, field.size));
+  }
 }
 
 bool SavesBeforeLeaving(TVosBaseForm& form, std::string_view question) {

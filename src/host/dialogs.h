@@ -24,6 +24,10 @@ int VosMessageDlg(TVosBaseForm& form, int kind, std::string_view caption, std::s
                   DialogButtons buttons = DialogButtons::Ok);
 /// True when a question was answered with Yes.
 bool Confirmed(TVosBaseForm& form, std::string_view caption, std::string_view text);
+/// The same for a question that takes a text of `field` besides. What was typed is in `line`
+/// whatever the answer; Yes with a text that is too long for the field is refused and asked again.
+bool ConfirmedWithLine(TVosBaseForm& form, std::string_view caption, std::string_view text,
+                       const FieldDef& field, QuestionLine& line);
 
 /// What was typed is about to be left without having been saved: asks whether to save it. True:
 /// save, false: give it up. Going back is an Abort.

@@ -34,6 +34,14 @@ inline int HarmlessAnswer(const MessageDialog& dialog) {
   return dialog.mayGoBack ? kAnswerBack : kAnswerNo;
 }
 
+/// A line to be typed into, between a question and its answers.
+struct QuestionLine {
+  std::string label;
+  std::string hint;    ///< shown while nothing stands there
+  std::string text;    ///< what stands there at first; when the question is over, what was typed
+  bool first = false;  ///< the keyboard begins in it, not at the harmless answer
+};
+
 class IToolkit {
  public:
   virtual ~IToolkit() = default;
@@ -48,6 +56,8 @@ class IToolkit {
   virtual void FormGone(TVosBaseForm& form) = 0;
   /// Returns the answer; closing the dialog is the harmless one.
   virtual int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) = 0;
+  /// A question that also takes a line of text.
+  virtual int AskLine(TVosBaseForm* owner, const MessageDialog& question, QuestionLine& line) = 0;
   /// Preview, from which the user prints or saves. Reads the report's rows to their end before it
   /// returns, or says why it did not; passes on what their sources throw.
   virtual void PreviewReport(TVosBaseForm& owner, ReportDocument report) = 0;

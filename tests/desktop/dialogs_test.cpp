@@ -64,6 +64,37 @@ TEST(DesktopDialogs, TheArrowMovesToYesAndEnterTakesIt) {
   EXPECT_EQ(screen.form->cdsRows_.RecordCount(), 4U);
 }
 
+TEST(DesktopDialogs, ALineInAQuestionTakesTheKeysUntilItIsLeft) {
+  const struct {
+    bool first;
+    const char* keys;  ///< as a walk names them; what is none is typed
+    int answer;
+    const char* text;
+  } rows[] = {
+      {true, "д Enter н", kAnswerNo, "д"},         {true, "Enter д", kAnswerYes, "старо"},
+      {true, "Ctrl+A Escape", kAnswerNo, "старо"}, {true, "Enter Enter", kAnswerNo, "старо"},
+      {false, "д", kAnswerYes, "старо"},           {false, "Up н Tab Enter", kAnswerYes, "н"},
+      {false, "Left Left н", kAnswerNo, "н"},
+  };
+  for (const auto& row : rows) {
+    Screen screen;
+    QuestionLine line{.label = "Причина", .hint = "", .text = "старо", .first = row.first};
+    Screen::Inside([&] {
+      MessageView& question = *screen.toolkit.OpenMessage();
+      for (const QString& word : QString(row.keys).split(' ')) {
+        if (const auto key = ParseKey(Utf8(word)); key && word.size() > 1)
+          PressKey(question.KeyTarget(), *key);
+        else
+          TypeKeys(question.KeyTarget(), Utf8(word));
+      }
+      question.Finish(kAnswerNo);
+    });
+    const MessageDialog question{.kind = 1, .caption = "Проба", .text = "Да?", .yesNo = true};
+    EXPECT_EQ(screen.toolkit.AskLine(screen.form.get(), question, line), row.answer) << row.keys;
+    EXPECT_EQ(line.text, row.text) << row.keys;
+  }
+}
+
 TEST(DesktopDialogs, TheFocusIsWhereItWasAndNoFocusEventRan) {
   Screen screen;
   sample::TfSample& form = *screen.form;

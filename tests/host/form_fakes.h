@@ -88,6 +88,7 @@ class FakeToolkit final : public IToolkit {
   std::vector<TakenReport> reports;
   int changes = 0;
   std::function<void()> whileAsking;
+  std::function<void(QuestionLine&)> whileTyping;
 
   void Show(TVosBaseForm& form) override {
     shown.push_back(form.ClassName());
@@ -111,6 +112,11 @@ class FakeToolkit final : public IToolkit {
     if (answers.empty()) return kAnswerNo;
     const int answer = answers.front();
     answers.pop_front();
+    return answer;
+  }
+  int AskLine(TVosBaseForm* owner, const MessageDialog& question, QuestionLine& line) override {
+    const int answer = ShowMessage(owner, question);
+    if (whileTyping) whileTyping(line);
     return answer;
   }
   void PreviewReport(TVosBaseForm&, ReportDocument report) override {

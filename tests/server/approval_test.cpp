@@ -15,6 +15,15 @@ constexpr int kGiven = ApprovalGiven;
 constexpr int kRejectedRow = ApprovalRejected;
 constexpr int kWaiting = ApprovalWaiting;
 
+/// At whom each level of a loaded request stands: "|Служител 102|".
+std::string WaitsFor(const VariantArray& told) {
+  const DataPacket& levels = *told[6].AsPacket();
+  std::string text;
+  for (std::size_t row = 0; row < levels.rowCount; ++row)
+    text += (row == 0 ? "" : "|") + levels.At(row, "WaitsFor").ToText();
+  return text;
+}
+
 class Approval : public RequestCase {
  protected:
   /// Three levels for kind 4: cost centre, section, department.
@@ -98,6 +107,70 @@ TEST_P(Approval, LevelsAreDecidedInOrder) {
       world.Count("History where TableName = 'PurchaseOrderAdm' and ColumnName = 'Status' and "
                   "Kind = 'U'"),
       11);
+}
+
+TEST_P(Approval, ADecisionSaysWhyUntilItIsTakenBack) {
+  ThreeLevels();
+  const std::int64_t id = world.SentRequest();
+  std::string longest;
+  for (int i = 0; i < 200; ++i)
+    longest += "я";
+  const struct {
+    int from;
+    int to;
+    std::optional<std::string> note;
+    std::string answer;
+    std::string kept;
+  } steps[] = {
+      {kWaiting, kRejectedRow, " Скъпо ", "ok", "Скъпо"},
+      {kRejectedRow, kGiven, std::nullopt, "ok", ""},  // it was the rejection's
+      {kGiven, kRejectedRow, longest, "ok", longest},
+      {kRejectedRow, kWaiting, std::nullopt, "ok", ""},
+      {kWaiting, kGiven, longest + "я", "Поле „Причина“: Текстът е по-дълъг от 200 знака.", ""},
+      {kWaiting, kGiven, "а\nб", "!!Err_Поле „Причина“: Текстът съдържа недопустими знаци.", ""},
+      {kWaiting, kGiven, "  ", "ok", ""},
+  };
+  std::string before;
+  for (const auto& step : steps) {
+    Change change = UpdateOf({{"PurchaseOrderId", id},
+                              {"PurchaseOrderVer", 1},
+                              {"ConfirmationLevel", 1},
+                              {"SendingNumber", 1},
+                              {"Status", step.from}},
+                             {{"Status", step.to}});
+    if (step.note) {
+      change.before.push_back({"ApprovalNote", before.empty() ? Variant() : Variant(before)});
+      change.after.push_back({"ApprovalNote", *step.note});
+    }
+    EXPECT_EQ(world.Apply("kolev", "dspPurchaseOrderAdm", change), step.answer);
+    before = world.Column(
+        "select coalesce(ApprovalNote, '') from PurchaseOrderAdm where ConfirmationLevel = 1",
+        ValueKind::String);
+    EXPECT_EQ(before, step.kept) << step.answer;
+  }
+  EXPECT_EQ(world.Count("History where ColumnName = 'ApprovalNote' and Kind = 'U'"), 4);
+}
+
+TEST_P(Approval, ALevelThatWaitsNamesWhoCanDecideItToday) {
+  ThreeLevels();
+  const std::int64_t id = world.SentRequest();
+  const auto waits = [&](int language = 1) {
+    return WaitsFor(world.Load("author", Nav::ByKey, id, {}, 0, language));
+  };
+  EXPECT_EQ(waits(), "Служител 101, Служител 104||");
+  EXPECT_EQ(waits(2), "Employee 101, Employee 104||");
+  world.RunSql("update StructDepDates set ToDate = ?1", {*Date::FromYmd(2026, 3, 4)});
+  EXPECT_EQ(waits(), "Служител 101||");
+  ASSERT_EQ(world.Decide("kolev", id, 1, kWaiting, kGiven), "ok");
+  EXPECT_EQ(waits(), "|Служител 102|");
+  ASSERT_EQ(world.Decide("petrova", id, 2, kWaiting, kRejectedRow), "ok");
+  EXPECT_EQ(waits(), "||");
+  ASSERT_EQ(world.Decide("petrova", id, 2, kRejectedRow, kWaiting), "ok");
+  world.RunSql("update WSysUsers set Blocked = 1 where ShortName = 'petrova'");
+  EXPECT_EQ(waits(), "|никой|");
+  EXPECT_EQ(waits(2), "|nobody|");
+  world.RunSql("update PurchaseOrder set AnnulOn = ?1", {Stamp{1}});
+  EXPECT_EQ(waits(), "||");
 }
 
 TEST_P(Approval, ADeputyDecidesBesideTheHeadAndTheRecordNamesBoth) {
@@ -233,8 +306,8 @@ TEST_P(Approval, ADecisionOnAFormerSendingSaysWhoSentAnew) {
             std::string::npos)
       << answer;
   EXPECT_EQ(world.Decide("kolev", id, 1, kWaiting, kGiven, 2), "ok");
-  EXPECT_EQ(world.Count("History where TableName = 'PurchaseOrderAdm' and Kind = 'D'"), 33)
-      << "three rows of eleven columns";
+  EXPECT_EQ(world.Count("History where TableName = 'PurchaseOrderAdm' and Kind = 'D'"), 36)
+      << "three rows of twelve columns";
 }
 
 TEST_P(Approval, RolesFollowTheDocument) {
@@ -337,11 +410,15 @@ TEST_P(Approval, OnesOwnDocumentIsDecidedUnlessTheConfigurationForbidsIt) {
   EXPECT_EQ(refused->outcomes[0].failure->message,
             "!!Err_Искане за покупка 1, версия 1 е ваш документ и решението по него е на друг "
             "одобряващ.");
-  const auto told =
-      other.Call(author, {"TsmPurchaseOrder",
-                          "Operations",
-                          {"GetRec", 1, 0, 0, id, Variant(), "author", Variant(), true, false}});
+  const auto load = [&] {
+    return other.Call(author,
+                      {"TsmPurchaseOrder",
+                       "Operations",
+                       {"GetRec", 1, 0, 0, id, Variant(), "author", Variant(), true, false}});
+  };
+  const auto told = load();
   ASSERT_TRUE(told);
+  EXPECT_EQ(WaitsFor(*told), "Служител 104");
   EXPECT_EQ((*told)[8].AsPacket()->rowCount, 1u) << "the chief's role alone";
   ASSERT_EQ(world.Move("author", id, ForApproval, Entered), "ok");
   const auto sending = [&] {
@@ -358,6 +435,7 @@ TEST_P(Approval, OnesOwnDocumentIsDecidedUnlessTheConfigurationForbidsIt) {
   const std::string alone = sending();
   EXPECT_NE(alone.find("а собствен документ не се одобрява"), std::string::npos) << alone;
   ASSERT_EQ(world.Move("author", id, Entered, ForApproval), "ok");
+  EXPECT_EQ(WaitsFor(*load()), "никой");
   const auto stuck =
       CheckDatabase(world.Server().Base(), world.Server().Time().Now(), strict.documents);
   ASSERT_TRUE(stuck);

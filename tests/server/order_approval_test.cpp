@@ -106,6 +106,43 @@ TEST_P(OrderApproval, LevelsAreDecidedInOrderAndTheLoadTellsEachHisPart) {
                          " where ConfirmationLevel = 3 and ConfermedOn is not null"),
             "202")
       << "a withdrawn decision keeps who had decided";
+  const VariantArray told = world.LoadOrder("author", Nav::ByKey, id);
+  const DataPacket& levels = *told[supplier_order::get_record::kApprovals].AsPacket();
+  EXPECT_TRUE(levels.At(1, "WaitsFor").IsNull());
+  EXPECT_EQ(levels.At(2, "WaitsFor").ToText(), "Служител 101, Служител 104");
+}
+
+TEST_P(OrderApproval, AWithdrawnDecisionKeepsItsReason) {
+  Levels({ApproverKind::CostCenterHead});
+  const std::int64_t id = world.SentOrder();
+  const int rejected = ApprovalRejected;
+  const struct {
+    int from;
+    int to;
+    std::optional<Variant> note;
+    const char* kept;
+  } steps[] = {
+      {kWaiting, rejected, "Скъпо", "Скъпо"},      {rejected, kWaiting, std::nullopt, "Скъпо"},
+      {kWaiting, rejected, std::nullopt, "Скъпо"},  // told again it is no change
+      {rejected, kGiven, std::nullopt, ""},        {kGiven, rejected, "Старо", "Старо"},
+      {rejected, kWaiting, std::nullopt, "Старо"}, {kWaiting, kGiven, Variant(), ""},
+  };
+  std::string before;
+  for (const auto& step : steps) {
+    Change change = UpdateOf({{"SuppManOrderId", id},
+                              {"ConfirmationLevel", 1},
+                              {"SendingNumber", 1},
+                              {"Status", step.from}},
+                             {{"Status", step.to}});
+    if (step.note) {
+      change.before.push_back({"ApprovalNote", before.empty() ? Variant() : Variant(before)});
+      change.after.push_back({"ApprovalNote", *step.note});
+    }
+    EXPECT_EQ(world.ApplyOrder("kolev", "dspSuppManOrderAdmin", change), "ok");
+    before =
+        world.Column("select coalesce(ApprovalNote, '') from SuppManOrderAdmin", ValueKind::String);
+    EXPECT_EQ(before, step.kept) << step.from << " to " << step.to;
+  }
 }
 
 TEST_P(OrderApproval, WhoeverHasATurnMayNotWithdrawMeanwhile) {

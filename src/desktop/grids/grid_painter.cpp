@@ -1,6 +1,7 @@
 #include "desktop/grids/grid_painter.h"
 
 #include <QtGui/QPainter>
+#include <QtWidgets/QWidget>
 #include <algorithm>
 
 #include "desktop/grids/grid_columns.h"
@@ -11,7 +12,8 @@
 namespace orvane::desktop {
 namespace {
 
-constexpr int kEditBar = 4;  // width of the mark at the left of the row in edit
+constexpr int kEditBar = 4;       // width of the mark at the left of the row in edit
+constexpr int kWholeWidth = 320;  // of a cut text that is shown whole
 
 class GridPainter {
  public:
@@ -168,6 +170,33 @@ class GridPainter {
     const int inset = width / 2;
     painter_.drawRect(cell.adjusted(inset, inset, -1, -1));
     painter_.setClipping(false);
+    if (picture_.focused && grid_.readOnly) PaintWhole(cell, row, column);
+  }
+
+  /// Where nothing is typed, no editor shows what the current cell cuts off: it is laid over the
+  /// neighbours.
+  void PaintWhole(const QRect& cell, int row, int column) {
+    const GridColumn& shown = grid_.columns[static_cast<std::size_t>(column)];
+    const TField* field = rows_.FindField(shown.field);
+    if (field == nullptr || shown.kind == ColumnKind::Check) return;
+    const QString text = Qs(rows_.TextAt(static_cast<std::size_t>(row), *field));
+    const QFontMetrics metrics = painter_.fontMetrics();
+    const bool broken = text.contains('\n');
+    if (!broken && metrics.horizontalAdvance(text) <= cell.width() - 2 * kPadding) return;
+    const QRect sight(0, columns_.HeadHeight(), picture_.size.width() - 1,
+                      picture_.size.height() - columns_.HeadHeight() - 1);
+    QRect whole(cell.topLeft(), QSize(std::max(cell.width(), kWholeWidth), 0));
+    const QRect room(0, 0, whole.width() - 2 * kPadding, QWIDGETSIZE_MAX);
+    constexpr int kWrap = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+    whole.setHeight(metrics.boundingRect(room, kWrap, text).height() + kPadding);
+    if (whole.right() > sight.right()) whole.moveRight(sight.right());
+    if (whole.bottom() > sight.bottom()) whole.moveBottom(sight.bottom());
+    whole &= sight;
+    painter_.fillRect(whole, ColorOf(Role::Field));
+    painter_.setPen(QPen(ColorOf(Role::Accent), 2, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter_.drawRect(whole.adjusted(1, 1, 0, 0));
+    painter_.setPen(ColorOf(Role::Text));
+    painter_.drawText(whole.adjusted(kPadding, kPadding / 2, -kPadding, 0), kWrap, text);
   }
 
   void PaintEditMark(int row) {

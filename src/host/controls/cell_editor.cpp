@@ -20,16 +20,6 @@ bool HasControlCharacter(std::string_view text) {
   return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
-/// What is pasted into one line: its line ends and tabs become blanks, those at its end go.
-std::string OneLine(std::string_view text) {
-  std::string line(text);
-  while (!line.empty() && static_cast<unsigned char>(line.back()) < ' ')
-    line.pop_back();
-  std::ranges::replace_if(
-      line, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
-  return line;
-}
-
 /// Why a number, written plainly, is not one of the mask's; nothing when it is.
 std::string_view WhyUnmasked(const PictureMask& mask, const std::string& number) {
   if (mask.Match(number) == MaskMatch::Complete) return {};
@@ -51,6 +41,20 @@ std::string EditedText(const TField& field) {
 }
 
 }  // namespace
+
+std::string OneLine(std::string_view text) {
+  std::string line(text);
+  while (!line.empty() && static_cast<unsigned char>(line.back()) < ' ')
+    line.pop_back();
+  std::ranges::replace_if(
+      line, [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+  return line;
+}
+
+std::string TooLong(std::string_view label, std::size_t size) {
+  return "Текстът в поле „" + std::string(label) + "“ е по-дълъг от " + std::to_string(size) +
+         " знака. Съкратете го.";
+}
 
 void CellEditor::Open(TField& field, const PictureMask& mask, TVosMTCombo* combo) {
   OpenText(EditedText(field), mask);
@@ -116,8 +120,7 @@ Answer<Done> CellEditor::CheckComplete() const {
   if (IsOfNumber()) return CheckNumber();
   const std::size_t size = field_ == nullptr ? 0 : field_->Def().size;
   if (size != 0 && Utf8Length(text_) > size) {
-    return Failure{FailureKind::Refused, "Текстът в поле „" + label + "“ е по-дълъг от " +
-                                             std::to_string(size) + " знака. Съкратете го."};
+    return Failure{FailureKind::Refused, TooLong(label, size)};
   }
   const MaskMatch match = mask_.Match(text_);
   if (match == MaskMatch::Complete) return Done{};

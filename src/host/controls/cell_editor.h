@@ -10,6 +10,11 @@ namespace orvane::host {
 
 class TVosMTCombo;
 
+/// What is pasted into one line: its line ends and tabs become blanks, those at its end go.
+std::string OneLine(std::string_view text);
+/// What the user is told of a text that is too long for the place of that label.
+std::string TooLong(std::string_view label, std::size_t size);
+
 /// The in-place editor of a grid cell, an inspector item or a key edit: the text being typed, its
 /// mask and, for lookups, the combo. Opening takes the field's text; nothing reaches the field
 /// before the editor is committed.

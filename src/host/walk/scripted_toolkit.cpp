@@ -31,15 +31,23 @@ int ScriptedToolkit::ShowMessage(TVosBaseForm*, const MessageDialog& dialog) {
     messages_.push_back(dialog);
     return kAnswerOk;
   }
+  return Ask(dialog, nullptr);
+}
+
+int ScriptedToolkit::AskLine(TVosBaseForm*, const MessageDialog& question, QuestionLine& line) {
+  return Ask(question, &line);
+}
+
+int ScriptedToolkit::Ask(const MessageDialog& question, QuestionLine* line) {
   if (runner_ == nullptr) {
-    messages_.push_back(dialog);
+    messages_.push_back(question);
     return answerWithoutWalk;
   }
-  questions_.push_back({dialog, 0});
+  questions_.push_back({question, line, 0});
   const std::size_t mine = questions_.size() - 1;
   runner_->RunUntil([this, mine] { return questions_[mine].answer != 0; });
   const int answer =
-      questions_[mine].answer == 0 ? HarmlessAnswer(dialog) : questions_[mine].answer;
+      questions_[mine].answer == 0 ? HarmlessAnswer(question) : questions_[mine].answer;
   questions_.pop_back();
   return answer;
 }
@@ -90,6 +98,15 @@ const MessageDialog* ScriptedToolkit::Question() const {
 
 void ScriptedToolkit::AnswerQuestion(int answer) {
   if (Question() != nullptr) questions_.back().answer = answer;
+}
+
+std::optional<std::string> ScriptedToolkit::LineText() const {
+  if (Question() == nullptr || questions_.back().line == nullptr) return std::nullopt;
+  return questions_.back().line->text;
+}
+
+void ScriptedToolkit::FillLine(std::string_view text) {
+  if (LineText()) questions_.back().line->text = text;
 }
 
 std::vector<MessageDialog> ScriptedToolkit::TakeMessages() {

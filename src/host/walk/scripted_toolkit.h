@@ -25,6 +25,7 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   void FormChanged(TVosBaseForm& form) override;
   void FormGone(TVosBaseForm& form) override;
   int ShowMessage(TVosBaseForm* owner, const MessageDialog& dialog) override;
+  int AskLine(TVosBaseForm* owner, const MessageDialog& question, QuestionLine& line) override;
   void PreviewReport(TVosBaseForm& owner, ReportDocument report) override;
   void SetClipboard(const std::string& text) override { clipboard_ = text; }
 
@@ -37,6 +38,8 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
   void Choose(TVosBaseForm& form, std::string_view action) override;
   const MessageDialog* Question() const override;
   void AnswerQuestion(int answer) override;
+  std::optional<std::string> LineText() const override;
+  void FillLine(std::string_view text) override;
   std::vector<MessageDialog> TakeMessages() override;
   std::vector<TakenReport> TakeReports() override;
   void Picture(std::string_view) override {}
@@ -44,8 +47,11 @@ class ScriptedToolkit final : public IToolkit, public IWalkDriver {
  private:
   struct OpenQuestion {
     MessageDialog dialog;
-    int answer = 0;  ///< 0: not answered yet
+    QuestionLine* line = nullptr;  ///< null: it takes none
+    int answer = 0;                ///< 0: not answered yet
   };
+
+  int Ask(const MessageDialog& question, QuestionLine* line);
 
   WalkRunner* runner_ = nullptr;
   std::vector<TVosBaseForm*> shown_;

@@ -68,6 +68,25 @@ struct RightWord {
 constexpr RightWord kRights[] = {
     {"open", paOpen}, {"edit", paEdit}, {"insert", paInsert}, {"delete", paDelete}};
 
+/// A label, a value, a heading or a cell of the report reads so.
+bool IsPrinted(const ReportSnapshot& report, std::string_view expected) {
+  const auto isIt = [expected](const std::string& text) {
+    return PlainBlanks(text) == PlainBlanks(expected);
+  };
+  const ReportDocument& document = report.Document();
+  const auto ofFact = [&isIt](const ReportFact& fact) {
+    return isIt(fact.label) || isIt(fact.value);
+  };
+  bool printed = std::ranges::any_of(document.facts, ofFact);
+  for (std::size_t table = 0; table < document.tables.size() && !printed; ++table) {
+    printed = std::ranges::any_of(document.tables[table].columns, isIt, &ReportColumn::title);
+    ReportSnapshot::Reader reader(report, table);
+    while (!printed && reader.HasNext())
+      printed = std::ranges::any_of(reader.Next(), isIt, &ReportCell::text);
+  }
+  return printed;
+}
+
 std::string StateWord(DataSetState state) {
   switch (state) {
     case DataSetState::Inactive:
@@ -100,6 +119,7 @@ const WalkRunner::Verb WalkRunner::kVerbs[] = {
     {"picture", &WalkRunner::DoPicture},   {"close", &WalkRunner::DoClose},
     {"language", &WalkRunner::DoLanguage}, {"page", &WalkRunner::DoPage},
     {"company", &WalkRunner::DoCompany},   {"rights", &WalkRunner::DoRights},
+    {"fill", &WalkRunner::DoFill},
 };
 
 struct WalkRunner::Expectation {
@@ -114,6 +134,7 @@ const WalkRunner::Expectation WalkRunner::kExpectations[] = {
     {"report", &WalkRunner::ExpectReport},   {"state", &WalkRunner::ExpectState},
     {"columns", &WalkRunner::ExpectColumns}, {"name", &WalkRunner::ExpectName},
     {"label", &WalkRunner::ExpectLabel},     {"status", &WalkRunner::ExpectStatus},
+    {"filled", &WalkRunner::ExpectFilled},   {"printed", &WalkRunner::ExpectPrinted},
 };
 
 WalkRunner::WalkRunner(std::string fileName, std::vector<WalkStep> steps, IWalkDriver& driver,
@@ -320,6 +341,11 @@ void WalkRunner::DoAnswer(const Words& words) {
   driver_.AnswerQuestion(row->answer);
 }
 
+void WalkRunner::DoFill(const Words& words) {
+  if (!driver_.LineText()) Problem("няма въпрос, който приема текст");
+  driver_.FillLine(WordAt(words, 1));
+}
+
 void WalkRunner::DoServer(const Words& words) {
   if (WordAt(words, 1) == "stop") return world_.door->Stop();
   if (words[1] == "start") return world_.door->Start();
@@ -409,6 +435,12 @@ void WalkRunner::ExpectDialog(const Words& words) {
   if (words.size() > 3) Compare("заглавие", words[3], first.caption);
 }
 
+void WalkRunner::ExpectFilled(const Words& words) {
+  const std::optional<std::string> line = driver_.LineText();
+  if (!line) Problem("няма въпрос, който приема текст");
+  Compare("текст във въпроса", WordAt(words, 2), *line);
+}
+
 void WalkRunner::ExpectAction(const Words& words) {
   const TAction* action = Form().FindAction(WordAt(words, 2));
   if (action == nullptr) Problem("няма действие " + words[2]);
@@ -468,11 +500,17 @@ void WalkRunner::ExpectStatus(const Words& words) {
 void WalkRunner::ExpectReport(const Words& words) {
   const std::vector<TakenReport> reports = driver_.TakeReports();
   if (reports.empty()) Problem("няма отпечатана справка");
-  const ReportSnapshot& report = *reports.back();
+  printed_ = reports.back();
+  const ReportSnapshot& report = *printed_;
   Compare("справка", WordAt(words, 2), report.Document().title);
   if (words.size() < 5 || words[3] != "rows") return;
   const std::int64_t rows = report.Document().tables.empty() ? 0 : report.RowCount(0);
   Compare("редове в справката", words[4], std::to_string(rows));
+}
+
+void WalkRunner::ExpectPrinted(const Words& words) {
+  if (printed_ == nullptr) Problem("няма отпечатана справка");
+  if (!IsPrinted(*printed_, WordAt(words, 2))) Problem("не е отпечатано " + Quoted(words[2]));
 }
 
 void WalkRunner::ExpectState(const Words& words) {

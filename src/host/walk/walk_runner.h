@@ -44,6 +44,10 @@ class IWalkDriver {
   virtual const MessageDialog* Question() const = 0;
   /// Answers the question that is up (toolkit.h).
   virtual void AnswerQuestion(int answer) = 0;
+  /// What stands in the line of the question that is up; nothing when it has none.
+  virtual std::optional<std::string> LineText() const = 0;
+  /// Types into that line, in place of what stands there.
+  virtual void FillLine(std::string_view text) = 0;
   /// Takes the messages shown since the last call, in order.
   virtual std::vector<MessageDialog> TakeMessages() = 0;
   /// Takes the reports previewed since the last call.
@@ -116,6 +120,7 @@ class WalkRunner {
   void DoFocus(const Words& words);
   void DoChoose(const Words& words);
   void DoAnswer(const Words& words);
+  void DoFill(const Words& words);
   void DoExpect(const Words& words);
   void DoServer(const Words& words);
   void DoLink(const Words& words);
@@ -127,12 +132,14 @@ class WalkRunner {
   void DoRights(const Words& words);
 
   void ExpectDialog(const Words& words);
+  void ExpectFilled(const Words& words);
   void ExpectAction(const Words& words);
   void ExpectRows(const Words& words);
   void ExpectFocus(const Words& words);
   void ExpectCalls(const Words& words);
   void ExpectForm(const Words& words);
   void ExpectReport(const Words& words);
+  void ExpectPrinted(const Words& words);
   void ExpectState(const Words& words);
   void ExpectColumns(const Words& words);
   void ExpectName(const Words& words);
@@ -149,6 +156,7 @@ class WalkRunner {
   std::string currentUser_;
   std::map<std::string, std::string> remembered_;
   std::vector<MessageDialog> unread_;
+  TakenReport printed_;  ///< the report last expected
   std::optional<std::string> failure_;
 };
 

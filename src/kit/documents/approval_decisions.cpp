@@ -33,22 +33,28 @@ ApprovalRoles ReadRoles(TVosClientDataSet& roles) {
   return read;
 }
 
-bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, Decision decision, int level,
-            const Variant& employee, Stamp now) {
-  if (!rows.Locate(fields.level, Variant(level))) return false;
+bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, const LevelDecision& made,
+            std::string& note) {
+  if (!rows.Locate(fields.level, Variant(made.level))) return false;
   rows.Edit();
-  const bool withdrawn = decision == Decision::Withdraw;
-  const int status = withdrawn                       ? ApprovalWaiting
-                     : decision == Decision::Approve ? ApprovalGiven
-                                                     : ApprovalRejected;
+  const bool withdrawn = made.decision == Decision::Withdraw;
+  const int status = withdrawn                            ? ApprovalWaiting
+                     : made.decision == Decision::Approve ? ApprovalGiven
+                                                          : ApprovalRejected;
+  const Variant why = withdrawn || note.empty() ? Variant() : Variant(note);
   rows.FieldByName(fields.status).Set(Variant(status));
   if (!withdrawn || !fields.keepsDecider) {
-    rows.FieldByName(fields.by).Set(withdrawn ? Variant() : employee);
-    rows.FieldByName(fields.on).Set(withdrawn ? Variant() : Variant(now));
+    rows.FieldByName(fields.by).Set(withdrawn ? Variant() : made.employee);
+    rows.FieldByName(fields.on).Set(withdrawn ? Variant() : Variant(made.now));
+    rows.FieldByName(fields.note).Set(why);
   }
-  rows.FieldByName(fields.withdrawnBy).Set(withdrawn ? employee : Variant());
-  rows.FieldByName(fields.withdrawnOn).Set(withdrawn ? Variant(now) : Variant());
+  rows.FieldByName(fields.withdrawnBy).Set(withdrawn ? made.employee : Variant());
+  rows.FieldByName(fields.withdrawnOn).Set(withdrawn ? Variant(made.now) : Variant());
   rows.Post();
+  if (!rows.Locate(fields.level, Variant(made.level))) return true;
+  const bool written = ReadInt(rows, fields.status) == status &&
+                       rows.FieldByName(fields.note).Value() == why && rows.ChangeCount() == 0;
+  if (written) note.clear();
   return true;
 }
 

@@ -4,7 +4,10 @@
 // what is written is the same for all documents; the names of the fields are theirs.
 
 #include <cstdint>
+#include <map>
+#include <string>
 #include <string_view>
+#include <tuple>
 
 #include "contract/workflow.h"
 #include "data/client_dataset.h"
@@ -19,7 +22,8 @@ struct ApprovalFields {
   std::string_view on = "ConfermedOn";
   std::string_view withdrawnBy = "UnConfirmedFrom";
   std::string_view withdrawnOn = "UnConfirmedOn";
-  bool keepsDecider = false;  ///< a withdrawal leaves who had decided, and when
+  std::string_view note = "ApprovalNote";
+  bool keepsDecider = false;  ///< a withdrawal leaves who had decided, when and why
 };
 
 /// The asking user's part in the approval, as it came with the load. Levels and statuses are -1
@@ -36,13 +40,35 @@ struct ApprovalRoles {
 
 enum class Decision : std::uint8_t { Approve, Reject, Withdraw };
 
+/// Why somebody decided so, as far as it was typed and is not written yet: it is offered again with
+/// the next such decision on that level.
+class TypedNotes {
+ public:
+  /// `document` is its identifier, with its version.
+  std::string& Of(const std::string& document, int level, Decision decision) {
+    return notes_[{document, level, decision}];
+  }
+
+ private:
+  std::map<std::tuple<std::string, int, Decision>, std::string> notes_;
+};
+
+/// A decision on a level, and who makes it when.
+struct LevelDecision {
+  Decision decision = Decision::Approve;
+  int level = 0;
+  Variant employee;
+  Stamp now;
+};
+
 /// Reads the roles from rows of (oKindUser, oConfirmationLevel, oConfirmationStats).
 ApprovalRoles ReadRoles(TVosClientDataSet& roles);
 
-/// Edits and posts the row of `level`; false when there is none. Approving or rejecting writes who
-/// and when and clears the withdrawal; withdrawing does the reverse.
-bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, Decision decision, int level,
-            const Variant& employee, Stamp now);
+/// Edits and posts the row of the level; false when there is none. Approving or rejecting writes
+/// who, when and why and clears the withdrawal; withdrawing does the reverse. A written `note` is
+/// emptied.
+bool Decide(TVosClientDataSet& rows, const ApprovalFields& fields, const LevelDecision& made,
+            std::string& note);
 
 /// No level above the user's own has approved: walks the rows from the highest level down.
 bool CanUnConfDoc(TVosClientDataSet& rows, const ApprovalFields& fields, int ownLevel);

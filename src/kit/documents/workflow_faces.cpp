@@ -1,5 +1,7 @@
 #include "kit/documents/workflow_faces.h"
 
+#include "contract/approval_rows.h"
+
 namespace orvane::kit {
 namespace {
 
@@ -16,6 +18,11 @@ PointAccessRight RightAtPoint(Right right) {
       break;
   }
   return paEdit;
+}
+
+std::string QuestionOf(std::string_view caption, std::string_view question) {
+  if (!question.empty()) return std::string(question);
+  return "Потвърдете операция \"" + std::string(caption) + "\" !";
 }
 
 }  // namespace
@@ -44,8 +51,21 @@ bool IsAtKeyEdit(const TVosBaseForm& form) {
 }
 
 bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption, std::string_view question) {
-  if (!question.empty()) return Confirmed(form, form.caption, question);
-  return Confirmed(form, form.caption, "Потвърдете операция \"" + std::string(caption) + "\" !");
+  return Confirmed(form, form.caption, QuestionOf(caption, question));
+}
+
+bool ConfirmedDecision(TVosBaseForm& form, Decision decision, std::string_view caption,
+                       std::string_view question, std::string& note) {
+  if (decision == Decision::Withdraw) return ConfirmedOperation(form, caption, question);
+  const FieldDef& field = approval_rows::ApprovalNote;
+  QuestionLine line{.label = std::string(field.label),
+                    .hint = "по желание, до " + std::to_string(field.size) + " знака",
+                    .text = note,
+                    .first = decision == Decision::Reject};
+  const bool confirmed =
+      ConfirmedWithLine(form, form.caption, QuestionOf(caption, question), field, line);
+  note = line.text;
+  return confirmed;
 }
 
 }  // namespace orvane::kit

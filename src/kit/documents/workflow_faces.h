@@ -43,6 +43,11 @@ bool MayMove(const Move& move, const DocumentFacts& facts, TPointAccess access);
 bool ConfirmedOperation(TVosBaseForm& form, std::string_view caption,
                         std::string_view question = {});
 
+/// The question before a decision on a level; it also takes why, unless a decision is withdrawn. Of
+/// a rejection the reason is asked first, an approval is answered first.
+bool ConfirmedDecision(TVosBaseForm& form, Decision decision, std::string_view caption,
+                       std::string_view question, std::string& note);
+
 template <class FormClass>
 struct Face {
   Move move;
@@ -79,7 +84,7 @@ void AddFaces(FormClass& form, const Face<FormClass> (&faces)[N]) {
 }
 
 /// A decision on the approval rows as its action; live for the approver when the screen's rule says
-/// so.
+/// so. FormClass::NoteOf is what was typed why for that decision on the shown document.
 template <class FormClass>
 struct DecisionFace {
   Decision decision;
@@ -101,7 +106,8 @@ void AddDecisionFaces(FormClass& form, const DecisionFace<FormClass> (&faces)[N]
     action.shortcut = face.key;
     action.icon = face.icon;
     action.OnExecute = [&form, &face, run] {
-      if (!ConfirmedOperation(form, face.caption, face.question)) return;
+      std::string& note = form.NoteOf(face.decision);
+      if (!ConfirmedDecision(form, face.decision, face.caption, face.question, note)) return;
       const TurnCounted counted(form.App(), [&form] { return form.MayDecide(); });
       (form.*run)(face.decision);
     };

@@ -2,10 +2,21 @@
 
 #include <utility>
 
+#include "contract/parameters.h"
+#include "contract/system.h"
 #include "host/dialogs.h"
 #include "host/form.h"
+#include "kit/documents/national_currency.h"
+#include "kit/parameters.h"
 
 namespace orvane::modules {
+namespace {
+
+std::int64_t NationalCurrency(TVosBaseForm& owner) {
+  return ParamNumber(owner, system::kHostGroup, parameters::kNationalCurrency);
+}
+
+}  // namespace
 
 ReportDocument BeginBlank(TVosBaseForm& owner, int documentCode, int variant,
                           std::string_view title, std::string number) {
@@ -42,6 +53,19 @@ std::string StampOf(const TField& by, const TField& name, const TField& on) {
 std::string NameIn(const DataPacket& row, bool second, std::string_view column) {
   if (row.rowCount == 0) return {};
   return row.At(0, second ? std::string(column) + "2" : std::string(column)).ToText();
+}
+
+bool IsForeign(TVosBaseForm& owner, const TField& currency) {
+  const std::int64_t national = NationalCurrency(owner);
+  return currency.AsInt().value_or(national) != national;
+}
+
+std::string NationalSumLabel(TVosBaseForm& owner, const TField& currency,
+                             const NationalSumWords& words, TVosClientDataSet& currencies) {
+  if (!IsForeign(owner, currency)) return std::string(words.plain);
+  const bool known = currencies.Locate("Code", Variant(NationalCurrency(owner)));
+  return NationalCaption(words.lev, words.plain,
+                         known ? currencies.FieldByName("Name").Text() : std::string());
 }
 
 std::vector<ReportFact> WithoutEmpty(std::vector<ReportFact> facts) {

@@ -41,6 +41,17 @@ std::string CodeAndName(const TField& code, std::string_view name);
 std::string StampOf(const TField& by, const TField& name, const TField& on);
 /// The name in the only row of a packet; empty without a row.
 std::string NameIn(const DataPacket& row, bool second, std::string_view column = "Name");
+/// The document is in another than the national currency; `currency` is its code.
+bool IsForeign(TVosBaseForm& owner, const TField& currency);
+/// What a document's sum in the national currency is called.
+struct NationalSumWords {
+  std::string_view plain;  ///< "Сума на искането"
+  std::string_view lev;  ///< of a document in a foreign currency, while the national one is the lev
+};
+/// The label of that sum: where the document is in a foreign currency it says in what it is.
+/// `currencies` has Code and Name.
+std::string NationalSumLabel(TVosBaseForm& owner, const TField& currency,
+                             const NationalSumWords& words, TVosClientDataSet& currencies);
 std::vector<ReportFact> WithoutEmpty(std::vector<ReportFact> facts);
 
 ReportTable PrintedTable(std::string_view caption, TVosClientDataSet& rows,

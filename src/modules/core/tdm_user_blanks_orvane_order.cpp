@@ -33,7 +33,7 @@ constexpr PrintedColumn kRows[] = {
 constexpr PrintedColumn kApprovals[] = {
     {so::adm::ConfirmationLevel.name, "Ниво", 6}, {so::adm::ApprovalName.name, "Одобряващ", 24},
     {so::adm::ConfirmedFromName.name, "Име", 40}, {so::adm::ConfermedOn.name, "На", 20},
-    {so::adm::StatusName.name, "Статус", 18},
+    {so::adm::StatusName.name, "Статус", 18},     {so::adm::ApprovalNote.name, "Причина", 30},
 };
 constexpr PrintedColumn kRequests[] = {
     {so::requests::DocumentDate.name, "Дата на доставка", 16},
@@ -60,7 +60,7 @@ class ManifactureOrderBlank {
   bool second_;
   TVosSQLConnection connection_;
   TVosClientDataSet head_, det_, adm_, requests_;
-  TVosClientDataSet statuses_, noYes_;
+  TVosClientDataSet statuses_, noYes_, currencies_;
 };
 
 ManifactureOrderBlank::ManifactureOrderBlank(TVosBaseForm& owner)
@@ -72,7 +72,8 @@ ManifactureOrderBlank::ManifactureOrderBlank(TVosBaseForm& owner)
       adm_("adm", connection_, so::adm::dspSuppManOrderAdmin),
       requests_("requests", connection_, so::requests::dspPurchaseOrder),
       statuses_("statuses", connection_, so::opening_rows::kNomenclature),
-      noYes_("noYes", connection_, so::opening_rows::kNomenclature) {
+      noYes_("noYes", connection_, so::opening_rows::kNomenclature),
+      currencies_("currencies", connection_, so::opening_rows::kCurrency) {
   const std::string_view name = second_ ? "Name2" : "Name";
   head_.AddLookup(StatusName, statuses_, "Status", "Element", name);
   head_.AddLookup(TransportName, noYes_, "IncTranspInPrice", "Element", name);
@@ -106,7 +107,7 @@ bool ManifactureOrderBlank::Load(std::int64_t id) {
   if (!told.found || told.code == LoadCode::None) return false;
   VariantArray names{owner_.App().vCurrentEmployee, !second_};
   CallOperations(connection_, so::get_params::kName, names);
-  LoadPackets(names, so::get_params::kStatuses, {&statuses_, &noYes_});
+  LoadPackets(names, so::get_params::kStatuses, {&statuses_, &noYes_, &currencies_});
   LoadPackets(answer, so::get_record::kHead, {&head_});
   LoadPackets(answer, so::get_record::kRows, {&det_, &adm_, &requests_});
   return true;
@@ -114,9 +115,7 @@ bool ManifactureOrderBlank::Load(std::int64_t id) {
 
 std::vector<ReportFact> ManifactureOrderBlank::Facts() {
   using namespace so::head;
-  const std::int64_t national =
-      ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency);
-  const bool foreign = head_[KindCurrency].AsInt().value_or(national) != national;
+  const bool foreign = IsForeign(owner_, head_[KindCurrency]);
   return WithoutEmpty({
       {"Дата на документ", head_[DocumentDate].Text()},
       {"Статус",
@@ -132,7 +131,9 @@ std::vector<ReportFact> ManifactureOrderBlank::Facts() {
       {"Валутен курс", foreign ? head_[RateOfExchange].Text() : ""},
       {"Сума на поръчката (" + head_[KindCurrencyName].Text() + ")",
        foreign ? head_[CurrSumManifacOrder].Text() : ""},
-      {foreign ? "Сума на поръчката в националната валута" : "Сума на поръчката",
+      {NationalSumLabel(owner_, head_[KindCurrency],
+                        {.plain = "Сума на поръчката", .lev = "Левова сума на поръчката"},
+                        currencies_),
        head_[SumManifacOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},

@@ -12,7 +12,6 @@
 #include "host/form.h"
 #include "host/report.h"
 #include "kit/documents/document_load.h"
-#include "kit/documents/national_currency.h"
 #include "kit/parameters.h"
 #include "modules/core/document_blank.h"
 #include "modules/core/lookups.h"
@@ -54,6 +53,7 @@ constexpr PrintedColumn kApprovals[] = {
     {pr::adm::EmpName.name, "Име", 40},
     {pr::adm::ConfermedOn.name, "На", 20},
     {StatusName.name, "Статус", 18},
+    {pr::adm::ApprovalNote.name, "Причина", 30},
 };
 
 /// A request as it is printed: its parts and the nomenclatures behind its codes.
@@ -67,9 +67,8 @@ class PurchaseOrderBlank {
 
  private:
   void AddNames();
-  bool InNationalCurrency();
+  bool Foreign() { return IsForeign(owner_, head_[pr::head::KindCurrency]); }
   std::string InCurrency(std::string_view words);
-  std::string NationalSumLabel();
   std::vector<ReportFact> Facts();
   std::vector<PrintedColumn> RowColumns(const std::string& sumTitle) const;
 
@@ -80,7 +79,6 @@ class PurchaseOrderBlank {
   TVosClientDataSet head_, det_, del_, pay_, adm_;
   TVosClientDataSet kinds_, currencies_, noYes_, statuses_, approvalStatuses_, approvers_;
   DataPacket costCenter_, partner_, contract_;
-  std::string nationalName_;
 };
 
 PurchaseOrderBlank::PurchaseOrderBlank(TVosBaseForm& owner)
@@ -136,34 +134,17 @@ bool PurchaseOrderBlank::Load(std::int64_t id, int version) {
   noYes.SetParam("Nom", core::kNoYes);
   FetchTogether({&kinds, &currencies, &noYes}, {&statuses_, &approvalStatuses_, &approvers_});
   LoadPackets(answer, pr::get_rec::kFirstPacket, {&head_, &det_, &del_, &pay_, &adm_});
-  nationalName_ =
-      currencies
-          .ValueOf(ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency),
-                   second_ ? "Name2" : "Name")
-          .ToText();
   costCenter_ = PacketAt(answer, pr::get_rec::kCostCenterRow);
   partner_ = PacketAt(answer, pr::get_rec::kPartnerRow);
   contract_ = PacketAt(answer, pr::get_rec::kContractRow);
   return true;
 }
 
-bool PurchaseOrderBlank::InNationalCurrency() {
-  const auto currency = head_[pr::head::KindCurrency].AsInt();
-  return !currency ||
-         *currency == ParamNumber(owner_, system::kHostGroup, parameters::kNationalCurrency);
-}
-
 /// "Сума без ДДС (Евро)" where the request is in a foreign currency.
 std::string PurchaseOrderBlank::InCurrency(std::string_view words) {
   const std::string currency = head_.FieldByName(CurrencyName.name).Text();
-  return InNationalCurrency() || currency.empty() ? std::string(words)
-                                                  : std::string(words) + " (" + currency + ")";
-}
-
-std::string PurchaseOrderBlank::NationalSumLabel() {
-  const std::string_view plain = "Сума на искането";
-  if (InNationalCurrency()) return std::string(plain);
-  return NationalCaption("Левова сума на искането", plain, nationalName_);
+  return !Foreign() || currency.empty() ? std::string(words)
+                                        : std::string(words) + " (" + currency + ")";
 }
 
 /// Remarks are printed in the language of the reader.
@@ -189,10 +170,12 @@ std::vector<ReportFact> PurchaseOrderBlank::Facts() {
        CodeAndName(head_[ContractId], NameIn(contract_, second_, "ShortDescription"))},
       {"Включен транспорт в цената", head_.FieldByName(TransportName.name).Text()},
       {"Вид валута", head_.FieldByName(CurrencyName.name).Text()},
-      {"Валутен курс", InNationalCurrency() ? "" : head_[RateOfExchange].Text()},
-      {InCurrency("Сума на искането"),
-       InNationalCurrency() ? "" : head_[CurrSumPurchaseOrder].Text()},
-      {NationalSumLabel(), head_[SumPurchaseOrder].Text()},
+      {"Валутен курс", Foreign() ? head_[RateOfExchange].Text() : ""},
+      {InCurrency("Сума на искането"), Foreign() ? head_[CurrSumPurchaseOrder].Text() : ""},
+      {NationalSumLabel(owner_, head_[KindCurrency],
+                        {.plain = "Сума на искането", .lev = "Левова сума на искането"},
+                        currencies_),
+       head_[SumPurchaseOrder].Text()},
       {"Описание", head_[second_ ? Description2 : Description].Text()},
       {"Обосновка", head_[second_ ? Rationale2 : Rationale].Text()},
       {"Създаден", StampOf(head_[CreatedFrom], head_[CrtFrmName], head_[CreatedOn])},

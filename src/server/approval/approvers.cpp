@@ -16,7 +16,7 @@ constexpr std::string_view kPlaces =
 
 /// A person can decide when one employee record, and no other, has a login that is not blocked.
 constexpr std::string_view kPerson =
-    "e.Employee, e.Name, e.Login, case when u.ShortName is not null and u.Blocked = 0 and not "
+    "e.Employee, {name}, e.Login, case when u.ShortName is not null and u.Blocked = 0 and not "
     "exists"
     " (select 1 from Employees o where o.Login = e.Login and o.Employee <> e.Employee)"
     " then 1 else 0 end";
@@ -40,8 +40,9 @@ constexpr std::string_view kPeople =
     " (select s.Department from Structure s where s.CostCenter = {cc}))"
     " order by 1, 2, 3";
 
-std::string WithCostCenter(std::string_view text, std::string_view costCenter) {
-  std::string written = Replaced(text, "{person}", kPerson);
+std::string PeopleOf(std::string_view costCenter, std::string_view name) {
+  std::string written = Replaced(kPeople, "{person}", kPerson);
+  written = Replaced(written, "{name}", name);
   written = Replaced(written, "{logins}", kLogins);
   return Replaced(written, "{cc}", costCenter);
 }
@@ -98,11 +99,20 @@ bool FoundApprovers::HasOther(const DocumentOwners& owners) const {
                      [&](const Approver& approver) { return !owners.Has(approver); });
 }
 
+std::string FoundApprovers::Names(const DocumentOwners* mayNotDecide) const {
+  std::string names;
+  for (const Approver& approver : approvers) {
+    if (mayNotDecide && mayNotDecide->Has(approver)) continue;
+    names += (names.empty() ? "" : ", ") + approver.name;
+  }
+  return names;
+}
+
 std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedValues& params,
-                                       Date today) {
+                                       Date today, std::string_view name) {
   NamedValues values = params;
   values.push_back({"Today", today});
-  return {Named(WithCostCenter(kPlaces, costCenter), values,
+  return {Named(Replaced(kPlaces, "{cc}", costCenter), values,
                 {{"CostCenter", ValueKind::Code, 0},
                  {"CostCenterName", ValueKind::String, 0},
                  {"CostCenterChief", ValueKind::Code, 0},
@@ -113,7 +123,7 @@ std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedV
                  {"DepartmentName", ValueKind::String, 0},
                  {"DepartmentChief", ValueKind::String, 0},
                  {"Placed", ValueKind::Bool, 0}}),
-          Named(WithCostCenter(kPeople, costCenter), values,
+          Named(PeopleOf(costCenter, name), values,
                 {{"Kind", ValueKind::Byte, 0},
                  {"Deputy", ValueKind::Bool, 0},
                  {"Employee", ValueKind::Code, 0},

@@ -43,6 +43,8 @@ struct FoundApprovers {
   bool Has(std::int64_t employee) const;
   /// Somebody else than these is among them.
   bool HasOther(const DocumentOwners& owners) const;
+  /// "Христо Колев, Лиляна Добрева", without those who may not decide on their own document.
+  std::string Names(const DocumentOwners* mayNotDecide = nullptr) const;
 };
 
 /// Of the three kinds of approvers.
@@ -56,9 +58,9 @@ struct ApproversOfCostCenter {
 
 inline constexpr std::size_t kApproverStatements = 2;
 /// Read the registers for a cost centre, given as an SQL expression ("?1" with its value in
-/// `params`, or a subselect without parameters).
+/// `params`, or a subselect without parameters). `name` is what an employee (alias e) is called.
 std::vector<Statement> SelectApprovers(std::string_view costCenter, const NamedValues& params,
-                                       Date today);
+                                       Date today, std::string_view name = "e.Name");
 /// From the two answers, in their order.
 ApproversOfCostCenter ReadApprovers(const DataPacket& places, const DataPacket& people);
 

@@ -39,10 +39,7 @@ std::optional<Failure> WhyOutdated(const DecisionFacts& facts, const DecisionAsk
 }
 
 std::string Names(const FoundApprovers& found) {
-  std::string names;
-  for (const Approver& approver : found.approvers)
-    names += (names.empty() ? "" : ", ") + approver.name;
-  return names.empty() ? found.gap : "Решава: " + names + ".";
+  return found.approvers.empty() ? found.gap : "Решава: " + found.Names() + ".";
 }
 
 /// Taking back, or exchanging, one's own decision; the latter needs present authority.
@@ -114,6 +111,7 @@ Answer<DecidedRow> JudgeDecision(const DecisionFacts& facts, const DecisionAsked
   DecidedRow decided;
   decided.level = asked.level;
   decided.status = asked.status;
+  decided.exchanges = !waiting;
   if (asked.status == ApprovalWaiting) {
     decided.withdrawnBy = facts.employee;
   } else {

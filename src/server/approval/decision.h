@@ -37,6 +37,8 @@ struct DecisionAsked {
   std::int64_t sending = 0;
   /// ApprovalGiven, ApprovalRejected, or ApprovalWaiting to take the decision back.
   int status = ApprovalWaiting;
+  /// Why, as far as the change speaks of it.
+  std::optional<std::string> note = {};
 };
 
 /// What the level's row says after the decision.
@@ -47,6 +49,7 @@ struct DecidedRow {
   std::optional<std::int64_t> withdrawnBy;
   /// The head in whose place a deputy decided.
   std::optional<std::int64_t> onBehalfOf;
+  bool exchanges = false;  ///< in the place of another decision of his own
 };
 
 /// Conflict when the document went on since the asker saw it; Refused when a rule says no.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <any>
 
+#include "contract/approval_rows.h"
+#include "packet/fold.h"
 #include "server/documents/document_roles.h"
 #include "server/documents/document_steps.h"
 #include "server/statements/named_statement.h"
@@ -13,6 +15,7 @@ namespace {
 // Columns of approval rows, whatever the document.
 constexpr std::string_view kLevel = "ConfirmationLevel";
 constexpr std::string_view kStatus = "Status";
+constexpr std::string_view kNote = approval_rows::ApprovalNote.name;
 
 void AddTurns(ServerWrites& writes, const StoredDocument& document, DocumentKey key,
               std::span<const ApprovalRow> rows, const ApproversOfCostCenter& approvers) {
@@ -37,7 +40,16 @@ struct Judged {
   NamedValues values;
 };
 
-NamedValues ValuesOf(const StoredDocument& document, const DecidedRow& decided, Stamp moment) {
+/// The reason that a decision leaves in its row. Nothing: the one that is there. A withdrawn
+/// decision may have kept it, and told again it is no change.
+std::optional<Variant> NoteOf(const DecidedRow& decided, const DecisionAsked& asked) {
+  if (decided.withdrawnBy) return Variant();
+  if (asked.note) return IsBlank(*asked.note) ? Variant() : Variant(Trim(*asked.note));
+  return decided.exchanges ? std::optional(Variant()) : std::nullopt;
+}
+
+NamedValues ValuesOf(const StoredDocument& document, const DecidedRow& decided,
+                     const DecisionAsked& asked, Stamp moment) {
   const auto code = [](const std::optional<std::int64_t>& value) {
     return value ? Variant(*value) : Variant();
   };
@@ -49,6 +61,7 @@ NamedValues ValuesOf(const StoredDocument& document, const DecidedRow& decided, 
   values.push_back({"ConfirmedFrom", code(decided.decidedBy)});
   values.push_back({"ConfermedOn", decided.decidedBy ? now : Variant()});
   values.push_back({std::string(stored::kOnBehalfOf.name), code(decided.onBehalfOf)});
+  if (const auto note = NoteOf(decided, asked)) values.push_back({std::string(kNote), *note});
   return values;
 }
 
@@ -72,7 +85,7 @@ Answer<Judged, Setback> Judge(const StoredDocument& document, WriteContext& cont
        IsForbiddenOwn(context.work, head->createdFrom, head->notifier), document.sent, document.it},
       asked);
   if (!decided) return Refusal(decided.GetFailure());
-  Judged judged{*head, {}, ValuesOf(document, *decided, context.work.Now())};
+  Judged judged{*head, {}, ValuesOf(document, *decided, asked, context.work.Now())};
   for (std::size_t row = 0; row < rows.size(); ++row) {
     if (rows[row].level == asked.level) judged.row = RowValues((*packets)[1], row);
   }
@@ -115,8 +128,10 @@ Answer<DecisionAsked, Setback> AskedIn(const Change& change) {
   if (change.kind != ChangeKind::Update || !decision || !level || !sending) {
     return BadRequest("Редовете на одобрението се променят само с решение.");
   }
+  const Variant* note = FindValue(change.after, kNote);
   return DecisionAsked{static_cast<int>(level->AsInt().value_or(0)), sending->AsInt().value_or(0),
-                       static_cast<int>(*wanted)};
+                       static_cast<int>(*wanted),
+                       note ? std::optional(note->ToText()) : std::nullopt};
 }
 
 }  // namespace

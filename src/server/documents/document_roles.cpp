@@ -1,5 +1,8 @@
 #include "server/documents/document_roles.h"
 
+#include "contract/approval_rows.h"
+#include "packet/fold.h"
+
 namespace orvane::server {
 
 std::vector<RoleRow> RolesInDocument(const Work& work, const DocumentInApproval& document) {
@@ -15,6 +18,28 @@ std::vector<RoleRow> RolesInDocument(const Work& work, const DocumentInApproval&
   facts.decidesTurn = turn && !own && approvers.Of(turn->approver).Has(*facts.employee);
   facts.isChief = approvers.Of(ApproverKind::CostCenterHead).Has(*facts.employee);
   return RolesOf(facts);
+}
+
+void TellWaitsFor(const Work& work, const DocumentInApproval& document, Language language,
+                  DataPacket& approvals) {
+  const ApprovalRow* turn = TurnOf(document.rows);
+  if (document.closed || !kDecidableStatuses.Has(document.status) || !turn) return;
+  const DocumentOwners owners{document.createdFrom, document.notifier};
+  std::string names =
+      document.approvers.Of(turn->approver).Names(work.Options().mayApproveOwn ? nullptr : &owners);
+  if (names.empty()) names = language == Language::Second ? "nobody" : "никой";
+  const FieldDef& field = approval_rows::WaitsFor;
+  PacketColumn told;
+  told.name = field.name;
+  told.kind = field.kind;
+  told.size = field.size;
+  for (std::size_t row = 0; row < approvals.rowCount; ++row) {
+    if (approvals.At(row, "ConfirmationLevel").AsInt() == turn->level)
+      AppendValue(told, row, Variant(Utf8Cut(names, field.size)));
+    else
+      AppendNull(told, row);
+  }
+  approvals.columns.at(*approvals.FindColumn(field.name)) = std::move(told);
 }
 
 bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64_t notifier) {

@@ -7,6 +7,7 @@
 
 #include "server/approval/approval_rows.h"
 #include "server/approval/approvers.h"
+#include "server/documents/document.h"
 #include "server/providers/work.h"
 
 namespace orvane::server {
@@ -20,6 +21,11 @@ struct DocumentInApproval {
   ApproversOfCostCenter approvers;
 };
 std::vector<RoleRow> RolesInDocument(const Work& work, const DocumentInApproval& document);
+
+/// Tells in the approval rows of a load (WaitsFor) who can decide the level whose turn it is;
+/// nothing where nobody's turn it is.
+void TellWaitsFor(const Work& work, const DocumentInApproval& document, Language language,
+                  DataPacket& approvals);
 
 /// The asker created or requested it, and the configuration forbids deciding on one's own.
 bool IsForbiddenOwn(const Work& work, const std::string& createdFrom, std::int64_t notifier);

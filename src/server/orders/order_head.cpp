@@ -50,7 +50,7 @@ constexpr FieldDef kRowFields[] = {
 constexpr FieldDef kApprovalFields[] = {
     adm::SuppManOrderId, adm::ConfirmationLevel, adm::SendingNumber, Byte("Approval"),
     adm::Status,         adm::ConfirmedFrom,     adm::ConfermedOn,   adm::UnConfirmedFrom,
-    adm::UnConfirmedOn,  stored::kOnBehalfOf,
+    adm::UnConfirmedOn,  stored::kOnBehalfOf,    adm::ApprovalNote,
 };
 
 constexpr std::string_view kWithdrawFirst = "Първо одобряващите да оттеглят решенията си.";

@@ -60,7 +60,8 @@ Statement SelectRequests(const Work& work, Language language) {
 }
 
 std::vector<Statement> FurtherStatements(const Work& work, Language language) {
-  std::vector<Statement> further = SelectApprovers(kCostCenterOfKept, {}, work.Today());
+  std::vector<Statement> further =
+      SelectApprovers(kCostCenterOfKept, {}, work.Today(), InLanguage("{e.Name}", language));
   further.push_back({std::string(kApprovalRowsOfKept),
                      {},
                      {{"ConfirmationLevel", ValueKind::Byte, 0},
@@ -71,16 +72,18 @@ std::vector<Statement> FurtherStatements(const Work& work, Language language) {
   return further;
 }
 
-/// One field carries the level of the turn or of the own decision, and the turn goes first.
-void TellRoles(const Work& work, const LoadedDocument& loaded, VariantArray& tell) {
+DocumentInApproval InApproval(const LoadedDocument& loaded) {
   const DataPacket& head = loaded.packets.front();
-  const std::vector<RoleRow> roles = RolesInDocument(
-      work, {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
-             .closed = !head.At(0, "AnnulOn").IsNull(),
-             .createdFrom = head.At(0, "CreatedFrom").ToText(),
-             .notifier = head.At(0, "Notifier").AsInt().value_or(0),
-             .rows = ReadApprovalRows(loaded.further.at(kApprovalRows)),
-             .approvers = ReadApprovers(loaded.further.at(kPlaces), loaded.further.at(kPeople))});
+  return {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
+          .closed = !head.At(0, "AnnulOn").IsNull(),
+          .createdFrom = head.At(0, "CreatedFrom").ToText(),
+          .notifier = head.At(0, "Notifier").AsInt().value_or(0),
+          .rows = ReadApprovalRows(loaded.further.at(kApprovalRows)),
+          .approvers = ReadApprovers(loaded.further.at(kPlaces), loaded.further.at(kPeople))};
+}
+
+/// One field carries the level of the turn or of the own decision, and the turn goes first.
+void TellRoles(const Work& work, const std::vector<RoleRow>& roles, VariantArray& tell) {
   const auto find = [&](ApprovalRole wanted) -> const RoleRow* {
     for (const RoleRow& role : roles) {
       if (role.role == wanted) return &role;
@@ -200,7 +203,9 @@ Answer<VariantArray> GetOrder(Work& work, const VariantArray& ask) {
   tell[At::kFound] = loaded->code != LoadCode::None;
   tell[At::kPosition] = static_cast<int>(loaded->code);
   if (loaded->code == LoadCode::None) return tell;
-  TellRoles(work, *loaded, tell);
+  const DocumentInApproval approval = InApproval(*loaded);
+  TellRoles(work, RolesInDocument(work, approval), tell);
+  TellWaitsFor(work, approval, language, loaded->packets.at(1 + std::size_t{kOrderApprovals}));
   TellPackets(*std::move(loaded), tell);
   return tell;
 }

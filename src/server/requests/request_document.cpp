@@ -49,7 +49,7 @@ constexpr std::string_view kSelectApprovals =
     " case when a.OnBehalfOf is null then {e.Name}"
     " else {e.Name} || ' (за ' || {h.Name} || ')' end,"
     " a.ConfermedOn, a.UnConfirmedFrom, a.UnConfirmedOn, a.Status, a.SendingNumber,"
-    " a.ConfirmationLevel, a.Approval"
+    " a.ConfirmationLevel, a.Approval, a.ApprovalNote, cast(null as text)"
     " from PurchaseOrderAdm a left join Employees e on e.Employee = a.ConfirmedFrom"
     " left join Employees h on h.Employee = a.OnBehalfOf"
     " where a.PurchaseOrderId = {id} and a.PurchaseOrderVer = {version}"

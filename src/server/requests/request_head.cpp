@@ -27,7 +27,7 @@ constexpr FieldDef kHeadFields[] = {
 constexpr FieldDef kApprovalFields[] = {
     adm::PurchaseOrderId, adm::PurchaseOrderVer, adm::ConfirmationLevel, adm::SendingNumber,
     adm::Approval,        adm::Status,           adm::ConfirmedFrom,     adm::ConfermedOn,
-    adm::UnConfirmedFrom, adm::UnConfirmedOn,    stored::kOnBehalfOf};
+    adm::UnConfirmedFrom, adm::UnConfirmedOn,    stored::kOnBehalfOf,    adm::ApprovalNote};
 
 constexpr WayOut kWaysOut[] = {
     {Rejected, "Направете нова версия или копие."}, {ForApproval, "Първо го върнете за корекция."},

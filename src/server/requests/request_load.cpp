@@ -46,17 +46,17 @@ constexpr Argument kAsked[] = {
     {"OneDocument", ValueKind::Bool, Need::Optional},
 };
 
-/// The asker's roles in the request that was loaded.
-std::vector<RoleRow> RolesIn(const Work& work, const LoadedDocument& loaded) {
+constexpr std::size_t kApprovals = 1 + std::size_t{kRequestApprovals};  // packet of a load
+
+DocumentInApproval InApproval(const LoadedDocument& loaded) {
   const DataPacket& head = loaded.packets.front();
-  return RolesInDocument(
-      work, {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
-             .closed = !head.At(0, "AnnulOn").IsNull() ||
-                       head.At(0, "OldVersion").AsBool().value_or(false),
-             .createdFrom = head.At(0, "CreatedFrom").ToText(),
-             .notifier = head.At(0, "Notifier").AsInt().value_or(0),
-             .rows = ReadApprovalRows(loaded.packets.at(1 + std::size_t{kRequestApprovals})),
-             .approvers = ReadApprovers(loaded.further.at(0), loaded.further.at(1))});
+  return {.status = static_cast<int>(head.At(0, "Status").AsInt().value_or(0)),
+          .closed =
+              !head.At(0, "AnnulOn").IsNull() || head.At(0, "OldVersion").AsBool().value_or(false),
+          .createdFrom = head.At(0, "CreatedFrom").ToText(),
+          .notifier = head.At(0, "Notifier").AsInt().value_or(0),
+          .rows = ReadApprovalRows(loaded.packets.at(kApprovals)),
+          .approvers = ReadApprovers(loaded.further.at(0), loaded.further.at(1))};
 }
 
 }  // namespace
@@ -72,15 +72,18 @@ Answer<VariantArray> GetPurchaseRequest(Work& work, const VariantArray& ask) {
   if (!place) return place.GetFailure();
   const Language language = ask[Ask::kLanguage].AsInt() == 2 ? Language::Second : Language::First;
 
-  auto loaded = LoadDocument(work, PurchaseRequest(), *place, language,
-                             SelectApprovers(kCostCenterOfKept, {}, work.Today()));
+  auto loaded = LoadDocument(
+      work, PurchaseRequest(), *place, language,
+      SelectApprovers(kCostCenterOfKept, {}, work.Today(), InLanguage("{e.Name}", language)));
   if (!loaded) return loaded.GetFailure();
   VariantArray tell(Tell::kTellSize);
   tell[Tell::kCode] = static_cast<int>(loaded->code);
   tell[Tell::kFound] = loaded->code != LoadCode::None;
   if (loaded->code == LoadCode::None) return tell;
 
-  Variant roles(RolesPacket(RolesIn(work, *loaded)));
+  const DocumentInApproval approval = InApproval(*loaded);
+  Variant roles(RolesPacket(RolesInDocument(work, approval)));
+  TellWaitsFor(work, approval, language, loaded->packets.at(kApprovals));
   std::size_t position = Tell::kFirstPacket;
   const std::size_t parts = loaded->packets.size() - kFurtherPackets;
   for (std::size_t i = 0; i < parts; ++i)

@@ -65,6 +65,8 @@ class TfPurchaseOrder : public TVosDBForm {
   TPageControl pcTables;
   /// The user's turn to decide on the shown document has come.
   bool MayDecide() const;
+  /// Why the user decides so on the shown request, as far as it was typed and is not written.
+  std::string& NoteOf(Decision decision);
 
  protected:
   void OnShow() override { VosBaseFormShow(); }
@@ -131,6 +133,7 @@ class TfPurchaseOrder : public TVosDBForm {
   void SendForApproval(const Move& move);
   void Annul(const Move& move);
   void DecideApproval(Decision decision);
+  int LevelOf(Decision decision) const;
   bool WantsRateFirst();
   bool MayRemoveApproval() const;
   bool MayRemoveRejection() const;
@@ -153,6 +156,7 @@ class TfPurchaseOrder : public TVosDBForm {
   KeyNavigation identifiers_;
   KeyNavigation versions_;
   LanguageSwitch language_;
+  TypedNotes notes_;
   std::vector<GridColumn> MSGridCols;
 };
 

@@ -138,6 +138,8 @@ void TfPurchaseOrder::SetUpColumns() {
       Column("EmpName", 44, "Име").Under(kApprovedGroup),
       Column("ConfermedOn", 19, "На").Under(kApprovedGroup),
       Column("lupAppStatusName", 18, "Статус"),
+      Column("ApprovalNote", 40, "Причина"),
+      Column("WaitsFor", 32, "Чака решение от"),
   };
   gDeliveries.columns = {
       Column("DeliveryDate", 14, "Дата на доставка"),

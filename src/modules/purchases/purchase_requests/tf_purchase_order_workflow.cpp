@@ -136,11 +136,19 @@ void TfPurchaseOrder::Annul(const Move&) {
   PostMove();
 }
 
+int TfPurchaseOrder::LevelOf(Decision decision) const {
+  return decision == Decision::Withdraw ? values.vUnConfirmationLevel : values.vConfirmationLevel;
+}
+
+std::string& TfPurchaseOrder::NoteOf(Decision decision) {
+  const std::string shown =
+      std::to_string(values.LastGetID) + "/" + std::to_string(values.LastGetVer);
+  return notes_.Of(shown, LevelOf(decision), decision);
+}
+
 void TfPurchaseOrder::DecideApproval(Decision decision) {
-  const int level =
-      decision == Decision::Withdraw ? values.vUnConfirmationLevel : values.vConfirmationLevel;
-  Decide(dmPurchaseOrder->cdsPurchaseOrderAdm, kApprovalFields, decision, level,
-         App().vCurrentEmployee, App().Now());
+  Decide(dmPurchaseOrder->cdsPurchaseOrderAdm, kApprovalFields,
+         {decision, LevelOf(decision), App().vCurrentEmployee, App().Now()}, NoteOf(decision));
   dmPurchaseOrder->GetRecord(Nav::ByKey, 0, values.LastGetID, values.LastGetVer);
 }
 

@@ -60,6 +60,8 @@ class TfSuppManifacOrder : public TVosDBForm {
   TPageControl pcTables;
   /// The user's turn to decide on the shown document has come.
   bool MayDecide() const;
+  /// Why the user decides so on the shown order, as far as it was typed and is not written.
+  std::string& NoteOf(Decision decision);
 
  protected:
   void OnShow() override { VosBaseFormShow(); }
@@ -128,6 +130,7 @@ class TfSuppManifacOrder : public TVosDBForm {
   ShownDocument shown_;
   KeyNavigation identifiers_;
   LanguageSwitch language_;
+  TypedNotes notes_;
 };
 
 }  // namespace orvane::modules

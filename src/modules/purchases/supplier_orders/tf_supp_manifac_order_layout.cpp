@@ -109,6 +109,8 @@ void TfSuppManifacOrder::SetUpColumns() {
       Column("ConfirmedFromName", 44, "Име").Under(kApprovedGroup),
       Column("ConfermedOn", 19, "На").Under(kApprovedGroup),
       Column("StatusName", 18, "Статус"),
+      Column("ApprovalNote", 40, "Причина"),
+      Column("WaitsFor", 32, "Чака решение от"),
   };
   gPurchaseOrder.columns = {
       Column("DocumentDate", 14, "Дата на доставка"),

@@ -101,9 +101,14 @@ void TfSuppManifacOrder::Annul(const Move&) {
   shown_.PostMove(dmSuppManifacOrder->documentHead);
 }
 
+std::string& TfSuppManifacOrder::NoteOf(Decision decision) {
+  return notes_.Of(std::to_string(shownId_), dmSuppManifacOrder->part.ownLevel, decision);
+}
+
 void TfSuppManifacOrder::DecideApproval(Decision decision) {
-  Decide(dmSuppManifacOrder->cdsSuppManOrderAdmin, kApprovalFields, decision,
-         dmSuppManifacOrder->part.ownLevel, App().vCurrentEmployee, App().Now());
+  Decide(dmSuppManifacOrder->cdsSuppManOrderAdmin, kApprovalFields,
+         {decision, dmSuppManifacOrder->part.ownLevel, App().vCurrentEmployee, App().Now()},
+         NoteOf(decision));
   dmSuppManifacOrder->GetRecord(Nav::ByKey, 0, eIdNumber.Text());
 }
 
