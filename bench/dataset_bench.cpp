@@ -126,8 +126,7 @@ double WithSqlite(const Rows& rows) {
 int main(int argc, char** argv) {
   using namespace orvane::bench;
   const Rows rows;
-  AddPair(
-      "Dataset/LoadSortFind", 1.0, 15, [&] { return WithDataset(rows); },
-      [&] { return WithSqlite(rows); });
+  AddPair("Dataset/LoadSortFind", 1.0, 15,
+          {[&] { return WithDataset(rows); }, [&] { return WithSqlite(rows); }});
   return RunPairs(argc, argv);
 }

@@ -24,7 +24,8 @@ Pair LoadPair(Stage& stage, std::function<VariantArray(int round)> load,
               stage.ByHand().Read(*rows);
               stage.Empty()();
             });
-          }};
+          },
+          stage.EmptyTransaction()};
 }
 
 Pair PagePair(Stage& stage, std::function<void()> ask, BareStatement byHand) {
@@ -32,7 +33,8 @@ Pair PagePair(Stage& stage, std::function<void()> ask, BareStatement byHand) {
   return {[ask = std::move(ask)] { return Seconds(ask); },
           [&stage, statement] {
             return Seconds([&] { stage.ByHand().Read({statement.get(), 1}); });
-          }};
+          },
+          stage.EmptyTransaction()};
 }
 
 Timed WriteByHand(Stage& stage, std::function<std::vector<BareStatement>()> writes) {
@@ -58,10 +60,10 @@ int RunDocumentBench(const DocumentBench& bench, int argc, char** argv) {
       const std::string company = "/" + stage.Company().Name();
       for (const BenchRow& row : bench.rows) {
         const Pair pair = row.make(stage);
-        AddPair(std::string(row.name) + company, row.budget, row.rounds, pair.ours, pair.bare);
+        AddPair(std::string(row.name) + company, row.budget, row.rounds, pair);
       }
       for (const NamedPair& page : bench.pages(stage))
-        AddPair(page.name + company, kPageBudget, kPageRounds, page.pair.ours, page.pair.bare);
+        AddPair(page.name + company, kPageBudget, kPageRounds, page.pair);
     }
   }
   return RunPairs(argc, argv);

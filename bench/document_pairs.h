@@ -14,12 +14,6 @@
 
 namespace orvane::bench {
 
-/// Both sides of a comparison; what they share lives as long as they do.
-struct Pair {
-  Timed ours;
-  Timed bare;
-};
-
 struct BenchRow {
   std::string_view name;
   double budget;

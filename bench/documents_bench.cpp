@@ -8,6 +8,7 @@
 #include "contract/system.h"
 #include "document_pairs.h"
 #include "report_pages.h"
+#include "request_calls.h"
 
 namespace orvane::bench {
 namespace {
@@ -52,59 +53,29 @@ Pair MovesAmongOneInAThousand(Stage& stage) {
   return MovesOf(stage, "dobreva");
 }
 
-/// A request that may be changed; `place` tells them apart.
-std::int64_t Entered(const Stage& stage, int place) {
-  return stage.Company().Number(
-      "select o.POIdNumber from PurchaseOrder o where o.Status = 2 and o.OldVersion = 0 and"
-      " o.POVersion = 1 and o.AnnulOn is null and exists (select 1 from PurchaseOrderDet d where"
-      " d.PurchaseOrderId = o.POIdNumber and d.SuppManifacOrderId is null and d.RowNumber = 1)"
-      " order by o.POIdNumber desc limit 1 offset " +
-      std::to_string(place));
-}
-
-/// Posts a row's other quantity, as a screen does, and loads the request again.
-void PostRow(Stage& stage, std::int64_t id, int number) {
-  static const std::string series = std::to_string(SystemClock().Now().micros);
-  const VariantArray told = stage.Load("admin", Nav::ByKey, id);
-  const DataPacket& rows = *told.at(request::get_rec::kFirstPacket + 1).AsPacket();
-  const auto value = [&](std::string_view column) {
-    return NamedValue{std::string(column), rows.At(0, column)};
-  };
-  const double quantity = rows.At(0, "Quantity").AsDouble().value_or(1) > 1 ? 1 : 2;
-  Change change;
-  change.kind = ChangeKind::Update;
-  change.clientKey = series + "-" + std::to_string(number);
-  change.before = {value("PurchaseOrderId"), value("PurchaseOrderVer"), value("RowNumber"),
-                   value("Quantity")};
-  change.after = {{"Quantity", quantity}};
-  const ApplyRequest apply{std::string(request::kServerClass),
-                           std::string(request::det::dspPurchaseOrderDet.name),
-                           0,
-                           {},
-                           {change}};
-  const ApplyAnswer answer = Must(stage.Remote().Apply(stage.As("admin"), apply));
-  if (answer.outcomes.front().applied) return;
-  std::fprintf(stderr, "bench: %s\n", answer.outcomes.front().failure->message.c_str());
-  std::exit(1);
-}
-
 /// The load that a post begins with here stands for the one that follows it on the screen.
 Pair RowPosts(Stage& stage) {
-  const std::int64_t ours = Entered(stage, 0);
+  const std::int64_t ours = EnteredRequest(stage.Company(), 0);
   const auto number = std::make_shared<int>(0);
   const auto history = std::make_shared<RowPost>();
-  history->id = Entered(stage, 1);
+  history->id = EnteredRequest(stage.Company(), 1);
+  const Visitor visitor{stage.Remote(), stage.As("admin"), "admin"};
+  const std::string series = std::to_string(SystemClock().Now().micros);
+  const auto post = [visitor, ours, number, series] {
+    PostRow(visitor, ours, series + "-" + std::to_string(++*number));
+  };
   const std::string lines = "select count(*) from History";
   const std::int64_t before = stage.Company().Number(lines);
-  PostRow(stage, ours, ++*number);
+  post();
   history->history = stage.Company().Number(lines) - before;
-  const std::string series = std::to_string(SystemClock().Now().micros) + "-bare-";
-  return {[&stage, ours, number] { return Seconds([&] { PostRow(stage, ours, ++*number); }); },
-          WriteByHand(stage, [history, number, series] {
-            history->quantity = 1 + *number % 2;
-            history->key = series + std::to_string(*number);
-            return WritesOf(*history);
-          })};
+  return {[post] { return Seconds(post); },
+          WriteByHand(stage,
+                      [history, number, series] {
+                        history->quantity = 1 + *number % 2;
+                        history->key = series + "-bare-" + std::to_string(*number);
+                        return WritesOf(*history);
+                      }),
+          stage.EmptyTransaction()};
 }
 
 /// The first page of entries whose names begin so, in the order of their names.
@@ -131,7 +102,8 @@ Pair Names(Stage& stage) {
           [&stage, round, begin] {
             const BareStatement statement = EntriesThatBegin(begin(*round));
             return SecondsOnceNear([&] { stage.ByHand().Read({&statement, 1}); });
-          }};
+          },
+          stage.EmptyTransaction()};
 }
 
 /// One page of the report under a filter.

@@ -108,11 +108,13 @@ Pair RowPosts(Stage& stage) {
   post->history = stage.Company().Number(lines) - before;
   const std::string series = std::to_string(SystemClock().Now().micros) + "-bare-";
   return {[&stage, ours, number] { return Seconds([&] { PostRow(stage, ours, ++*number); }); },
-          WriteByHand(stage, [post, number, series] {
-            post->quantity = 1 + *number % 2;
-            post->key = series + std::to_string(*number);
-            return WritesOf(*post);
-          })};
+          WriteByHand(stage,
+                      [post, number, series] {
+                        post->quantity = 1 + *number % 2;
+                        post->key = series + std::to_string(*number);
+                        return WritesOf(*post);
+                      }),
+          stage.EmptyTransaction()};
 }
 
 // --- pages of the report -------------------------------------------------------------------------

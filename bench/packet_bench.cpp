@@ -90,11 +90,9 @@ int main(int argc, char** argv) {
   using namespace orvane::bench;
   const DataPacket page = ListOf(80);
   const DataPacket whole = ListOf(100'000);
-  AddPair(
-      "Packet/EncodeDecode/80", 2.5, 501, [&] { return ThroughCodec(page); },
-      [&] { return ThroughBareProtobuf(page); });
-  AddPair(
-      "Packet/EncodeDecode/100000", 1.5, 51, [&] { return ThroughCodec(whole); },
-      [&] { return ThroughBareProtobuf(whole); });
+  AddPair("Packet/EncodeDecode/80", 2.5, 501,
+          {[&] { return ThroughCodec(page); }, [&] { return ThroughBareProtobuf(page); }});
+  AddPair("Packet/EncodeDecode/100000", 1.5, 51,
+          {[&] { return ThroughCodec(whole); }, [&] { return ThroughBareProtobuf(whole); }});
   return RunPairs(argc, argv);
 }

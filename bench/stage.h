@@ -14,7 +14,9 @@
 #include "contract/workflow.h"
 #include "empty_call.h"
 #include "packet/clock.h"
+#include "pairs.h"
 #include "server/orvane_server.h"
+#include "server/sessions/sessions.h"
 #include "wire/remote_server.h"
 #include "wire/serving.h"
 
@@ -29,8 +31,15 @@ class Stage {
   const EmptyCall& Empty() const { return empty_; }
   IApplicationServer& InProcess() { return server_; }
   IApplicationServer& Remote() { return *remote_; }
+  /// How long a transaction takes in which nothing but the asker's session is looked at.
+  Timed EmptyTransaction();
   /// Somebody of the demonstration, logged in once.
   Caller As(const std::string& login, Point point = Point::PurchaseRequests);
+
+  /// The same in a session of its own.
+  Caller LogIn(const std::string& login);
+  /// Of the server that Remote() asks.
+  std::string Address() const;
 
   /// A load over loopback, as the request's screen asks for it. Ends the program when it fails.
   VariantArray Load(const std::string& login, Nav nav, std::int64_t id);
@@ -39,6 +48,8 @@ class Stage {
   BenchCompany company_;
   SystemClock clock_;
   OrvaneServer server_;
+  server::Company terms_;
+  Sessions sessions_;
   std::unique_ptr<RunningServer> running_;
   std::unique_ptr<RemoteServer> remote_;
   std::unique_ptr<Bare> bare_;

@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
   const auto bareEmpty = [&] { return Seconds([&] { empty(); }); };
   const auto ourEmpty = [&] { return Seconds([&] { Must((*remote)->LogOut({}).Ok()); }); };
   const auto ourPage = [&] { return Seconds([&] { Must((*remote)->Fetch({}, {{}}).Ok()); }); };
-  AddPair("Wire/EmptyCall", 1.5, 2001, ourEmpty, bareEmpty);
-  AddPair("Wire/PageOf80AgainstEmptyCall", 2.0, 2001, ourPage, bareEmpty);
+  AddPair("Wire/EmptyCall", 1.5, 2001, {ourEmpty, bareEmpty});
+  AddPair("Wire/PageOf80AgainstEmptyCall", 2.0, 2001, {ourPage, bareEmpty});
   return RunPairs(argc, argv);
 }

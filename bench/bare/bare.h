@@ -18,6 +18,8 @@ using namespace apps;  // measures every floor
 struct BareStatement {
   std::string text;
   std::vector<std::string> params;  ///< whole numbers and texts
+  /// On PostgreSQL: planned for its values, where one plan cannot serve all of them.
+  bool planned = false;
 };
 
 /// A connection of its own to a company's database. Failures end the program.

@@ -1,5 +1,6 @@
 #include <libpq-fe.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <unordered_map>
@@ -65,12 +66,14 @@ class BarePostgres final : public Bare {
   Reply Pipeline(const std::string& begin, std::span<const BareStatement> statements) {
     preparing_ = 0;
     Send({begin, {}});
+    const bool planned = std::ranges::any_of(statements, &BareStatement::planned);
+    if (planned) Send({"set local plan_cache_mode = force_custom_plan", {}});
     for (const BareStatement& statement : statements)
       Send(statement);
     Send({"commit", {}});
     Must(PQpipelineSync(handle_) == 1);
     Reply reply;
-    for (std::size_t i = 0; i < statements.size() + 2 + preparing_; ++i)
+    for (std::size_t i = 0; i < statements.size() + 2 + (planned ? 1 : 0) + preparing_; ++i)
       Take(reply);
     PGresult* sync = PQgetResult(handle_);
     Must(PQresultStatus(sync) == PGRES_PIPELINE_SYNC);

@@ -6,9 +6,17 @@
 #include <unordered_map>
 
 #include "bare/bare.h"
+#include "packet/fold.h"
 
 namespace orvane::bench {
 namespace {
+
+void FoldText(sqlite3_context* context, int, sqlite3_value** arguments) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+  if (text == nullptr) return sqlite3_result_null(context);
+  const std::string fold = Fold(text);
+  sqlite3_result_text(context, fold.data(), static_cast<int>(fold.size()), SQLITE_TRANSIENT);
+}
 
 class BareSqlite final : public Bare {
  public:
@@ -16,6 +24,10 @@ class BareSqlite final : public Bare {
     Must(sqlite3_open_v2(path.c_str(), &handle_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX,
                          nullptr));
     sqlite3_busy_timeout(handle_, 10'000);
+    // The schema derives folds by it.
+    Must(sqlite3_create_function(handle_, "orvane_fold", 1,
+                                 SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, nullptr,
+                                 &FoldText, nullptr, nullptr));
     Run("pragma synchronous = full");
     Run("pragma foreign_keys = on");
   }

@@ -105,4 +105,33 @@ std::vector<BareStatement> WritesOf(const RowPost& post) {
   return writes;
 }
 
+std::vector<BareStatement> DecisionOf(const LevelDecision& decision) {
+  const std::string id = std::to_string(decision.id);
+  const std::string version = std::to_string(decision.version);
+  const std::string level = std::to_string(decision.level);
+  const std::string document = " where PurchaseOrderId = ?1 and PurchaseOrderVer = ?2";
+  std::vector<BareStatement> writes = {
+      {"select ConfirmationLevel, Status, ConfirmedFrom, Approval from PurchaseOrderAdm" + document,
+       {id, version}},
+      {"select o.Status, o.CostCenter, c.Chief from PurchaseOrder o left join CostCenters c"
+       " on c.CostCenter = o.CostCenter where o.POIdNumber = ?1 and o.POVersion = ?2",
+       {id, version}},
+      {"update PurchaseOrderAdm set Status = Status" + document + " and ConfirmationLevel = ?3",
+       {id, version, level}},
+      {"update PurchaseOrder set Status = Status where POIdNumber = ?1 and POVersion = ?2",
+       {id, version}},
+      {"insert into ClientKey (Login, Key, RequestHash, Answer, CreatedOn) select 'admin', ?1, ?2,"
+       " '', CreatedOn from PurchaseOrder where POIdNumber = ?3 and POVersion = ?4",
+       {decision.key, "0123456789abcdef0123456789abcdef", id, version}}};
+  for (int line = 0; line < 4; ++line) {
+    writes.push_back(
+        {"insert into History (TableName, RowKey, ColumnName, OldValue, NewValue, ChangedBy,"
+         " ChangedOn, MachineName, Kind) select 'PurchaseOrderAdm', ?1, 'Status', '2', '3',"
+         " 'admin', CreatedOn, 'bench', 'U' from PurchaseOrder where POIdNumber = ?2 and POVersion"
+         " = ?3",
+         {id + "/" + version + "/" + level + "/", id, version}});
+  }
+  return writes;
+}
+
 }  // namespace orvane::bench

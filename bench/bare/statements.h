@@ -26,5 +26,14 @@ struct RowPost {
   std::string key;
 };
 std::vector<BareStatement> WritesOf(const RowPost& post);
+/// What a decision at a level reads and stores, with the request's status, its history and a key.
+/// The values stay as they are, so that the request still waits for the next one.
+struct LevelDecision {
+  std::int64_t id = 0;
+  std::int64_t version = 1;
+  std::int64_t level = 1;
+  std::string key;
+};
+std::vector<BareStatement> DecisionOf(const LevelDecision& decision);
 
 }  // namespace orvane::bench

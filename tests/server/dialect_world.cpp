@@ -61,6 +61,26 @@ std::string CreateTable(const CatalogueTable& table, Engine engine) {
   return "create table " + std::string(table.stored) + " (" + columns + ");\n" + indexes;
 }
 
+/// The index of trigrams of a table by its name, and its columns; an empty name where it has none.
+std::pair<std::string, std::string> TrigramsOf(const CatalogueTable& table) {
+  std::pair<std::string, std::string> index;
+  for (const CatalogueColumn& column : table.columns) {
+    if (column.trigrams.empty()) continue;
+    index.first = column.trigrams;
+    index.second += "Fold" + std::string(column.name) + ", ";
+  }
+  return index;
+}
+
+std::string CreateTrigrams(const CatalogueTable& table) {
+  const auto [index, columns] = TrigramsOf(table);
+  if (index.empty()) return "";
+  return "create virtual table " + index + " using fts5 (" + columns + "content = '" +
+         std::string(table.stored) + "', content_rowid = '" +
+         std::string(table.columns.front().name) +
+         "', tokenize = 'trigram case_sensitive 1', detail = none);\n";
+}
+
 Variant ReadValue(const std::string& text, ValueKind kind) {
   if (text == "-") return {};
   switch (kind) {
@@ -103,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(Engines, DialectOnEngine, testing::ValuesIn(TestEngines
 DialectWorld::DialectWorld(Engine engine) : engine_(engine), database_(EmptyDatabase(engine)) {
   std::string script;
   for (const CatalogueTable& table : SearchCatalogue())
-    script += CreateTable(table, engine);
+    script += CreateTable(table, engine) + (engine == Engine::Sqlite ? CreateTrigrams(table) : "");
   const auto made = database_->RunScript(script);
   if (!made) throw std::runtime_error(made.GetFailure().text);
 }
@@ -173,6 +193,10 @@ void DialectWorld::FillRows(const std::string& table, const std::vector<std::str
                               ".SerialNumber)",
                           {},
                           {}});
+  }
+  const std::string index = engine_ == Engine::Sqlite ? TrigramsOf(listed).first : "";
+  if (!index.empty()) {
+    statements.push_back({"insert into " + index + " (" + index + ") values ('rebuild')", {}, {}});
   }
   Run(std::move(statements));
 }

@@ -89,6 +89,14 @@ Answer<Done> RefreshStatistics(Database& database) {
                  "Статистиките на базата не са обновени: " + analyzed.GetFailure().text};
 }
 
+/// What an administrator may mend, beside which everything works.
+Answer<Done> WarnOfSlowness(Database& database) {
+  const auto slow = WhatSlowsDown(database);
+  if (!slow) return slow.GetFailure();
+  if (!slow->empty()) spdlog::warn("{}", *slow);
+  return Done{};
+}
+
 void BlockStopSignals(sigset_t& signals) {
   sigemptyset(&signals);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP})  // a terminal that closes ends nothing midway
@@ -112,7 +120,7 @@ Answer<Done> Init(const Settings& settings, const std::string& company) {
   if (!named) return named;
   Say("Базата е създадена (версия " + std::to_string(*migrated) +
       "). Добавете потребител с „orvane-server user add“.");
-  return Done{};
+  return WarnOfSlowness(**database);
 }
 
 Answer<Done> MigrateDatabase(const Settings& settings) {
@@ -120,6 +128,7 @@ Answer<Done> MigrateDatabase(const Settings& settings) {
   if (!database) return database.GetFailure();
   const auto migrated = Migrate(**database);
   if (!migrated) return migrated.GetFailure();
+  if (const auto warned = WarnOfSlowness(**database); !warned) return warned;
   if (*migrated == 0) {
     Say("Базата е от последната версия.");
     return Done{};
@@ -167,6 +176,7 @@ Answer<Done> ServeUntilSignal(const Settings& settings, bool unsafeDurability) {
     const auto durable = CheckDurability(**database);
     if (!durable) return durable;
   }
+  if (const auto warned = WarnOfSlowness(**database); !warned) return warned;
   const SystemClock clock;
   ServerOptions options;
   options.sessions.idleMinutes = settings.idleMinutes;

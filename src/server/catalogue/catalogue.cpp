@@ -57,6 +57,10 @@ constexpr Column Derived(Column column, std::string_view expression,
   column.presence = presence;
   return column;
 }
+constexpr Column InTrigrams(Column column, std::string_view index) {
+  column.trigrams = index;
+  return column;
+}
 constexpr Column FoldedBy(Column column, std::string_view expression) {
   column.foldExpression = expression;
   return column;
@@ -100,13 +104,20 @@ constexpr Column kMeasures[] = {Small("Code", kKey), Text("Name", 20, kName),
                                 Text("Name2", 20, kName2), Int("Numerator", kNotNull),
                                 Bit("OrdinaryFraction")};
 constexpr Column kPartners[] = {
-    Code("Partner", kKey),       Text("Name", 50, kName),
-    Text("Name2", 50, kName2),   Bit("PartnerTypeSupplier"),
-    Small("SuppKindCurrency"),   Byte("KindSupplyChoice"),
-    Small("KindSupplyList"),     Small("SuppMaxTermOfPayment"),
-    Small("SupplyInvoiceDescr"), Int("Seat"),
-    Text("Address", 40),         Text("Address2", 40),
-    Text("Telephone1", 20),      Text("Telephone2", 20),
+    Code("Partner", kKey),
+    InTrigrams(Text("Name", 50, kName), "PartnersParts"),
+    InTrigrams(Text("Name2", 50, kName2), "PartnersParts"),
+    Bit("PartnerTypeSupplier"),
+    Small("SuppKindCurrency"),
+    Byte("KindSupplyChoice"),
+    Small("KindSupplyList"),
+    Small("SuppMaxTermOfPayment"),
+    Small("SupplyInvoiceDescr"),
+    Int("Seat"),
+    Text("Address", 40),
+    Text("Address2", 40),
+    Text("Telephone1", 20),
+    Text("Telephone2", 20),
     Text("email", 100),
 };
 constexpr Column kInvoiceDescr[] = {Small("Code", kKey),       Text("Name", 40, kName),
@@ -135,8 +146,8 @@ constexpr Column kBaseSupplyList[] = {
     Int("ServiceCode"),
     Small("Measure", kNotNull),
     // The name of the material or service behind the entry, kept for searching and ordering.
-    Text("EffectiveName", 40),
-    Text("EffectiveName2", 40),
+    InTrigrams(Text("EffectiveName", 40), "BaseSupplyListParts"),
+    InTrigrams(Text("EffectiveName2", 40), "BaseSupplyListParts"),
 };
 constexpr Column kBaseSupplyListDates[] = {Code("SerialNumber", kKey),
                                            Day("AvailableFromDate", kKey)};

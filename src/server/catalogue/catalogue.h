@@ -32,6 +32,9 @@ struct CatalogueColumn {
   std::string_view foldExpression = {};
   /// Where the expression has a value also for a row that is not there: a column that then is null.
   std::string_view presence = {};
+  /// An index of the trigrams of its fold: on SQLite a table by this name, whose rows are numbered
+  /// by the key of this one. PostgreSQL chooses its own index by itself.
+  std::string_view trigrams = {};
 
   constexpr bool Is(CatalogueFlags flag) const { return (flags & flag) != 0; }
   constexpr bool MayBeNull() const { return (flags & (kKeyColumn | kNotNull)) == 0; }

@@ -51,13 +51,10 @@ ReadableColumns CollectReadable() {
 }
 
 constexpr std::string_view kFunctions[] = {
-    "abs",          "avg",    "coalesce",    "count",
-    "iif",          "ifnull", "instr",       "length",
-    "like",         "lower",  "ltrim",       "max",
-    "min",          "nullif", "orvane_fold", "orvane_quantity",
-    "orvane_whole", "round",  "rtrim",       "substr",
-    "substring",    "sum",    "total",       "trim",
-    "upper",
+    "abs",       "avg",         "coalesce",        "count",        "iif",   "ifnull", "instr",
+    "length",    "like",        "match",           "lower",        "ltrim", "max",    "min",
+    "nullif",    "orvane_fold", "orvane_quantity", "orvane_whole", "round", "rtrim",  "substr",
+    "substring", "sum",         "total",           "trim",         "upper",
 };
 
 }  // namespace
@@ -71,6 +68,26 @@ bool MayBeSearched(std::string_view table, std::string_view column) {
   const auto found = ReadableBySearch().find(Fold(table));
   if (found == ReadableBySearch().end()) return false;
   return column.empty() || found->second.count(Fold(column)) != 0;
+}
+
+const std::vector<std::string_view>& TrigramIndexes() {
+  static const std::vector<std::string_view> indexes = [] {
+    std::vector<std::string_view> found;
+    for (const CatalogueTable& table : SearchCatalogue()) {
+      for (const CatalogueColumn& column : table.columns) {
+        const bool known = std::ranges::find(found, column.trigrams) != found.end();
+        if (!column.trigrams.empty() && !known) found.push_back(column.trigrams);
+      }
+    }
+    return found;
+  }();
+  return indexes;
+}
+
+bool IsTrigramIndex(std::string_view table) {
+  const std::string_view index = table.substr(0, table.find('_'));
+  return std::ranges::any_of(TrigramIndexes(),
+                             [&](std::string_view name) { return SameName(name, index); });
 }
 
 bool MayBeCalledBySearch(std::string_view function) {

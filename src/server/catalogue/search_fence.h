@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvane::server {
 
@@ -22,6 +23,12 @@ const ReadableColumns& ReadableBySearch();
 /// Whether the fence lets a search read that column; an empty column asks for the table's rows.
 /// Case does not matter.
 bool MayBeSearched(std::string_view table, std::string_view column);
+
+/// The indexes of trigrams that the catalogue names.
+const std::vector<std::string_view>& TrigramIndexes();
+/// Whether it is one of them, or one of the tables in which
+/// SQLite keeps it. Only SQLite has them as tables. Case does not matter.
+bool IsTrigramIndex(std::string_view table);
 
 /// Whether a search may call that SQL function of SQLite. Case does not matter.
 bool MayBeCalledBySearch(std::string_view function);

@@ -7,6 +7,7 @@
 #include "server/catalogue/catalogue.h"
 #include "server/check/check_documents.h"
 #include "server/check/check_history.h"
+#include "server/check/check_parts.h"
 #include "server/check/check_waiting.h"
 #include "server/classes/server_classes.h"
 #include "server/sessions/engine_failures.h"
@@ -191,7 +192,7 @@ Answer<std::vector<std::string>> CheckDatabase(Database& database, Stamp now,
     return checked.GetFailure();
   }
   if (const auto checked = CheckRows(database, findings); !checked) return checked.GetFailure();
-  for (const auto further : {&CheckDocuments, &CheckHistory}) {
+  for (const auto further : {&CheckParts, &CheckDocuments, &CheckHistory}) {
     auto found = further(database);
     if (!found) return found.GetFailure();
     findings.insert(findings.end(), found->begin(), found->end());

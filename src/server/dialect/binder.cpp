@@ -604,8 +604,8 @@ class Binder {
     if (!like)
       return Refuse(syntax.parts[1]->place,
                     "шаблонът " + Quoted(*written) + " след LIKE не е разбран");
-    ConditionPtr condition = given_.OpenLike(LikeCondition(fold ? fold : text, *like), *pattern,
-                                             fold != nullptr, like->kind);
+    ConditionPtr condition =
+        given_.OpenLike(LikeCondition(fold ? fold : text, *like), *pattern, fold != nullptr, *like);
     return syntax.negated ? MakeNot(std::move(condition)) : condition;
   }
 

@@ -203,6 +203,13 @@ ConditionPtr LikeCondition(const TermPtr& text, const LikePattern& like) {
   condition.kind =
       like.kind == LikeKind::Anywhere ? ConditionKind::Contains : ConditionKind::Matches;
   condition.parts = {text, constant(like.text)};
+  const bool indexed = text->kind == TermKind::Column && text->folded &&
+                       !text->column->trigrams.empty() && !like.trigrams.empty();
+  if (indexed) {
+    condition.indexed = text;
+    condition.parts.push_back(constant(like.AsLike()));
+    condition.parts.push_back(constant(like.trigrams));
+  }
   return Shared(std::move(condition));
 }
 

@@ -6,12 +6,12 @@
 namespace orvane::server::dialect {
 namespace {
 
-/// The condition with its constant, part 1, open.
-ConditionPtr Opened(const ConditionPtr& condition, const OpenValue& open) {
+/// The condition with a constant, its part `at`, open.
+ConditionPtr Opened(const ConditionPtr& condition, const OpenValue& open, std::size_t at = 1) {
   Condition made = *condition;
-  Term constant = *made.parts[1];
+  Term constant = *made.parts[at];
   constant.open = open;
-  made.parts[1] = Shared(std::move(constant));
+  made.parts[at] = Shared(std::move(constant));
   return Shared(std::move(made));
 }
 
@@ -52,18 +52,27 @@ ConditionPtr GivenValues::OpenCompare(const ConditionPtr& condition, const TermP
 }
 
 ConditionPtr GivenValues::OpenLike(const ConditionPtr& condition, const Term& given, bool folded,
-                                   LikeKind like) {
+                                   const LikePattern& like) {
   // Beginnings that make no range are left as they are: they decide.
   const bool range = condition->kind == ConditionKind::And;
-  if (!MayOpen(given) || range != (like == LikeKind::Beginning)) return condition;
+  if (!MayOpen(given) || range != (like.kind == LikeKind::Beginning)) return condition;
   ++uses_[static_cast<std::size_t>(given.open.given)].open;
-  OpenValue open = {given.open.given, OpenReading::PatternText, ValueKind::Memo, folded, like};
-  if (!range) return Opened(condition, open);
-  Condition made = *condition;
-  made.conditions[0] = Opened(made.conditions[0], open);
-  open.reading = OpenReading::PatternBound;
-  made.conditions[1] = Opened(made.conditions[1], open);
-  return Shared(std::move(made));
+  OpenValue open = {given.open.given, OpenReading::PatternText, ValueKind::Memo, folded,
+                    like.kind,        !like.trigrams.empty()};
+  const auto reading = [&open](OpenReading as) {
+    open.reading = as;
+    return open;
+  };
+  if (range) {
+    Condition made = *condition;
+    made.conditions[0] = Opened(made.conditions[0], open);
+    made.conditions[1] = Opened(made.conditions[1], reading(OpenReading::PatternBound));
+    return Shared(std::move(made));
+  }
+  ConditionPtr made = Opened(condition, open);
+  if (!made->indexed) return made;
+  made = Opened(made, reading(OpenReading::PatternLike), 2);
+  return Opened(made, reading(OpenReading::PatternTrigrams), 3);
 }
 
 std::vector<bool> GivenValues::Open() const {

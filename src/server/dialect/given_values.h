@@ -33,7 +33,7 @@ class GivenValues {
   ConditionPtr OpenCompare(const ConditionPtr& condition, const TermPtr& column, const Term& given);
   /// `condition` holds a text, or its fold, against the pattern `given`.
   ConditionPtr OpenLike(const ConditionPtr& condition, const Term& given, bool folded,
-                        LikeKind like);
+                        const LikePattern& like);
 
   /// Parameters in the order of their first use.
   const std::vector<std::string>& Parameters() const { return parameters_; }

@@ -16,6 +16,12 @@ enum class LikeKind : unsigned char {
 struct LikePattern {
   LikeKind kind = LikeKind::Exact;
   std::string text;  ///< folded when asked for
+  /// Of Anywhere and Pattern: what an index of trigrams is asked, "abc" AND "bcd". Every text that
+  /// matches has all of them, and others may. Empty where no three characters stand together.
+  std::string trigrams;
+
+  /// A pattern of % and _ with \ before literal ones; of Anywhere and Pattern.
+  std::string AsLike() const;
 };
 
 /// Reads a pattern in which % stands for any text, _ for any character, and [%], [_] and [[] for

@@ -20,7 +20,11 @@ std::optional<Variant> ReadPattern(const OpenValue& open, const Variant& given) 
   const std::string* written = given.AsString();
   if (written == nullptr) return std::nullopt;
   std::optional<LikePattern> pattern = ReadLikePattern(*written, open.folded);
-  if (!pattern || pattern->kind != open.like) return std::nullopt;
+  if (!pattern || pattern->kind != open.like || pattern->trigrams.empty() == open.trigrams) {
+    return std::nullopt;
+  }
+  if (open.reading == OpenReading::PatternLike) return Variant(pattern->AsLike());
+  if (open.reading == OpenReading::PatternTrigrams) return Variant(std::move(pattern->trigrams));
   if (open.like != LikeKind::Beginning) return Variant(std::move(pattern->text));
   // Without a text or a bound a beginning is no range.
   std::string bound = PrefixUpperBound(pattern->text);

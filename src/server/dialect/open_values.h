@@ -15,9 +15,11 @@
 namespace orvane::server::dialect {
 
 enum class OpenReading : unsigned char {
-  Whole,         ///< as a value of `kind`, or its fold
-  PatternText,   ///< the text of a LIKE pattern
-  PatternBound,  ///< what lies behind every text that begins with the pattern's
+  Whole,            ///< as a value of `kind`, or its fold
+  PatternText,      ///< the text of a LIKE pattern
+  PatternBound,     ///< what lies behind every text that begins with the pattern's
+  PatternLike,      ///< the pattern as the engines write it
+  PatternTrigrams,  ///< what an index of trigrams is asked
 };
 
 /// Which of the given values a parameter of the rendered statement is, and how it is read.
@@ -27,6 +29,7 @@ struct OpenValue {
   ValueKind kind = ValueKind::Int32;
   bool folded = false;
   LikeKind like = LikeKind::Exact;
+  bool trigrams = false;  ///< of a pattern: whether it has any
 
   bool IsOpen() const { return given >= 0; }
 };

@@ -219,6 +219,21 @@ std::vector<TypedOrder> PortionOrder(const TypedSelect& select) {
   return OrderMaker(select, equalities).Run();
 }
 
+const Condition* ByTrigrams(const TypedSelect& select, const std::vector<TypedOrder>& order) {
+  if (order.empty() || order.front().value->kind != TermKind::Column) return nullptr;
+  const int leading = order.front().value->table;
+  bool listed = false;
+  for (const TypedTable& table : select.tables) {
+    if (!table.predicate.text.empty()) return nullptr;
+    listed = listed || (table.number == leading && !table.table->keptNames.empty());
+  }
+  for (const ConditionPtr& condition : Conjuncts(select.where)) {
+    if (condition->indexed && (listed || condition->indexed->table == leading))
+      return condition.get();
+  }
+  return nullptr;
+}
+
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order) {
   const auto compares = [](const ConditionPtr& condition) {
     return condition->kind == ConditionKind::Compare && condition->parts[1]->IsConstant();
@@ -234,6 +249,7 @@ bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder
       const std::vector<ConditionPtr> within = RowConditions(*condition->select);
       return std::any_of(within.begin(), within.end(), compares);
     }
+    if (condition->indexed) return true;
     if (!compares(condition) || condition->sign == "<>") return false;
     const bool beside = first == nullptr || !SameTerm(*condition->parts[0], *first);
     if (condition->sign != "=") return beside;

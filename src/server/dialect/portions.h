@@ -21,9 +21,15 @@ void ReplaceDistinct(TypedSelect& select);
 /// are alike. With DISTINCT the columns that are read tell rows apart.
 std::vector<TypedOrder> PortionOrder(const TypedSelect& select);
 
+/// The condition by whose index of trigrams SQLite may find the rows before ordering them: one of
+/// those that every row meets, on the table that leads the order (or that a list names), in a
+/// statement whose rows everybody sees. Null pointer where there is none. PostgreSQL's planner
+/// finds such conditions by itself.
+const Condition* ByTrigrams(const TypedSelect& select, const std::vector<TypedOrder>& order);
+
 /// Whether one plan cannot serve all values: a range beside the order, any value beside the order
-/// of a key, or rows elsewhere that have a value, let through everything or next to nothing, and
-/// the portion is then found by walking the order or by sorting the few.
+/// of a key, a part of a name, or rows elsewhere that have a value, let through everything or next
+/// to nothing, and the portion is then found by walking the order or by sorting the few.
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order);
 
 }  // namespace orvane::server::dialect

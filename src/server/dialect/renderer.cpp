@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "server/dialect/binder.h"
+#include "server/dialect/portions.h"
 #include "server/dialect/seen_first.h"
 
 namespace orvane::server::dialect {
@@ -81,9 +82,7 @@ class Renderer {
         search.statement.columns.back().kind = ValueKind::Memo;  // a fold has no size of its own
       }
     }
-    select.distinct ? WriteDistinct(select, hidden, order, search)
-                    : WritePlain(select, hidden, order);
-    Add(" LIMIT " + std::to_string(rendering_.rowLimit + 1));
+    WriteRows(select, hidden, order, search);
     if (text_.size() > kLongest || params_.size() > kMostParams) return std::nullopt;
     search.statement.text = std::move(text_);
     search.statement.params = std::move(params_);
@@ -131,6 +130,60 @@ class Renderer {
       write(*item.value);
     for (const TermPtr& term : hidden)
       write(*term);
+  }
+
+  /// The portion. SQLite plans without looking at values, so a part of a name is written both ways,
+  /// and how many names have its trigrams decides which of them answers: the few are looked up and
+  /// then ordered, of many the first are met soon in their order.
+  void WriteRows(const TypedSelect& select, const std::vector<TermPtr>& hidden,
+                 const std::vector<TypedOrder>& order, const RenderedSearch& search) {
+    const std::string limit = std::to_string(rendering_.rowLimit + 1);
+    const Condition* part = postgres_ ? nullptr : ByTrigrams(select, order);
+    if (part == nullptr) {
+      WriteSelect(select, hidden, order, search);
+      return Add(" LIMIT " + limit);
+    }
+    TypedSelect few = select;
+    few.where = MakeAnd({AmongTrigrams(select, *part), select.where});
+    Add("SELECT * FROM (");
+    WriteSelect(few, hidden, order, search);
+    WriteLimit(*part, limit, "0");
+    Add(") UNION ALL SELECT * FROM (");
+    WriteSelect(select, hidden, order, search);
+    WriteLimit(*part, "0", limit);
+    Add(")");
+  }
+
+  void WriteSelect(const TypedSelect& select, const std::vector<TermPtr>& hidden,
+                   const std::vector<TypedOrder>& order, const RenderedSearch& search) {
+    select.distinct ? WriteDistinct(select, hidden, order, search)
+                    : WritePlain(select, hidden, order);
+  }
+
+  void WriteLimit(const Condition& part, const std::string& ofFew, const std::string& ofMany) {
+    // So many are looked up and ordered in a few milliseconds, and so is the page of more met.
+    constexpr int kFew = 1000;
+    Add(" LIMIT (SELECT CASE WHEN count(*) <= " + std::to_string(kFew) + " THEN " + ofFew +
+        " ELSE " + ofMany + " END FROM (");
+    WriteFound("1", *part.indexed, *part.parts[3]);
+    Add(" LIMIT " + std::to_string(kFew + 1) + "))");
+  }
+
+  /// The rows that an index of trigrams finds.
+  void WriteFound(std::string_view shown, const Term& indexed, const Term& asked) {
+    const std::string index(indexed.column->trigrams);
+    Add("SELECT " + std::string(shown) + " FROM " + index + " WHERE " + index + " MATCH ");
+    Write(asked);
+  }
+
+  static ConditionPtr AmongTrigrams(const TypedSelect& select, const Condition& part) {
+    const auto table = std::ranges::find(select.tables, part.indexed->table, &TypedTable::number);
+    assert(table != select.tables.end());
+    Condition among;
+    among.kind = ConditionKind::Among;
+    among.parts = {MakeColumn(table->number, KeyOf(*table->table), false), part.parts[3]};
+    among.indexed = part.indexed;
+    return Shared(std::move(among));
   }
 
   void WritePlain(const TypedSelect& select, const std::vector<TermPtr>& hidden,
@@ -247,17 +300,18 @@ class Renderer {
       any = true;
       const bool maybeMissing = seen.join == JoinKind::Left && seen.number != table.number;
       if (maybeMissing)
-        Add("(t" + std::to_string(seen.number) + "." + KeyOf(*seen.table) + " IS NULL OR ");
+        Add("(t" + std::to_string(seen.number) + "." + std::string(KeyOf(*seen.table).name) +
+            " IS NULL OR ");
       WritePredicate(seen);
       if (maybeMissing) Add(")");
     }
   }
 
-  static std::string KeyOf(const CatalogueTable& table) {
+  static const CatalogueColumn& KeyOf(const CatalogueTable& table) {
     const auto key = std::find_if(table.columns.begin(), table.columns.end(),
                                   [](const CatalogueColumn& one) { return one.Is(kKeyColumn); });
     assert(key != table.columns.end());
-    return std::string(key->name);
+    return *key;
   }
 
   void WritePredicate(const TypedTable& table) {
@@ -554,13 +608,13 @@ class Renderer {
       case ConditionKind::Compare:
         return WriteCompare(condition);
       case ConditionKind::Contains:
-        WriteCall(postgres_ ? "strpos(" : "instr(", condition.parts);
-        return Add(" > 0");
       case ConditionKind::Matches:
+        return WriteLike(condition);
+      case ConditionKind::Among:
         Write(*condition.parts[0]);
-        Add(" LIKE ");
-        Write(*condition.parts[1]);
-        return Add(" ESCAPE '\\'");
+        Add(" IN (");
+        WriteFound("rowid", *condition.indexed, *condition.parts[1]);
+        return Add(")");
       case ConditionKind::InList:
         Write(*condition.parts[0]);
         return WriteCall(" IN (", {condition.parts.begin() + 1, condition.parts.end()});
@@ -581,6 +635,23 @@ class Renderer {
       case ConditionKind::Not:
         return WriteNot(*condition.conditions.front());
     }
+  }
+
+  void WriteLike(const Condition& condition) {
+    const TermPtr& text = condition.parts[0];
+    if (postgres_ && condition.indexed) {  // a word that its index of trigrams knows
+      Write(*condition.indexed);
+      Add(" LIKE ");
+      return Write(*condition.parts[2]);
+    }
+    if (condition.kind == ConditionKind::Contains) {
+      WriteCall(postgres_ ? "strpos(" : "instr(", {text, condition.parts[1]});
+      return Add(" > 0");
+    }
+    Write(*text);
+    Add(" LIKE ");
+    Write(*condition.parts[1]);
+    Add(" ESCAPE '\\'");
   }
 
   void WriteNot(const Condition& condition) {

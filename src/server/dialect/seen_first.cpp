@@ -88,6 +88,7 @@ bool TellsNothing(const Condition& condition) {
     case ConditionKind::Exists:
       return IsLean(*condition.select);
     case ConditionKind::Matches:
+    case ConditionKind::Among:
     case ConditionKind::InSelect:
       return false;
   }

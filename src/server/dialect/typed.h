@@ -68,6 +68,7 @@ enum class ConditionKind : unsigned char {
   Compare,   ///< parts[0] `sign` parts[1]; texts are folds already where there are any
   Contains,  ///< text parts[0] has the constant parts[1] in it
   Matches,   ///< text parts[0] matches LIKE pattern parts[1], with \ before what is meant literally
+  Among,     ///< the row of key parts[0] is one that its index of trigrams finds by parts[1]
   InList,    ///< parts[0] among the other parts, constants all
   InSelect,
   Exists,  ///< `select` has a row; it has no items
@@ -85,6 +86,10 @@ struct Condition {
   std::vector<TermPtr> parts;
   std::vector<ConditionPtr> conditions;
   std::shared_ptr<const TypedSelect> select;
+  /// Contains and Matches: the column whose index of trigrams finds the rows, where it has one and
+  /// the pattern has trigrams. parts[2] is then the pattern as the engines write it, parts[3] what
+  /// the index is asked. Among: the column whose index is asked.
+  TermPtr indexed;
 };
 
 struct TypedTable {
@@ -175,6 +180,7 @@ template <class Visit>
 void VisitColumns(const Condition& condition, const Visit& visit) {
   for (const TermPtr& part : condition.parts)
     VisitColumns(*part, visit);
+  if (condition.indexed) VisitColumns(*condition.indexed, visit);
   for (const ConditionPtr& part : condition.conditions)
     VisitColumns(*part, visit);
   if (condition.select) VisitColumns(*condition.select, visit);

@@ -86,6 +86,9 @@ class SqliteConnection {
   EngineAnswer<DataPacket> Rows(sqlite3_stmt* prepared, const Statement& statement,
                                 std::int64_t bytesLeft = kHighest64) const;
   EngineError LastError() const;
+  /// Opens the indexes of trigrams that a text asks: it takes reading the schema, behind which no
+  /// search may look.
+  void OpenIndexesOf(const std::string& text);
 
   KeptNumbers keptNumbers_;
   SqliteHandle handle_;

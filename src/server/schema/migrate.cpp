@@ -92,6 +92,8 @@ std::string ScriptOf(const EmbeddedMigration& migration, Engine engine) {
 
 Answer<Done> Finish(Database& database, const SchemaState& before) {
   if (database.Kind() == Engine::Postgres) {
+    const auto parts = database.RunScript(std::string(kLockPostgres) + "select MakeNameParts()");
+    if (!parts) return Unreadable(parts.GetFailure());
     const auto role = database.RunScript(std::string(kLockPostgres) + PostgresSearchRole());
     if (!role) {
       return Failure{FailureKind::Internal,
@@ -139,6 +141,21 @@ Answer<int> Migrate(Database& database) {
   const auto finished = Finish(database, before);
   if (!finished) return finished.GetFailure();
   return count;
+}
+
+Answer<std::string> WhatSlowsDown(Database& database) {
+  constexpr std::string_view kIndexes =
+      "select count(*) from pg_index i join pg_class c on c.oid = i.indexrelid where i.indisvalid"
+      " and c.relname in ('basesupplylistparts', 'partnersparts')"
+      " and c.relnamespace = current_schema()::regnamespace";
+  if (database.Kind() != Engine::Postgres) return std::string();
+  const auto indexes = ReadNumbers(database, kIndexes);
+  if (!indexes) return Unreadable(indexes.GetFailure());
+  if (indexes->front() == 2) return std::string();
+  return std::string(
+      "Част от име се търси бавно: PostgreSQL няма разширението pg_trgm, потребителят на базата не "
+      "може да го създаде, или базата не познава кирилица (LC_CTYPE = C). Когато е отстранено, "
+      "изпълнете „orvane-server migrate“.");
 }
 
 }  // namespace orvane::server

@@ -26,4 +26,7 @@ Answer<SchemaState> CurrentSchema(Database& database);
 /// refused. On PostgreSQL it also sees to the role under which search statements run.
 Answer<int> Migrate(Database& database);
 
+/// A sentence about what this database's server lacks to be fast; empty when it lacks nothing.
+Answer<std::string> WhatSlowsDown(Database& database);
+
 }  // namespace orvane::server

@@ -112,7 +112,9 @@ TEST_P(Migration, RightsVersionsRiseWithEveryChangeOfAUserOrOfRights) {
 std::vector<std::string> Columns(Database& database) {
   constexpr std::string_view kSqlite =
       "select m.name || '.' || c.name || ' ' || cast(c.\"notnull\" as text) from sqlite_master m, "
-      "pragma_table_xinfo(m.name) c where m.type = 'table' and m.name not like 'sqlite%'";
+      "pragma_table_xinfo(m.name) c where m.type = 'table' and m.name not like 'sqlite%' and "
+      "m.name "
+      "not in (select name from pragma_table_list where type in ('virtual', 'shadow'))";
   constexpr std::string_view kPostgres =
       "select c.relname || '.' || a.attname || ' ' || a.attnotnull::integer from pg_class c "
       "join pg_attribute a on a.attrelid = c.oid and a.attnum > 0 and not a.attisdropped "
