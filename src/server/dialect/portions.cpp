@@ -234,6 +234,21 @@ const Condition* ByTrigrams(const TypedSelect& select, const std::vector<TypedOr
   return nullptr;
 }
 
+TypedSelect AmongTrigrams(const TypedSelect& select, const Condition& part) {
+  TypedSelect among = select;
+  Condition found;
+  found.kind = ConditionKind::Among;
+  found.indexed = part.indexed;
+  for (const TypedTable& table : select.tables) {
+    if (table.number != part.indexed->table) continue;
+    const auto key = std::ranges::find_if(
+        table.table->columns, [](const CatalogueColumn& one) { return one.Is(kKeyColumn); });
+    found.parts = {MakeColumn(table.number, *key, false), part.parts[3]};
+  }
+  among.where = MakeAnd({Shared(std::move(found)), select.where});
+  return among;
+}
+
 bool ValuesDecideThePlan(const TypedSelect& select, const std::vector<TypedOrder>& order) {
   const auto compares = [](const ConditionPtr& condition) {
     return condition->kind == ConditionKind::Compare && condition->parts[1]->IsConstant();

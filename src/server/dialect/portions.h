@@ -26,6 +26,8 @@ std::vector<TypedOrder> PortionOrder(const TypedSelect& select);
 /// statement whose rows everybody sees. Null pointer where there is none. PostgreSQL's planner
 /// finds such conditions by itself.
 const Condition* ByTrigrams(const TypedSelect& select, const std::vector<TypedOrder>& order);
+/// The statement of only those rows that the index finds.
+TypedSelect AmongTrigrams(const TypedSelect& select, const Condition& part);
 
 /// Whether one plan cannot serve all values: a range beside the order, any value beside the order
 /// of a key, a part of a name, or rows elsewhere that have a value, let through everything or next

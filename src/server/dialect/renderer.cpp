@@ -143,8 +143,7 @@ class Renderer {
       WriteSelect(select, hidden, order, search);
       return Add(" LIMIT " + limit);
     }
-    TypedSelect few = select;
-    few.where = MakeAnd({AmongTrigrams(select, *part), select.where});
+    const TypedSelect few = AmongTrigrams(select, *part);
     Add("SELECT * FROM (");
     WriteSelect(few, hidden, order, search);
     WriteLimit(*part, limit, "0");
@@ -174,16 +173,6 @@ class Renderer {
     const std::string index(indexed.column->trigrams);
     Add("SELECT " + std::string(shown) + " FROM " + index + " WHERE " + index + " MATCH ");
     Write(asked);
-  }
-
-  static ConditionPtr AmongTrigrams(const TypedSelect& select, const Condition& part) {
-    const auto table = std::ranges::find(select.tables, part.indexed->table, &TypedTable::number);
-    assert(table != select.tables.end());
-    Condition among;
-    among.kind = ConditionKind::Among;
-    among.parts = {MakeColumn(table->number, KeyOf(*table->table), false), part.parts[3]};
-    among.indexed = part.indexed;
-    return Shared(std::move(among));
   }
 
   void WritePlain(const TypedSelect& select, const std::vector<TermPtr>& hidden,
@@ -300,18 +289,17 @@ class Renderer {
       any = true;
       const bool maybeMissing = seen.join == JoinKind::Left && seen.number != table.number;
       if (maybeMissing)
-        Add("(t" + std::to_string(seen.number) + "." + std::string(KeyOf(*seen.table).name) +
-            " IS NULL OR ");
+        Add("(t" + std::to_string(seen.number) + "." + KeyOf(*seen.table) + " IS NULL OR ");
       WritePredicate(seen);
       if (maybeMissing) Add(")");
     }
   }
 
-  static const CatalogueColumn& KeyOf(const CatalogueTable& table) {
+  static std::string KeyOf(const CatalogueTable& table) {
     const auto key = std::find_if(table.columns.begin(), table.columns.end(),
                                   [](const CatalogueColumn& one) { return one.Is(kKeyColumn); });
     assert(key != table.columns.end());
-    return *key;
+    return std::string(key->name);
   }
 
   void WritePredicate(const TypedTable& table) {

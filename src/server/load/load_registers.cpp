@@ -11,6 +11,7 @@
 #include "server/providers/change_check.h"
 #include "server/providers/change_writer.h"
 #include "server/sessions/engine_failures.h"
+#include "server/sessions/statements.h"
 
 namespace orvane::server {
 namespace {
@@ -175,6 +176,12 @@ Answer<std::int64_t> LoadRegisters(Database& database, const Clock& clock,
   if (const auto checked = CheckNames(folder); !checked) return checked.GetFailure();
   auto transaction = database.Begin();
   if (!transaction) return ToFailure(transaction.GetFailure(), "loading registers");
+  const bool postgres = database.Kind() == Engine::Postgres;
+  if (postgres) {  // parts of names are sorted in together, behind the load
+    const auto waiting =
+        (*transaction)->Execute(Command("set local gin_pending_list_limit = '1GB'"));
+    if (!waiting) return ToFailure(waiting.GetFailure(), "loading registers");
+  }
   Loading loading(**transaction, clock.Now());
   std::int64_t rows = 0;
   for (const DemoTable* table : kRegisters) {
@@ -190,6 +197,8 @@ Answer<std::int64_t> LoadRegisters(Database& database, const Clock& clock,
   if (rows == 0) return Refused("В папката „" + folder + "“ няма редове за зареждане.");
   const auto committed = (*transaction)->Commit();
   if (!committed) return ToFailure(committed.GetFailure(), "loading registers");
+  const auto sorted = postgres ? database.RunScript("select SortNameParts()") : Done{};
+  if (!sorted) return ToFailure(sorted.GetFailure(), "sorting in parts of names");
   return rows;
 }
 

@@ -10,11 +10,16 @@ begin
   if coalesce(array_length(show_trgm('щъркел'), 1), 0) = 0 then
     return;
   end if;
-  -- What waits to be sorted in is read by every search: little may wait.
   create index if not exists BaseSupplyListParts on BaseSupplyList
-    using gin (FoldEffectiveName gin_trgm_ops, FoldEffectiveName2 gin_trgm_ops) with (gin_pending_list_limit = 1024);
-  create index if not exists PartnersParts on Partners
-    using gin (FoldName gin_trgm_ops, FoldName2 gin_trgm_ops) with (gin_pending_list_limit = 1024);
+    using gin (FoldEffectiveName gin_trgm_ops, FoldEffectiveName2 gin_trgm_ops);
+  create index if not exists PartnersParts on Partners using gin (FoldName gin_trgm_ops, FoldName2 gin_trgm_ops);
 exception when insufficient_privilege or undefined_file or feature_not_supported then
   return;
+end $$;
+
+-- What waits to be sorted in is read by every search; a load lets all of it wait and then calls this.
+create function SortNameParts() returns void language plpgsql as $$
+begin
+  perform gin_clean_pending_list(oid) from pg_class
+  where relname in ('basesupplylistparts', 'partnersparts') and relnamespace = current_schema()::regnamespace;
 end $$;
