@@ -9,6 +9,7 @@
 #include "host/controls/small_controls.h"
 #include "host/dialogs.h"
 #include "host/login_form.h"
+#include "host/meanwhile.h"
 
 namespace orvane::host {
 namespace {
@@ -26,18 +27,6 @@ class Inside {
 
  private:
   int& depth_;
-};
-
-/// True while it lives.
-class Meanwhile {
- public:
-  explicit Meanwhile(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Meanwhile() { flag_ = false; }
-  Meanwhile(const Meanwhile&) = delete;
-  Meanwhile& operator=(const Meanwhile&) = delete;
-
- private:
-  bool& flag_;
 };
 
 InState StateOf(const TVosClientDataSet* dataSet) {

@@ -275,5 +275,23 @@ TEST(ApprovalRules, WhoeverHeadsNothingAnyMoreTakesBackButDoesNotExchange) {
             "решението си. Решава: Колев, Заместник.");
 }
 
+TEST(ApprovalRules, ApproversAreNamedWholeOrNotAtAll) {
+  const FoundApprovers found{
+      {{100, "Христо Колев", false, "kolev"}, {101, "Лиляна Добрева", true, "dobreva"}}, 100, {}};
+  const DocumentOwners kolev{"kolev", 0};
+  const struct {
+    const DocumentOwners* mayNotDecide;
+    std::size_t most;
+    std::string_view names;
+  } rows[] = {
+      {nullptr, 250, "Христо Колев, Лиляна Добрева"},
+      {nullptr, 29, "Христо Колев, Лиляна Добрева"},
+      {nullptr, 28, "Христо Колев…"},
+      {&kolev, 250, "Лиляна Добрева"},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(found.Names(row.mayNotDecide, row.most), row.names);
+}
+
 }  // namespace
 }  // namespace orvane::server

@@ -3,23 +3,12 @@
 #include "data/abort.h"
 #include "host/controls/combo.h"
 #include "host/form.h"
+#include "host/meanwhile.h"
 
 namespace orvane::host {
 namespace {
 
 constexpr int kListJump = 10;  // entries that PageUp and PageDown pass
-
-/// True while it lives.
-class Meanwhile {
- public:
-  explicit Meanwhile(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Meanwhile() { flag_ = false; }
-  Meanwhile(const Meanwhile&) = delete;
-  Meanwhile& operator=(const Meanwhile&) = delete;
-
- private:
-  bool& flag_;
-};
 
 bool IsSame(const Bookmark& left, const Bookmark& right) {
   return left.generation == right.generation && left.row == right.row;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "packet/fold.h"
 #include "server/statements/named_statement.h"
 
 namespace orvane::server {
@@ -99,11 +100,13 @@ bool FoundApprovers::HasOther(const DocumentOwners& owners) const {
                      [&](const Approver& approver) { return !owners.Has(approver); });
 }
 
-std::string FoundApprovers::Names(const DocumentOwners* mayNotDecide) const {
+std::string FoundApprovers::Names(const DocumentOwners* mayNotDecide, std::size_t most) const {
   std::string names;
   for (const Approver& approver : approvers) {
     if (mayNotDecide && mayNotDecide->Has(approver)) continue;
-    names += (names.empty() ? "" : ", ") + approver.name;
+    const std::string next = (names.empty() ? "" : ", ") + approver.name;
+    if (Utf8Length(names) + Utf8Length(next) >= most) return names + "…";
+    names += next;
   }
   return names;
 }

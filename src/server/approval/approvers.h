@@ -4,6 +4,7 @@
 // by the structure register, and whoever stands in for him today.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -43,8 +44,10 @@ struct FoundApprovers {
   bool Has(std::int64_t employee) const;
   /// Somebody else than these is among them.
   bool HasOther(const DocumentOwners& owners) const;
-  /// "Христо Колев, Лиляна Добрева", without those who may not decide on their own document.
-  std::string Names(const DocumentOwners* mayNotDecide = nullptr) const;
+  /// "Христо Колев, Лиляна Добрева", without those who may not decide on their own document. A name
+  /// that does not fit into `most` characters is never cut: "…" stands for it and those behind it.
+  std::string Names(const DocumentOwners* mayNotDecide = nullptr,
+                    std::size_t most = std::string::npos) const;
 };
 
 /// Of the three kinds of approvers.

@@ -26,8 +26,8 @@ bool MayBeSearched(std::string_view table, std::string_view column);
 
 /// The indexes of trigrams that the catalogue names.
 const std::vector<std::string_view>& TrigramIndexes();
-/// Whether it is one of them, or one of the tables in which
-/// SQLite keeps it. Only SQLite has them as tables. Case does not matter.
+/// Whether it is one of them, or one of the tables in which SQLite keeps it; only SQLite has them
+/// as tables. Case does not matter.
 bool IsTrigramIndex(std::string_view table);
 
 /// Whether a search may call that SQL function of SQLite. Case does not matter.

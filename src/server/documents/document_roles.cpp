@@ -1,7 +1,6 @@
 #include "server/documents/document_roles.h"
 
 #include "contract/approval_rows.h"
-#include "packet/fold.h"
 
 namespace orvane::server {
 
@@ -25,17 +24,17 @@ void TellWaitsFor(const Work& work, const DocumentInApproval& document, Language
   const ApprovalRow* turn = TurnOf(document.rows);
   if (document.closed || !kDecidableStatuses.Has(document.status) || !turn) return;
   const DocumentOwners owners{document.createdFrom, document.notifier};
-  std::string names =
-      document.approvers.Of(turn->approver).Names(work.Options().mayApproveOwn ? nullptr : &owners);
-  if (names.empty()) names = language == Language::Second ? "nobody" : "никой";
   const FieldDef& field = approval_rows::WaitsFor;
+  std::string names = document.approvers.Of(turn->approver)
+                          .Names(work.Options().mayApproveOwn ? nullptr : &owners, field.size);
+  if (names.empty()) names = language == Language::Second ? "nobody" : "никой";
   PacketColumn told;
   told.name = field.name;
   told.kind = field.kind;
   told.size = field.size;
   for (std::size_t row = 0; row < approvals.rowCount; ++row) {
     if (approvals.At(row, "ConfirmationLevel").AsInt() == turn->level)
-      AppendValue(told, row, Variant(Utf8Cut(names, field.size)));
+      AppendValue(told, row, Variant(names));
     else
       AppendNull(told, row);
   }
